@@ -1,0 +1,10 @@
+#pragma once
+
+#include <QString>
+
+/// Opens an http or https address in the user's browser. Returns whether it was handed on.
+///
+/// Addresses come from servers and list files, so anything else (another scheme, none, no host,
+/// what is no URL at all) is refused with false and reaches no other program. Blanks and other
+/// characters that a URL may not hold are percent-encoded.
+bool openAddress(const QString& address);

@@ -1,0 +1,91 @@
+#include "support/RunAgain.h"
+
+#include <QCoreApplication>
+#include <QDir>
+#include <QFile>
+#include <QProcess>
+#include <QTemporaryDir>
+
+#include <unistd.h>
+
+namespace {
+
+constexpr auto Variable = "PEVORA_TEST_RUNS_AGAIN";
+
+/// Runs `words`; returns `success` where it ended with 0, else what it printed.
+QByteArray run(QStringList words, const QByteArray& success, const QString& scratch = {})
+{
+    QProcess process;
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    environment.insert(Variable, "1");
+    if (!scratch.isEmpty())
+        environment.insert("TMPDIR", scratch);
+    process.setProcessEnvironment(environment);
+    process.setProcessChannelMode(QProcess::MergedChannels);
+    const QString program = words.takeFirst();
+    process.start(program, words);
+    if (!process.waitForFinished(60'000)) {
+        process.kill();
+        process.waitForFinished();
+        return program.toUtf8() + ": " + process.errorString().toUtf8() + process.readAll();
+    }
+    if (process.exitStatus() == QProcess::NormalExit && process.exitCode() == 0)
+        return success;
+    const QByteArray printed = program.toUtf8() + " failed: " + process.readAll();
+    qWarning("%s", printed.constData()); // a comparison shows the first few words only
+    return printed;
+}
+
+QByteArray runAgain(const QStringList& before, const char* function)
+{
+    // The build folder may be out of an ordinary user's reach.
+    QTemporaryDir folder;
+    const QString copy = folder.filePath("test");
+    if (!QFile::copy(QCoreApplication::applicationFilePath(), copy))
+        return "no copy of the test program";
+    const auto forAll = QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner | QFile::ReadGroup |
+                        QFile::ExeGroup | QFile::ReadOther | QFile::ExeOther;
+    QFile::setPermissions(folder.path(), forAll);
+    QFile::setPermissions(copy, forAll);
+    // Its temporary folders go with this one: it cannot remove one that it mounted a disk on.
+    const QString scratch = folder.filePath("scratch");
+    if (!QDir().mkdir(scratch))
+        return "no scratch folder";
+    QFile::setPermissions(scratch, forAll | QFile::WriteGroup | QFile::WriteOther);
+    return run(before + QStringList{copy, function}, "passed", scratch);
+}
+
+} // namespace
+
+bool runsAgain()
+{
+    return qEnvironmentVariableIsSet(Variable);
+}
+
+QByteArray runAgainAsOrdinaryUser(const char* function)
+{
+    QStringList before;
+    if (geteuid() == 0)
+        before = {"setpriv", "--reuid=65534", "--regid=65534", "--clear-groups"};
+    return runAgain(before, function);
+}
+
+QByteArray runAgainWithOwnMounts(const char* function)
+{
+    QStringList before = {"unshare", "--mount"};
+    if (geteuid() != 0)
+        before << "--user"
+               << "--map-root-user";
+    return runAgain(before, function);
+}
+
+QByteArray mountSmallDisk(const QString& folder, int kilobytes)
+{
+    return run({"mount", "-t", "tmpfs", "-o", QString("size=%1k").arg(kilobytes), "tmpfs", folder},
+               "mounted");
+}
+
+QByteArray mountCoarseClock(const QString& folder)
+{
+    return run({"mount", "-t", "ramfs", "ramfs", folder}, "mounted");
+}

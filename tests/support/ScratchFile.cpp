@@ -1,0 +1,26 @@
+#include "support/ScratchFile.h"
+
+#include <QDateTime>
+#include <QFile>
+#include <QFileInfo>
+#include <QTest>
+
+QByteArray ScratchFile::content() const
+{
+    QFile file(m_path);
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : "none";
+}
+
+void ScratchFile::setContent(const QByteArray& bytes) const
+{
+    QFile file(m_path);
+    if (!file.open(QIODevice::WriteOnly) || file.write(bytes) != bytes.size())
+        qFatal("cannot write %s", qPrintable(m_path));
+}
+
+void ScratchFile::waitUntilSettled() const
+{
+    const auto changed = QFileInfo(m_path).fileTime(QFile::FileMetadataChangeTime);
+    if (!QTest::qWaitFor([&] { return changed.msecsTo(QDateTime::currentDateTime()) > 110; }))
+        qFatal("the clock stands still");
+}

@@ -1,0 +1,30 @@
+#pragma once
+
+#include <QByteArray>
+#include <QString>
+#include <QTemporaryDir>
+
+/// A file in a folder of its own that goes with it; not there until it is given content.
+class ScratchFile
+{
+public:
+    explicit ScratchFile(const QString& name)
+        : m_path(m_folder.filePath(name))
+    {
+    }
+
+    QString path() const { return m_path; }
+    QString folder() const { return m_folder.path(); }
+
+    /// What the file holds; "none" where it cannot be read.
+    QByteArray content() const;
+    /// Replaces what it holds; ends the program where that fails.
+    void setContent(const QByteArray& bytes) const;
+
+    /// Waits until the file was last changed so long ago that its time stamp can be trusted.
+    void waitUntilSettled() const;
+
+private:
+    QTemporaryDir m_folder;
+    QString m_path;
+};
