@@ -1,0 +1,48 @@
+#pragma once
+
+#include <QByteArrayView>
+#include <QSize>
+
+#include <optional>
+
+/// What the bytes of a still image say of themselves, read without decoding anything: the format,
+/// the size, and whatever else decides how much time and memory a decoder is going to need.
+///
+/// The formats are the Windows bitmap (BITMAPFILEHEADER and BITMAPINFOHEADER), GIF 87a and 89a,
+/// and JPEG (ITU-T T.81). The content alone tells them apart.
+struct PictureHeader
+{
+    enum class Format { Bmp, Gif, Jpeg };
+
+    Format format = Format::Bmp;
+
+    /// Width and height in pixels, both at least 1. Of a GIF its logical screen.
+    QSize size;
+
+    /// The largest area announced, in pixels: that of `size`, or of a GIF's first frame where that
+    /// is larger than the screen.
+    qint64 pixels = 0;
+
+    /// Of a JPEG: how many scans follow, up to the end-of-image marker. Else 0.
+    int scans = 0;
+
+    /// Of a JPEG: how many marker segments (tables, comments, application data, scan headers)
+    /// stand before the end-of-image marker. Else 0.
+    int segments = 0;
+
+    /// Of a JPEG: whether it is arithmetically coded (and not in Huffman codes, as nearly all are).
+    bool arithmetic = false;
+
+    /// Of a JPEG whose pixels come in several scans, and that a decoder must therefore hold as
+    /// coefficients until the last: their bytes. Else 0.
+    qint64 coefficientBytes = 0;
+
+    /// How many bytes from the start a decoder needs for the (first) picture. What follows is
+    /// another frame, data past the last pixel, data past the end-of-image marker, or a marker
+    /// segment that the end of the data cuts in two.
+    qsizetype usedBytes = 0;
+
+    /// Nothing where `bytes` are none of the formats, or end or err before they tell the size.
+    /// That there is something does not promise that the picture decodes.
+    static std::optional<PictureHeader> read(QByteArrayView bytes);
+};

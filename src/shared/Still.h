@@ -1,0 +1,60 @@
+#pragma once
+
+#include <QByteArray>
+#include <QImage>
+#include <QSize>
+
+#include <memory>
+
+/// A still image as a cheap value: the encoded bytes as they came, or pixels where it never had
+/// any. Copies share. It knows its size and decodes when asked; it caches no pixels.
+///
+/// A Still exists only for bytes that were decoded once: what does not decode is a null Still.
+/// Formats are Windows bitmap, GIF (its first frame) and JPEG, told from the content alone.
+class Still
+{
+public:
+    /// What passes one of these is refused before anything is decoded. A JPEG is also refused
+    /// where its scans times its pixels pass 500 million (8 million with arithmetic coding),
+    /// its pixels and coefficients 400 MB together, or its marker segments 10,000: its decoder
+    /// would need seconds or gigabytes.
+    static constexpr qsizetype MaxEncodedBytes = 64 * 1024 * 1024;
+    static constexpr qint64 MaxPixels = 50'000'000;
+    static constexpr int MaxJpegScans = 100;
+
+    /// A null image, of size 0 x 0.
+    Still() = default;
+
+    /// Decodes `bytes` once, no smaller than `needed` (device pixels; an empty size: whole).
+    /// Gives the pixels of that one decode in `decoded`, where that is asked for, so that a view
+    /// that shows them at once decodes nothing twice. A truncated JPEG decodes (the rest grey).
+    /// Returns a null Still, and leaves `decoded` alone, where `bytes` are no bitmap, GIF or JPEG,
+    /// pass one of the bounds above, or end in a fatal decoder error.
+    static Still fromBytes(const QByteArray& bytes, QSize needed = {}, QImage* decoded = nullptr);
+
+    /// A still of pixels that never were a file. Null for a null image.
+    static Still fromImage(const QImage& image);
+
+    bool isNull() const { return !m_data; }
+
+    /// Width and height of the whole image in pixels.
+    QSize size() const;
+
+    /// The bytes as they came; empty for a still of pixels.
+    QByteArray bytes() const;
+
+    /// The whole image, decoded anew. Null only for a null still (or when memory runs out).
+    QImage image() const;
+
+    /// The image halved (rounding down) as often as it stays no smaller than `needed` in both
+    /// directions, three times at the most: the sizes at which a JPEG decodes fastest. An empty
+    /// `needed` gives the whole image.
+    QImage imageNoSmallerThan(QSize needed) const;
+
+    /// The size that imageNoSmallerThan gives for an image of `size`.
+    static QSize halvedSize(QSize size, QSize needed);
+
+private:
+    struct Data;
+    std::shared_ptr<const Data> m_data;
+};
