@@ -1,0 +1,110 @@
+#pragma once
+
+#include "shared/Timer.h"
+
+#include <QByteArray>
+#include <QObject>
+#include <QString>
+
+#include <memory>
+
+class QTcpSocket;
+
+/// A TCP client that tells its owner what happens by signals, each in an event of its own, and
+/// decides what a "chunk" of the answer is.
+///
+/// The first DataArrival comes when the header block is complete (its empty line has come), or
+/// 64 KiB have come, or the peer has closed, or 10 s have passed since the first byte. Later
+/// chunks are whatever has come since. Names resolve and connections are made without blocking.
+/// It never connects again by itself and knows nothing of HTTP beyond the empty line.
+class TcpClient : public QObject
+{
+    Q_OBJECT
+    Q_PROPERTY(QString RemoteHost READ RemoteHost WRITE setRemoteHost)
+    Q_PROPERTY(int RemotePort READ RemotePort)
+
+public:
+    /// How much the first chunk carries.
+    enum class FirstChunk {
+        /// All that has come.
+        Whole,
+        /// The header block and so much body that both together are one Ethernet packet's worth
+        /// of payload (1460 bytes); the header block alone where that is longer; everything
+        /// where there is no end of a header.
+        OnePacket,
+    };
+
+    static constexpr int PacketBytes = 1460;
+    static constexpr qsizetype MaxHeaderBytes = 64 * 1024;
+    static constexpr int HeaderWaitMs = 10'000;
+
+    explicit TcpClient(FirstChunk firstChunk, QObject* parent = nullptr);
+    ~TcpClient() override;
+
+    /// A host name or address; an IPv6 address stands in brackets, as in a URL.
+    QString RemoteHost() const { return m_host; }
+    void setRemoteHost(const QString& host) { m_host = host; }
+
+    /// 1 to 65535. False, and nothing changes, for any other number.
+    int RemotePort() const { return m_port; }
+    bool setRemotePort(int port);
+
+    /// Closes what was open and starts to connect. Connected or Error follows. False, with no
+    /// signal, where there is no host to connect to.
+    bool Connect();
+
+    /// Hands `bytes` to an open connection; without one they are dropped.
+    void SendData(const QByteArray& bytes);
+
+    /// The chunk that the last DataArrival announced; empty when it has been taken.
+    QByteArray GetData();
+
+    /// Ends the connection at once. What has come and was not delivered is dropped, and no
+    /// signal of this connection follows.
+    void Close();
+
+signals:
+    void Connected();
+    void DataArrival();
+    /// The peer has closed, and the last DataArrival has been handled. Never after Close().
+    void Closed();
+    /// The connection failed or broke. `number` is a QAbstractSocket::SocketError, `description`
+    /// a text for the user. The peer's close is never an Error.
+    void Error(int number, const QString& description);
+
+protected:
+    bool eventFilter(QObject* watched, QEvent* event) override;
+
+private:
+    void readSocket();
+    void peerHasClosed();
+    void failed(int number);
+    void schedule();
+    void deliverNext();
+    bool firstChunkIsComplete();
+    qsizetype firstChunkSize() const;
+
+    struct SocketDeleter
+    {
+        void operator()(QTcpSocket* socket) const;
+    };
+
+    FirstChunk m_firstChunk;
+    QString m_host;
+    int m_port = 80;
+
+    std::unique_ptr<QTcpSocket, SocketDeleter> m_socket;
+    Timer m_headerWait;
+    QByteArray m_received;
+    QByteArray m_chunk;
+    qsizetype m_headerEnd = -1;
+    qsizetype m_searched = 0;
+    bool m_firstDelivered = false;
+    bool m_waitedEnough = false;
+    bool m_peerClosed = false;
+    int m_errorNumber = -1;
+    QString m_errorText;
+    bool m_scheduled = false;
+    /// How often the system has answered the attempt to connect to one address.
+    int m_connectAnswers = 0;
+};

@@ -1,0 +1,104 @@
+#pragma once
+
+#include <QByteArray>
+#include <QString>
+
+/// Where a camera address leads, as one fetch needs it.
+struct FetchTarget
+{
+    /// Host with its port suffix, as the address gives it; what the status line shows.
+    QString hostPart;
+    /// Host alone; an IPv6 address keeps its brackets.
+    QString host;
+    /// Text after the host's colon; "80" where there is none.
+    QString port;
+    /// From the first "/" on, query included; "/" where the address has no path.
+    QString requestPath;
+    /// One request header line without line end, or empty.
+    QString extraHeader;
+};
+
+/// Takes a camera key (without its scheme) apart. Never fails: what is odd is fetched as it is.
+FetchTarget fetchTargetOf(const QString& cameraKey);
+
+/// `port` as a number from 1 to 65535, or 0 where it is none.
+int portNumber(const QString& port);
+
+/// The last three characters of `requestPath` where they are "bmp", "gif" or "jpg" in whatever
+/// case (kept as the path has them), else "jpg".
+QString imageExtensionOf(const QString& requestPath);
+
+/// The HTTP/1.0 request (RFC 1945) for one image, ready to be sent.
+/// `requestStart` is "GET " and the path; `host` goes out without a port; `ifModifiedSince` and
+/// `extraHeader` have no line where they are empty. A line break inside any of them ends it
+/// there, so that none can bring a second header line.
+QByteArray buildRequest(const QString& requestStart, const QString& host,
+                        const QString& ifModifiedSince, const QString& extraHeader);
+
+/// The answer to one image request, fed chunk by chunk; knows neither socket nor window.
+///
+/// It reads headers as cameras' servers have long been read here: everything is looked for in the
+/// first chunk, by name, wherever it stands, and at fixed distances behind the name.
+class FetchAnswer
+{
+public:
+    /// Stands for the body's length where the answer gives none.
+    static constexpr qint32 UnknownLength = 10'000'000;
+    /// A longer body is given up (it ends as a body that is no picture does).
+    static constexpr qsizetype MaxBodyBytes = 64 * 1024 * 1024;
+
+    enum class Verdict {
+        /// More is to come; progressText() has changed.
+        Receiving,
+        /// The last announced byte has come.
+        Complete,
+        /// Answered 302: redirectUrl() says where to.
+        Redirect,
+        /// Answered 304.
+        NotModified,
+        /// Answered anything else that is no picture.
+        NotFound,
+        /// The body has passed MaxBodyBytes.
+        TooLong,
+    };
+
+    /// Ready for a new answer.
+    void reset();
+    /// Drops the body alone, as the start of a new temporary file does.
+    void emptyBody() { m_fetchedBody.clear(); }
+
+    /// Reads the next chunk. `currentUrl` is what a redirect without a usable location leads to.
+    Verdict take(const QByteArray& chunk, const QString& currentUrl);
+
+    /// "  Getting Image [40% of 12kb]", or without a known length "  Getting Image [ 5kb ]".
+    QString progressText() const;
+    /// The text of the finished fetch: "  Getting Image [100% of 12kb]".
+    QString completeText() const;
+
+    const QByteArray& FetchedBody() const { return m_fetchedBody; }
+    /// Gives the body away, in no more memory than it needs.
+    QByteArray takeBody();
+    /// The part of the last chunk that belongs to the body.
+    const QByteArray& lastBodyPart() const { return m_lastBodyPart; }
+    bool HeaderDone() const { return m_headerDone; }
+    QString redirectUrl() const { return m_redirectUrl; }
+
+    /// The Last-Modified text that belongs to the address: the history's before the answer, the
+    /// answer's own (or none) after its first chunk.
+    QString LastModified() const { return m_lastModified; }
+    void setLastModified(const QString& text) { m_lastModified = text; }
+
+private:
+    Verdict takeFirst(const QByteArray& chunk, const QString& currentUrl);
+    void readRedirect(const QByteArray& chunk, qsizetype location, const QString& currentUrl);
+    void readLength(const QByteArray& chunk, const QByteArray& lower);
+    Verdict addBody(const QByteArray& part);
+
+    bool m_headerDone = false;
+    /// [0] expected length of the body in bytes, [1] bytes of it received so far.
+    qint32 m_byteCounts[2] = {0, 0};
+    QByteArray m_fetchedBody;
+    QByteArray m_lastBodyPart;
+    QString m_lastModified;
+    QString m_redirectUrl;
+};

@@ -1,0 +1,68 @@
+#pragma once
+
+#include "shared/Timer.h"
+
+#include <QObject>
+
+#include <functional>
+
+/// The refresh countdown: while the timer button is pressed, asks for a fetch every so many
+/// seconds. The next countdown begins only when that fetch has ended.
+///
+/// The interval lives in the Tag of `tmrRe` as decimal text; a leading "r" asks the next tick to
+/// begin a new countdown. Owns no menu and no button; it says what they should show.
+class RefreshTimer : public QObject
+{
+    Q_OBJECT
+
+public:
+    static constexpr int TickMs = 1'000;
+    static constexpr int DefaultIntervalSeconds = 30;
+
+    /// `hasUrl` tells whether there is a camera to fetch.
+    RefreshTimer(std::function<bool()> hasUrl, QObject* parent);
+
+    /// The timer button is pressed: refreshing is wanted, whether or not it runs just now.
+    bool isPressed() const { return m_pressed; }
+    /// Presses the released button, releases the pressed one.
+    void toggle();
+
+    /// Seconds between two fetches, from -32768 to 32767; 0 or less fetches at every tick. Takes
+    /// effect at the next tick; the count goes on.
+    void setInterval(int seconds);
+
+    /// Begin a new countdown also after errors and refused answers.
+    bool KeepRefreshing() const { return m_keep; }
+    void setKeepRefreshing(bool on) { m_keep = on; }
+
+    /// A fetch is over. `gotBody`: it ended with an answer that had a body.
+    void fetchEnded(bool gotBody);
+    /// The user has stopped the fetch under way.
+    void fetchStopped();
+
+    /// Stops counting, for the end of the program.
+    void shutDown() { m_tmrRe.setEnabled(false); }
+
+signals:
+    /// The countdown has run out: fetch the camera again.
+    void RefreshDue();
+    void ToolTip(const QString& text);
+    void PressedChanged(bool pressed);
+    /// Refreshing has stopped although the button is pressed, or goes on again.
+    void Stalled(bool stalled);
+    /// The countdown ran out with no camera to fetch.
+    void NothingToRefresh();
+
+private:
+    void tick();
+    void setStalled(bool stalled);
+    int tagNumber() const;
+
+    std::function<bool()> m_hasUrl;
+    Timer m_tmrRe;
+    /// Seconds counted since the last refresh.
+    qint16 m_refreshCount = 0;
+    bool m_pressed = false;
+    bool m_keep = false;
+    bool m_stalled = false;
+};

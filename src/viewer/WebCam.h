@@ -1,0 +1,80 @@
+#pragma once
+
+#include "shared/Clock.h"
+#include "viewer/ViewerSurface.h"
+
+class Fetch;
+class History;
+class RefreshTimer;
+
+/// The camera viewer: fetches the image of one camera, shows it, keeps it and fetches it again.
+/// The facade that the rest of the program sees; each piece behind it keeps its own state, and
+/// this class only connects them and forwards.
+class WebCam : public ViewerSurface
+{
+    Q_OBJECT
+    Q_PROPERTY(QString Url READ Url WRITE setUrl)
+    Q_PROPERTY(bool ShowStatus READ ShowStatus WRITE setShowStatus)
+    Q_PROPERTY(bool ShowToolBar READ ShowToolBar WRITE setShowToolBar)
+    Q_PROPERTY(bool NewOnly READ NewOnly WRITE setNewOnly)
+    Q_PROPERTY(bool OriginalSize READ OriginalSize WRITE setOriginalSize)
+    Q_PROPERTY(bool KeepRefreshing READ KeepRefreshing WRITE setKeepRefreshing)
+
+public:
+    /// `folder` is the application folder; temporary files are kept there.
+    explicit WebCam(const QString& folder, QWidget* parent = nullptr);
+    ~WebCam() override;
+
+    /// The camera key on show, without its scheme. Setting it removes a leading "http://" in any
+    /// letter case and fetches nothing.
+    QString Url() const override;
+    void setUrl(const QString& url);
+
+    /// Fetches `url` (a camera key without its scheme) and shows it; an empty one fetches the
+    /// stored Url again. Returns at once; ImageChange, Done and Error tell what came of it.
+    void Refresh(const QString& url = {});
+
+    /// Deletes the temporary files. Errors are ignored.
+    void CleanUp();
+
+    /// Show the status line when a fetch starts; takes effect at the next one. True by default.
+    bool ShowStatus() const { return m_showStatus; }
+    void setShowStatus(bool on) { m_showStatus = on; }
+
+    /// Take new images only. True by default.
+    bool NewOnly() const;
+    void setNewOnly(bool on);
+
+    /// Go on refreshing after errors and refused answers. False by default.
+    bool KeepRefreshing() const;
+    void setKeepRefreshing(bool on);
+
+    /// Stops timers and socket, for the end of the program.
+    void shutDown();
+
+    /// For tests that move time: seeds the random tails of history keys.
+    void setClock(const Clock& clock);
+
+signals:
+    /// A fetch ended without a new image: "File not found", "Not a new image", "Not a picture",
+    /// or the socket's own description.
+    void Error(const QString& message);
+    /// A new image is on show. `unused` is always empty; `url` is its address with "http://".
+    void ImageChange(const QString& unused, const QString& url);
+    /// A fetch that got an answer's body is over, new image or not; also after Stop.
+    void Done();
+    /// A redirect has replaced Url.
+    void UrlChanged();
+
+private:
+    void connectFetch();
+    void connectRefreshTimer();
+    bool acceptBody(const QByteArray& body);
+    void toolBarClick(int index);
+
+    QString m_folder;
+    History* m_history;
+    RefreshTimer* m_refreshTimer;
+    Fetch* m_fetch;
+    bool m_showStatus = true;
+};

@@ -1,0 +1,37 @@
+#include "support/Dialogs.h"
+
+#include <QAbstractButton>
+#include <QApplication>
+#include <QInputDialog>
+#include <QMessageBox>
+#include <QTest>
+
+template<typename T>
+T* openDialog()
+{
+    T* found = nullptr;
+    (void)QTest::qWaitFor([&] {
+        for (auto* window : QApplication::topLevelWidgets()) {
+            if (auto* dialog = qobject_cast<T*>(window); dialog && dialog->isVisible())
+                found = dialog;
+        }
+        return found != nullptr;
+    });
+    return found;
+}
+
+template QMessageBox* openDialog<QMessageBox>();
+template QInputDialog* openDialog<QInputDialog>();
+
+ShownMessage answerMessage(int button)
+{
+    auto* box = openDialog<QMessageBox>();
+    if (!box)
+        return {};
+    const ShownMessage message{true, box->windowTitle(), box->text(), box->icon()};
+    auto* answer = box->button(static_cast<QMessageBox::StandardButton>(button));
+    if (!answer)
+        return {};
+    QTest::mouseClick(answer, Qt::LeftButton);
+    return message;
+}

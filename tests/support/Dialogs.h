@@ -1,0 +1,26 @@
+#pragma once
+
+#include <QString>
+
+#include <functional>
+
+class QDialog;
+class QMessageBox;
+
+/// Waits (at most a few seconds) until a dialog of type T is open, and gives it; null where none
+/// opens.
+template<typename T>
+T* openDialog();
+
+/// The open message box's parts, after waiting for it.
+struct ShownMessage
+{
+    bool shown = false;
+    QString title;
+    QString text;
+    int icon = 0;
+};
+
+/// Waits for a message box, notes what it shows and answers it with `button` (a
+/// QMessageBox::StandardButton) by a click.
+ShownMessage answerMessage(int button);

@@ -1,0 +1,92 @@
+#include "support/ScriptedServer.h"
+
+#include <QTcpSocket>
+#include <QTimer>
+
+ScriptedServer::ScriptedServer(QObject* parent)
+    : QObject(parent)
+{
+    connect(&m_server, &QTcpServer::newConnection, this, &ScriptedServer::accept);
+}
+
+void ScriptedServer::listen(const QString& address)
+{
+    if (!m_server.listen(QHostAddress(address)))
+        qFatal("cannot listen on %s", qPrintable(address));
+}
+
+QString ScriptedServer::url(const QString& path) const
+{
+    return QStringLiteral("127.0.0.1:%1%2").arg(port()).arg(path);
+}
+
+void ScriptedServer::accept()
+{
+    while (auto* socket = m_server.nextPendingConnection()) {
+        const auto n = std::min<qsizetype>(m_connections++, m_scripts.size() - 1);
+        const Script script = n < 0 ? Script{{}, Script::End::KeepOpen} : m_scripts[n];
+        m_newest = socket;
+        ++m_open;
+        socket->setSocketOption(QAbstractSocket::LowDelayOption, 1);
+        connect(socket, &QTcpSocket::disconnected, this, [this, socket] {
+            --m_open;
+            if (m_newest == socket)
+                m_newest = nullptr;
+            socket->deleteLater();
+        });
+        if (script.atOnce)
+            playTo(socket, script);
+        auto request = std::make_shared<QByteArray>();
+        connect(socket, &QTcpSocket::readyRead, this, [this, socket, script, request] {
+            *request += socket->readAll();
+            if (!request->endsWith("\r\n\r\n"))
+                return;
+            m_requests.append(std::exchange(*request, {}));
+            if (!script.atOnce)
+                playTo(socket, script);
+            emit RequestCame();
+        });
+    }
+}
+
+void ScriptedServer::playTo(QTcpSocket* socket, const Script& script)
+{
+    if (script.pieces.isEmpty()) {
+        if (script.end == Script::End::Close)
+            socket->disconnectFromHost();
+        else if (script.end == Script::End::Abort)
+            socket->abort();
+        return;
+    }
+    socket->write(script.pieces.first());
+    socket->flush();
+    Script rest = script;
+    rest.pieces.removeFirst();
+    QTimer::singleShot(rest.pieces.isEmpty() ? 0 : 1, socket,
+                       [this, socket, rest] { playTo(socket, rest); });
+}
+
+void ScriptedServer::sendMore(const QByteArray& bytes)
+{
+    if (m_newest) {
+        m_newest->write(bytes);
+        m_newest->flush();
+    }
+}
+
+void ScriptedServer::closeNewest()
+{
+    if (m_newest)
+        m_newest->disconnectFromHost();
+}
+
+QByteArray httpAnswer(const QByteArray& body, const QByteArray& headers, const QByteArray& status)
+{
+    return "HTTP/1.0 " + status + "\r\n" + headers + "\r\n" + body;
+}
+
+QByteArray pictureAnswer(const QByteArray& body, const QByteArray& moreHeaders)
+{
+    return httpAnswer(body, "Content-Type: image/jpeg\r\nContent-Length: " +
+                                QByteArray::number(body.size()) + "\r\n" + moreHeaders);
+}

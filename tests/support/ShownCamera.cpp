@@ -1,0 +1,168 @@
+#include "support/ShownCamera.h"
+
+#include "display/ImageView.h"
+#include "support/Pictures.h"
+#include "support/ScriptedServer.h"
+#include "support/TimeSeam.h"
+#include "viewer/Fetch.h"
+#include "viewer/TextStrip.h"
+#include "viewer/ToolBar.h"
+#include "viewer/ToolBarButton.h"
+
+#include <QEventLoop>
+#include <QSignalSpy>
+#include <QTest>
+#include <QTimer>
+
+namespace {
+
+constexpr int MostMs = 30'000;
+constexpr QSize WindowSize(700, 500);
+
+template<typename T>
+T& partOf(QObject& owner, const char* name)
+{
+    auto* found = owner.findChild<T*>(QString::fromLatin1(name));
+    if (!found)
+        qFatal("the viewer has no %s", name);
+    return *found;
+}
+
+bool isLike(const QColor& seen, const QColor& wanted)
+{
+    constexpr int jpegError = 12;
+    return std::abs(seen.red() - wanted.red()) <= jpegError &&
+           std::abs(seen.green() - wanted.green()) <= jpegError &&
+           std::abs(seen.blue() - wanted.blue()) <= jpegError;
+}
+
+} // namespace
+
+ShownCamera::ShownCamera()
+{
+    connect(&cam, &WebCam::ImageChange, this,
+            [this](const QString&, const QString& url) { m_told << "change " + url; });
+    connect(&cam, &WebCam::Error, this, [this](const QString& text) {
+        m_told << "error " + text;
+        m_over = true;
+    });
+    connect(&cam, &WebCam::Done, this, [this] {
+        m_told << "done";
+        m_over = true;
+    });
+    cam.resize(WindowSize);
+    cam.show();
+    if (!QTest::qWaitForWindowExposed(&cam))
+        qFatal("the window does not appear");
+}
+
+void ShownCamera::start(const QString& url)
+{
+    m_told.clear();
+    m_over = false;
+    cam.Refresh(url);
+}
+
+Outcome ShownCamera::end()
+{
+    if (!m_over) {
+        QEventLoop loop;
+        connect(&cam, &WebCam::Error, &loop, &QEventLoop::quit);
+        connect(&cam, &WebCam::Done, &loop, &QEventLoop::quit);
+        QTimer::singleShot(MostMs, &loop, &QEventLoop::quit);
+        loop.exec();
+    }
+    if (!m_over)
+        m_told << "not over";
+    return {m_told, status()};
+}
+
+Outcome ShownCamera::fetch(const QString& url)
+{
+    start(url);
+    return end();
+}
+
+Outcome ShownCamera::fetchUntilSilence(const QString& url, qsizetype bytes)
+{
+    qsizetype received = 0;
+    const auto count = connect(&partOf<Fetch>(cam, ""), &Fetch::ChunkReceived, this,
+                               [&](const QByteArray& chunk) { received += chunk.size(); });
+    start(url);
+    if (!QTest::qWaitFor([&] { return received >= bytes; }, MostMs))
+        qWarning("%lld bytes have come", static_cast<long long>(received));
+    disconnect(count);
+    if (m_over)
+        m_told << "over before the silence";
+    timer("tmrOut").elapse();
+    return end();
+}
+
+QString ShownCamera::status()
+{
+    return partOf<TextStrip>(cam, "lbl").Tag();
+}
+
+bool ShownCamera::busy()
+{
+    timer("tmrFalse").setEnabled(true);
+    timer("tmrFalse").elapse();
+    return partOf<TextStrip>(cam, "lbl").isVisible();
+}
+
+QByteArray ShownCamera::picture()
+{
+    return partOf<ImageView>(cam, "imgMain").Picture().bytes();
+}
+
+QColor ShownCamera::middle()
+{
+    return cam.grab(QRect(WindowSize.width() / 2, WindowSize.height() / 2, 1, 1))
+        .toImage()
+        .pixelColor(0, 0);
+}
+
+void ShownCamera::press(int button)
+{
+    QTest::mouseClick(partOf<ToolBar>(cam, "tbMain").button(button), Qt::LeftButton, {},
+                      QPoint(12, 14));
+}
+
+Timer& ShownCamera::timer(const char* name)
+{
+    return timerOf(cam, name);
+}
+
+QString ShownCamera::trouble()
+{
+    const QColor colour = QColor::fromHsv(m_pictures++ * 37 % 360, 255, 255);
+    const QByteArray good = encodedPicture({40, 30}, colour);
+    ScriptedServer server;
+    server.listen();
+    server.play(pictureAnswer(good));
+    server.play(Script{{}, Script::End::KeepOpen});
+
+    const Outcome outcome = fetch(server.url());
+    if (outcome.told != QStringList{"change http://127.0.0.1/a.jpg", "done"})
+        return "a good fetch: " + outcome.told.join(", ") + outcome.status;
+    if (picture() != good)
+        return "another picture";
+    if (const QColor seen = middle(); !isLike(seen, colour))
+        return "on screen " + seen.name() + ", not " + colour.name();
+    if (busy())
+        return "busy after a good fetch";
+
+    start();
+    if (!QTest::qWaitFor([&] { return server.requests().size() == 2; }, MostMs))
+        return "no second request";
+    if (!busy())
+        return "not busy during a fetch";
+    press(ToolBar::Stop);
+    if (m_told != QStringList{"done"} || status() != "  Stopped")
+        return "the stop button: " + m_told.join(", ") + status();
+    if (busy())
+        return "busy after the stop button";
+    if (!QTest::qWaitFor([&] { return server.openConnections() == 0; }, MostMs))
+        return "the connection stays open";
+    return {};
+}
