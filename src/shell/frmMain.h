@@ -1,0 +1,63 @@
+#pragma once
+
+#include <QMainWindow>
+
+#include <memory>
+
+class Favourites;
+class GotoBar;
+class MainMenu;
+class ViewPreferences;
+class WebCam;
+struct CommandLineFile;
+
+/// The main window. It owns the program's life: brings everything up in a fixed order when it is
+/// made, and writes everything back, once, when it closes, however that comes about.
+class frmMain : public QMainWindow
+{
+    Q_OBJECT
+
+public:
+    /// Where the program finds and keeps its files.
+    struct Folders
+    {
+        /// The application folder: pref.ini, temporary files.
+        QString application;
+        /// The folder of the executable, where a language file is looked for last.
+        QString program;
+    };
+
+    /// `commandLine` is the program's arguments as one text; empty for none.
+    frmMain(const Folders& folders, const QString& commandLine);
+    ~frmMain() override;
+
+    /// Writes preferences and favourites back, cleans up, and ends the program. Only the first
+    /// call does anything. Closing the window, Exit, the end of the desktop session and SIGTERM
+    /// all come here.
+    void shutDown();
+
+protected:
+    void closeEvent(QCloseEvent* event) override;
+    bool eventFilter(QObject* watched, QEvent* event) override;
+
+private:
+    void createParts();
+    void connectMenus();
+    void startUp(const QString& commandLine);
+    void openFile(const CommandLineFile& file);
+    void applyCaptions();
+    void layOut();
+    void showCamera(const QString& key);
+    void askExitWithoutSaving();
+    QString preferencesPath() const;
+
+    Folders m_folders;
+    MainMenu* m_menu;
+    Favourites* m_favourites;
+    WebCam* m_cam;
+    GotoBar* m_cmbUrl;
+    std::unique_ptr<ViewPreferences> m_preferences;
+    /// Set by Exit Without Saving alone, and never cleared: the camera list is not saved.
+    bool m_exitWithoutSaving = false;
+    bool m_shutDown = false;
+};

@@ -1,0 +1,41 @@
+#include "shell/CommandLine.h"
+
+using Kind = CommandLineFile::Kind;
+
+class CommandLineTest : public QObject
+{
+    Q_OBJECT
+private slots:
+    void readsTheFile_data();
+    void readsTheFile();
+};
+
+void CommandLineTest::readsTheFile_data()
+{
+    QTest::addColumn<QString>("commandLine");
+    QTest::addColumn<int>("kind");
+    QTest::addColumn<QString>("name");
+    const int none = static_cast<int>(Kind::None);
+    const int movie = static_cast<int>(Kind::Movie);
+    const int list = static_cast<int>(Kind::CameraList);
+    QTest::newRow("nothing") << "" << none << "";
+    QTest::newRow("quoted movie") << "\"/a b/c.pvm\"" << movie << "/a b/c.pvm";
+    QTest::newRow("capitals") << "/a/C.PVM" << movie << "/a/C.PVM";
+    QTest::newRow("the ending alone") << ".pvm" << movie << ".pvm";
+    QTest::newRow("list") << "/a/cams.zip" << list << "/a/cams.zip";
+    QTest::newRow("short") << "a" << list << "a";
+    QTest::newRow("one quote at the end") << "/a.pvm\"" << list << "/a.pvm\"";
+    QTest::newRow("a lone quote") << "\"" << list << "\"";
+    QTest::newRow("empty quotes") << "\"\"" << list << "";
+}
+
+void CommandLineTest::readsTheFile()
+{
+    QFETCH(QString, commandLine);
+    const CommandLineFile file = readCommandLine(commandLine);
+    QTEST(static_cast<int>(file.kind), "kind");
+    QTEST(file.name, "name");
+}
+
+QTEST_GUILESS_MAIN(CommandLineTest)
+#include "tst_CommandLine.moc"

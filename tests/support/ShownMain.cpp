@@ -1,0 +1,74 @@
+#include "support/ShownMain.h"
+
+#include <QFile>
+#include <QMenu>
+#include <QMenuBar>
+#include <QTest>
+
+namespace {
+
+void writeFile(const QString& path, const QByteArray& content)
+{
+    QFile file(path);
+    if (!file.open(QIODevice::WriteOnly) || file.write(content) != content.size())
+        qFatal("cannot write %s", qPrintable(path));
+}
+
+} // namespace
+
+ShownMain::~ShownMain() = default;
+
+void ShownMain::write(const QString& name, const QByteArray& content) const
+{
+    writeFile(path(name), content);
+}
+
+void ShownMain::writeBesideProgram(const QString& name, const QByteArray& content) const
+{
+    writeFile(programPath(name), content);
+}
+
+QByteArray ShownMain::preferences() const
+{
+    QFile file(path(QStringLiteral("pref.ini")));
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}
+
+frmMain& ShownMain::made(const QString& commandLine)
+{
+    if (!m_window) {
+        m_window = std::make_unique<frmMain>(
+            frmMain::Folders{m_application.path(), m_program.path()}, commandLine);
+    }
+    return *m_window;
+}
+
+frmMain& ShownMain::shown()
+{
+    made().show();
+    made().activateWindow();
+    if (!QTest::qWaitForWindowActive(m_window.get()))
+        qFatal("the main window does not become active");
+    return *m_window;
+}
+
+frmMain& ShownMain::madeAgain()
+{
+    m_window.reset();
+    return made();
+}
+
+QAction& ShownMain::entry(const QString& name)
+{
+    return part<QAction>(name);
+}
+
+void ShownMain::choose(const QString& menu, const QString& entryName)
+{
+    auto& list = part<QMenu>(menu);
+    auto& bar = *made().menuBar();
+    QTest::mouseClick(&bar, Qt::LeftButton, {}, bar.actionGeometry(list.menuAction()).center());
+    if (!QTest::qWaitForWindowExposed(&list))
+        qFatal("the menu %s does not open", qPrintable(menu));
+    QTest::mouseClick(&list, Qt::LeftButton, {}, list.actionGeometry(&entry(entryName)).center());
+}

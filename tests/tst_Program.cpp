@@ -1,0 +1,358 @@
+// The whole program as a process of its own, on the display of the tests.
+
+#include <csignal>
+#include <unistd.h>
+
+namespace {
+
+/// A copy of the program in a scratch folder that an ordinary user owns, run by that user.
+class RunningProgram
+{
+public:
+    RunningProgram()
+    {
+        QVERIFY(QDir(m_scratch.path()).mkpath("program") && QDir(m_scratch.path()).mkpath("home"));
+        QVERIFY(QFile::copy(PEVORA_PROGRAM, program("pevora")));
+        for (const QString& one : {m_scratch.path(), program(), home(), program("pevora")})
+            giveToOrdinaryUser(one);
+        // Qt minds a runtime folder that others can look into.
+        QVERIFY(QFile::setPermissions(home(), QFile::Permissions(0x7700)));
+        environment.insert("HOME", home());
+        environment.insert("XDG_RUNTIME_DIR", home());
+        for (const char* name : {"XDG_DATA_HOME", "XDG_CONFIG_HOME", "XDG_CACHE_HOME",
+                                 "DBUS_SESSION_BUS_ADDRESS", "SESSION_MANAGER"})
+            environment.remove(name);
+    }
+    ~RunningProgram()
+    {
+        if (process.state() != QProcess::NotRunning) {
+            process.kill();
+            process.waitForFinished();
+        }
+        // The folder's own clean-up needs to reach into it.
+        QFile::setPermissions(program(), QFile::Permissions(0x7777));
+    }
+
+    QString program(const QString& name = {}) const { return pathOf("program", name); }
+    QString home(const QString& name = {}) const { return pathOf("home", name); }
+    void writePreferences(const QByteArray& content) const
+    {
+        QFile file(program("pref.ini"));
+        QVERIFY(file.open(QIODevice::WriteOnly) && file.write(content) == content.size());
+        file.close();
+        giveToOrdinaryUser(file.fileName());
+    }
+    QByteArray preferences() const
+    {
+        QFile file(program("pref.ini"));
+        return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+    }
+
+    /// Starts it and waits for its window; false where none came.
+    bool start()
+    {
+        QStringList words;
+        if (geteuid() == 0)
+            words << "setpriv" << QString("--reuid=%1").arg(OrdinaryUser)
+                  << QString("--regid=%1").arg(OrdinaryUser) << "--clear-groups";
+        words << program("pevora");
+        process.setProcessEnvironment(environment);
+        process.start(words.takeFirst(), words);
+        return QTest::qWaitFor([this] { return findWindow(); }, 30'000);
+    }
+    /// Waits until it has ended; returns its exit status, or what else became of it.
+    QByteArray ended()
+    {
+        if (!QTest::qWaitFor([this] { return process.state() == QProcess::NotRunning; }, 30'000))
+            return "it does not end";
+        if (process.exitStatus() != QProcess::NormalExit)
+            return "it crashed";
+        return QByteArray::number(process.exitCode());
+    }
+    void terminate() const { ::kill(pid_t(process.processId()), SIGTERM); }
+
+    /// Seconds of processor time so far, which a busy machine does not lengthen.
+    double secondsUsed() const
+    {
+        QFile stat(QString("/proc/%1/stat").arg(process.processId()));
+        if (!stat.open(QIODevice::ReadOnly))
+            return -1;
+        // User and system time are the 14th and 15th; the 2nd is in brackets and may hold blanks.
+        const QByteArray all = stat.readAll();
+        const auto fields = all.mid(all.lastIndexOf(')') + 2).split(' ');
+        return (fields.value(11).toDouble() + fields.value(12).toDouble()) /
+               double(sysconf(_SC_CLK_TCK));
+    }
+    QString tell(const QString& command, const QStringList& arguments) const
+    {
+        QProcess tool;
+        tool.start(command, arguments);
+        tool.waitForFinished();
+        return QString::fromUtf8(tool.readAllStandardOutput());
+    }
+    QString property(const QString& name) const
+    {
+        return tell("xprop", {"-id", window, name}).trimmed();
+    }
+
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    QProcess process;
+    QString window;
+
+private:
+    static constexpr uid_t OrdinaryUser = 65534;
+
+    QString pathOf(const QString& folder, const QString& name) const
+    {
+        const QString path = m_scratch.filePath(folder);
+        return name.isEmpty() ? path : path + '/' + name;
+    }
+    static void giveToOrdinaryUser(const QString& path)
+    {
+        if (geteuid() == 0)
+            QCOMPARE(chown(path.toLocal8Bit().constData(), OrdinaryUser, OrdinaryUser), 0);
+    }
+    bool findWindow()
+    {
+        const QString found =
+            tell("xdotool", {"search", "--all", "--onlyvisible", "--pid",
+                             QString::number(process.processId()), "--name", "^Pevora$"});
+        window = found.section('\n', 0, 0);
+        return !window.isEmpty();
+    }
+
+    QTemporaryDir m_scratch;
+};
+
+const QByteArray DesignView = "[VIEW]\r\nLIST=True\r\nTB=True\r\nGOTO=True\r\nNEW=True\r\n"
+                              "TRAY=True\r\nOSIZE=False\r\nONTOP=False\r\n";
+
+} // namespace
+
+class ProgramTest : public QObject
+{
+    Q_OBJECT
+private slots:
+    void endsCleanly_data();
+    void endsCleanly();
+    void ctrlCAndTheEndOfTheTerminalEndItToo();
+    void printsNothing();
+    void withoutARuntimeFolderOnlyQtSpeaks();
+    void alwaysOnTopIsToldToTheWindowManager();
+    void itsWindowFitsIntoASmallScreen();
+    void aBadPreferencesFileDoesNoHarm_data();
+    void aBadPreferencesFileDoesNoHarm();
+    void anUnwritableFolderGivesWayToTheUsersOwn();
+    void tenThousandFavouritesCostNoTime();
+};
+
+void ProgramTest::endsCleanly_data()
+{
+    QTest::addColumn<bool>("byKeyboard");
+    QTest::newRow("by SIGTERM") << false;
+    QTest::newRow("by the window manager") << true;
+}
+
+void ProgramTest::endsCleanly()
+{
+    QFETCH(bool, byKeyboard);
+    RunningProgram p;
+    QVERIFY(p.start());
+    QCOMPARE(p.property("WM_NAME"), "WM_NAME(STRING) = \"Pevora\"");
+    QVERIFY(p.property("WM_CLASS").contains("\"pevora\""));
+    if (byKeyboard) {
+        p.tell("xdotool", {"windowactivate", "--sync", p.window});
+        p.tell("xdotool", {"key", "--clearmodifiers", "alt+F4"});
+    } else {
+        p.terminate();
+    }
+    QCOMPARE(p.ended(), "0");
+    QCOMPARE(p.preferences(), DesignView + "[FAVORITES]\r\nCOUNT=0\r\n");
+    QCOMPARE(QDir(p.program()).entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot),
+             (QStringList{"pevora", "pref.ini"}));
+}
+
+void ProgramTest::ctrlCAndTheEndOfTheTerminalEndItToo()
+{
+    for (const int number : {SIGINT, SIGHUP}) {
+        RunningProgram p;
+        QVERIFY(p.start());
+        ::kill(pid_t(p.process.processId()), number);
+        QCOMPARE(p.ended(), "0");
+        QVERIFY(p.preferences().startsWith(DesignView));
+    }
+}
+
+void ProgramTest::printsNothing()
+{
+    RunningProgram p;
+    QVERIFY(p.start());
+    p.terminate();
+    QCOMPARE(p.ended(), "0");
+    QCOMPARE(p.process.readAllStandardOutput(), "");
+    QCOMPARE(p.process.readAllStandardError(), "");
+}
+
+void ProgramTest::withoutARuntimeFolderOnlyQtSpeaks()
+{
+    RunningProgram p;
+    p.environment.remove("XDG_RUNTIME_DIR");
+    QVERIFY(p.start());
+    p.terminate();
+    QCOMPARE(p.ended(), "0");
+    for (const QByteArray& line : p.process.readAllStandardError().split('\n')) {
+        if (!line.isEmpty())
+            QVERIFY2(line.startsWith("QStandardPaths: "), line.constData());
+    }
+}
+
+void ProgramTest::alwaysOnTopIsToldToTheWindowManager()
+{
+    for (const bool on : {true, false}) {
+        RunningProgram p;
+        p.writePreferences(QByteArray("[VIEW]\r\nONTOP=") + (on ? "True" : "False") + "\r\n");
+        QVERIFY(p.start());
+        // The window manager answers when it has the window.
+        QTRY_VERIFY(p.property("WM_STATE").contains("Normal"));
+        if (on)
+            QTRY_VERIFY(p.property("_NET_WM_STATE").contains("_NET_WM_STATE_ABOVE"));
+        else
+            QVERIFY(!p.property("_NET_WM_STATE").contains("_NET_WM_STATE_ABOVE"));
+        p.terminate();
+        QCOMPARE(p.ended(), "0");
+        QVERIFY(p.preferences().contains(on ? "ONTOP=True\r\n" : "ONTOP=False\r\n"));
+    }
+}
+
+void ProgramTest::itsWindowFitsIntoASmallScreen()
+{
+    // A screen of a third of its size in each direction.
+    RunningProgram p;
+    p.environment.insert("QT_SCALE_FACTOR", "3");
+    QVERIFY(p.start());
+    QSize outer;
+    QTRY_VERIFY([&] {
+        const QString frame = p.tell("xwininfo", {"-frame", "-id", p.window});
+        const auto number = [&](const QString& name) {
+            const QRegularExpression line(name + ":\\s*(\\d+)");
+            return line.match(frame).captured(1).toInt();
+        };
+        outer = QSize(number("Width"), number("Height"));
+        return !outer.isEmpty();
+    }());
+    const QSize screen = QGuiApplication::primaryScreen()->size();
+    QVERIFY2(outer.width() <= screen.width() && outer.height() <= screen.height(),
+             qPrintable(QString("%1 x %2").arg(outer.width()).arg(outer.height())));
+    QVERIFY(outer.height() > screen.height() / 2);
+    p.terminate();
+    QCOMPARE(p.ended(), "0");
+}
+
+void ProgramTest::aBadPreferencesFileDoesNoHarm_data()
+{
+    using Make = std::function<void(const RunningProgram&)>;
+    QTest::addColumn<Make>("make");
+    QTest::addColumn<std::function<bool(const RunningProgram&)>>("isIntact");
+    const auto row = [](const char* name, const Make& make,
+                        const std::function<bool(const RunningProgram&)>& isIntact) {
+        QTest::newRow(name) << make << isIntact;
+    };
+    row(
+        "a folder", [](const RunningProgram& p) { QVERIFY(QDir().mkdir(p.program("pref.ini"))); },
+        [](const RunningProgram& p) { return QFileInfo(p.program("pref.ini")).isDir(); });
+    row(
+        "unreadable",
+        [](const RunningProgram& p) {
+            p.writePreferences("[VIEW]\r\nTB=False\r\n");
+            QVERIFY(QFile::setPermissions(p.program("pref.ini"), {}));
+        },
+        [](const RunningProgram& p) {
+            QFile::setPermissions(p.program("pref.ini"), QFile::ReadOwner);
+            return p.preferences() == "[VIEW]\r\nTB=False\r\n";
+        });
+
+    QByteArray noise(1'000'000, 0);
+    QRandomGenerator random(7);
+    for (char& byte : noise)
+        byte = char(random.generate() & 0xFF);
+    row(
+        "binary", [noise](const RunningProgram& p) { p.writePreferences(noise); },
+        // All of it is kept, and the preferences stand below.
+        [noise](const RunningProgram& p) {
+            return p.preferences().startsWith(noise) && p.preferences().contains(DesignView);
+        });
+
+    constexpr qint64 large = 100'000'000;
+    const QByteArray line = "[VIEW]\r\nTB=False\r\n";
+    row(
+        "100 MB",
+        [line](const RunningProgram& p) {
+            p.writePreferences(line);
+            QVERIFY(QFile::resize(p.program("pref.ini"), large));
+        },
+        [line](const RunningProgram& p) {
+            QFile file(p.program("pref.ini"));
+            return file.size() == large && file.open(QIODevice::ReadOnly) &&
+                   file.read(line.size()) == line;
+        });
+}
+
+void ProgramTest::aBadPreferencesFileDoesNoHarm()
+{
+    QFETCH(std::function<void(const RunningProgram&)>, make);
+    QFETCH(std::function<bool(const RunningProgram&)>, isIntact);
+    RunningProgram usual;
+    QVERIFY(usual.start());
+    const double usualSeconds = usual.secondsUsed();
+    usual.terminate();
+    QCOMPARE(usual.ended(), "0");
+
+    RunningProgram p;
+    make(p);
+    QVERIFY(p.start());
+    const double seconds = p.secondsUsed();
+    p.terminate();
+    QCOMPARE(p.ended(), "0");
+    QVERIFY(isIntact(p));
+    QCOMPARE(p.process.readAllStandardError(), "");
+    qInfo("window after %.2f s of processor time, usually %.2f s", seconds, usualSeconds);
+#ifndef __SANITIZE_ADDRESS__
+    QVERIFY(usualSeconds >= 0 && seconds < usualSeconds + 1);
+#endif
+}
+
+void ProgramTest::anUnwritableFolderGivesWayToTheUsersOwn()
+{
+    RunningProgram p;
+    QVERIFY(QFile::setPermissions(p.program(), QFile::Permissions(0x5555)));
+    p.environment.insert("XDG_DATA_HOME", p.home("data"));
+    QVERIFY(p.start());
+    p.terminate();
+    QCOMPARE(p.ended(), "0");
+    QVERIFY(!QFileInfo::exists(p.program("pref.ini")));
+    QVERIFY(QFileInfo(p.home("data/pevora/pref.ini")).isFile());
+}
+
+void ProgramTest::tenThousandFavouritesCostNoTime()
+{
+    QByteArray content = "[FAVORITES]\r\n";
+    for (int i = 0; i < 10'000; ++i) {
+        const QByteArray n = QByteArray::number(i);
+        content += "NAME[" + n + "]=Camera number " + n + "\r\nURL[" + n + "]=cam.example/" + n +
+                   ".jpg\r\n";
+    }
+    RunningProgram p;
+    p.writePreferences(content + "COUNT=10000\r\n");
+    QVERIFY(p.start());
+    const double atStart = p.secondsUsed();
+    p.terminate();
+    QCOMPARE(p.ended(), "0");
+    QCOMPARE(p.preferences(), content + "COUNT=10000\r\n" + DesignView);
+    qInfo("window after %.2f s of processor time", atStart);
+#ifndef __SANITIZE_ADDRESS__
+    QVERIFY(atStart >= 0 && atStart < 1.5);
+#endif
+}
+
+QTEST_MAIN(ProgramTest)
+#include "tst_Program.moc"
