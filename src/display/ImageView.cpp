@@ -6,15 +6,12 @@
 #include "shared/ReplaceFile.h"
 
 #include <QBuffer>
-#include <QContextMenuEvent>
 #include <QImageWriter>
 #include <QMenu>
 
 using namespace Qt::Literals::StringLiterals;
 
 namespace {
-
-const QRectF WholePicture(0, 0, 1, 1);
 
 /// A shown part of the picture smaller than this fraction (or larger than its inverse, in a view
 /// smaller than the zoom square) is one flat colour: clicks then change nothing.
@@ -92,7 +89,7 @@ void ImageView::showPicture(const Still& picture, const QImage& decoded)
     m_picO = picture;
     if (m_originalSize)
         takePictureSize();
-    m_region = WholePicture;
+    m_region = PictureCanvas::WholePicture;
     m_picMain->showRegion(m_picO, m_region, decoded);
     emit PictureLoad();
 }
@@ -118,7 +115,7 @@ void ImageView::resizeEvent(QResizeEvent*)
 
 void ImageView::fit()
 {
-    m_region = WholePicture;
+    m_region = PictureCanvas::WholePicture;
     m_picMain->showRegion(m_picO, m_region);
 }
 

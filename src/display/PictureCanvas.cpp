@@ -44,7 +44,7 @@ void PictureCanvas::showRegion(const Still& picture, const QRectF& region, const
     m_picture = picture;
     m_region = region;
     m_shown = {};
-    if (region == QRectF(0, 0, 1, 1))
+    if (region == WholePicture)
         m_whole = {};
     if (!decoded.isNull())
         render(decoded);
@@ -56,8 +56,7 @@ void PictureCanvas::render(const QImage& decoded)
     const QSize device = size() * devicePixelRatioF();
     if (m_picture.isNull() || device.isEmpty())
         return;
-    m_shown =
-        m_region == QRectF(0, 0, 1, 1) ? wholePicture(decoded, device) : regionOfPicture(device);
+    m_shown = m_region == WholePicture ? wholePicture(decoded, device) : regionOfPicture(device);
     m_shown.setDevicePixelRatio(devicePixelRatioF());
 }
 

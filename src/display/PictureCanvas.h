@@ -14,6 +14,9 @@ class PictureCanvas : public QWidget
     Q_OBJECT
 
 public:
+    /// The region of a picture that is shown whole.
+    static constexpr QRectF WholePicture{0, 0, 1, 1};
+
     explicit PictureCanvas(QWidget* parent);
 
     /// Shows `region` (fractions of the picture's size; what lies outside of it stays empty).
@@ -37,7 +40,7 @@ private:
     QPixmap regionOfPicture(QSize device);
 
     Still m_picture;
-    QRectF m_region{0, 0, 1, 1};
+    QRectF m_region = WholePicture;
     /// What is on show, in device pixels; rendered when it is first painted.
     QPixmap m_shown;
     /// The unscaled pixels, kept only while zoomed.

@@ -80,8 +80,7 @@ void frmMain::connectMenus()
         layOut();
     });
     on(u"mnuViewGoto"_s, [this](bool checked) {
-        m_cmbUrl->setVisible(checked);
-        layOut();
+        showGotoBar(checked);
         if (checked)
             m_cmbUrl->setFocus();
     });
@@ -96,11 +95,8 @@ void frmMain::connectMenus()
 
     m_preferences = std::make_unique<ViewPreferences>(
         *m_menu, *m_cam,
-        ViewPreferences::Targets{[this](bool shown) {
-                                     m_cmbUrl->setVisible(shown);
-                                     layOut();
-                                 },
-                                 [] {}, [this](bool topmost) { setTopmost(*this, topmost); }});
+        ViewPreferences::Targets{[this](bool shown) { showGotoBar(shown); }, [] {},
+                                 [this](bool topmost) { setTopmost(*this, topmost); }});
 }
 
 /// The order is fixed: camera list, command line, captions, view preferences, favourites.
@@ -132,6 +128,12 @@ void frmMain::applyCaptions()
     if (!folder.isEmpty())
         ApplyLanguageCaptions(*this, folder + "/lan.ini"_L1);
     m_menu->assignAccessKeys();
+}
+
+void frmMain::showGotoBar(bool shown)
+{
+    m_cmbUrl->setVisible(shown);
+    layOut();
 }
 
 void frmMain::showCamera(const QString& key)

@@ -47,6 +47,7 @@ private:
     void openFile(const CommandLineFile& file);
     void applyCaptions();
     void layOut();
+    void showGotoBar(bool shown);
     void showCamera(const QString& key);
     void askExitWithoutSaving();
     QString preferencesPath() const;
