@@ -1,7 +1,7 @@
 #pragma once
 
 #include "shared/Clock.h"
-#include "viewer/ImageList.h"
+#include "shared/ImageList.h"
 
 #include <QObject>
 #include <QString>

@@ -1,5 +1,5 @@
 #include "support/Pictures.h"
-#include "viewer/ImageList.h"
+#include "shared/ImageList.h"
 
 class ImageListTest : public QObject
 {

@@ -1,4 +1,4 @@
-#include "viewer/ImageList.h"
+#include "shared/ImageList.h"
 
 bool ImageList::Add(const Still& picture, const QString& key)
 {
