@@ -29,13 +29,14 @@ class WorkQueueTest : public QObject
 {
     Q_OBJECT
 private slots:
+    void init() { log.clear(); }
     void theSecondWaitsForTheFirst();
     void droppingTheRunningOneStartsTheNext();
     void droppingAWaitingOneLeavesTheRunningOne();
     void afterShutDownNothingBegins();
 
 private:
-    static Work* add(WorkQueue& queue, const QString& name, QStringList& log)
+    Work* add(WorkQueue& queue, const QString& name)
     {
         auto work = std::make_unique<Work>(name, log);
         auto* const added = work.get();
@@ -43,14 +44,16 @@ private:
         return added;
     }
     static void letGo() { QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete); }
+
+    /// Outlives the works, which go only when events run.
+    QStringList log;
 };
 
 void WorkQueueTest::theSecondWaitsForTheFirst()
 {
-    QStringList log;
     WorkQueue queue(nullptr);
-    auto* a = add(queue, "a", log);
-    auto* b = add(queue, "b", log);
+    auto* a = add(queue, "a");
+    auto* b = add(queue, "b");
     QCOMPARE(log, QStringList({"a begins"}));
     QVERIFY(queue.isBusy());
 
@@ -67,21 +70,19 @@ void WorkQueueTest::theSecondWaitsForTheFirst()
 
 void WorkQueueTest::droppingTheRunningOneStartsTheNext()
 {
-    QStringList log;
     WorkQueue queue(nullptr);
-    auto* a = add(queue, "a", log);
-    add(queue, "b", log);
+    auto* a = add(queue, "a");
+    add(queue, "b");
     queue.drop(a);
     QCOMPARE(log, QStringList({"a begins", "a cancelled", "b begins"}));
 }
 
 void WorkQueueTest::droppingAWaitingOneLeavesTheRunningOne()
 {
-    QStringList log;
     WorkQueue queue(nullptr);
-    auto* a = add(queue, "a", log);
-    auto* b = add(queue, "b", log);
-    add(queue, "c", log);
+    auto* a = add(queue, "a");
+    auto* b = add(queue, "b");
+    add(queue, "c");
     queue.drop(b);
     QCOMPARE(log, QStringList({"a begins", "b cancelled"}));
     queue.drop(b);
@@ -92,14 +93,13 @@ void WorkQueueTest::droppingAWaitingOneLeavesTheRunningOne()
 
 void WorkQueueTest::afterShutDownNothingBegins()
 {
-    QStringList log;
     WorkQueue queue(nullptr);
-    add(queue, "a", log);
-    add(queue, "b", log);
+    add(queue, "a");
+    add(queue, "b");
     queue.shutDown();
     QCOMPARE(log, QStringList({"a begins", "b cancelled", "a cancelled"}));
     QVERIFY(!queue.isBusy());
-    add(queue, "c", log);
+    add(queue, "c");
     QVERIFY(!log.contains("c begins"));
 }
 
