@@ -37,6 +37,9 @@ public:
 
     bool isNull() const { return !m_data; }
 
+    /// Whether both are copies of one still (or null both).
+    bool isSameAs(const Still& other) const { return m_data == other.m_data; }
+
     /// Width and height of the whole image in pixels.
     QSize size() const;
 

@@ -26,12 +26,19 @@ Fetch::Fetch(const QString& folder, Owner owner, QObject* parent)
     });
 }
 
+void Fetch::setUrl(const QString& url, const QString& camera)
+{
+    m_url = url;
+    m_urlCamera = camera;
+}
+
 void Fetch::Refresh(const QString& url)
 {
     if (!url.isEmpty())
-        m_url = url;
+        setUrl(url);
     ++m_run;
-    m_target = fetchTargetOf(m_url);
+    m_camera = m_urlCamera.isEmpty() ? m_url : m_urlCamera;
+    m_target = fetchTargetOf(m_camera);
     m_busy = true;
     m_answer.reset();
     m_tmrOut.setEnabled(false);
@@ -66,6 +73,12 @@ void Fetch::Stop()
     m_tmrOut.setEnabled(false);
     m_tmrFalse.setEnabled(true);
     emit Stopped();
+}
+
+void Fetch::forget()
+{
+    m_previousBody.clear();
+    m_answer.setLastModified({});
 }
 
 void Fetch::shutDown()
@@ -106,12 +119,13 @@ void Fetch::dataArrival()
     m_tmrOut.restart();
     emit ChunkReceived(chunk);
 
-    const auto verdict = m_answer.take(chunk, m_url);
+    const auto verdict = m_answer.take(chunk, m_camera);
     switch (verdict) {
     case FetchAnswer::Verdict::Redirect:
         redirect();
         return;
     case FetchAnswer::Verdict::NotModified:
+        m_owner.notModified();
         refuse(u"Not a new image"_s, u"  Not a new image: Process stopped."_s);
         return;
     case FetchAnswer::Verdict::NotFound:
@@ -136,7 +150,7 @@ void Fetch::redirect()
 {
     m_tmrOut.setEnabled(false);
     m_client.Close();
-    m_url = m_answer.redirectUrl();
+    setUrl(m_answer.redirectUrl());
     const auto run = m_run;
     emit UrlChanged();
     QMetaObject::invokeMethod(

@@ -34,6 +34,8 @@ public:
         std::function<bool(const QByteArray& body)> accept;
         /// The accepted picture has been announced: mirror it in the strip.
         std::function<void()> accepted;
+        /// The server has nothing newer than the image that lastModifiedOf() knew.
+        std::function<void()> notModified;
     };
 
     /// `folder` is the folder of the temporary file, the application folder.
@@ -41,7 +43,10 @@ public:
 
     /// The camera key as given, without its scheme. Setting it fetches nothing.
     QString Url() const { return m_url; }
-    void setUrl(const QString& url) { m_url = url; }
+    void setUrl(const QString& url) { setUrl(url, {}); }
+    /// As above; until Url is set again, Refresh() fetches `camera`, the whole camera key that
+    /// `url` (host and path alone) was fetched by. An empty one stands for `url` itself.
+    void setUrl(const QString& url, const QString& camera);
 
     /// Ask for new images only, and refuse a body that equals the last accepted one.
     bool NewOnly() const { return m_newOnly; }
@@ -57,11 +62,16 @@ public:
     /// True from Refresh() until the fetch ends; kept: also after a socket error.
     bool Busy() const { return m_busy; }
 
+    /// The camera key of the image being fetched.
+    QString camera() const { return m_camera; }
     /// Host (without port) and path of the image being fetched: the first field of its history
     /// key.
     QString address() const { return m_client.RemoteHost() + m_target.requestPath; }
     /// The Last-Modified text of the answer just read; the second field of its history key.
     QString LastModified() const { return m_answer.LastModified(); }
+
+    /// Forgets the last image: whatever comes next is new, and has no date of an older answer.
+    void forget();
 
     /// Ends everything without a word, for the end of the program.
     void shutDown();
@@ -98,6 +108,9 @@ private:
     Owner m_owner;
     QString m_folder;
     QString m_url;
+    /// What m_url stands for; empty where that is m_url itself.
+    QString m_urlCamera;
+    QString m_camera;
     FetchTarget m_target;
     FetchAnswer m_answer;
     TcpClient m_client;

@@ -4,14 +4,13 @@
 
 #include <QRandomGenerator>
 
-using namespace Qt::Literals::StringLiterals;
-
 namespace {
 
-/// A random number in [0, below), as the shortest text that keeps seven significant digits.
-QString randomText(QRandomGenerator& generator, double below)
+/// `number` as the shortest text that keeps seven significant digits, as single precision has.
+QString singleText(double number)
 {
-    return QString::number(generator.generateDouble() * below, 'g', 7);
+    constexpr int significantDigits = 7;
+    return QString::number(number, 'g', significantDigits);
 }
 
 } // namespace
@@ -21,30 +20,119 @@ History::History(QObject* parent)
 {
 }
 
-void History::Append(const Still& picture, const QString& address, const QString& lastModified)
+void History::Append(const Still& picture, const QString& address, const QString& lastModified,
+                     const QString& camera)
 {
-    if (m_ilHis.Count() >= MaxImages) {
-        m_ilHis.Remove(1);
+    if (makeRoom())
         emit OldestRemoved();
-    }
     const QString head = address + FieldSeparator + lastModified + FieldSeparator;
-    QRandomGenerator generator(static_cast<quint32>(m_clock().toMSecsSinceEpoch()));
-    // Two keys within one tick of the clock draw the same digits: draw on until one is new.
-    while (
-        !m_ilHis.Add(picture, head + randomText(generator, 32000) + randomText(generator, 200))) {
-    }
-    m_currentImage = m_ilHis.Count();
+    const QString key = add(picture, [&](QRandomGenerator& random) {
+        return head + singleText(random.generateDouble() * 32000) +
+               singleText(random.generateDouble() * 200);
+    });
+    m_cameras.insert(key, camera);
+}
+
+void History::AppendFile(const Still& picture)
+{
+    makeRoom();
+    const double secondsOfDay = m_clock().time().msecsSinceStartOfDay() / 1000.0;
+    add(picture, [&](QRandomGenerator& random) {
+        return FieldSeparator + singleText(random.generateDouble() * 32000) +
+               singleText(secondsOfDay * random.generateDouble()) +
+               singleText(random.generateDouble() * 32000);
+    });
+}
+
+void History::AppendFrame(const Still& picture)
+{
+    m_ilHis.Add(picture);
+}
+
+/// A movie may have brought more than fits: each picture drives out just one.
+bool History::makeRoom()
+{
+    if (Count() < MaxImages)
+        return false;
+    remove(1);
+    return true;
+}
+
+/// Two keys within one tick of the clock draw the same digits: draws on until one is new.
+template<typename MakeKey>
+QString History::add(const Still& picture, MakeKey makeKey)
+{
+    QRandomGenerator random(static_cast<quint32>(m_clock().toMSecsSinceEpoch()));
+    QString key = makeKey(random);
+    while (!m_ilHis.Add(picture, key))
+        key = makeKey(random);
+    m_currentImage = Count();
+    return key;
+}
+
+bool History::removeCurrent()
+{
+    if (m_currentImage < 1 || m_currentImage > Count())
+        return false;
+    remove(m_currentImage);
+    return true;
+}
+
+void History::remove(int n)
+{
+    m_cameras.remove(m_ilHis.Key(n));
+    m_ilHis.Remove(n);
+}
+
+void History::Clear()
+{
+    m_ilHis.Clear();
+    m_cameras.clear();
+}
+
+int History::back()
+{
+    if (Count() == 0)
+        return 0;
+    if (m_currentImage <= 1 || m_currentImage > Count())
+        m_currentImage = Count();
+    else
+        --m_currentImage;
+    return m_currentImage;
+}
+
+int History::forward()
+{
+    if (Count() == 0)
+        return 0;
+    if (m_currentImage > Count())
+        m_currentImage = Count();
+    else
+        m_currentImage = m_currentImage == Count() ? 1 : m_currentImage + 1;
+    return m_currentImage;
+}
+
+std::optional<QString> History::addressOf(int n) const
+{
+    const QString key = m_ilHis.Key(n);
+    const auto end = key.indexOf(FieldSeparator);
+    return end < 0 ? std::nullopt : std::optional(key.left(end));
+}
+
+QString History::cameraOf(int n) const
+{
+    return m_cameras.value(m_ilHis.Key(n));
+}
+
+int History::newestOf(const QString& address) const
+{
+    int n = Count();
+    while (n >= 1 && addressOf(n) != address)
+        --n;
+    return n;
 }
 
 QString History::lastModifiedOf(const QString& address) const
 {
-    for (int n = m_ilHis.Count(); n >= 1; --n) {
-        const QString key = m_ilHis.Key(n);
-        const auto first = key.indexOf(FieldSeparator);
-        if (first < 0 || QStringView(key).left(first) != address)
-            continue;
-        const auto second = key.indexOf(FieldSeparator, first + 1);
-        return key.mid(first + 1, second < 0 ? -1 : second - first - 1);
-    }
-    return {};
+    return m_ilHis.Key(newestOf(address)).section(FieldSeparator, 1, 1);
 }

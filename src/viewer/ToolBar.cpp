@@ -6,6 +6,8 @@
 #include <QMenu>
 #include <QStringList>
 
+#include <algorithm>
+
 using namespace Qt::Literals::StringLiterals;
 
 namespace {
@@ -89,17 +91,11 @@ ToolBarButton* ToolBar::button(int index) const
     return index >= 1 && index <= m_buttons.size() ? m_buttons[index - 1] : nullptr;
 }
 
-void ToolBar::setButtonEnabled(int index, bool on)
+void ToolBar::setButtonsEnabled(bool on, std::initializer_list<int> except)
 {
-    if (auto* one = button(index))
-        one->setEnabled(on);
-}
-
-void ToolBar::setAllButtonsEnabled(bool on)
-{
-    for (auto* one : m_buttons) {
-        if (one)
-            one->setEnabled(on);
+    for (int index = 1; index <= m_buttons.size(); ++index) {
+        if (button(index) && std::find(except.begin(), except.end(), index) == except.end())
+            button(index)->setEnabled(on);
     }
 }
 

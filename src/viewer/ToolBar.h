@@ -3,6 +3,8 @@
 #include <QList>
 #include <QWidget>
 
+#include <initializer_list>
+
 class QMenu;
 class ToolBarButton;
 
@@ -35,8 +37,8 @@ public:
     /// The button at place `index`; null for separators and numbers outside of 1..15.
     ToolBarButton* button(int index) const;
 
-    void setButtonEnabled(int index, bool on);
-    void setAllButtonsEnabled(bool on);
+    /// All buttons but those of `except`, which stay as they are.
+    void setButtonsEnabled(bool on, std::initializer_list<int> except = {});
     void setPressed(int index, bool pressed);
     void setToolTipText(int index, const QString& text);
     /// Another icon of the resources, by its name without ".svg".

@@ -23,7 +23,7 @@ WebCam::WebCam(const QString& folder, QWidget* parent)
     , m_fetch(
           new Fetch(folder,
                     {[this](const QString& address) { return m_history->lastModifiedOf(address); },
-                     [this](const QByteArray& body) { return acceptBody(body); }, [] {}},
+                     [this](const QByteArray& body) { return acceptBody(body); }, [] {}, [] {}},
                     this))
 {
     setAccessibleName(tr("Camera viewer"));
@@ -31,9 +31,7 @@ WebCam::WebCam(const QString& folder, QWidget* parent)
     connectRefreshTimer();
     connect(&tbMain(), &ToolBar::ButtonClick, this, &WebCam::toolBarClick);
     // Commands on the history and on files are not part of the viewer yet.
-    tbMain().setAllButtonsEnabled(false);
-    for (const int index : {ToolBar::Stop, ToolBar::Refresh, ToolBar::Timer})
-        tbMain().setButtonEnabled(index, true);
+    tbMain().setButtonsEnabled(false, {ToolBar::Stop, ToolBar::Refresh, ToolBar::Timer});
 }
 
 WebCam::~WebCam() = default;
@@ -95,7 +93,7 @@ bool WebCam::acceptBody(const QByteArray& body)
     if (!imgMain().loadPicture(body))
         return false;
     const QString address = m_fetch->address();
-    m_history->Append(imgMain().Picture(), address, m_fetch->LastModified());
+    m_history->Append(imgMain().Picture(), address, m_fetch->LastModified(), m_fetch->camera());
     emit ImageChange({}, "http://"_L1 + address);
     lblPic().setText("Image "_L1 + QString::number(m_history->CurrentImage()));
     return true;

@@ -17,6 +17,7 @@ void WorkQueue::enqueue(std::unique_ptr<LongWork> work)
     if (m_shutDown)
         return;
     auto* const added = work.get();
+    added->setParent(this); // so that its timers are found from above
     connect(added, &LongWork::Finished, this, [this, added] { remove(added); });
     m_works.push_back(std::move(work));
     if (m_works.size() == 1)

@@ -25,7 +25,7 @@ public:
                          onAccept();
                      return body != "no picture";
                  },
-                 [this] { told << "accepted"; }},
+                 [this] { told << "accepted"; }, [this] { told << "not modified"; }},
                 nullptr)
     {
         server.listen();
@@ -86,6 +86,9 @@ private slots:
     void theSameBytesOfAnotherCameraAreNotNewEither();
     void refusedAnswers_data();
     void refusedAnswers();
+    void aCameraIsFetchedAgainAsLongAsUrlStandsForIt();
+    void aRedirectLeavesTheCameraThatUrlStoodFor();
+    void aForgottenImageIsNewAgain();
     void aRedirectIsFollowed();
     void stopGetsInBetweenTwoRedirects();
     void aStopAskedForByAnEventBeatsTheRedirect();
@@ -267,12 +270,66 @@ void FetchTest::refusedAnswers()
     f.server.play(httpAnswer("<html>", "Content-Type: text/html\r\n", status),
                   Script::End::KeepOpen);
     f.run(f.server.url());
-    QCOMPARE(f.told, (QStringList{"started", "error: " + error, "ended without"}));
+    QStringList expected{"started", "error: " + error, "ended without"};
+    if (status.startsWith("304"))
+        expected.insert(1, "not modified");
+    QCOMPARE(f.told, expected);
     QCOMPARE(f.status.last(), text);
     QVERIFY(!f.fetch.Busy());
     QVERIFY(f.timer("tmrFalse").Enabled());
     QVERIFY(!f.timer("tmrOut").Enabled());
     QTRY_COMPARE(f.server.openConnections(), 0);
+}
+
+void FetchTest::aCameraIsFetchedAgainAsLongAsUrlStandsForIt()
+{
+    Fetching f;
+    for (const char* body : {"one", "two", "three"})
+        f.server.play(pictureAnswer(body));
+    const QString camera = f.server.url() + QChar(1) + "Cookie: a=1";
+    f.fetch.setUrl("127.0.0.1/a.jpg", camera);
+    f.run();
+    QCOMPARE(f.bodies, QList<QByteArray>{"one"});
+    QCOMPARE(f.fetch.Url(), "127.0.0.1/a.jpg");
+    QCOMPARE(f.fetch.camera(), camera);
+    QVERIFY(f.server.requests()[0].contains("\r\nCookie: a=1\r\n"));
+    f.run();
+    QCOMPARE(f.bodies.last(), "two");
+
+    // Another address, be it the same text, stands for itself.
+    f.fetch.setUrl(f.server.url());
+    f.run();
+    QCOMPARE(f.bodies.last(), "three");
+    QCOMPARE(f.fetch.camera(), f.server.url());
+    QVERIFY(!f.server.requests()[2].contains("Cookie"));
+
+    f.fetch.setUrl("127.0.0.1/a.jpg", camera);
+    f.run(f.server.url("/b.jpg"));
+    QCOMPARE(f.fetch.camera(), f.server.url("/b.jpg"));
+}
+
+void FetchTest::aRedirectLeavesTheCameraThatUrlStoodFor()
+{
+    Fetching f;
+    const QByteArray location = "Location: http://" + f.server.url("/new").toLatin1() + "\r\n";
+    f.server.play(httpAnswer({}, location, "302 Found"));
+    f.server.play(pictureAnswer("body"));
+    f.fetch.setUrl("127.0.0.1/a.jpg", f.server.url());
+    f.run();
+    QCOMPARE(f.fetch.Url(), f.server.url("/new"));
+    QCOMPARE(f.fetch.camera(), f.server.url("/new"));
+}
+
+void FetchTest::aForgottenImageIsNewAgain()
+{
+    Fetching f;
+    f.server.play(pictureAnswer("same", "Last-Modified: Mon\r\n"));
+    f.run(f.server.url());
+    QCOMPARE(f.fetch.LastModified(), "Mon");
+    f.fetch.forget();
+    QCOMPARE(f.fetch.LastModified(), "");
+    f.run();
+    QCOMPARE(f.bodies.size(), 2);
 }
 
 void FetchTest::aRedirectIsFollowed()

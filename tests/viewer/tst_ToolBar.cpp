@@ -15,6 +15,7 @@ private slots:
     void theTimerButtonDoesNotToggleByItself();
     void buttonsAreReachedByKeyAndNamed();
     void namesOutsideAreIgnored();
+    void buttonsAreSwitchedTogetherButForSome();
 };
 
 void ToolBarTest::placesBearTheirTips()
@@ -47,7 +48,7 @@ void ToolBarTest::clicksNameTheirButton()
         QCOMPARE(clicks.count(), 1);
         QCOMPARE(clicks.takeFirst().value(0).toInt(), index);
     }
-    bar.setButtonEnabled(6, false);
+    bar.button(6)->setEnabled(false);
     QTest::mouseClick(bar.button(6), Qt::LeftButton, {}, QPoint(12, 14));
     QCOMPARE(clicks.count(), 0);
     QCOMPARE(dropDowns.count(), 0);
@@ -134,13 +135,29 @@ void ToolBarTest::namesOutsideAreIgnored()
     ToolBar bar(nullptr);
     for (const int index : {-1, 0, 3, 16}) {
         QVERIFY(!bar.button(index));
-        bar.setButtonEnabled(index, false);
         bar.setPressed(index, true);
         bar.setToolTipText(index, "x");
         bar.setIconName(index, "stop");
     }
-    bar.setAllButtonsEnabled(false);
-    QVERIFY(!bar.button(1)->isEnabled());
+}
+
+void ToolBarTest::buttonsAreSwitchedTogetherButForSome()
+{
+    ToolBar bar(nullptr);
+    const auto enabled = [&] {
+        QList<int> found;
+        for (int index = 1; index <= 15; ++index) {
+            if (bar.button(index) && bar.button(index)->isEnabled())
+                found << index;
+        }
+        return found;
+    };
+    bar.setButtonsEnabled(false, {6, 13});
+    QCOMPARE(enabled(), (QList<int>{6, 13}));
+    bar.setButtonsEnabled(false);
+    QCOMPARE(enabled(), QList<int>{});
+    bar.setButtonsEnabled(true, {13});
+    QCOMPARE(enabled(), (QList<int>{1, 2, 4, 5, 6, 7, 9, 10, 12, 15}));
 }
 
 QTEST_MAIN(ToolBarTest)

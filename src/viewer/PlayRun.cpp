@@ -1,0 +1,99 @@
+#include "viewer/PlayRun.h"
+
+#include "viewer/History.h"
+
+#include <algorithm>
+#include <cmath>
+
+using namespace Qt::Literals::StringLiterals;
+
+namespace {
+
+constexpr float MsPerSecond = 1000;
+
+float secondsSinceMidnight(const QDateTime& time)
+{
+    return static_cast<float>(time.time().msecsSinceStartOfDay()) / MsPerSecond;
+}
+
+} // namespace
+
+PlayRun::PlayRun(const History& history, PlayState& state)
+    : m_history(history)
+    , m_state(state)
+    , m_tmrPlay(u"tmrPlay"_s, 0, this)
+{
+    connect(&m_tmrPlay, &Timer::Tick, this, [this] {
+        if (pauseLeft() > 0)
+            sleep();
+        else
+            next();
+    });
+}
+
+void PlayRun::begin()
+{
+    m_runs = true;
+    next();
+}
+
+void PlayRun::cancel()
+{
+    m_runs = false;
+    m_tmrPlay.setEnabled(false);
+}
+
+void PlayRun::restart()
+{
+    m_entry = m_passCount = 0;
+    hurry();
+}
+
+void PlayRun::hurry()
+{
+    if (m_runs)
+        next();
+}
+
+void PlayRun::next()
+{
+    if (m_state.StopPlay) {
+        m_state.StopPlay = false;
+        cancel();
+        emit Finished();
+        return;
+    }
+    m_start = m_state.clock();
+    sleep();
+    if (const int n = nextEntry())
+        emit FrameDue(n);
+}
+
+/// The number of the next entry that still is there; 0 where the history has been emptied.
+int PlayRun::nextEntry()
+{
+    const int count = m_history.Count();
+    ++m_entry;
+    if (m_entry > std::min(m_passCount, count)) {
+        m_entry = 1;
+        m_passCount = count;
+    }
+    return m_entry <= count ? m_entry : 0;
+}
+
+/// In seconds. Kept: midnight is not allowed for. A pause that spans it lasts until the clock
+/// passes the time of its start again, on the next day.
+float PlayRun::pauseLeft() const
+{
+    const QDateTime now = m_state.clock();
+    const float passed = secondsSinceMidnight(now) - secondsSinceMidnight(m_start);
+    return now.date() > m_start.date() ? -passed : m_state.PlayDelay - passed;
+}
+
+void PlayRun::sleep()
+{
+    const auto ms = static_cast<int>(
+        std::clamp(std::ceil(pauseLeft() * MsPerSecond), 1.0F, float(LongestSleepMs)));
+    m_tmrPlay.setInterval(ms);
+    m_tmrPlay.setEnabled(true);
+}

@@ -1,0 +1,49 @@
+#include "viewer/Player.h"
+
+#include "viewer/History.h"
+#include "viewer/ToolBar.h"
+#include "viewer/WorkQueue.h"
+
+Player::Player(const History& history, ToolBar& tbMain, WorkQueue& queue, QObject* parent)
+    : QObject(parent)
+    , m_history(history)
+    , m_tbMain(tbMain)
+    , m_queue(queue)
+{
+}
+
+void Player::start(float delay)
+{
+    m_state.StopPlay = false;
+    m_state.PlayDelay = delay;
+    Play();
+}
+
+void Player::Play()
+{
+    if (m_history.Count() == 0) {
+        m_tbMain.setButtonsEnabled(true, {ToolBar::StopMovie});
+        m_state.StopPlay = false;
+        return;
+    }
+    m_tbMain.setButtonsEnabled(false, {ToolBar::StopMovie});
+    // Kept: a request to stop that nobody has withdrawn ends this play before its first frame.
+    if (m_state.StopPlay)
+        return;
+    if (m_run) {
+        m_run->restart();
+        return;
+    }
+    auto run = std::make_unique<PlayRun>(m_history, m_state);
+    m_run = run.get();
+    connect(m_run, &PlayRun::FrameDue, this, &Player::FrameDue);
+    connect(m_run, &PlayRun::Finished, this, [this] { m_run = nullptr; });
+    m_queue.enqueue(std::move(run));
+}
+
+void Player::stop()
+{
+    m_state.StopPlay = true;
+    if (m_run)
+        m_run->hurry();
+}

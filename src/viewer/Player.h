@@ -1,0 +1,47 @@
+#pragma once
+
+#include "viewer/PlayRun.h"
+
+#include <QObject>
+#include <QPointer>
+
+class History;
+class ToolBar;
+class WorkQueue;
+
+/// Plays the history as a movie: starts and stops the one PlayRun that there may be, and decides
+/// which buttons rest meanwhile. Shows nothing itself.
+class Player : public QObject
+{
+    Q_OBJECT
+
+public:
+    Player(const History& history, ToolBar& tbMain, WorkQueue& queue, QObject* parent);
+
+    /// Withdraws any StopPlay, then plays with `delay` seconds between two frames.
+    void start(float delay);
+
+    /// Plays from entry 1. Of an empty history nothing is played, and the buttons are enabled
+    /// again; else all but Stop Movie are disabled, and stay so. While other long work runs it
+    /// waits for its turn; a play under way starts again from entry 1.
+    void Play();
+
+    /// Sets StopPlay: a play under way ends now, before its next frame; one that still waits for
+    /// its turn ends then.
+    void stop();
+
+    /// For tests that move time.
+    void setClock(const Clock& clock) { m_state.clock = clock; }
+
+signals:
+    /// Entry `n`, which the history has, is to be shown.
+    void FrameDue(int n);
+
+private:
+    const History& m_history;
+    ToolBar& m_tbMain;
+    WorkQueue& m_queue;
+    PlayState m_state;
+    /// Running or waiting for its turn.
+    QPointer<PlayRun> m_run;
+};

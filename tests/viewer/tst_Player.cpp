@@ -1,0 +1,298 @@
+// Playing the history: which entry when, and what the buttons do meanwhile. Time is moved by hand.
+
+#include "support/Pictures.h"
+#include "support/TimeSeam.h"
+#include "viewer/History.h"
+#include "viewer/Player.h"
+#include "viewer/ToolBar.h"
+#include "viewer/ToolBarButton.h"
+#include "viewer/WorkQueue.h"
+
+namespace {
+
+class OtherWork : public LongWork
+{
+public:
+    void begin() override {}
+    void cancel() override {}
+    void end() { emit Finished(); }
+};
+
+} // namespace
+
+class PlayerTest : public QObject
+{
+    Q_OBJECT
+private slots:
+    void init();
+    void cleanup();
+
+    void anEmptyHistoryEnablesTheButtonsAndReturns();
+    void framesFollowOneAnotherAndBeginAnew();
+    void onlyStopMovieIsLeftEnabled();
+    void aPassPicksUpWhatHasComeMeanwhile();
+    void anEmptiedHistoryIsSurvived();
+    void stopEndsThePauseAtOnce();
+    void stoppedBeforeItsTurnNothingIsPlayed();
+    void playAfterStopBeginsWithTheNewSpeed();
+    void playWhilePlayingBeginsAnewWithTheNewSpeed();
+    void aStopThatNobodyHasWithdrawnEndsTheNextPlay();
+    void aPauseLastsUntilTheClockSaysSo();
+    void aPauseAcrossMidnightLastsUntilTheNextDay();
+    void aSetBackClockLengthensThePause();
+    void waitsForItsTurn();
+    void aFrameShownLongBeforeIsNoBusyWait();
+
+private:
+    void add(int entries);
+    void pass(int ms);
+    QList<int> takeFrames();
+    QList<int> enabledButtons() const;
+    Timer& pause()
+    {
+        // A play that is over goes with the next events.
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+        return timerOf(*queue, "tmrPlay");
+    }
+
+    std::unique_ptr<History> history;
+    std::unique_ptr<ToolBar> bar;
+    std::unique_ptr<WorkQueue> queue;
+    std::unique_ptr<Player> player;
+    QDateTime now;
+    QList<int> frames;
+};
+
+static const QList<int> AllButtons{1, 2, 4, 5, 6, 7, 9, 10, 12, 13, 15};
+
+void PlayerTest::init()
+{
+    history = std::make_unique<History>();
+    bar = std::make_unique<ToolBar>(nullptr);
+    queue = std::make_unique<WorkQueue>(nullptr);
+    player = std::make_unique<Player>(*history, *bar, *queue, nullptr);
+    now = QDateTime(QDate(2001, 2, 3), QTime(12, 0));
+    player->setClock([this] { return now; });
+    frames.clear();
+    connect(player.get(), &Player::FrameDue, this, [this](int n) { frames << n; });
+}
+
+void PlayerTest::cleanup()
+{
+    queue.reset();
+    player.reset();
+}
+
+void PlayerTest::add(int entries)
+{
+    for (int i = 0; i < entries; ++i)
+        history->AppendFile(Still::fromImage(plainImage({2, 2}, Qt::red)));
+}
+
+/// The clock goes on, and the timer that sleeps until then ticks.
+void PlayerTest::pass(int ms)
+{
+    now = now.addMSecs(ms);
+    pause().elapse();
+}
+
+QList<int> PlayerTest::takeFrames()
+{
+    return std::exchange(frames, {});
+}
+
+QList<int> PlayerTest::enabledButtons() const
+{
+    QList<int> enabled;
+    for (const int index : AllButtons) {
+        if (bar->button(index)->isEnabled())
+            enabled << index;
+    }
+    return enabled;
+}
+
+void PlayerTest::anEmptyHistoryEnablesTheButtonsAndReturns()
+{
+    bar->setButtonsEnabled(false);
+    player->start(1);
+    QCOMPARE(enabledButtons(), (QList<int>{1, 2, 4, 5, 6, 7, 9, 10, 12, 15}));
+    QVERIFY(!queue->isBusy());
+    QVERIFY(frames.isEmpty());
+}
+
+void PlayerTest::framesFollowOneAnotherAndBeginAnew()
+{
+    add(3);
+    player->start(0.5F);
+    QCOMPARE(takeFrames(), QList<int>{1});
+    QCOMPARE(pause().Interval(), 500);
+    for (int i = 0; i < 4; ++i)
+        pass(500);
+    QCOMPARE(takeFrames(), (QList<int>{2, 3, 1, 2}));
+}
+
+void PlayerTest::onlyStopMovieIsLeftEnabled()
+{
+    add(1);
+    player->start(1);
+    QCOMPARE(enabledButtons(), QList<int>{13});
+    player->stop();
+    // Who stops the play enables the buttons.
+    QCOMPARE(enabledButtons(), QList<int>{13});
+}
+
+void PlayerTest::aPassPicksUpWhatHasComeMeanwhile()
+{
+    add(2);
+    player->start(1);
+    add(1);
+    for (int i = 0; i < 4; ++i)
+        pass(1000);
+    QCOMPARE(takeFrames(), (QList<int>{1, 2, 1, 2, 3}));
+}
+
+void PlayerTest::anEmptiedHistoryIsSurvived()
+{
+    add(3);
+    player->start(1);
+    history->Clear();
+    pass(1000);
+    pass(1000);
+    QCOMPARE(takeFrames(), QList<int>{1});
+    QVERIFY(pause().Enabled());
+    QCOMPARE(pause().Interval(), 1000);
+    add(1);
+    pass(1000);
+    QCOMPARE(takeFrames(), QList<int>{1});
+}
+
+void PlayerTest::stopEndsThePauseAtOnce()
+{
+    add(2);
+    player->start(1);
+    player->stop();
+    QVERIFY(!queue->isBusy());
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    QVERIFY(!queue->findChild<Timer*>());
+    QCOMPARE(takeFrames(), QList<int>{1});
+}
+
+void PlayerTest::stoppedBeforeItsTurnNothingIsPlayed()
+{
+    add(2);
+    auto other = std::make_unique<OtherWork>();
+    auto* const running = other.get();
+    queue->enqueue(std::move(other));
+    player->start(1);
+    player->stop();
+    running->end();
+    QVERIFY(frames.isEmpty());
+    QVERIFY(!queue->isBusy());
+}
+
+void PlayerTest::playAfterStopBeginsWithTheNewSpeed()
+{
+    add(3);
+    player->start(1);
+    pass(1000);
+    player->stop();
+    player->start(0.2F);
+    QCOMPARE(takeFrames(), (QList<int>{1, 2, 1}));
+    pass(210);
+    QCOMPARE(takeFrames(), QList<int>{2});
+}
+
+void PlayerTest::playWhilePlayingBeginsAnewWithTheNewSpeed()
+{
+    add(3);
+    player->start(1);
+    pass(1000);
+    player->start(0.2F);
+    QCOMPARE(takeFrames(), (QList<int>{1, 2, 1}));
+    QCOMPARE(pause().Interval(), 200);
+    player->stop();
+    QVERIFY(!queue->isBusy());
+}
+
+void PlayerTest::aStopThatNobodyHasWithdrawnEndsTheNextPlay()
+{
+    add(2);
+    player->stop();
+    player->Play();
+    QVERIFY(frames.isEmpty());
+    QCOMPARE(enabledButtons(), QList<int>{13});
+    player->start(1);
+    QCOMPARE(takeFrames(), QList<int>{1});
+}
+
+void PlayerTest::aPauseLastsUntilTheClockSaysSo()
+{
+    add(2);
+    player->start(1);
+    pass(400);
+    QVERIFY(pause().Enabled());
+    constexpr int stepsOfSinglePrecisionMs = 8;
+    QVERIFY(qAbs(pause().Interval() - 600) <= stepsOfSinglePrecisionMs);
+    QCOMPARE(takeFrames(), QList<int>{1});
+    pass(610);
+    QCOMPARE(takeFrames(), QList<int>{2});
+}
+
+void PlayerTest::aPauseAcrossMidnightLastsUntilTheNextDay()
+{
+    now.setTime(QTime(23, 59, 59, 900));
+    add(2);
+    player->start(0.5F);
+    QCOMPARE(pause().Interval(), 500);
+    pass(500);
+    QCOMPARE(now.date(), QDate(2001, 2, 4));
+    for (int hour = 1; hour < 24; ++hour)
+        pass(3'600'000);
+    QCOMPARE(takeFrames(), QList<int>{1});
+    // Awake now and then, but no more often than that.
+    QCOMPARE(pause().Interval(), 1000);
+    now.setTime(QTime(23, 59, 59, 890));
+    pass(0);
+    QCOMPARE(takeFrames(), QList<int>{});
+    pass(20);
+    QCOMPARE(takeFrames(), QList<int>{2});
+}
+
+void PlayerTest::aSetBackClockLengthensThePause()
+{
+    add(2);
+    player->start(1);
+    pass(-3'600'000);
+    QCOMPARE(takeFrames(), QList<int>{1});
+    pass(3'600'000);
+    QCOMPARE(takeFrames(), QList<int>{});
+    pass(1000);
+    QCOMPARE(takeFrames(), QList<int>{2});
+}
+
+void PlayerTest::waitsForItsTurn()
+{
+    add(2);
+    auto other = std::make_unique<OtherWork>();
+    auto* const running = other.get();
+    queue->enqueue(std::move(other));
+    player->start(0.2F);
+    QVERIFY(frames.isEmpty());
+    QCOMPARE(enabledButtons(), QList<int>{13});
+    // Pressed again: it keeps its place and takes the new speed.
+    player->start(0.5F);
+    running->end();
+    QCOMPARE(takeFrames(), QList<int>{1});
+    QCOMPARE(pause().Interval(), 500);
+}
+
+void PlayerTest::aFrameShownLongBeforeIsNoBusyWait()
+{
+    add(2);
+    player->start(0);
+    QCOMPARE(takeFrames(), QList<int>{1});
+    QVERIFY(pause().Interval() >= 1);
+}
+
+QTEST_MAIN(PlayerTest)
+#include "tst_Player.moc"
