@@ -3,10 +3,9 @@
 #include "display/PictureCanvas.h"
 #include "platform/Wallpaper.h"
 #include "shared/AppFolder.h"
+#include "shared/EncodeBitmap.h"
 #include "shared/ReplaceFile.h"
 
-#include <QBuffer>
-#include <QImageWriter>
 #include <QMenu>
 
 using namespace Qt::Literals::StringLiterals;
@@ -154,14 +153,11 @@ void ImageView::zoomAt(QPoint at)
 void ImageView::makeWallpaper()
 {
     const QString folder = wallpaperFolder();
-    QImage image = m_picO.image();
-    if (folder.isEmpty() || image.isNull())
+    if (folder.isEmpty())
         return;
-    QBuffer buffer;
-    buffer.open(QIODevice::WriteOnly);
-    image.convertTo(QImage::Format_RGB888);
+    const QByteArray bytes = encodeBitmap(m_picO.image());
     const QString path = pathInFolder(folder, u"Pevora.bmp"_s);
-    if (QImageWriter(&buffer, "bmp").write(image) && replaceFile(path, buffer.data()))
+    if (!bytes.isEmpty() && replaceFile(path, bytes))
         SetWallpaper(path);
 }
 

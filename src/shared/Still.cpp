@@ -1,5 +1,6 @@
 #include "shared/Still.h"
 
+#include "shared/JpegPixels.h"
 #include "shared/PictureHeader.h"
 #include "shared/SmoothScale.h"
 
@@ -112,6 +113,19 @@ QImage decode(const QByteArray& bytes, const PictureHeader& header, QSize wanted
     return smoothlyScaled(image, wanted);
 }
 
+/// The picture no smaller than `needed`, for a view; null where the decoder fails.
+QImage decodeForView(const QByteArray& bytes, const PictureHeader& header, QSize needed)
+{
+    const QSize wanted = Still::halvedSize(header.size, needed);
+    if (header.format == PictureHeader::Format::Jpeg && !needed.isEmpty()) {
+        // An eighth of a refresh's time less than by Qt's reader.
+        const auto used = QByteArrayView(bytes).first(header.usedBytes);
+        if (const auto image = jpegPixels(used, wanted))
+            return *image;
+    }
+    return decode(bytes, header, wanted);
+}
+
 } // namespace
 
 Still Still::fromBytes(const QByteArray& bytes, QSize needed, QImage* decoded)
@@ -121,7 +135,7 @@ Still Still::fromBytes(const QByteArray& bytes, QSize needed, QImage* decoded)
     const auto header = PictureHeader::read(bytes);
     if (!header || !isWithinBounds(*header))
         return {};
-    const QImage image = decode(bytes, *header, halvedSize(header->size, needed));
+    const QImage image = decodeForView(bytes, *header, needed);
     if (image.isNull())
         return {};
     if (decoded)
@@ -160,9 +174,8 @@ QImage Still::imageNoSmallerThan(QSize needed) const
 {
     if (!m_data)
         return {};
-    const QSize wanted = halvedSize(size(), needed);
-    return m_data->pixels.isNull() ? decode(m_data->bytes, m_data->header, wanted)
-                                   : smoothlyScaled(m_data->pixels, wanted);
+    return m_data->pixels.isNull() ? decodeForView(m_data->bytes, m_data->header, needed)
+                                   : smoothlyScaled(m_data->pixels, halvedSize(size(), needed));
 }
 
 QSize Still::halvedSize(QSize size, QSize needed)

@@ -94,8 +94,6 @@ QIcon symbolIcon(const QString& name)
     QFile file(QStringLiteral(":/icons/%1.svg").arg(name));
     if (!file.open(QIODevice::ReadOnly))
         return {};
-    const QByteArray svg = file.readAll();
-    if (!QSvgRenderer(svg).isValid())
-        return {};
-    return QIcon(new SymbolEngine(name, svg));
+    // It is the program's own drawing, parsed when it is painted and no sooner.
+    return QIcon(new SymbolEngine(name, file.readAll()));
 }

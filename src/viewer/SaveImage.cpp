@@ -1,22 +1,50 @@
 #include "viewer/SaveImage.h"
 
+#include "shared/EncodeBitmap.h"
+#include "shared/OverWhite.h"
+#include "shared/ReplaceFile.h"
+#include "viewer/GifWriter.h"
+
 #include <QBuffer>
 #include <QImageWriter>
+
+using namespace Qt::Literals::StringLiterals;
 
 namespace {
 
 constexpr int JpegQuality = 75;
 
+bool writeFile(const QString& fileName, const QByteArray& bytes)
+{
+    return !bytes.isEmpty() && replaceFile(fileName, bytes);
+}
+
 } // namespace
 
 QByteArray encodeJpeg(const QImage& image)
 {
-    if (image.isNull())
+    const QImage opaque = overWhite(image);
+    if (opaque.isNull())
         return {};
     QByteArray bytes;
     QBuffer buffer(&bytes);
     buffer.open(QIODevice::WriteOnly);
     QImageWriter writer(&buffer, "jpeg");
     writer.setQuality(JpegQuality);
-    return writer.write(image.convertToFormat(QImage::Format_RGB32)) ? bytes : QByteArray();
+    return writer.write(opaque) ? bytes : QByteArray();
+}
+
+bool SaveImage(const QString& FileName, const Still& picture, const QString& TypeWord)
+{
+    const QImage image = picture.image();
+    return writeFile(FileName, TypeWord == "jpg"_L1 ? encodeJpeg(image) : encodeGif(image));
+}
+
+bool savePicture(const QString& fileName, const Still& picture)
+{
+    // Kept: "xjpg" is a JPEG and "x.jpeg" a bitmap. The last characters count, not the suffix.
+    const QString last = fileName.right(3).toLower();
+    if (last == "gif"_L1 || last == "jpg"_L1)
+        return SaveImage(fileName, picture, last);
+    return writeFile(fileName, encodeBitmap(picture.image()));
 }

@@ -14,24 +14,6 @@ private slots:
     void zoomCountsLogicalPixels();
 };
 
-static QImage checkerboard(QSize size)
-{
-    QImage image(size, QImage::Format_RGB32);
-    for (int y = 0; y < size.height(); ++y) {
-        for (int x = 0; x < size.width(); ++x)
-            image.setPixel(x, y, (x + y) % 2 ? 0xffffffff : 0xff000000);
-    }
-    return image;
-}
-
-/// What the view shows, device pixel for device pixel.
-static QImage shown(ImageView& view)
-{
-    QImage image = view.grab().toImage().convertToFormat(QImage::Format_RGB32);
-    image.setDevicePixelRatio(1);
-    return image;
-}
-
 void HighDpiTest::picturesUseEveryDevicePixel()
 {
     QVERIFY(Scaled);
@@ -42,9 +24,9 @@ void HighDpiTest::picturesUseEveryDevicePixel()
     QCOMPARE(view.devicePixelRatioF(), 2.0);
     const QImage picture = checkerboard({600, 400});
     view.setPicture(Still::fromImage(picture));
-    QCOMPARE(shown(view), picture);
+    QCOMPARE(devicePixels(view), picture);
     QVERIFY(view.loadPicture(encodedImage(picture, "bmp")));
-    QCOMPARE(shown(view), picture);
+    QCOMPARE(devicePixels(view), picture);
 }
 
 void HighDpiTest::zoomCountsLogicalPixels()
@@ -57,7 +39,7 @@ void HighDpiTest::zoomCountsLogicalPixels()
     QTest::mouseClick(view.findChild<QWidget*>("picMain"), Qt::LeftButton, {}, QPoint(200, 200));
     QCOMPARE(view.shownRegion(), QRectF(0.25, 0.25, 0.5, 0.5));
     // 400 picture pixels over 800 device pixels: each is two wide.
-    const QImage zoomed = shown(view);
+    const QImage zoomed = devicePixels(view);
     QCOMPARE(zoomed.size(), QSize(800, 800));
     QVERIFY(zoomed.pixelColor(400, 400).red() != zoomed.pixelColor(402, 400).red());
 }

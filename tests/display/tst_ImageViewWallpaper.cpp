@@ -10,6 +10,7 @@ class ImageViewWallpaperTest : public QObject
 private slots:
     void init();
     void theUnscaledPictureIsWrittenUnderOneName();
+    void transparentPartsAreWhite();
     void anImageThatCannotBeWrittenIsIgnored();
 
 private:
@@ -52,6 +53,18 @@ void ImageViewWallpaperTest::theUnscaledPictureIsWrittenUnderOneName()
     QVERIFY(written.load(pictures() + "/Pevora.bmp", "bmp"));
     QCOMPARE(written.size(), QSize(32, 24));
     QCOMPARE(QDir(pictures()).entryList(QDir::Files), QStringList{"Pevora.bmp"});
+}
+
+void ImageViewWallpaperTest::transparentPartsAreWhite()
+{
+    QImage image(16, 16, QImage::Format_ARGB32);
+    image.fill(qRgba(255, 0, 0, 0));
+    ImageView view;
+    view.setPicture(Still::fromImage(image));
+    setAsBackground(view);
+    QImage written;
+    QVERIFY(written.load(pictures() + "/Pevora.bmp", "bmp"));
+    QCOMPARE(written.pixelColor(8, 8), QColor(Qt::white));
 }
 
 void ImageViewWallpaperTest::anImageThatCannotBeWrittenIsIgnored()

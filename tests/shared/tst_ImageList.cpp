@@ -1,5 +1,5 @@
-#include "support/Pictures.h"
 #include "shared/ImageList.h"
+#include "support/Pictures.h"
 
 class ImageListTest : public QObject
 {

@@ -2,11 +2,29 @@
 
 #include <QBuffer>
 #include <QRandomGenerator>
+#include <QWidget>
 
 QImage plainImage(QSize size, const QColor& colour)
 {
     QImage image(size, QImage::Format_RGB32);
     image.fill(colour);
+    return image;
+}
+
+QImage checkerboard(QSize size)
+{
+    QImage image(size, QImage::Format_RGB32);
+    for (int y = 0; y < size.height(); ++y) {
+        for (int x = 0; x < size.width(); ++x)
+            image.setPixel(x, y, (x + y) % 2 ? 0xffffffff : 0xff000000);
+    }
+    return image;
+}
+
+QImage devicePixels(QWidget& widget)
+{
+    QImage image = widget.grab().toImage().convertToFormat(QImage::Format_RGB32);
+    image.setDevicePixelRatio(1);
     return image;
 }
 
@@ -23,6 +41,14 @@ QByteArray encodedImage(const QImage& image, const char* format)
 QByteArray encodedPicture(QSize size, const QColor& colour, const char* format)
 {
     return encodedImage(plainImage(size, colour), format);
+}
+
+QByteArray stripedPicture(const QColor& colour)
+{
+    QImage image = plainImage({160, 120}, colour);
+    for (int x = 0; x < image.width(); ++x)
+        image.setPixelColor(x, x % 7, x % 2 ? Qt::black : Qt::white);
+    return encodedImage(image);
 }
 
 QByteArray smallGif()

@@ -1,0 +1,17 @@
+#pragma once
+
+#include <QByteArrayView>
+#include <QImage>
+#include <QSize>
+
+#include <optional>
+
+/// The pixels of the JPEG `bytes` at `size`, which is that of the picture, or its half, quarter or
+/// eighth: those of Qt's reader, decoded straight to where the screen wants them, and nothing
+/// beside them (no resolution, no colour profile). That is for looking at; what is kept or saved
+/// is read by Qt.
+///
+/// A null image where the decoder fails; nothing for another size, and for a picture that is not
+/// of three colours: Qt's reader knows what to do with it. The end of a truncated file is grey.
+/// What is too large was refused before this.
+std::optional<QImage> jpegPixels(QByteArrayView bytes, QSize size);
