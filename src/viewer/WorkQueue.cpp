@@ -48,7 +48,6 @@ void WorkQueue::remove(LongWork* work)
     if (found == m_works.end())
         return;
     const bool ran = found == m_works.begin();
-    work->disconnect(this);
     found->release()->deleteLater();
     m_works.erase(found);
     if (ran)

@@ -2,6 +2,7 @@
 
 #include <QAbstractButton>
 #include <QApplication>
+#include <QFileDialog>
 #include <QInputDialog>
 #include <QMessageBox>
 #include <QTest>
@@ -21,6 +22,7 @@ T* openDialog()
 }
 
 template QMessageBox* openDialog<QMessageBox>();
+template QFileDialog* openDialog<QFileDialog>();
 template QInputDialog* openDialog<QInputDialog>();
 
 ShownMessage answerMessage(int button)

@@ -1,0 +1,44 @@
+#include "support/JobLog.h"
+
+#include "support/Slower.h"
+#include "viewer/MovieReader.h"
+
+#include <QTest>
+
+JobLog::JobLog(MovieJob& job)
+    : m_job(job)
+{
+    connect(&job, &MovieJob::MaximumChanged, this,
+            [this](int maximum) { m_told << QString("maximum %1").arg(maximum); });
+    connect(&job, &MovieJob::ValueChanged, this,
+            [this](int value) { m_told << QString("value %1").arg(value); });
+    connect(&job, &MovieJob::CaptionChanged, this,
+            [this](const QString& caption) { m_told << "caption " + caption; });
+    connect(&job, &MovieJob::Failed, this, [this] { m_told << "failed"; });
+    connect(&job, &MovieJob::Finished, this, [this] { m_told << "finished"; });
+    auto* reader = qobject_cast<MovieReader*>(&job);
+    if (!reader)
+        return;
+    connect(reader, &MovieReader::FrameRead, this, [this](const Still& frame) {
+        m_told << QString("frame %1x%2").arg(frame.size().width()).arg(frame.size().height());
+    });
+    connect(reader, &MovieReader::Loaded, this, [this] { m_told << "loaded"; });
+}
+
+QStringList JobLog::run()
+{
+    m_job.begin();
+    if (!QTest::qWaitFor([this] { return isFinished(); }, 30'000 * Slower))
+        m_told << "not over";
+    return m_told;
+}
+
+QStringList JobLog::told(const QString& word) const
+{
+    QStringList found;
+    for (const QString& one : m_told) {
+        if (one.startsWith(word + ' '))
+            found << one.mid(word.size() + 1);
+    }
+    return found;
+}
