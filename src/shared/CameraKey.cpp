@@ -2,6 +2,12 @@
 
 using namespace Qt::Literals::StringLiterals;
 
+namespace {
+
+constexpr auto PlainScheme = "http://"_L1;
+
+} // namespace
+
 CameraKey splitCameraKey(const QString& key)
 {
     const auto mark = key.indexOf(HeaderMark);
@@ -12,12 +18,30 @@ CameraKey splitCameraKey(const QString& key)
 
 QString withoutHttpScheme(const QString& url)
 {
-    constexpr auto scheme = "http://"_L1;
-    return url.startsWith(scheme, Qt::CaseInsensitive) ? url.mid(scheme.size()) : url;
+    return url.startsWith(PlainScheme, Qt::CaseInsensitive) ? url.mid(PlainScheme.size()) : url;
+}
+
+bool isSecureAddress(QStringView address)
+{
+    return address.startsWith(SecureScheme, Qt::CaseInsensitive);
+}
+
+bool hasWebScheme(QStringView text)
+{
+    return text.startsWith(PlainScheme, Qt::CaseInsensitive) || isSecureAddress(text);
+}
+
+QString webAddressOf(const QString& address)
+{
+    return isSecureAddress(address) ? address : PlainScheme + address;
 }
 
 QString hostPartOf(QStringView address)
 {
+    const bool secure = isSecureAddress(address);
+    if (secure)
+        address = address.mid(SecureScheme.size());
     const auto slash = address.indexOf(u'/');
-    return (slash < 0 ? address : address.left(slash)).toString();
+    const QString host = (slash < 0 ? address : address.left(slash)).toString();
+    return secure ? SecureScheme + host : host;
 }

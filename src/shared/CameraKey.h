@@ -23,8 +23,24 @@ struct CameraKey
 /// Cuts `key` at its first header mark. A key without one is all address.
 CameraKey splitCameraKey(const QString& key);
 
+// An address is kept without "http://", which goes without saying, and with "https://", which makes
+// it another camera. These functions alone know of the two.
+
+/// What a secure address begins with, in whatever letter case.
+inline constexpr QLatin1StringView SecureScheme{"https://"};
+
 /// `url` without a leading "http://", in whatever letter case; the rest as given.
 QString withoutHttpScheme(const QString& url);
 
-/// Everything before the first "/" of an address without its scheme: host and port.
+/// Whether `address` begins with "https://": its camera is asked over TLS.
+bool isSecureAddress(QStringView address);
+
+/// Whether `text` begins with "http://" or "https://", and so is an address and no name.
+bool hasWebScheme(QStringView text);
+
+/// `address` as people and browsers know it: "http://" before a plain one, a secure one as it is.
+QString webAddressOf(const QString& address);
+
+/// Everything before the first "/" of an address: host and port, after the "https://" of a secure
+/// one, which is always in lower case here.
 QString hostPartOf(QStringView address);

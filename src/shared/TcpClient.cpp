@@ -2,6 +2,7 @@
 
 #include <QChildEvent>
 #include <QNetworkProxy>
+#include <QSslSocket>
 #include <QTcpSocket>
 
 #include <utility>
@@ -54,19 +55,58 @@ bool TcpClient::Connect()
     if (host.trimmed().isEmpty())
         return false;
 
-    m_socket.reset(new QTcpSocket);
+    // A QSslSocket, even one without TLS, loads the TLS library: only who needs it waits for it.
+    if (m_secure)
+        m_socket.reset(new QSslSocket);
+    else
+        m_socket.reset(new QTcpSocket);
     auto* socket = m_socket.get();
     socket->installEventFilter(this);
     socket->setProxy(QNetworkProxy::NoProxy);
-    connect(socket, &QTcpSocket::connected, this, &TcpClient::Connected);
     connect(socket, &QTcpSocket::readyRead, this, &TcpClient::readSocket);
-    connect(socket, &QTcpSocket::disconnected, this, &TcpClient::peerHasClosed);
     connect(socket, &QTcpSocket::errorOccurred, this, [this](QAbstractSocket::SocketError error) {
-        if (error != QAbstractSocket::RemoteHostClosedError)
-            failed(error);
+        if (error != QAbstractSocket::RemoteHostClosedError) {
+            receive();
+            failed(error, m_socket->errorString());
+        }
     });
-    socket->connectToHost(host, static_cast<quint16>(m_port));
+    if (m_secure)
+        connectSecure(host);
+    else
+        connectPlain(host);
     return true;
+}
+
+void TcpClient::connectPlain(const QString& host)
+{
+    connect(m_socket.get(), &QTcpSocket::connected, this, &TcpClient::established);
+    connect(m_socket.get(), &QTcpSocket::disconnected, this, &TcpClient::peerHasClosed);
+    m_socket->connectToHost(host, static_cast<quint16>(m_port));
+}
+
+void TcpClient::connectSecure(const QString& host)
+{
+    if (!QSslSocket::supportsSsl()) {
+        failed(QAbstractSocket::SslInternalError,
+               u"Secure connections (TLS) are not available on this computer"_s);
+        return;
+    }
+    auto* socket = static_cast<QSslSocket*>(m_socket.get());
+    socket->setPeerVerifyMode(QSslSocket::VerifyPeer);
+    connect(socket, &QSslSocket::encrypted, this, &TcpClient::established);
+    connect(socket, &QSslSocket::disconnected, this, &TcpClient::securePeerHasClosed);
+    connect(socket, &QSslSocket::errorOccurred, this, [this](QAbstractSocket::SocketError error) {
+        // The farewell of TLS comes so, maybe long before the connection itself ends.
+        if (error == QAbstractSocket::RemoteHostClosedError)
+            securePeerHasClosed();
+    });
+    socket->connectToHostEncrypted(host, static_cast<quint16>(m_port));
+}
+
+void TcpClient::established()
+{
+    m_established = true;
+    emit Connected();
 }
 
 /// Where the peer breaks a connection off before the program hears of it, QTcpSocket connects anew,
@@ -80,11 +120,8 @@ bool TcpClient::eventFilter(QObject* watched, QEvent* event)
     } else if (event->type() == QEvent::SockAct && m_socket &&
                m_socket->state() == QAbstractSocket::ConnectingState &&
                ++m_connectAnswers > MostConnectAnswers) {
-        if (m_errorNumber < 0) {
-            m_errorNumber = QAbstractSocket::ConnectionRefusedError;
-            m_errorText = QTcpSocket::tr("Connection refused");
-            schedule();
-        }
+        if (m_errorNumber < 0)
+            failed(QAbstractSocket::ConnectionRefusedError, QTcpSocket::tr("Connection refused"));
         return true;
     }
     return QObject::eventFilter(watched, event);
@@ -92,7 +129,7 @@ bool TcpClient::eventFilter(QObject* watched, QEvent* event)
 
 void TcpClient::SendData(const QByteArray& bytes)
 {
-    if (m_socket && m_socket->state() == QAbstractSocket::ConnectedState)
+    if (m_established && m_socket->state() == QAbstractSocket::ConnectedState)
         m_socket->write(bytes);
 }
 
@@ -109,6 +146,7 @@ void TcpClient::Close()
     m_chunk.clear();
     m_headerEnd = -1;
     m_searched = 0;
+    m_established = false;
     m_firstDelivered = false;
     m_waitedEnough = false;
     m_peerClosed = false;
@@ -117,10 +155,17 @@ void TcpClient::Close()
     m_connectAnswers = 0;
 }
 
+/// Before a connection is encrypted, nothing in the socket is the peer's answer.
+void TcpClient::receive()
+{
+    if (m_established)
+        m_received += m_socket->readAll();
+}
+
 void TcpClient::readSocket()
 {
     const bool first = m_received.isEmpty() && !m_firstDelivered;
-    m_received += m_socket->readAll();
+    receive();
     if (first && !m_received.isEmpty())
         m_headerWait.setEnabled(true);
     schedule();
@@ -128,16 +173,24 @@ void TcpClient::readSocket()
 
 void TcpClient::peerHasClosed()
 {
-    m_received += m_socket->readAll();
+    receive();
     m_peerClosed = true;
     schedule();
 }
 
-void TcpClient::failed(int number)
+void TcpClient::securePeerHasClosed()
 {
-    m_received += m_socket->readAll();
+    if (m_established || m_errorNumber >= 0)
+        peerHasClosed();
+    else
+        failed(QAbstractSocket::RemoteHostClosedError,
+               u"The server closed the connection before it was secure"_s);
+}
+
+void TcpClient::failed(int number, const QString& text)
+{
     m_errorNumber = number;
-    m_errorText = m_socket->errorString();
+    m_errorText = text;
     schedule();
 }
 

@@ -17,6 +17,11 @@ class QTcpSocket;
 /// 64 KiB have come, or the peer has closed, or 10 s have passed since the first byte. Later
 /// chunks are whatever has come since. Names resolve and connections are made without blocking.
 /// It never connects again by itself and knows nothing of HTTP beyond the empty line.
+///
+/// A secure connection speaks TLS from its first byte. The server's certificate has to be one that
+/// the system's certificates vouch for and has to be made out to RemoteHost; else the connection
+/// is an Error that gives the reason, and nothing has been sent. It never falls back to plain text.
+/// As in plain TCP there is no time-out on connecting, the handshake included.
 class TcpClient : public QObject
 {
     Q_OBJECT
@@ -49,8 +54,12 @@ public:
     int RemotePort() const { return m_port; }
     bool setRemotePort(int port);
 
-    /// Closes what was open and starts to connect. Connected or Error follows. False, with no
-    /// signal, where there is no host to connect to.
+    /// Whether the next connection speaks TLS. False by default.
+    bool Secure() const { return m_secure; }
+    void setSecure(bool on) { m_secure = on; }
+
+    /// Closes what was open and starts to connect. Connected (for a secure connection: once it is
+    /// encrypted) or Error follows. False, with no signal, where there is no host to connect to.
     bool Connect();
 
     /// Hands `bytes` to an open connection; without one they are dropped.
@@ -66,19 +75,27 @@ public:
 signals:
     void Connected();
     void DataArrival();
-    /// The peer has closed, and the last DataArrival has been handled. Never after Close().
+    /// The peer has closed, and the last DataArrival has been handled. Never after Close(). A
+    /// secure peer that closes without the farewell of TLS has closed too, as cameras' servers do:
+    /// whether all has come is for the reader of the bytes to judge.
     void Closed();
     /// The connection failed or broke. `number` is a QAbstractSocket::SocketError, `description`
-    /// a text for the user. The peer's close is never an Error.
+    /// a text for the user, one line. The peer's close is never an Error, but for one that comes
+    /// before a secure connection is encrypted.
     void Error(int number, const QString& description);
 
 protected:
     bool eventFilter(QObject* watched, QEvent* event) override;
 
 private:
+    void connectPlain(const QString& host);
+    void connectSecure(const QString& host);
+    void established();
+    void receive();
     void readSocket();
     void peerHasClosed();
-    void failed(int number);
+    void securePeerHasClosed();
+    void failed(int number, const QString& text);
     void schedule();
     void deliverNext();
     bool firstChunkIsComplete();
@@ -92,6 +109,7 @@ private:
     FirstChunk m_firstChunk;
     QString m_host;
     int m_port = 80;
+    bool m_secure = false;
 
     std::unique_ptr<QTcpSocket, SocketDeleter> m_socket;
     Timer m_headerWait;
@@ -99,6 +117,8 @@ private:
     QByteArray m_chunk;
     qsizetype m_headerEnd = -1;
     qsizetype m_searched = 0;
+    /// Connected has been told: bytes may be sent, and what comes is the peer's answer.
+    bool m_established = false;
     bool m_firstDelivered = false;
     bool m_waitedEnough = false;
     bool m_peerClosed = false;

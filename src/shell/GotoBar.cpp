@@ -1,5 +1,6 @@
 #include "shell/GotoBar.h"
 
+#include "shared/CameraKey.h"
 #include "shared/InputText.h"
 
 #include <QKeyEvent>
@@ -121,7 +122,7 @@ void GotoBar::enter()
 {
     const QString text = currentText();
     QString url = text;
-    if (!text.startsWith("http://"_L1, Qt::CaseInsensitive)) {
+    if (!hasWebScheme(text)) {
         url = m_names.ReturnUrlViaName(text);
         if (url.isEmpty())
             url = text;

@@ -2,6 +2,8 @@
 
 #include "shared/AppFolder.h"
 
+#include <utility>
+
 using namespace Qt::Literals::StringLiterals;
 
 Fetch::Fetch(const QString& folder, Owner owner, QObject* parent)
@@ -32,6 +34,12 @@ void Fetch::setUrl(const QString& url, const QString& camera)
     m_urlCamera = camera;
 }
 
+void Fetch::setUrl(const QString& url)
+{
+    if (url != m_url)
+        setUrl(url, {});
+}
+
 void Fetch::Refresh(const QString& url)
 {
     if (!url.isEmpty())
@@ -46,6 +54,7 @@ void Fetch::Refresh(const QString& url)
     emit StatusText("  Connecting to "_L1 + m_target.hostPart);
 
     m_client.Close();
+    m_client.setSecure(m_target.secure);
     m_client.setRemoteHost(m_target.host);
     QString problem;
     if (!m_client.setRemotePort(portNumber(m_target.port)))
@@ -214,12 +223,14 @@ void Fetch::FinishFetch()
         emit Ended(true);
         return;
     }
+    // Before it is announced: a handler may want it forgotten.
+    const QByteArray previous = std::exchange(m_previousBody, body);
     if (!m_owner.accept(body)) {
+        m_previousBody = previous;
         if (run == m_run)
             refuseBody();
         return;
     }
-    m_previousBody = body;
     m_owner.accepted();
     if (run != m_run)
         return;

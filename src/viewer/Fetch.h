@@ -27,7 +27,7 @@ public:
     /// What a finished body turned out to be, in the order in which the fetch needs to know.
     struct Owner
     {
-        /// The Last-Modified text of the newest image of `address` (host and path), or empty.
+        /// The Last-Modified text of the newest image of `address` (see address()), or empty.
         std::function<QString(const QString& address)> lastModifiedOf;
         /// Shows `body` and keeps it in the history; false (and nothing changed) where it is no
         /// picture.
@@ -41,10 +41,10 @@ public:
     /// `folder` is the folder of the temporary file, the application folder.
     Fetch(const QString& folder, Owner owner, QObject* parent);
 
-    /// The camera key as given, without its scheme. Setting it fetches nothing.
+    /// The camera key as given, without "http://". Setting it fetches nothing.
     QString Url() const { return m_url; }
-    void setUrl(const QString& url) { setUrl(url, {}); }
-    /// As above; until Url is set again, Refresh() fetches `camera`, the whole camera key that
+    void setUrl(const QString& url);
+    /// As above; as long as Url is unchanged, Refresh() fetches `camera`, the whole camera key that
     /// `url` (host and path alone) was fetched by. An empty one stands for `url` itself.
     void setUrl(const QString& url, const QString& camera);
 
@@ -52,7 +52,7 @@ public:
     bool NewOnly() const { return m_newOnly; }
     void setNewOnly(bool on) { m_newOnly = on; }
 
-    /// Starts a fetch of `url` (a camera key without its scheme), or of the stored Url where it
+    /// Starts a fetch of `url` (a camera key without "http://"), or of the stored Url where it
     /// is empty. An address that cannot be fetched ends in a status text alone.
     void Refresh(const QString& url = {});
 
@@ -64,9 +64,8 @@ public:
 
     /// The camera key of the image being fetched.
     QString camera() const { return m_camera; }
-    /// Host (without port) and path of the image being fetched: the first field of its history
-    /// key.
-    QString address() const { return m_client.RemoteHost() + m_target.requestPath; }
+    /// Address of the image being fetched: the first field of its history key.
+    QString address() const { return m_target.address(); }
     /// The Last-Modified text of the answer just read; the second field of its history key.
     QString LastModified() const { return m_answer.LastModified(); }
 

@@ -16,6 +16,8 @@ namespace {
 /// Distances are counted from the first letter of a header's name: the name with its colon, one
 /// blank, and for a location also the seven characters of "http://".
 constexpr qsizetype LocationSkip = 17;
+/// A secure location keeps its scheme.
+constexpr qsizetype SecureLocationSkip = 10;
 constexpr qsizetype LastModifiedSkip = 15;
 /// One past the blank that is expected behind the colon. Kept: a length that follows its colon at
 /// once loses its first digit.
@@ -42,6 +44,14 @@ QString headerText(const QByteArray& value)
     return cleanInput(oneLine(fromDisk(value)), false);
 }
 
+/// Whether the header "location:" at `location` leads to a secure address, after exactly one blank.
+bool isSecureLocation(const QByteArray& chunk, qsizetype location)
+{
+    const auto value = location + SecureLocationSkip;
+    return value < chunk.size() && chunk[value - 1] == ' ' &&
+           isSecureAddress(QString::fromLatin1(chunk.mid(value, SecureScheme.size())));
+}
+
 /// Rounded with ties to even. Figures that outgrow 16 bits are shown in full.
 QString rounded(double value)
 {
@@ -60,15 +70,17 @@ FetchTarget fetchTargetOf(const QString& cameraKey)
     if (target.requestPath.isEmpty())
         target.requestPath = u"/"_s;
 
+    target.secure = isSecureAddress(address);
+    const QString host = target.secure ? target.hostPart.mid(SecureScheme.size()) : target.hostPart;
     // The colons inside an IPv6 address's brackets separate no port.
-    const auto bracket = target.hostPart.startsWith(u'[') ? target.hostPart.indexOf(u']') : -1;
-    const auto colon = target.hostPart.indexOf(u':', std::max<qsizetype>(bracket, 0));
+    const auto bracket = host.startsWith(u'[') ? host.indexOf(u']') : -1;
+    const auto colon = host.indexOf(u':', std::max<qsizetype>(bracket, 0));
     if (colon < 0) {
-        target.host = target.hostPart;
-        target.port = u"80"_s;
+        target.host = host;
+        target.port = target.secure ? u"443"_s : u"80"_s;
     } else {
-        target.host = target.hostPart.left(colon);
-        target.port = target.hostPart.mid(colon + 1);
+        target.host = host.left(colon);
+        target.port = host.mid(colon + 1);
     }
     return target;
 }
@@ -167,18 +179,20 @@ FetchAnswer::Verdict FetchAnswer::takeFirst(const QByteArray& chunk, const QStri
     return addBody(headerEnd < 0 ? QByteArray() : chunk.mid(headerEnd + 4));
 }
 
-/// The server is expected to send exactly one blank and an absolute "http://" address; whatever
-/// else it sends is cut at the same distance and fetched as it then is.
+/// The server is expected to send exactly one blank and an absolute address: a secure one is taken
+/// whole; from any other the length of "http://" is cut, be it there or not, and the rest is
+/// fetched as it then is.
 void FetchAnswer::readRedirect(const QByteArray& chunk, qsizetype location,
                                const QString& currentUrl)
 {
-    const auto length = chunk.indexOf("\r\n", location) - location - LocationSkip;
+    const auto skip = isSecureLocation(chunk, location) ? SecureLocationSkip : LocationSkip;
+    const auto length = chunk.indexOf("\r\n", location) - location - skip;
     if (length < 0) {
         m_redirectUrl = currentUrl;
         return;
     }
     // The extra header line is not carried over, and a server cannot bring one in.
-    m_redirectUrl = headerText(chunk.mid(location + LocationSkip, length));
+    m_redirectUrl = headerText(chunk.mid(location + skip, length));
 }
 
 void FetchAnswer::readLength(const QByteArray& chunk, const QByteArray& lower)

@@ -6,19 +6,27 @@
 /// Where a camera address leads, as one fetch needs it.
 struct FetchTarget
 {
-    /// Host with its port suffix, as the address gives it; what the status line shows.
+    /// Host with its port suffix, as the address gives it, after the "https://" of a secure one;
+    /// what the status line shows.
     QString hostPart;
     /// Host alone; an IPv6 address keeps its brackets.
     QString host;
-    /// Text after the host's colon; "80" where there is none.
+    /// Asked over TLS.
+    bool secure = false;
+    /// Text after the host's colon; where there is none "80", or "443" for a secure address.
     QString port;
     /// From the first "/" on, query included; "/" where the address has no path.
     QString requestPath;
     /// One request header line without line end, or empty.
     QString extraHeader;
+
+    /// The first field of the image's history key: host without port, and path; the whole address
+    /// with scheme and port where it is secure. The scheme is in lower case, whatever the user
+    /// wrote, so that both ways of writing it are one camera.
+    QString address() const { return (secure ? hostPart : host) + requestPath; }
 };
 
-/// Takes a camera key (without its scheme) apart. Never fails: what is odd is fetched as it is.
+/// Takes a camera key (without "http://") apart. Never fails: what is odd is fetched as it is.
 FetchTarget fetchTargetOf(const QString& cameraKey);
 
 /// `port` as a number from 1 to 65535, or 0 where it is none.

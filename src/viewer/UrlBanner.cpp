@@ -35,7 +35,7 @@ QString UrlBanner::bannerText() const
     const QString address = splitCameraKey(m_url()).address;
     if (address.isEmpty())
         return QStringLiteral(PEVORA_DIRECTORY "/pevora/");
-    return "http://"_L1 + hostPartOf(address);
+    return webAddressOf(hostPartOf(address));
 }
 
 void UrlBanner::tick()

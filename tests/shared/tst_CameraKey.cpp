@@ -7,6 +7,9 @@ private slots:
     void splitsAtTheFirstMarkOnly();
     void stripsTheSchemeInAnyCase();
     void hostEndsAtTheFirstSlash();
+    void onlyASecureAddressBeginsWithHttps();
+    void namesHaveNoWebScheme();
+    void theWorldSeesAnAddressWithItsScheme();
 };
 
 void CameraKeyTest::splitsAtTheFirstMarkOnly()
@@ -29,6 +32,8 @@ void CameraKeyTest::stripsTheSchemeInAnyCase()
     QCOMPARE(withoutHttpScheme("host/http://"), "host/http://");
     QCOMPARE(withoutHttpScheme("http://http://host"), "http://host");
     QCOMPARE(withoutHttpScheme("http:/host"), "http:/host");
+    QCOMPARE(withoutHttpScheme("https://host/"), "https://host/");
+    QCOMPARE(withoutHttpScheme("HTTPS://host/"), "HTTPS://host/");
 }
 
 void CameraKeyTest::hostEndsAtTheFirstSlash()
@@ -36,6 +41,35 @@ void CameraKeyTest::hostEndsAtTheFirstSlash()
     QCOMPARE(hostPartOf(u"host:81/a/b"), "host:81");
     QCOMPARE(hostPartOf(u"host"), "host");
     QCOMPARE(hostPartOf(u"/a"), "");
+    QCOMPARE(hostPartOf(u"https://host:8443/a/b"), "https://host:8443");
+    QCOMPARE(hostPartOf(u"HTTPS://Host"), "https://Host");
+    QCOMPARE(hostPartOf(u"https:///a"), "https://");
+    QCOMPARE(hostPartOf(u"host/https://other/"), "host");
+}
+
+void CameraKeyTest::onlyASecureAddressBeginsWithHttps()
+{
+    for (const char* secure : {"https://host", "HTTPS://host", "hTTpS://"})
+        QVERIFY2(isSecureAddress(QString(secure)), secure);
+    for (const char* plain :
+         {"", "host", "https", "https:/host", "http://host", " https://host", "host/https://x"})
+        QVERIFY2(!isSecureAddress(QString(plain)), plain);
+}
+
+void CameraKeyTest::namesHaveNoWebScheme()
+{
+    for (const char* address : {"http://host", "HTTP://", "https://host", "Https://host"})
+        QVERIFY2(hasWebScheme(QString(address)), address);
+    for (const char* name : {"", "host", "http:/host", "http", "ftp://host", "x http://"})
+        QVERIFY2(!hasWebScheme(QString(name)), name);
+}
+
+void CameraKeyTest::theWorldSeesAnAddressWithItsScheme()
+{
+    QCOMPARE(webAddressOf("host:81/a"), "http://host:81/a");
+    QCOMPARE(webAddressOf(""), "http://");
+    QCOMPARE(webAddressOf("https://host:8443/a"), "https://host:8443/a");
+    QCOMPARE(webAddressOf("HTTPS://host/a"), "HTTPS://host/a");
 }
 
 QTEST_GUILESS_MAIN(CameraKeyTest)

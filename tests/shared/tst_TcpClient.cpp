@@ -1,39 +1,11 @@
 #include "shared/TcpClient.h"
 #include "support/ScriptedServer.h"
+#include "support/TcpListener.h"
 #include "support/TimeSeam.h"
 
 #include <sys/socket.h>
 
 using namespace Qt::Literals::StringLiterals;
-
-/// What a TcpClient told, in order; each chunk as it was taken.
-class Listener : public QObject
-{
-public:
-    explicit Listener(TcpClient& client)
-    {
-        connect(&client, &TcpClient::Connected, this, [this, &client] {
-            told << "Connected";
-            client.SendData("GET / HTTP/1.0\r\n\r\n");
-        });
-        connect(&client, &TcpClient::DataArrival, this, [this, &client] {
-            told << "Data";
-            chunks << client.GetData();
-            if (onData)
-                onData();
-        });
-        connect(&client, &TcpClient::Closed, this, [this] { told << "Closed"; });
-        connect(&client, &TcpClient::Error, this, [this](int, const QString& text) {
-            told << "Error";
-            description = text;
-        });
-    }
-
-    QStringList told;
-    QList<QByteArray> chunks;
-    QString description;
-    std::function<void()> onData;
-};
 
 class TcpClientTest : public QObject
 {
@@ -55,6 +27,8 @@ private slots:
     void aRefusedConnectionIsAnError();
     void aPeerThatBreaksOffAtOnceIsNotCalledAgainAndAgain();
     void connectsToAnIpv6AddressInBrackets();
+    void plainConnectionsLoadNoTlsLibrary();
+    void withoutATlsLibraryASecureConnectionIsAnError();
 };
 
 static void start(TcpClient& client, const ScriptedServer& server)
@@ -77,7 +51,7 @@ void TcpClientTest::aPortOutsideTheRangeIsRefused()
 void TcpClientTest::withoutAHostNothingConnects()
 {
     TcpClient client(TcpClient::FirstChunk::Whole);
-    Listener listener(client);
+    TcpListener listener(client);
     for (const auto& host : {u""_s, u" "_s, u"[]"_s}) {
         client.setRemoteHost(host);
         QVERIFY2(!client.Connect(), qPrintable(host));
@@ -94,7 +68,7 @@ void TcpClientTest::firstChunkWaitsForTheHeaderEnd()
     server.play(Script{{"HTTP/1.0 200 OK\r\n", "Content-Type: a\r\n\r", "\n", "body"},
                        Script::End::KeepOpen});
     TcpClient client(TcpClient::FirstChunk::OnePacket);
-    Listener listener(client);
+    TcpListener listener(client);
     start(client, server);
     QTRY_COMPARE(listener.chunks.join().size(), 40);
     QVERIFY(listener.chunks.first().startsWith("HTTP/1.0 200 OK\r\nContent-Type: a\r\n\r\n"));
@@ -107,7 +81,7 @@ void TcpClientTest::firstChunkIsOnePacketOfHeaderAndBody()
     server.listen();
     server.play(answer);
     TcpClient client(TcpClient::FirstChunk::OnePacket);
-    Listener listener(client);
+    TcpListener listener(client);
     start(client, server);
     QTRY_COMPARE(listener.told.value(listener.told.size() - 1), u"Closed"_s);
     QCOMPARE(listener.chunks.first().size(), 1460);
@@ -122,7 +96,7 @@ void TcpClientTest::aLongHeaderBlockIsAChunkOfItsOwn()
     server.listen();
     server.play(header + "body");
     TcpClient client(TcpClient::FirstChunk::OnePacket);
-    Listener listener(client);
+    TcpListener listener(client);
     start(client, server);
     QTRY_COMPARE(listener.chunks.size(), 2);
     QCOMPARE(listener.chunks[0], header);
@@ -136,7 +110,7 @@ void TcpClientTest::nothingIsCutForWholeChunks()
     server.listen();
     server.play(answer);
     TcpClient client(TcpClient::FirstChunk::Whole);
-    Listener listener(client);
+    TcpListener listener(client);
     start(client, server);
     QTRY_COMPARE(listener.chunks.join(), answer);
     QVERIFY(listener.chunks.first().size() > 1460);
@@ -148,7 +122,7 @@ void TcpClientTest::withoutAHeaderEndTheFirstChunkComesAtTheClose()
     server.listen();
     server.play(Script{{"no ", "header"}});
     TcpClient client(TcpClient::FirstChunk::OnePacket);
-    Listener listener(client);
+    TcpListener listener(client);
     start(client, server);
     QTRY_COMPARE(listener.told, (QStringList{"Connected", "Data", "Closed"}));
     QCOMPARE(listener.chunks, QList<QByteArray>{"no header"});
@@ -160,7 +134,7 @@ void TcpClientTest::withoutAHeaderEndTheFirstChunkComesAfter64KiB()
     server.listen();
     server.play(Script{{QByteArray(70'000, 'x')}, Script::End::KeepOpen});
     TcpClient client(TcpClient::FirstChunk::OnePacket);
-    Listener listener(client);
+    TcpListener listener(client);
     start(client, server);
     QTRY_COMPARE(listener.chunks.join().size(), 70'000);
     QVERIFY(listener.chunks.first().size() >= 64 * 1024);
@@ -172,7 +146,7 @@ void TcpClientTest::withoutAHeaderEndTheFirstChunkComesAfterTheWait()
     server.listen();
     server.play(Script{{"HTTP/1.0 200"}, Script::End::KeepOpen});
     TcpClient client(TcpClient::FirstChunk::OnePacket);
-    Listener listener(client);
+    TcpListener listener(client);
     Timer& wait = timerOf(client, "tmrHeader");
     QCOMPARE(wait.Interval(), 10'000);
     start(client, server);
@@ -189,7 +163,7 @@ void TcpClientTest::theRestIsDroppedWhenTheHandlerCloses()
     server.listen();
     server.play("HTTP/1.0 200 OK\r\n\r\n" + QByteArray(100'000, 'b'));
     TcpClient client(TcpClient::FirstChunk::OnePacket);
-    Listener listener(client);
+    TcpListener listener(client);
     listener.onData = [&] { client.Close(); };
     start(client, server);
     QTRY_COMPARE(server.connections(), 1);
@@ -204,7 +178,7 @@ void TcpClientTest::theRestIsDroppedWhenTheHandlerConnectsAnew()
     server.play("HTTP/1.0 200 OK\r\n\r\n" + QByteArray(100'000, 'b'));
     server.play("second\r\n\r\n");
     TcpClient client(TcpClient::FirstChunk::OnePacket);
-    Listener listener(client);
+    TcpListener listener(client);
     listener.onData = [&] {
         if (listener.chunks.size() == 1)
             client.Connect();
@@ -220,7 +194,7 @@ void TcpClientTest::closedComesAfterTheLastChunkAndOnlyForThePeer()
     server.listen();
     server.play("a\r\n\r\n" + QByteArray(3000, 'b'));
     TcpClient client(TcpClient::FirstChunk::OnePacket);
-    Listener listener(client);
+    TcpListener listener(client);
     start(client, server);
     QTRY_COMPARE(listener.told, (QStringList{"Connected", "Data", "Data", "Closed"}));
 
@@ -240,7 +214,7 @@ void TcpClientTest::aResetIsNoError()
     server.listen();
     server.play(Script{{"a\r\n\r\nb"}, Script::End::Abort});
     TcpClient client(TcpClient::FirstChunk::OnePacket);
-    Listener listener(client);
+    TcpListener listener(client);
     start(client, server);
     QTRY_COMPARE(listener.told.value(listener.told.size() - 1), u"Closed"_s);
     QVERIFY(!listener.told.contains("Error"));
@@ -255,7 +229,7 @@ void TcpClientTest::aRefusedConnectionIsAnError()
         freePort = probe.serverPort();
     }
     TcpClient client(TcpClient::FirstChunk::Whole);
-    Listener listener(client);
+    TcpListener listener(client);
     client.setRemoteHost(u"127.0.0.1"_s);
     QVERIFY(client.setRemotePort(freePort));
     QVERIFY(client.Connect());
@@ -279,7 +253,7 @@ void TcpClientTest::aPeerThatBreaksOffAtOnceIsNotCalledAgainAndAgain()
         socket->deleteLater();
     });
     TcpClient client(TcpClient::FirstChunk::Whole);
-    Listener listener(client);
+    TcpListener listener(client);
     client.setRemoteHost(u"127.0.0.1"_s);
     QVERIFY(client.setRemotePort(server.serverPort()));
     for (int attempt = 0; attempt < 10; ++attempt) {
@@ -298,12 +272,52 @@ void TcpClientTest::connectsToAnIpv6AddressInBrackets()
     server.listen(u"::1"_s);
     server.play("a\r\n\r\n");
     TcpClient client(TcpClient::FirstChunk::Whole);
-    Listener listener(client);
+    TcpListener listener(client);
     client.setRemoteHost(u"[::1]"_s);
     QVERIFY(client.setRemotePort(server.port()));
     QVERIFY(client.Connect());
     QCOMPARE(client.RemoteHost(), "[::1]");
     QTRY_COMPARE(listener.chunks, QList<QByteArray>{"a\r\n\r\n"});
+}
+
+/// The library costs more than 10 ms, which the user of a plain camera need not wait for.
+void TcpClientTest::plainConnectionsLoadNoTlsLibrary()
+{
+    ScriptedServer server;
+    server.listen();
+    server.play("a\r\n\r\n");
+    TcpClient client(TcpClient::FirstChunk::Whole);
+    TcpListener listener(client);
+    start(client, server);
+    QTRY_COMPARE(listener.told, (QStringList{"Connected", "Data", "Closed"}));
+    QFile maps("/proc/self/maps");
+    QVERIFY(maps.open(QIODevice::ReadOnly));
+    const QByteArray loaded = maps.readAll();
+    QVERIFY(loaded.contains("libQt6Network"));
+    QVERIFY(!loaded.contains("backend.so"));
+    QVERIFY(!loaded.contains("libssl"));
+}
+
+/// Last of all: the library is looked for once, and this test sees to it that none is found.
+void TcpClientTest::withoutATlsLibraryASecureConnectionIsAnError()
+{
+    QCoreApplication::setLibraryPaths({});
+    QLoggingCategory::setFilterRules("qt.network.ssl.warning=false");
+    ScriptedServer server;
+    server.listen();
+    TcpClient client(TcpClient::FirstChunk::Whole);
+    TcpListener listener(client);
+    client.setSecure(true);
+    start(client, server);
+    QTRY_COMPARE(listener.told, QStringList{"Error"});
+    QCOMPARE(listener.description, "Secure connections (TLS) are not available on this computer");
+    QCOMPARE(server.connections(), 0);
+    // A plain connection works as before.
+    client.setSecure(false);
+    server.play("a\r\n\r\n");
+    listener.told.clear();
+    start(client, server);
+    QTRY_COMPARE(listener.told, (QStringList{"Connected", "Data", "Closed"}));
 }
 
 QTEST_GUILESS_MAIN(TcpClientTest)

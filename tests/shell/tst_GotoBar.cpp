@@ -90,6 +90,8 @@ void GotoBarTest::enterOnAnAddressPassesItOnAsTyped_data()
     QTest::addColumn<QString>("text");
     QTest::newRow("scheme") << "http://cam.example/a.jpg";
     QTest::newRow("scheme in capitals") << "HTTP://cam.example/a.jpg";
+    QTest::newRow("secure") << "https://cam.example:8443/a.jpg";
+    QTest::newRow("secure in capitals") << "HTTPS://cam.example/a.jpg";
     QTest::newRow("no scheme, no name") << "cam.example/a.jpg";
     QTest::newRow("blanks") << " cam ";
 }
@@ -100,6 +102,7 @@ void GotoBarTest::enterOnAnAddressPassesItOnAsTyped()
     ShownBar b;
     // A name that begins like a scheme is never looked up.
     b.cameras["http://cam.example/a.jpg"] = "wrong";
+    b.cameras["https://cam.example:8443/a.jpg"] = "wrong";
     b.enter(text);
     QCOMPARE(b.lastChosen(), text);
     QCOMPARE(b.entries(), QStringList{text});

@@ -1,28 +1,53 @@
 #include "support/ScriptedServer.h"
 
+#include <QSslConfiguration>
+#include <QSslServer>
 #include <QTcpSocket>
 #include <QTimer>
 
-ScriptedServer::ScriptedServer(QObject* parent)
-    : QObject(parent)
+namespace {
+
+QTcpServer* tlsServer(const QSslConfiguration& tls)
 {
-    connect(&m_server, &QTcpServer::newConnection, this, &ScriptedServer::accept);
+    auto* server = new QSslServer;
+    server->setSslConfiguration(tls);
+    return server;
+}
+
+} // namespace
+
+ScriptedServer::ScriptedServer(QTcpServer* server, const QString& scheme)
+    : m_server(server)
+    , m_scheme(scheme)
+{
+    connect(server, &QTcpServer::pendingConnectionAvailable, this, &ScriptedServer::accept);
+}
+
+ScriptedServer::ScriptedServer(QObject* parent)
+    : ScriptedServer(new QTcpServer, {})
+{
+    setParent(parent);
+}
+
+ScriptedServer::ScriptedServer(const QSslConfiguration& tls)
+    : ScriptedServer(tlsServer(tls), "https://")
+{
 }
 
 void ScriptedServer::listen(const QString& address)
 {
-    if (!m_server.listen(QHostAddress(address)))
+    if (!m_server->listen(QHostAddress(address)))
         qFatal("cannot listen on %s", qPrintable(address));
 }
 
 QString ScriptedServer::url(const QString& path) const
 {
-    return QStringLiteral("127.0.0.1:%1%2").arg(port()).arg(path);
+    return m_scheme + QStringLiteral("127.0.0.1:%1%2").arg(port()).arg(path);
 }
 
 void ScriptedServer::accept()
 {
-    while (auto* socket = m_server.nextPendingConnection()) {
+    while (auto* socket = m_server->nextPendingConnection()) {
         const auto n = std::min<qsizetype>(m_connections++, m_scripts.size() - 1);
         const Script script = n < 0 ? Script{{}, Script::End::KeepOpen} : m_scripts[n];
         m_newest = socket;

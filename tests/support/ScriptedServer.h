@@ -5,6 +5,9 @@
 #include <QObject>
 #include <QTcpServer>
 
+#include <memory>
+
+class QSslConfiguration;
 class QTcpSocket;
 
 /// What the server does with one connection once the request's empty line has come.
@@ -34,12 +37,15 @@ class ScriptedServer : public QObject
 
 public:
     explicit ScriptedServer(QObject* parent = nullptr);
+    /// Speaks TLS, by what TestAuthority::server() gives. Connections count once they are
+    /// encrypted.
+    explicit ScriptedServer(const QSslConfiguration& tls);
 
     /// `address` may be "::1"; fails the program where the server cannot listen.
     void listen(const QString& address = QStringLiteral("127.0.0.1"));
 
-    quint16 port() const { return m_server.serverPort(); }
-    /// "127.0.0.1:PORT" and `path`, as a camera address without its scheme.
+    quint16 port() const { return m_server->serverPort(); }
+    /// "127.0.0.1:PORT" and `path`, as a camera address; one with TLS begins with "https://".
     QString url(const QString& path = QStringLiteral("/a.jpg")) const;
 
     void play(const Script& script) { m_scripts.append(script); }
@@ -64,7 +70,10 @@ private:
     void accept();
     void playTo(QTcpSocket* socket, const Script& script);
 
-    QTcpServer m_server;
+    ScriptedServer(QTcpServer* server, const QString& scheme);
+
+    std::unique_ptr<QTcpServer> m_server;
+    QString m_scheme;
     QTcpSocket* m_newest = nullptr;
     QList<Script> m_scripts;
     QList<QByteArray> m_requests;

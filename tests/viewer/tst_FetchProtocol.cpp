@@ -8,6 +8,8 @@ class FetchProtocolTest : public QObject
 private slots:
     void takesAddressesApart_data();
     void takesAddressesApart();
+    void secureAddressesKeepSchemeAndPort_data();
+    void secureAddressesKeepSchemeAndPort();
     void portsAreOneTo65535_data();
     void portsAreOneTo65535();
     void extensionIsTheLastThreeCharactersOfThePath_data();
@@ -122,6 +124,64 @@ void FetchProtocolTest::takesAddressesApart()
     QTEST(target.port, "port");
     QTEST(target.requestPath, "path");
     QTEST(target.extraHeader, "header");
+    QVERIFY(!target.secure);
+    QCOMPARE(target.address(), target.host + target.requestPath);
+}
+
+void FetchProtocolTest::secureAddressesKeepSchemeAndPort_data()
+{
+    QTest::addColumn<QString>("key");
+    QTest::addColumn<QString>("hostPart");
+    QTest::addColumn<QString>("host");
+    QTest::addColumn<QString>("port");
+    QTest::addColumn<QString>("address");
+    QTest::newRow("no path") << "https://cam"
+                             << "https://cam"
+                             << "cam"
+                             << "443"
+                             << "https://cam/";
+    QTest::newRow("port") << "https://cam:8443/a.jpg?x=1"
+                          << "https://cam:8443"
+                          << "cam"
+                          << "8443"
+                          << "https://cam:8443/a.jpg?x=1";
+    QTest::newRow("capitals") << "HTTPS://Cam/A.jpg"
+                              << "https://Cam"
+                              << "Cam"
+                              << "443"
+                              << "https://Cam/A.jpg";
+    QTest::newRow("IPv6") << "https://[::1]:8443/a.jpg"
+                          << "https://[::1]:8443"
+                          << "[::1]"
+                          << "8443"
+                          << "https://[::1]:8443/a.jpg";
+    QTest::newRow("IPv6 without port") << "https://[::1]"
+                                       << "https://[::1]"
+                                       << "[::1]"
+                                       << "443"
+                                       << "https://[::1]/";
+    QTest::newRow("user") << "https://me@cam/a"
+                          << "https://me@cam"
+                          << "me@cam"
+                          << "443"
+                          << "https://me@cam/a";
+    QTest::newRow("no host") << "https://"
+                             << "https://"
+                             << ""
+                             << "443"
+                             << "https:///";
+}
+
+void FetchProtocolTest::secureAddressesKeepSchemeAndPort()
+{
+    QFETCH(QString, key);
+    const FetchTarget target = fetchTargetOf(key + QChar(1) + "Cookie: a");
+    QVERIFY(target.secure);
+    QTEST(target.hostPart, "hostPart");
+    QTEST(target.host, "host");
+    QTEST(target.port, "port");
+    QTEST(target.address(), "address");
+    QCOMPARE(target.extraHeader, "Cookie: a");
 }
 
 void FetchProtocolTest::portsAreOneTo65535_data()
@@ -245,6 +305,19 @@ void FetchProtocolTest::redirectsAreCutAtAFixedDistance_data()
     QTest::newRow("too short") << QByteArray("Location: /a\r\n") << "old/url";
     QTest::newRow("scheme alone") << QByteArray("Location: http://\r\n") << "";
     QTest::newRow("no line end") << QByteArray("Location: http://new/") << "old/url";
+    QTest::newRow("secure") << QByteArray("Location: https://new:8443/b.jpg\r\n")
+                            << "https://new:8443/b.jpg";
+    QTest::newRow("secure in capitals")
+        << QByteArray("LOCATION: HTTPS://new/B.jpg\r\n") << "HTTPS://new/B.jpg";
+    QTest::newRow("secure, no blank") << QByteArray("Location:https://new/b\r\n") << "new/b";
+    QTest::newRow("secure, two blanks") << QByteArray("Location:  https://new/b\r\n") << "//new/b";
+    QTest::newRow("secure after a tab") << QByteArray("Location:\thttps://new/b\r\n") << "/new/b";
+    QTest::newRow("secure, no line end") << QByteArray("Location: https://new/") << "old/url";
+    QTest::newRow("secure, cut") << QByteArray("Location: https:/\r\n") << "";
+    QTest::newRow("secure scheme alone") << QByteArray("Location: https://\r\n") << "https://";
+    QTest::newRow("secure header mark") << QByteArray("Location: https://new/\x01"
+                                                      "Evil: 1\r\n")
+                                        << "https://new/Evil: 1";
     QTest::newRow("header mark") << QByteArray("Location: http://new/\x01"
                                                "Evil: 1\r\n")
                                  << "new/Evil: 1";

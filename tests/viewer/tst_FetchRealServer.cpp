@@ -3,113 +3,11 @@
 #include "support/Pictures.h"
 #include "support/ShownCamera.h"
 #include "support/TimeSeam.h"
+#include "support/WebServer.h"
 
 #include <QPlainTextEdit>
-#include <QTcpServer>
-#include <QTcpSocket>
 
 namespace {
-
-constexpr int StartMs = 20'000;
-const QDateTime FirstDate(QDate(2020, 3, 1), QTime(12, 0), Qt::UTC);
-
-/// lighttpd on a free port of both loopback addresses, with a document root of its own. It keeps
-/// connections open for longer than any test runs.
-class WebServer
-{
-public:
-    WebServer()
-    {
-        if (!QDir(m_scratch.path()).mkdir("root"))
-            qFatal("no document root");
-        QString program = QStandardPaths::findExecutable("lighttpd");
-        if (program.isEmpty())
-            program = "/usr/sbin/lighttpd"; // no ordinary user's path has it
-        m_process.setProcessChannelMode(QProcess::MergedChannels);
-        // Somebody else may take the port before the server does.
-        for (int attempt = 0; attempt < 5 && !start(program); ++attempt) {
-        }
-        if (m_process.state() != QProcess::Running)
-            qFatal("no web server: %s", m_process.readAll().constData());
-    }
-    ~WebServer() { stop(); }
-
-    void stop()
-    {
-        m_process.terminate();
-        if (!m_process.waitForFinished(StartMs))
-            m_process.kill();
-        m_process.waitForFinished();
-    }
-
-    QString url(const QString& path, const QString& host = "127.0.0.1") const
-    {
-        return QString("%1:%2%3").arg(host).arg(m_port).arg(path);
-    }
-
-    void put(const QString& name, const QByteArray& bytes, const QDateTime& date = FirstDate)
-    {
-        QFile file(m_scratch.filePath("root/" + name));
-        if (!file.open(QIODevice::WriteOnly) || file.write(bytes) != bytes.size() ||
-            !file.flush() || !file.setFileTime(date, QFile::FileModificationTime))
-            qFatal("cannot write %s", qPrintable(name));
-    }
-
-private:
-    bool start(const QString& program)
-    {
-        {
-            QTcpServer probe;
-            if (!probe.listen(QHostAddress::LocalHost))
-                qFatal("no free port");
-            m_port = probe.serverPort();
-        }
-        QFile configuration(m_scratch.filePath("web.conf"));
-        if (!configuration.open(QIODevice::WriteOnly))
-            qFatal("no configuration");
-        configuration.write(QString(R"(
-server.modules = ("mod_access", "mod_redirect")
-server.document-root = "%1/root"
-server.bind = "127.0.0.1"
-server.port = %2
-server.max-keep-alive-idle = 600
-server.stat-cache-engine = "disable"
-mimetype.assign = (".jpg" => "image/jpeg", ".gif" => "image/gif", ".bmp" => "image/bmp",
-                   ".txt" => "text/plain")
-url.access-deny = ("secret.jpg")
-url.redirect = ("^/moved\.jpg$" => "http://127.0.0.1:%2/large.jpg")
-url.redirect-code = 302
-$SERVER["socket"] == "[::1]:%2" { }
-)")
-                                .arg(m_scratch.path())
-                                .arg(m_port)
-                                .toUtf8());
-        configuration.close();
-        m_process.start(program, {"-D", "-f", configuration.fileName()});
-        QElapsedTimer waiting;
-        waiting.start();
-        while (waiting.elapsed() < StartMs && !m_process.waitForFinished(20)) {
-            QTcpSocket visitor;
-            visitor.connectToHost(QHostAddress::LocalHost, m_port);
-            if (visitor.waitForConnected())
-                return m_process.state() == QProcess::Running;
-        }
-        return false;
-    }
-
-    QTemporaryDir m_scratch;
-    QProcess m_process;
-    quint16 m_port = 0;
-};
-
-/// More than a first chunk carries, so that the last byte ends the fetch.
-QByteArray picture(const QColor& colour)
-{
-    QImage image = plainImage({160, 120}, colour);
-    for (int x = 0; x < image.width(); ++x)
-        image.setPixelColor(x, x % 7, x % 2 ? Qt::black : Qt::white);
-    return encodedImage(image);
-}
 
 QStringList newImage(const QString& path, const QString& host = "127.0.0.1")
 {
@@ -147,10 +45,10 @@ private:
 void FetchRealServerTest::init()
 {
     m_server = std::make_unique<WebServer>();
-    m_server->put("a.jpg", picture(Qt::red));
-    m_server->put("b.jpg", picture(Qt::green), FirstDate.addDays(1));
+    m_server->put("a.jpg", stripedPicture(Qt::red));
+    m_server->put("b.jpg", stripedPicture(Qt::green), FirstDate.addDays(1));
     m_server->put("large.jpg", largePicture(100'000));
-    m_server->put("secret.jpg", picture(Qt::black));
+    m_server->put("secret.jpg", stripedPicture(Qt::black));
     m_server->put("white.gif", smallGif());
     m_server->put("blue.bmp", encodedPicture({8, 8}, Qt::blue, "bmp"));
     m_server->put("words.txt", QByteArray("no picture\n").repeated(500));
@@ -167,7 +65,7 @@ void FetchRealServerTest::anUnchangedFileIsNotSentAgain()
 {
     ShownCamera& c = *m_camera;
     QCOMPARE(c.fetch(m_server->url("/a.jpg")).told, newImage("/a.jpg"));
-    QCOMPARE(c.picture(), picture(Qt::red));
+    QCOMPARE(c.picture(), stripedPicture(Qt::red));
     QVERIFY(c.middle().red() > 240);
     for (int i = 0; i < 3; ++i) {
         const Outcome again = c.fetch();
@@ -175,7 +73,7 @@ void FetchRealServerTest::anUnchangedFileIsNotSentAgain()
         QCOMPARE(again.status, "  Not a new image: Process stopped.");
         QVERIFY(!c.busy());
     }
-    QCOMPARE(c.picture(), picture(Qt::red));
+    QCOMPARE(c.picture(), stripedPicture(Qt::red));
     QCOMPARE(c.trouble(), "");
 }
 
@@ -183,9 +81,9 @@ void FetchRealServerTest::aChangedFileIsANewImage()
 {
     ShownCamera& c = *m_camera;
     c.fetch(m_server->url("/a.jpg"));
-    m_server->put("a.jpg", picture(Qt::blue), FirstDate.addSecs(1));
+    m_server->put("a.jpg", stripedPicture(Qt::blue), FirstDate.addSecs(1));
     QCOMPARE(c.fetch().told, newImage("/a.jpg"));
-    QCOMPARE(c.picture(), picture(Qt::blue));
+    QCOMPARE(c.picture(), stripedPicture(Qt::blue));
     QVERIFY(c.middle().blue() > 240);
     // The date of the newest image is the one that counts from now on.
     QCOMPARE(c.fetch().status, "  Not a new image: Process stopped.");
@@ -195,7 +93,7 @@ void FetchRealServerTest::aFileThatOnlyGotANewDateIsNoNewImage()
 {
     ShownCamera& c = *m_camera;
     c.fetch(m_server->url("/a.jpg"));
-    m_server->put("a.jpg", picture(Qt::red), FirstDate.addSecs(1));
+    m_server->put("a.jpg", stripedPicture(Qt::red), FirstDate.addSecs(1));
     const Outcome again = c.fetch();
     QCOMPARE(again.told, QStringList{"done"});
     QCOMPARE(again.status, "  Not a New Image: Process Stopped.");
@@ -305,7 +203,7 @@ void FetchRealServerTest::aTextFileIsNoPicture()
     const Outcome outcome = c.fetch(m_server->url("/words.txt"));
     QCOMPARE(outcome.told, QStringList{"error Not a picture"});
     QCOMPARE(outcome.status, "  Error: Not a picture.");
-    QCOMPARE(c.picture(), picture(Qt::red));
+    QCOMPARE(c.picture(), stripedPicture(Qt::red));
     // The previous body and its date stay as well.
     QCOMPARE(c.fetch(m_server->url("/a.jpg")).told, QStringList{"error Not a new image"});
     QCOMPARE(c.trouble(), "");
@@ -315,7 +213,7 @@ void FetchRealServerTest::anIpv6AddressInBrackets()
 {
     ShownCamera& c = *m_camera;
     QCOMPARE(c.fetch(m_server->url("/a.jpg", "[::1]")).told, newImage("/a.jpg", "[::1]"));
-    QCOMPARE(c.picture(), picture(Qt::red));
+    QCOMPARE(c.picture(), stripedPicture(Qt::red));
     QCOMPARE(c.fetch().status, "  Not a new image: Process stopped.");
 }
 
@@ -329,7 +227,7 @@ void FetchRealServerTest::aServerThatIsGoneIsASocketError()
     QCOMPARE(outcome.status, "  Connection refused");
     QVERIFY(!c.timer("tmrOut").Enabled());
     QVERIFY(c.busy()); // so that the text stays
-    QCOMPARE(c.picture(), picture(Qt::red));
+    QCOMPARE(c.picture(), stripedPicture(Qt::red));
     QCOMPARE(c.trouble(), "");
 }
 

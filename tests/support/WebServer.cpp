@@ -1,0 +1,124 @@
+#include "support/WebServer.h"
+
+#include <QDir>
+#include <QElapsedTimer>
+#include <QFile>
+#include <QStandardPaths>
+#include <QTcpServer>
+#include <QTcpSocket>
+
+namespace {
+
+constexpr int StartMs = 20'000;
+
+quint16 freePort()
+{
+    QTcpServer probe;
+    if (!probe.listen(QHostAddress::LocalHost))
+        qFatal("no free port");
+    return probe.serverPort();
+}
+
+} // namespace
+
+WebServer::WebServer(const QString& certificateFile, const QString& movedTo)
+    : m_certificateFile(certificateFile)
+    , m_movedTo(movedTo)
+{
+    if (!QDir(m_scratch.path()).mkdir("root"))
+        qFatal("no document root");
+    QString program = QStandardPaths::findExecutable("lighttpd");
+    if (program.isEmpty())
+        program = "/usr/sbin/lighttpd"; // no ordinary user's path has it
+    m_process.setProcessChannelMode(QProcess::MergedChannels);
+    // Somebody else may take the port before the server does.
+    for (int attempt = 0; attempt < 5 && !start(program); ++attempt) {
+    }
+    if (m_process.state() != QProcess::Running)
+        qFatal("no web server: %s", m_process.readAll().constData());
+}
+
+WebServer::~WebServer()
+{
+    stop();
+}
+
+void WebServer::stop()
+{
+    m_process.terminate();
+    if (!m_process.waitForFinished(StartMs))
+        m_process.kill();
+    m_process.waitForFinished();
+}
+
+QString WebServer::url(const QString& path, const QString& host) const
+{
+    const QString scheme = m_certificateFile.isEmpty() ? "" : "https://";
+    return QString("%1%2:%3%4").arg(scheme, host).arg(m_port).arg(path);
+}
+
+void WebServer::put(const QString& name, const QByteArray& bytes, const QDateTime& date)
+{
+    QFile file(m_scratch.filePath("root/" + name));
+    if (!file.open(QIODevice::WriteOnly) || file.write(bytes) != bytes.size() || !file.flush() ||
+        !file.setFileTime(date, QFile::FileModificationTime))
+        qFatal("cannot write %s", qPrintable(name));
+}
+
+bool WebServer::start(const QString& program)
+{
+    m_port = freePort();
+    QFile file(m_scratch.filePath("web.conf"));
+    if (!file.open(QIODevice::WriteOnly))
+        qFatal("no configuration");
+    file.write(configuration());
+    file.close();
+    m_process.start(program, {"-D", "-f", file.fileName()});
+    QElapsedTimer waiting;
+    waiting.start();
+    while (waiting.elapsed() < StartMs && !m_process.waitForFinished(20)) {
+        QTcpSocket visitor;
+        visitor.connectToHost(QHostAddress::LocalHost, m_port);
+        if (visitor.waitForConnected())
+            return m_process.state() == QProcess::Running;
+    }
+    return false;
+}
+
+QByteArray WebServer::configuration() const
+{
+    QString module;
+    QString tls;
+    if (!m_certificateFile.isEmpty()) {
+        module = R"(, "mod_openssl")";
+        tls = QString("ssl.engine = \"enable\"\nssl.pemfile = \"%1\"\n").arg(m_certificateFile);
+    }
+    return QString(R"(
+server.modules = ("mod_access", "mod_redirect"%4)
+server.document-root = "%1/root"
+server.bind = "127.0.0.1"
+server.port = %2
+server.max-keep-alive-idle = 600
+server.stat-cache-engine = "disable"
+mimetype.assign = (".jpg" => "image/jpeg", ".gif" => "image/gif", ".bmp" => "image/bmp",
+                   ".txt" => "text/plain")
+url.access-deny = ("secret.jpg")
+url.redirect = ("^/moved\.jpg$" => "%3")
+url.redirect-code = 302
+%5
+$SERVER["socket"] == "[::1]:%2" {
+%5}
+)")
+        .arg(m_scratch.path())
+        .arg(m_port)
+        .arg(redirectTarget(), module, tls)
+        .toUtf8();
+}
+
+QString WebServer::redirectTarget() const
+{
+    if (!m_movedTo.isEmpty())
+        return m_movedTo;
+    const QString own = url("/large.jpg");
+    return m_certificateFile.isEmpty() ? "http://" + own : own;
+}
