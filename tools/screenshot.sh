@@ -5,6 +5,7 @@ scale=${QT_SCALE_FACTOR:-1}
 toolbar_y=40           # the middle of the toolbar, below the menu bar
 timer_x=190            # the face of the timer button
 timer_arrow_x=208      # its arrow
+toggle_view_x=333
 goto_bar_from_bottom=14
 
 px() { awk -v a="$1" -v s="$scale" 'BEGIN { printf "%d", a * s }'; }
@@ -14,10 +15,25 @@ on_screen() {
     import -silent -window "$window" -crop "$1" +repage rgb:- 2>/dev/null | md5sum
 }
 
-# take_screenshot ADDRESS FILE: opens the camera through the goto bar, presses the timer button
-# with an interval of a second, waits until the third image is on screen and writes the picture.
+# wait_until_still CROP: waits until the screen has not changed for a second.
+wait_until_still() {
+    local last= now quiet=0 looks=0
+    while [ $quiet -lt 10 ]; do
+        looks=$((looks + 1))
+        [ $looks -gt 300 ] && { echo "The window does not come to rest." >&2; return 1; }
+        now=$(on_screen "$1")
+        quiet=$((quiet + 1))
+        [ "$now" = "$last" ] || quiet=0
+        last=$now
+        sleep 0.1
+    done
+}
+
+# take_screenshot ADDRESS FILE VIEW: opens the camera through the goto bar, presses the timer
+# button with an interval of a second, waits until the third image is on screen and writes the
+# picture. With VIEW "strip" it then releases the timer button and shows the thumbnails first.
 take_screenshot() {
-    local address=$1 file=$2 window
+    local address=$1 file=$2 view=$3 window
     window=$(timeout 60 xdotool search --sync --onlyvisible --name '^Pevora$' | head -n 1)
     [ -n "$window" ] || { echo "Pevora's window did not appear." >&2; return 1; }
     xdotool windowactivate --sync "$window"
@@ -55,6 +71,12 @@ take_screenshot() {
         candidate=$now
         sleep 0.05
     done
+    if [ "$view" = strip ]; then
+        click_at "$(px $timer_x)" "$(px $toolbar_y)"
+        click_at "$(px $toggle_view_x)" "$(px $toolbar_y)"
+        xdotool mousemove --window "$window" $((WIDTH / 2)) $((HEIGHT * 2 / 3))
+        wait_until_still "${WIDTH}x$((HEIGHT - $(px 100)))+0+0" || return 1
+    fi
     mkdir -p "$(dirname "$file")"
     import -silent -window "$window" "$file" || return 1
     echo "The picture of the window is in $file"

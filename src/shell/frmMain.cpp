@@ -4,6 +4,7 @@
 #include "settings/Ini.h"
 #include "settings/LanguageCaptions.h"
 #include "shared/AppFolder.h"
+#include "shared/CameraKey.h"
 #include "shared/SymbolIcon.h"
 #include "shared/Topmost.h"
 #include "shell/CommandLine.h"
@@ -90,7 +91,7 @@ void frmMain::connectMenus()
     auto* mirror = new FavouritesMenu(m_favourites, m_menu->favourites());
     connect(mirror, &FavouritesMenu::Opened, this, [this](const QString& key) {
         showCamera(key);
-        m_cmbUrl->showNow("http://"_L1 + m_cam->Url());
+        m_cmbUrl->showNow(webAddressOf(m_cam->Url()));
     });
 
     m_preferences = std::make_unique<ViewPreferences>(
@@ -109,11 +110,13 @@ void frmMain::startUp(const QString& commandLine)
     m_favourites->load(preferencesPath());
 }
 
-/// Movies and camera lists open from here as soon as the program reads them.
+/// Camera lists open from here as soon as the program reads them.
 void frmMain::openFile(const CommandLineFile& file)
 {
     switch (file.kind) {
     case CommandLineFile::Kind::Movie:
+        m_cam->LoadMovie(file.name);
+        break;
     case CommandLineFile::Kind::CameraList:
     case CommandLineFile::Kind::None:
         break;

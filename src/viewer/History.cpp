@@ -26,18 +26,17 @@ void History::Append(const Still& picture, const QString& address, const QString
     if (makeRoom())
         emit OldestRemoved();
     const QString head = address + FieldSeparator + lastModified + FieldSeparator;
-    const QString key = add(picture, [&](QRandomGenerator& random) {
+    add(picture, camera, [&](QRandomGenerator& random) {
         return head + singleText(random.generateDouble() * 32000) +
                singleText(random.generateDouble() * 200);
     });
-    m_cameras.insert(key, camera);
 }
 
 void History::AppendFile(const Still& picture)
 {
     makeRoom();
     const double secondsOfDay = m_clock().time().msecsSinceStartOfDay() / 1000.0;
-    add(picture, [&](QRandomGenerator& random) {
+    add(picture, {}, [&](QRandomGenerator& random) {
         return FieldSeparator + singleText(random.generateDouble() * 32000) +
                singleText(secondsOfDay * random.generateDouble()) +
                singleText(random.generateDouble() * 32000);
@@ -47,6 +46,7 @@ void History::AppendFile(const Still& picture)
 void History::AppendFrame(const Still& picture)
 {
     m_ilHis.Add(picture);
+    m_cameras.append(QString());
 }
 
 /// A movie may have brought more than fits: each picture drives out just one.
@@ -60,14 +60,13 @@ bool History::makeRoom()
 
 /// Two keys within one tick of the clock draw the same digits: draws on until one is new.
 template<typename MakeKey>
-QString History::add(const Still& picture, MakeKey makeKey)
+void History::add(const Still& picture, const QString& camera, MakeKey makeKey)
 {
     QRandomGenerator random(static_cast<quint32>(m_clock().toMSecsSinceEpoch()));
-    QString key = makeKey(random);
-    while (!m_ilHis.Add(picture, key))
-        key = makeKey(random);
+    while (!m_ilHis.Add(picture, makeKey(random))) {
+    }
+    m_cameras.append(camera);
     m_currentImage = Count();
-    return key;
 }
 
 bool History::removeCurrent()
@@ -80,8 +79,8 @@ bool History::removeCurrent()
 
 void History::remove(int n)
 {
-    m_cameras.remove(m_ilHis.Key(n));
     m_ilHis.Remove(n);
+    m_cameras.removeAt(n - 1);
 }
 
 void History::Clear()
@@ -121,7 +120,7 @@ std::optional<QString> History::addressOf(int n) const
 
 QString History::cameraOf(int n) const
 {
-    return m_cameras.value(m_ilHis.Key(n));
+    return m_cameras.value(n - 1);
 }
 
 int History::newestOf(const QString& address) const

@@ -3,9 +3,8 @@
 #include "shared/Clock.h"
 #include "shared/ImageList.h"
 
-#include <QHash>
 #include <QObject>
-#include <QString>
+#include <QStringList>
 
 #include <optional>
 
@@ -15,8 +14,8 @@
 /// Each image that joins a list of 45 or more drives out the oldest one; a movie alone may bring
 /// more. The first field of an entry's key, up to the first field separator, is the address that
 /// the image came from:
-/// - fetched: address (host and path), separator, Last-Modified text, separator, random digits
-///   that only make the key unique;
+/// - fetched: address (FetchTarget::address()), separator, Last-Modified text, separator, and
+///   random digits that only make the key unique;
 /// - opened from a file: separator and such digits, so that the address is empty;
 /// - frame of a movie: no key.
 class History : public QObject
@@ -78,11 +77,11 @@ private:
     bool makeRoom();
     void remove(int n);
     template<typename MakeKey>
-    QString add(const Still& picture, MakeKey makeKey);
+    void add(const Still& picture, const QString& camera, MakeKey makeKey);
 
     ImageList m_ilHis;
-    /// Camera keys by entry keys.
-    QHash<QString, QString> m_cameras;
+    /// The camera key of each entry.
+    QStringList m_cameras;
     Clock m_clock = systemClock;
     int m_currentImage = 0;
 };

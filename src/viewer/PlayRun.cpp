@@ -24,7 +24,7 @@ PlayRun::PlayRun(const History& history, PlayState& state)
     , m_tmrPlay(u"tmrPlay"_s, 0, this)
 {
     connect(&m_tmrPlay, &Timer::Tick, this, [this] {
-        if (pauseLeft() > 0)
+        if (!m_state.StopPlay && pauseLeft() > 0)
             sleep();
         else
             next();
@@ -34,7 +34,10 @@ PlayRun::PlayRun(const History& history, PlayState& state)
 void PlayRun::begin()
 {
     m_runs = true;
-    next();
+    if (m_state.StopPlay)
+        hurry();
+    else
+        next();
 }
 
 void PlayRun::cancel()
@@ -46,13 +49,16 @@ void PlayRun::cancel()
 void PlayRun::restart()
 {
     m_entry = m_passCount = 0;
-    hurry();
+    if (m_runs)
+        next();
 }
 
 void PlayRun::hurry()
 {
-    if (m_runs)
-        next();
+    if (!m_runs)
+        return;
+    m_tmrPlay.setInterval(0);
+    m_tmrPlay.setEnabled(true);
 }
 
 void PlayRun::next()
@@ -63,10 +69,13 @@ void PlayRun::next()
         emit Finished();
         return;
     }
-    m_start = m_state.clock();
-    sleep();
     if (const int n = nextEntry())
         emit FrameDue(n);
+    m_start = m_state.clock();
+    if (m_state.StopPlay)
+        hurry();
+    else if (m_runs)
+        sleep();
 }
 
 /// The number of the next entry that still is there; 0 where the history has been emptied.

@@ -37,8 +37,11 @@ public:
 
     /// Starts again from entry 1; where it still waits for its turn, that is what it will do.
     void restart();
-    /// Cuts the pause short: StopPlay has been set.
+    /// Cuts the pause short, because StopPlay has been set: the play ends with the next event.
     void hurry();
+
+    /// Whether it has had its turn, and no end yet.
+    bool hasBegun() const { return m_runs; }
 
 signals:
     /// Entry `n`, which the history has, is to be shown.

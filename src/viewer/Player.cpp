@@ -27,9 +27,6 @@ void Player::Play()
         return;
     }
     m_tbMain.setButtonsEnabled(false, {ToolBar::StopMovie});
-    // Kept: a request to stop that nobody has withdrawn ends this play before its first frame.
-    if (m_state.StopPlay)
-        return;
     if (m_run) {
         m_run->restart();
         return;
@@ -44,6 +41,16 @@ void Player::Play()
 void Player::stop()
 {
     m_state.StopPlay = true;
-    if (m_run)
+    if (m_run && m_run->hasBegun())
         m_run->hurry();
+    else if (m_run)
+        withdraw();
+}
+
+/// One that waits for its turn would begin whatever has become of the history by then.
+void Player::withdraw()
+{
+    m_queue.drop(m_run);
+    m_run = nullptr;
+    m_state.StopPlay = false;
 }

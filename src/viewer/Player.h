@@ -24,10 +24,11 @@ public:
     /// Plays from entry 1. Of an empty history nothing is played, and the buttons are enabled
     /// again; else all but Stop Movie are disabled, and stay so. While other long work runs it
     /// waits for its turn; a play under way starts again from entry 1.
+    /// Kept: a StopPlay that nobody has withdrawn ends the play before its first frame.
     void Play();
 
-    /// Sets StopPlay: a play under way ends now, before its next frame; one that still waits for
-    /// its turn ends then.
+    /// Sets StopPlay: a play under way ends with the next event, before its next frame; one that
+    /// still waits for its turn does not come about.
     void stop();
 
     /// For tests that move time.
@@ -38,6 +39,8 @@ signals:
     void FrameDue(int n);
 
 private:
+    void withdraw();
+
     const History& m_history;
     ToolBar& m_tbMain;
     WorkQueue& m_queue;

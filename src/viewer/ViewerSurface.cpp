@@ -1,6 +1,7 @@
 #include "viewer/ViewerSurface.h"
 
 #include "display/ImageView.h"
+#include "display/ThumbView.h"
 #include "shared/OpenAddress.h"
 #include "shared/Twips.h"
 #include "viewer/DebugBox.h"
@@ -30,6 +31,7 @@ ViewerSurface::ViewerSurface(QWidget* parent)
     : QWidget(parent)
     , m_imageArea(new QWidget(this))
     , m_imgMain(new ImageView(m_imageArea))
+    , m_tvMain(new ThumbView(this))
     , m_txtDebug(new DebugBox(this))
     , m_lblURl(new UrlBanner([this] { return Url(); }, this))
     , m_tbMain(new ToolBar(this))
@@ -39,6 +41,8 @@ ViewerSurface::ViewerSurface(QWidget* parent)
 {
     setFocusPolicy(Qt::StrongFocus);
     m_imgMain->setObjectName(u"imgMain"_s);
+    m_tvMain->setObjectName(u"tvMain"_s);
+    m_tvMain->hide();
     m_tbMain->setObjectName(u"tbMain"_s);
     m_lbl->setObjectName(u"lbl"_s);
     m_lblPic->setObjectName(u"lblPic"_s);
@@ -94,16 +98,19 @@ void ViewerSurface::layOut()
         .originalSize = OriginalSize(),
         .picture = m_imgMain->Picture().size(),
     });
+    // A new picture mostly finds its place as it was: then nothing but the picture is painted.
+    if (m_frame != layout.frame || m_imageArea->geometry() != layout.imageArea)
+        update();
+    m_frame = layout.frame;
     m_tbMain->setGeometry(layout.toolBar);
     m_imageArea->setGeometry(layout.imageArea);
     m_imgMain->setGeometry(layout.image.translated(-layout.imageArea.topLeft()));
+    m_tvMain->setGeometry(layout.imageArea);
     m_lblURl->setGeometry(layout.banner);
     m_txtDebug->setGeometry(layout.debugBox);
     m_lbl->setGeometry(layout.statusLine);
     m_lblPic->setGeometry(layout.caption);
     m_imageTwips = m_imgMain->pos() * TwipsPerPixel;
-    m_frame = layout.frame;
-    update();
 }
 
 void ViewerSurface::panImage(int leftTwips, int topTwips)
@@ -131,6 +138,8 @@ void ViewerSurface::paintEvent(QPaintEvent*)
         painter.setPen(palette().color(QPalette::Highlight));
         painter.drawRect(m_imageArea->geometry().adjusted(-2, -2, 1, 1));
     }
+    if (!m_imgMain->isVisible())
+        return;
     // The frame of a picture larger than its room ends with the room.
     painter.setClipRect(m_imageArea->geometry().marginsAdded({1, 1, 1, 1}));
     painter.setPen(palette().color(QPalette::Mid));
@@ -153,6 +162,10 @@ void ViewerSurface::focusOutEvent(QFocusEvent*)
 
 void ViewerSurface::keyPressEvent(QKeyEvent* event)
 {
+    if (!m_imgMain->isVisible()) {
+        QWidget::keyPressEvent(event);
+        return;
+    }
     switch (event->key()) {
     case Qt::Key_Left:
         panImage(-PanStepTwips, 0);
@@ -175,7 +188,7 @@ void ViewerSurface::keyPressEvent(QKeyEvent* event)
 /// The mouse's way to the image's menu is its own; this is the menu key's.
 void ViewerSurface::contextMenuEvent(QContextMenuEvent* event)
 {
-    if (event->reason() == QContextMenuEvent::Keyboard)
+    if (event->reason() == QContextMenuEvent::Keyboard && m_imgMain->isVisible())
         m_imgMain->popUpMenu(m_imageArea->mapToGlobal(m_imageArea->rect().center()));
 }
 

@@ -10,6 +10,7 @@ class ImageView;
 class IntervalMenu;
 class QLabel;
 class TextStrip;
+class ThumbView;
 class ToolBar;
 class UrlBanner;
 
@@ -37,6 +38,7 @@ protected:
     ToolBar& tbMain() { return *m_tbMain; }
     IntervalMenu& mnuTmr() { return *m_mnuTmr; }
     ImageView& imgMain() { return *m_imgMain; }
+    ThumbView& tvMain() { return *m_tvMain; }
     TextStrip& lbl() { return *m_lbl; }
     QLabel& lblPic() { return *m_lblPic; }
     DebugBox& txtDebug() { return *m_txtDebug; }
@@ -57,6 +59,8 @@ private:
     /// Clips the image, which may be larger than its room.
     QWidget* m_imageArea;
     ImageView* m_imgMain;
+    /// In the image's place, one of them shown; hidden at first.
+    ThumbView* m_tvMain;
     DebugBox* m_txtDebug;
     UrlBanner* m_lblURl;
     ToolBar* m_tbMain;

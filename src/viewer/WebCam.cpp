@@ -1,17 +1,22 @@
 #include "viewer/WebCam.h"
 
 #include "display/ImageView.h"
+#include "display/ThumbView.h"
 #include "shared/CameraKey.h"
 #include "viewer/DebugBox.h"
 #include "viewer/Fetch.h"
+#include "viewer/FileCommands.h"
 #include "viewer/History.h"
+#include "viewer/HistoryView.h"
 #include "viewer/IntervalMenu.h"
+#include "viewer/MovieCommands.h"
+#include "viewer/Player.h"
 #include "viewer/RefreshTimer.h"
 #include "viewer/TempFiles.h"
 #include "viewer/TextStrip.h"
 #include "viewer/ToolBar.h"
-
-#include <QLabel>
+#include "viewer/ToolbarCommands.h"
+#include "viewer/WorkQueue.h"
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -19,19 +24,28 @@ WebCam::WebCam(const QString& folder, QWidget* parent)
     : ViewerSurface(parent)
     , m_folder(folder)
     , m_history(new History(this))
+    , m_historyView(new HistoryView(*m_history, {imgMain(), tvMain(), lblPic(), tbMain()}, this))
+    , m_work(new WorkQueue(this))
+    , m_player(new Player(*m_history, tbMain(), *m_work, this))
+    , m_movies(new MovieCommands({*m_history, *m_historyView, tbMain(), *m_work}, folder, this))
+    , m_files(new FileCommands({[this] { return imgMain().GetOriginalPic(); },
+                                [this](const QByteArray& bytes) { return acceptFile(bytes); }},
+                               this))
     , m_refreshTimer(new RefreshTimer([this] { return !Url().isEmpty(); }, this))
     , m_fetch(
           new Fetch(folder,
                     {[this](const QString& address) { return m_history->lastModifiedOf(address); },
-                     [this](const QByteArray& body) { return acceptBody(body); }, [] {}, [] {}},
+                     [this](const QByteArray& body) { return acceptBody(body); },
+                     [this] { m_historyView->mirrorNewest(); },
+                     [this] { m_historyView->showNewestOf(m_fetch->address()); }},
                     this))
 {
     setAccessibleName(tr("Camera viewer"));
     connectFetch();
     connectRefreshTimer();
-    connect(&tbMain(), &ToolBar::ButtonClick, this, &WebCam::toolBarClick);
-    // Commands on the history and on files are not part of the viewer yet.
-    tbMain().setButtonsEnabled(false, {ToolBar::Stop, ToolBar::Refresh, ToolBar::Timer});
+    connectHistory();
+    connectFiles();
+    connectToolBar();
 }
 
 WebCam::~WebCam() = default;
@@ -70,22 +84,82 @@ void WebCam::connectRefreshTimer()
             [this] { tbMain().setPressed(ToolBar::Stop, false); });
 }
 
-void WebCam::toolBarClick(int index)
+void WebCam::connectHistory()
 {
-    switch (index) {
-    case ToolBar::Stop:
-        m_fetch->Stop();
-        break;
-    case ToolBar::Refresh:
-        if (!Url().isEmpty())
-            Refresh();
-        break;
-    case ToolBar::Timer:
-        m_refreshTimer->toggle();
-        break;
-    default:
-        break;
-    }
+    connect(m_historyView, &HistoryView::AddressShown, this,
+            [this](const QString& address, const QString& camera) {
+                m_fetch->setUrl(address, camera);
+                emit ImageChange({}, webAddressOf(address));
+                emit UrlChanged();
+            });
+    connect(m_player, &Player::FrameDue, m_historyView, &HistoryView::showSilently);
+}
+
+void WebCam::connectFiles()
+{
+    connect(m_files, &FileCommands::MovieOpenRequested, m_movies, &MovieCommands::openMovie);
+    connect(m_files, &FileCommands::MovieSaveRequested, m_movies, &MovieCommands::SaveMovie);
+    connect(m_files, &FileCommands::StatusText, this, &WebCam::showMessage);
+    connect(m_movies, &MovieCommands::StatusText, this, &WebCam::showMessage);
+}
+
+void WebCam::connectToolBar()
+{
+    // Kept: the button's face plays at the slow speed.
+    constexpr float fast = 0.2F;
+    constexpr float normal = 0.5F;
+    constexpr float slow = 1.0F;
+    constexpr int face = ToolbarCommands::Face;
+    new ToolbarCommands(tbMain(),
+                        {
+                            {ToolBar::Open, face, [this] { m_files->OpenImage(); }},
+                            {ToolBar::Open, 1, [this] { m_files->OpenImage(); }},
+                            {ToolBar::Open, 2, [this] { m_files->OpenMovie(); }},
+                            {ToolBar::Save, face, [this] { m_files->SaveImage(); }},
+                            {ToolBar::Save, 1, [this] { m_files->SaveImage(); }},
+                            {ToolBar::Save, 2, [this] { m_files->SaveMovie(); }},
+                            {ToolBar::Back, face, [this] { m_historyView->Back(); }},
+                            {ToolBar::Forward, face, [this] { m_historyView->Forward(); }},
+                            {ToolBar::Stop, face, [this] { m_fetch->Stop(); }},
+                            {ToolBar::Refresh, face, [this] { refreshShown(); }},
+                            {ToolBar::Timer, face, [this] { m_refreshTimer->toggle(); }},
+                            {ToolBar::Delete, face, [this] { m_historyView->DeleteCurrent(); }},
+                            {ToolBar::Delete, 1, [this] { m_historyView->DeleteCurrentOnly(); }},
+                            {ToolBar::Delete, 2, [this] { deleteAll(); }},
+                            {ToolBar::PlayMovie, face, [this] { m_player->start(slow); }},
+                            {ToolBar::PlayMovie, 1, [this] { m_player->start(fast); }},
+                            {ToolBar::PlayMovie, 2, [this] { m_player->start(normal); }},
+                            {ToolBar::PlayMovie, 3, [this] { m_player->start(slow); }},
+                            {ToolBar::StopMovie, face, [this] { stopMovie(); }},
+                            {ToolBar::ToggleView, face, [this] { m_historyView->ToggleView(); }},
+                        },
+                        this);
+}
+
+void WebCam::refreshShown()
+{
+    if (!Url().isEmpty())
+        Refresh();
+}
+
+/// The picture and the caption are those of the last frame already.
+void WebCam::stopMovie()
+{
+    m_player->stop();
+    tbMain().setButtonsEnabled(true, {ToolBar::StopMovie});
+    m_historyView->announceCurrent();
+}
+
+void WebCam::deleteAll()
+{
+    m_historyView->DeleteAll();
+    m_fetch->forget();
+}
+
+void WebCam::Play()
+{
+    m_historyView->leaveStrip();
+    m_player->Play();
 }
 
 bool WebCam::acceptBody(const QByteArray& body)
@@ -94,9 +168,31 @@ bool WebCam::acceptBody(const QByteArray& body)
         return false;
     const QString address = m_fetch->address();
     m_history->Append(imgMain().Picture(), address, m_fetch->LastModified(), m_fetch->camera());
-    emit ImageChange({}, "http://"_L1 + address);
-    lblPic().setText("Image "_L1 + QString::number(m_history->CurrentImage()));
+    emit ImageChange({}, webAddressOf(address));
+    m_historyView->captionCurrent();
     return true;
+}
+
+/// Neither Url nor the strip changes, and nobody is told.
+bool WebCam::acceptFile(const QByteArray& bytes)
+{
+    if (!imgMain().loadPicture(bytes))
+        return false;
+    m_history->AppendFile(imgMain().Picture());
+    m_historyView->captionCurrent();
+    return true;
+}
+
+/// A fault is shown also where the status line of fetches is not wanted; it hides after the next.
+void WebCam::showMessage(const QString& text)
+{
+    lbl().show();
+    lbl().ShowStatusText(text);
+}
+
+void WebCam::LoadMovie(const QString& FileName)
+{
+    m_movies->LoadMovie(FileName);
 }
 
 QString WebCam::Url() const
@@ -142,6 +238,7 @@ void WebCam::setKeepRefreshing(bool on)
 
 void WebCam::shutDown()
 {
+    m_work->shutDown();
     m_refreshTimer->shutDown();
     m_fetch->shutDown();
 }
@@ -149,4 +246,5 @@ void WebCam::shutDown()
 void WebCam::setClock(const Clock& clock)
 {
     m_history->setClock(clock);
+    m_player->setClock(clock);
 }

@@ -4,12 +4,18 @@
 #include "viewer/ViewerSurface.h"
 
 class Fetch;
+class FileCommands;
 class History;
+class HistoryView;
+class MovieCommands;
+class Player;
 class RefreshTimer;
+class WorkQueue;
 
 /// The camera viewer: fetches the image of one camera, shows it, keeps it and fetches it again.
 /// The facade that the rest of the program sees; each piece behind it keeps its own state, and
-/// this class only connects them and forwards.
+/// this class only connects them and forwards. Handlers of its signals may start, stop or delete
+/// images; the viewer itself they delete later (deleteLater) or not at all.
 class WebCam : public ViewerSurface
 {
     Q_OBJECT
@@ -25,14 +31,22 @@ public:
     explicit WebCam(const QString& folder, QWidget* parent = nullptr);
     ~WebCam() override;
 
-    /// The camera key on show, without its scheme. Setting it removes a leading "http://" in any
-    /// letter case and fetches nothing.
+    /// The camera key on show, without "http://" and with "https://". Setting it removes a leading
+    /// "http://" in any letter case and fetches nothing.
     QString Url() const override;
     void setUrl(const QString& url);
 
-    /// Fetches `url` (a camera key without its scheme) and shows it; an empty one fetches the
+    /// Fetches `url` (a camera key without "http://") and shows it; an empty one fetches the
     /// stored Url again. Returns at once; ImageChange, Done and Error tell what came of it.
     void Refresh(const QString& url = {});
+
+    /// Plays the history as a movie, with the pause of the last play between two frames, until
+    /// the user stops it. Of an empty history nothing is played.
+    void Play();
+
+    /// Replaces the history by the frames of the movie file `FileName`, as soon as no other long
+    /// work runs. A message box tells of a file that is no movie.
+    void LoadMovie(const QString& FileName);
 
     /// Deletes the temporary files. Errors are ignored.
     void CleanUp();
@@ -52,28 +66,41 @@ public:
     /// Stops timers and socket, for the end of the program.
     void shutDown();
 
-    /// For tests that move time: seeds the random tails of history keys.
+    /// For tests that move time: seeds the random tails of history keys, and times a play.
     void setClock(const Clock& clock);
 
 signals:
     /// A fetch ended without a new image: "File not found", "Not a new image", "Not a picture",
     /// or the socket's own description.
     void Error(const QString& message);
-    /// A new image is on show. `unused` is always empty; `url` is its address with "http://".
+    /// A new image is on show, or one of the history. `unused` is always empty; `url` is its
+    /// address with its scheme, and "http://" alone for an image opened from a file.
     void ImageChange(const QString& unused, const QString& url);
     /// A fetch that got an answer's body is over, new image or not; also after Stop.
     void Done();
-    /// A redirect has replaced Url.
+    /// Url has changed otherwise than by setUrl() and Refresh().
     void UrlChanged();
 
 private:
     void connectFetch();
     void connectRefreshTimer();
+    void connectHistory();
+    void connectFiles();
+    void connectToolBar();
     bool acceptBody(const QByteArray& body);
-    void toolBarClick(int index);
+    bool acceptFile(const QByteArray& bytes);
+    void refreshShown();
+    void stopMovie();
+    void deleteAll();
+    void showMessage(const QString& text);
 
     QString m_folder;
     History* m_history;
+    HistoryView* m_historyView;
+    WorkQueue* m_work;
+    Player* m_player;
+    MovieCommands* m_movies;
+    FileCommands* m_files;
     RefreshTimer* m_refreshTimer;
     Fetch* m_fetch;
     bool m_showStatus = true;

@@ -10,6 +10,8 @@
 #include "viewer/ToolBarButton.h"
 
 #include <QEventLoop>
+#include <QLabel>
+#include <QMenu>
 #include <QSignalSpy>
 #include <QTest>
 #include <QTimer>
@@ -18,15 +20,6 @@ namespace {
 
 constexpr int MostMs = 30'000;
 constexpr QSize WindowSize(700, 500);
-
-template<typename T>
-T& partOf(QObject& owner, const char* name)
-{
-    auto* found = owner.findChild<T*>(QString::fromLatin1(name));
-    if (!found)
-        qFatal("the viewer has no %s", name);
-    return *found;
-}
 
 bool isLike(const QColor& seen, const QColor& wanted)
 {
@@ -86,7 +79,7 @@ Outcome ShownCamera::fetch(const QString& url)
 Outcome ShownCamera::fetchUntilSilence(const QString& url, qsizetype bytes)
 {
     qsizetype received = 0;
-    const auto count = connect(&partOf<Fetch>(cam, ""), &Fetch::ChunkReceived, this,
+    const auto count = connect(&part<Fetch>(""), &Fetch::ChunkReceived, this,
                                [&](const QByteArray& chunk) { received += chunk.size(); });
     start(url);
     if (!QTest::qWaitFor([&] { return received >= bytes; }, MostMs))
@@ -100,19 +93,19 @@ Outcome ShownCamera::fetchUntilSilence(const QString& url, qsizetype bytes)
 
 QString ShownCamera::status()
 {
-    return partOf<TextStrip>(cam, "lbl").Tag();
+    return part<TextStrip>("lbl").Tag();
 }
 
 bool ShownCamera::busy()
 {
     timer("tmrFalse").setEnabled(true);
     timer("tmrFalse").elapse();
-    return partOf<TextStrip>(cam, "lbl").isVisible();
+    return part<TextStrip>("lbl").isVisible();
 }
 
 QByteArray ShownCamera::picture()
 {
-    return partOf<ImageView>(cam, "imgMain").Picture().bytes();
+    return part<ImageView>("imgMain").Picture().bytes();
 }
 
 QColor ShownCamera::middle()
@@ -122,10 +115,30 @@ QColor ShownCamera::middle()
         .pixelColor(0, 0);
 }
 
+QString ShownCamera::caption()
+{
+    return part<QLabel>("lblPic").text();
+}
+
+void ShownCamera::chooseFromMenu(int button, int item)
+{
+    const auto* face = part<ToolBar>("tbMain").button(button);
+    face->findChild<QMenu*>()->actions()[item - 1]->trigger();
+}
+
+QList<int> ShownCamera::enabledButtons()
+{
+    QList<int> enabled;
+    for (const int index : AllButtons) {
+        if (part<ToolBar>("tbMain").button(index)->isEnabled())
+            enabled << index;
+    }
+    return enabled;
+}
+
 void ShownCamera::press(int button)
 {
-    QTest::mouseClick(partOf<ToolBar>(cam, "tbMain").button(button), Qt::LeftButton, {},
-                      QPoint(12, 14));
+    QTest::mouseClick(part<ToolBar>("tbMain").button(button), Qt::LeftButton, {}, QPoint(12, 14));
 }
 
 Timer& ShownCamera::timer(const char* name)

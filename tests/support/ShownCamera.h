@@ -7,6 +7,9 @@
 
 class Timer;
 
+/// The numbers of all of the toolbar's buttons.
+inline const QList<int> AllButtons{1, 2, 4, 5, 6, 7, 9, 10, 12, 13, 15};
+
 /// How one fetch ended.
 struct Outcome
 {
@@ -40,9 +43,23 @@ public:
     QByteArray picture();
     /// The colour of the middle of the window.
     QColor middle();
+    QString caption();
     void press(int button);
+    /// Item `item` (from 1) of the menu of a toolbar's button.
+    void chooseFromMenu(int button, int item);
+    /// The numbers of the toolbar's enabled buttons.
+    QList<int> enabledButtons();
     Timer& timer(const char* name);
     QString folder() const { return m_folder.path(); }
+    /// The part of that name; ends the program where the viewer has none.
+    template<typename T>
+    T& part(const char* name)
+    {
+        auto* found = cam.findChild<T*>(QString::fromLatin1(name));
+        if (!found)
+            qFatal("the viewer has no %s", name);
+        return *found;
+    }
 
     /// Fetches a good picture of a colour not used before from a server of its own, looks at the
     /// screen, starts a fetch that is not answered and stops it by the toolbar's button. Empty

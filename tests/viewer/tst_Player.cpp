@@ -32,9 +32,15 @@ private slots:
     void onlyStopMovieIsLeftEnabled();
     void aPassPicksUpWhatHasComeMeanwhile();
     void anEmptiedHistoryIsSurvived();
+    void entriesThatHaveGoneAreSkipped();
     void stopEndsThePauseAtOnce();
     void stoppedBeforeItsTurnNothingIsPlayed();
     void playAfterStopBeginsWithTheNewSpeed();
+    void playWhileAStoppedOneWindsDownTakesOver();
+    void aStoppedOneThatWaitedDoesNotComeBack();
+    void whatStoppedOneThatWaitedStopsNoOther();
+    void thePauseBeginsWhenTheFrameIsShown();
+    void aHandlerOfTheFrameMayStop();
     void playWhilePlayingBeginsAnewWithTheNewSpeed();
     void aStopThatNobodyHasWithdrawnEndsTheNextPlay();
     void aPauseLastsUntilTheClockSaysSo();
@@ -46,6 +52,8 @@ private slots:
 private:
     void add(int entries);
     void pass(int ms);
+    /// Of a play that has been stopped.
+    void letEnd() { pause().elapse(); }
     QList<int> takeFrames();
     QList<int> enabledButtons() const;
     Timer& pause()
@@ -114,8 +122,15 @@ QList<int> PlayerTest::enabledButtons() const
 void PlayerTest::anEmptyHistoryEnablesTheButtonsAndReturns()
 {
     bar->setButtonsEnabled(false);
-    player->start(1);
+    player->stop();
+    player->Play();
     QCOMPARE(enabledButtons(), (QList<int>{1, 2, 4, 5, 6, 7, 9, 10, 12, 15}));
+    // It has withdrawn the request to stop.
+    add(1);
+    player->Play();
+    QCOMPARE(takeFrames(), QList<int>{1});
+    player->stop();
+    letEnd();
     QVERIFY(!queue->isBusy());
     QVERIFY(frames.isEmpty());
 }
@@ -166,14 +181,31 @@ void PlayerTest::anEmptiedHistoryIsSurvived()
     QCOMPARE(takeFrames(), QList<int>{1});
 }
 
+void PlayerTest::entriesThatHaveGoneAreSkipped()
+{
+    add(3);
+    player->start(1);
+    history->setCurrentImage(3);
+    history->removeCurrent();
+    history->setCurrentImage(2);
+    history->removeCurrent();
+    pass(1000);
+    QCOMPARE(takeFrames(), (QList<int>{1, 1}));
+}
+
 void PlayerTest::stopEndsThePauseAtOnce()
 {
     add(2);
     player->start(1);
     player->stop();
+    QCOMPARE(pause().Interval(), 0);
+    letEnd();
     QVERIFY(!queue->isBusy());
     QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
     QVERIFY(!queue->findChild<Timer*>());
+    QCOMPARE(takeFrames(), QList<int>{1});
+    // The request to stop is done with.
+    player->Play();
     QCOMPARE(takeFrames(), QList<int>{1});
 }
 
@@ -190,7 +222,67 @@ void PlayerTest::stoppedBeforeItsTurnNothingIsPlayed()
     QVERIFY(!queue->isBusy());
 }
 
+void PlayerTest::aStoppedOneThatWaitedDoesNotComeBack()
+{
+    add(2);
+    auto other = std::make_unique<OtherWork>();
+    auto* const running = other.get();
+    queue->enqueue(std::move(other));
+    player->start(1);
+    player->stop();
+    history->Clear();
+    player->start(1);
+    running->end();
+    QVERIFY(!queue->isBusy());
+}
+
+void PlayerTest::whatStoppedOneThatWaitedStopsNoOther()
+{
+    add(2);
+    auto other = std::make_unique<OtherWork>();
+    auto* const running = other.get();
+    queue->enqueue(std::move(other));
+    player->start(1);
+    player->stop();
+    player->Play();
+    running->end();
+    QCOMPARE(takeFrames(), QList<int>{1});
+    QVERIFY(queue->isBusy());
+}
+
+void PlayerTest::thePauseBeginsWhenTheFrameIsShown()
+{
+    add(2);
+    connect(player.get(), &Player::FrameDue, this, [this] { now = now.addMSecs(700); });
+    player->start(0.5F);
+    QVERIFY(qAbs(pause().Interval() - 500) <= 8);
+}
+
+void PlayerTest::aHandlerOfTheFrameMayStop()
+{
+    add(2);
+    connect(player.get(), &Player::FrameDue, player.get(), &Player::stop);
+    player->start(1);
+    QCOMPARE(pause().Interval(), 0);
+    letEnd();
+    QVERIFY(!queue->isBusy());
+    QCOMPARE(takeFrames(), QList<int>{1});
+}
+
 void PlayerTest::playAfterStopBeginsWithTheNewSpeed()
+{
+    add(3);
+    player->start(1);
+    pass(1000);
+    player->stop();
+    letEnd();
+    player->start(0.2F);
+    QCOMPARE(takeFrames(), (QList<int>{1, 2, 1}));
+    pass(210);
+    QCOMPARE(takeFrames(), QList<int>{2});
+}
+
+void PlayerTest::playWhileAStoppedOneWindsDownTakesOver()
 {
     add(3);
     player->start(1);
@@ -198,8 +290,10 @@ void PlayerTest::playAfterStopBeginsWithTheNewSpeed()
     player->stop();
     player->start(0.2F);
     QCOMPARE(takeFrames(), (QList<int>{1, 2, 1}));
+    QVERIFY(qAbs(pause().Interval() - 200) <= 8);
     pass(210);
     QCOMPARE(takeFrames(), QList<int>{2});
+    QVERIFY(queue->isBusy());
 }
 
 void PlayerTest::playWhilePlayingBeginsAnewWithTheNewSpeed()
@@ -211,6 +305,7 @@ void PlayerTest::playWhilePlayingBeginsAnewWithTheNewSpeed()
     QCOMPARE(takeFrames(), (QList<int>{1, 2, 1}));
     QCOMPARE(pause().Interval(), 200);
     player->stop();
+    letEnd();
     QVERIFY(!queue->isBusy());
 }
 
@@ -219,6 +314,9 @@ void PlayerTest::aStopThatNobodyHasWithdrawnEndsTheNextPlay()
     add(2);
     player->stop();
     player->Play();
+    QVERIFY(queue->isBusy());
+    letEnd();
+    QVERIFY(!queue->isBusy());
     QVERIFY(frames.isEmpty());
     QCOMPARE(enabledButtons(), QList<int>{13});
     player->start(1);

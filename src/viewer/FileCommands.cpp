@@ -1,0 +1,88 @@
+#include "viewer/FileCommands.h"
+
+#include "shared/ReadFile.h"
+#include "viewer/FileDialog.h"
+#include "viewer/FileFilter.h"
+#include "viewer/SaveImage.h"
+
+#include <QDir>
+#include <QFileInfo>
+#include <QStandardPaths>
+#include <QWidget>
+
+using namespace Qt::Literals::StringLiterals;
+
+FileCommands::FileCommands(View view, QWidget* viewer)
+    : QObject(viewer)
+    , m_view(std::move(view))
+    , m_viewer(viewer)
+{
+}
+
+/// The window that owns the dialog may outlive the viewer.
+FileCommands::~FileCommands()
+{
+    delete m_cd.data();
+}
+
+void FileCommands::OpenImage()
+{
+    ask(QFileDialog::AcceptOpen, fileFilter::ImagesToOpen, &FileCommands::openImageFile);
+}
+
+void FileCommands::SaveImage()
+{
+    if (!m_view.picture().isNull())
+        ask(QFileDialog::AcceptSave, fileFilter::ImagesToSave, &FileCommands::saveImageFile);
+}
+
+void FileCommands::OpenMovie()
+{
+    ask(QFileDialog::AcceptOpen, fileFilter::Movies, &FileCommands::MovieOpenRequested);
+}
+
+void FileCommands::SaveMovie()
+{
+    ask(QFileDialog::AcceptSave, fileFilter::Movies, &FileCommands::MovieSaveRequested);
+}
+
+void FileCommands::ask(QFileDialog::AcceptMode mode, QLatin1StringView filter, Command command)
+{
+    if (m_cd) {
+        m_cd->raise();
+        m_cd->activateWindow();
+        return;
+    }
+    m_cd = new FileDialog(mode, filter, startFolder(), m_viewer->window());
+    // It lives a little longer than it is open.
+    connect(m_cd, &QDialog::rejected, this, [this] { m_cd = nullptr; });
+    connect(m_cd, &FileDialog::FileChosen, this, [this, command](const QString& path) {
+        m_cd = nullptr;
+        m_lastFolder = QFileInfo(path).absolutePath();
+        (this->*command)(path);
+    });
+    m_cd->open();
+}
+
+QString FileCommands::startFolder() const
+{
+    const QString pictures = QStandardPaths::writableLocation(QStandardPaths::PicturesLocation);
+    for (const QString& folder : {m_lastFolder, pictures}) {
+        if (!folder.isEmpty() && QFileInfo(folder).isDir())
+            return folder;
+    }
+    return QDir::homePath();
+}
+
+void FileCommands::openImageFile(const QString& path)
+{
+    const auto bytes = readFile(path, Still::MaxEncodedBytes);
+    if (!bytes || !m_view.open(*bytes))
+        emit StatusText(u"  Error: Not a picture."_s);
+}
+
+void FileCommands::saveImageFile(const QString& path)
+{
+    if (!savePicture(path, m_view.picture()))
+        emit StatusText(u"  Error: Not saved."_s);
+}

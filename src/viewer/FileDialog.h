@@ -1,0 +1,32 @@
+#pragma once
+
+#include <QFileDialog>
+
+class QMessageBox;
+
+/// The dialog `cd` that asks for the name of one file to open or to save. It answers by
+/// FileChosen, or not at all, and is gone after it has closed. It changes no name: an ending is
+/// not appended.
+///
+/// QFileDialog asks before a file is replaced, and complains of one that is missing, in boxes
+/// with an event loop of their own, which outlives a window that closes meanwhile. Here the
+/// question is a box that is opened, and a missing file is chosen like any other.
+class FileDialog : public QFileDialog
+{
+    Q_OBJECT
+
+public:
+    /// Owned by `window`, and modal to it once it is opened, by open(). Starts in `folder`.
+    /// `filter` as in FileFilter.h.
+    FileDialog(AcceptMode mode, const QString& filter, const QString& folder, QWidget* window);
+
+signals:
+    /// The file, with its whole path; never empty. The dialog has closed.
+    void FileChosen(const QString& path);
+
+protected:
+    void accept() override;
+
+private:
+    bool askBeforeReplacing(const QString& path);
+};

@@ -1,0 +1,411 @@
+// Images and movies from and to files, by the toolbar's buttons, menus and dialogs.
+
+#include "display/ImageView.h"
+#include "display/ThumbView.h"
+#include "support/Dialogs.h"
+#include "support/Pictures.h"
+#include "support/ScratchFile.h"
+#include "support/ScriptedServer.h"
+#include "support/ShownCamera.h"
+#include "support/TimeSeam.h"
+#include "viewer/ToolBar.h"
+
+namespace {
+
+QByteArray picture(int number)
+{
+    return encodedPicture({8 + number, 8}, QColor::fromHsv(number * 37 % 360, 255, 255));
+}
+
+QByteArray movieOf(int frames)
+{
+    QByteArrayList parts;
+    for (int number = 1; number <= frames; ++number)
+        parts << picture(number);
+    return parts.join("&IMAGE&");
+}
+
+class Files : public ShownCamera
+{
+public:
+    QString write(const QString& name, const QByteArray& bytes)
+    {
+        const QString path = m_files.filePath(name);
+        QFile file(path);
+        if (!file.open(QIODevice::WriteOnly) || file.write(bytes) != bytes.size())
+            qFatal("cannot write %s", qPrintable(path));
+        return path;
+    }
+    QByteArray read(const QString& name)
+    {
+        QFile file(m_files.filePath(name));
+        return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+    }
+    QString path(const QString& name) const { return m_files.filePath(name); }
+
+    /// Types `file` into the open dialog and accepts it.
+    void answer(const QString& file)
+    {
+        auto* dialog = openDialog<QFileDialog>();
+        if (!dialog)
+            qFatal("no dialog opens");
+        dialog->findChild<QLineEdit*>("fileNameEdit")->setText(file);
+        static_cast<QDialog*>(dialog)->accept();
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    }
+    void openMovie(const QString& file)
+    {
+        chooseFromMenu(ToolBar::Open, 2);
+        answer(file);
+    }
+    bool isWorking() { return cam.findChild<Timer*>("tmrMovie") != nullptr; }
+    /// As it is a second after each fetch.
+    void hideStatus()
+    {
+        timer("tmrFalse").setEnabled(true);
+        timer("tmrFalse").elapse();
+    }
+    bool statusIsShown() { return part<QWidget>("lbl").isVisible(); }
+    QSize size() { return part<ImageView>("imgMain").Picture().size(); }
+
+private:
+    QTemporaryDir m_files;
+};
+
+} // namespace
+
+class WebCamFilesTest : public QObject
+{
+    Q_OBJECT
+private slots:
+    void anOpenedImageJoinsTheHistorySilently();
+    void anOpenedImageHasNoAddress();
+    void the46thOpenedImageBecomesTheNewest45th();
+    void aFileThatIsNoPictureStopsThere();
+    void theImageOnShowIsSaved();
+    void aFailedSaveSaysSo();
+    void aMovieReplacesTheHistory();
+    void openMovieLocksTheToolBarMeanwhile();
+    void aFileThatIsNoMovieUnlocksTheToolBar();
+    void loadMovieLeavesTheButtonsAlone();
+    void framesOfAMovieHaveNoAddress();
+    void aLongMovieStaysWholeAndEachNewImageCostsOne();
+    void theHistoryIsSavedAndLoadedAgain();
+    void anEmptyHistorySavesAnEmptyFile();
+    void aFailedMovieSaveSaysSoAndKeepsTheOldFile();
+    void imagesFetchedDuringASaveAreKept();
+    void playWaitsForASave();
+    void twoMoviesInARowAreLoadedInTurn();
+    void closingDuringASaveKeepsTheOldFile();
+    void whatIsDeletedWhileAMovieLoadsStaysDeleted();
+};
+
+void WebCamFilesTest::anOpenedImageJoinsTheHistorySilently()
+{
+    Files f;
+    ScriptedServer server;
+    server.listen();
+    server.play(pictureAnswer(picture(1)));
+    f.fetch(server.url());
+    const auto told = f.told();
+    f.press(ToolBar::Open);
+    f.answer(f.write("a.jpg", picture(2)));
+    QCOMPARE(f.picture(), picture(2));
+    QCOMPARE(f.caption(), "Image 2");
+    QCOMPARE(f.told(), told);
+    QCOMPARE(f.cam.Url(), server.url());
+    // The strip learns of it when it is shown.
+    auto& strip = f.part<ThumbView>("tvMain");
+    QCOMPARE(strip.ThumbCount(), 1);
+    f.press(ToolBar::ToggleView);
+    QCOMPARE(strip.ThumbCount(), 2);
+
+    f.press(ToolBar::ToggleView);
+    f.chooseFromMenu(ToolBar::Open, 1);
+    f.answer(f.write("b.gif", smallGif()));
+    QCOMPARE(f.picture(), smallGif());
+    QCOMPARE(f.caption(), "Image 3");
+}
+
+void WebCamFilesTest::anOpenedImageHasNoAddress()
+{
+    Files f;
+    f.cam.setUrl("cam/a.jpg");
+    const QString file = f.write("a.jpg", picture(1));
+    f.press(ToolBar::Open);
+    f.answer(file);
+    QCOMPARE(f.cam.Url(), "cam/a.jpg");
+    f.press(ToolBar::Back);
+    QCOMPARE(f.told(), (QStringList{"change http://"}));
+    QCOMPARE(f.cam.Url(), "");
+    QCOMPARE(f.caption(), "Image 1");
+    // There is nothing to refresh now.
+    f.press(ToolBar::Refresh);
+    QCOMPARE(f.status(), "");
+}
+
+void WebCamFilesTest::the46thOpenedImageBecomesTheNewest45th()
+{
+    Files f;
+    const QString file = f.write("a.jpg", picture(1));
+    for (int i = 0; i < 45; ++i) {
+        f.press(ToolBar::Open);
+        f.answer(file);
+    }
+    f.press(ToolBar::Open);
+    f.answer(f.write("b.jpg", picture(2)));
+    QCOMPARE(f.caption(), "Image 45");
+    QCOMPARE(f.picture(), picture(2));
+    f.press(ToolBar::ToggleView);
+    QCOMPARE(f.part<ThumbView>("tvMain").ThumbCount(), 45);
+}
+
+void WebCamFilesTest::aFileThatIsNoPictureStopsThere()
+{
+    Files f;
+    f.press(ToolBar::Open);
+    f.answer(f.write("good.jpg", picture(1)));
+    f.hideStatus();
+    f.press(ToolBar::Open);
+    f.answer(f.write("bad.jpg", "no picture"));
+    QCOMPARE(f.status(), "  Error: Not a picture.");
+    QVERIFY(f.statusIsShown());
+    QCOMPARE(f.picture(), picture(1));
+    QCOMPARE(f.caption(), "Image 1");
+}
+
+void WebCamFilesTest::theImageOnShowIsSaved()
+{
+    Files f;
+    f.press(ToolBar::Open);
+    f.answer(f.write("a.jpg", picture(1)));
+    f.press(ToolBar::Save);
+    f.answer(f.path("b.bmp"));
+    QVERIFY(f.read("b.bmp").startsWith("BM"));
+    f.chooseFromMenu(ToolBar::Save, 1);
+    f.answer(f.path("c.gif"));
+    QVERIFY(f.read("c.gif").startsWith("GIF8"));
+}
+
+void WebCamFilesTest::aFailedSaveSaysSo()
+{
+    Files f;
+    f.press(ToolBar::Open);
+    f.answer(f.write("a.jpg", picture(1)));
+    f.hideStatus();
+    f.press(ToolBar::Save);
+    f.answer(f.path("missing folder/b.jpg"));
+    QCOMPARE(f.status(), "  Error: Not saved.");
+    QVERIFY(f.statusIsShown());
+}
+
+void WebCamFilesTest::aMovieReplacesTheHistory()
+{
+    Files f;
+    f.press(ToolBar::Open);
+    f.answer(f.write("a.bmp", encodedPicture({3, 3}, Qt::red, "bmp")));
+    f.cam.setUrl("cam/a.jpg");
+    f.openMovie(f.write("m.pvm", movieOf(3)));
+    QTRY_VERIFY(!f.isWorking());
+    QCOMPARE(f.caption(), "Image 1");
+    QCOMPARE(f.picture(), picture(1));
+    QCOMPARE(f.told(), QStringList{});
+    QCOMPARE(f.cam.Url(), "cam/a.jpg");
+    f.press(ToolBar::Back);
+    QCOMPARE(f.caption(), "Image 3");
+    f.press(ToolBar::ToggleView);
+    QCOMPARE(f.part<ThumbView>("tvMain").ThumbCount(), 3);
+}
+
+void WebCamFilesTest::openMovieLocksTheToolBarMeanwhile()
+{
+    Files f;
+    f.openMovie(f.write("m.pvm", movieOf(3)));
+    QVERIFY(f.isWorking());
+    QCOMPARE(f.enabledButtons(), QList<int>{});
+    QTRY_VERIFY(!f.isWorking());
+    QCOMPARE(f.enabledButtons(), AllButtons);
+}
+
+void WebCamFilesTest::aFileThatIsNoMovieUnlocksTheToolBar()
+{
+    Files f;
+    f.openMovie(f.write("m.pvm", movieOf(2) + "&IMAGE&no picture"));
+    const ShownMessage message = answerMessage(QMessageBox::Ok);
+    QCOMPARE(message.text, "Out of memory");
+    QCOMPARE(message.title, "Error");
+    QCOMPARE(message.icon, int(QMessageBox::Critical));
+    QTRY_COMPARE(f.enabledButtons(), AllButtons);
+    // What came before the fault is there, and nothing on show.
+    QCOMPARE(f.caption(), "");
+    QVERIFY(f.part<ImageView>("imgMain").Picture().isNull());
+    f.press(ToolBar::Forward);
+    f.press(ToolBar::Forward);
+    QCOMPARE(f.caption(), "Image 2");
+}
+
+void WebCamFilesTest::loadMovieLeavesTheButtonsAlone()
+{
+    Files f;
+    f.cam.LoadMovie(f.write("m.pvm", movieOf(2)));
+    QVERIFY(f.isWorking());
+    QCOMPARE(f.enabledButtons(), AllButtons);
+    QTRY_VERIFY(!f.isWorking());
+    QCOMPARE(f.caption(), "Image 1");
+}
+
+void WebCamFilesTest::framesOfAMovieHaveNoAddress()
+{
+    Files f;
+    f.cam.setUrl("cam/a.jpg");
+    f.cam.LoadMovie(f.write("m.pvm", movieOf(2)));
+    QTRY_VERIFY(!f.isWorking());
+    f.press(ToolBar::Forward);
+    f.press(ToolBar::Delete);
+    f.press(ToolBar::PlayMovie);
+    f.press(ToolBar::StopMovie);
+    QCOMPARE(f.told(), QStringList{});
+    QCOMPARE(f.cam.Url(), "cam/a.jpg");
+}
+
+void WebCamFilesTest::aLongMovieStaysWholeAndEachNewImageCostsOne()
+{
+    Files f;
+    f.cam.LoadMovie(f.write("m.pvm", movieOf(60)));
+    QTRY_VERIFY(!f.isWorking());
+    f.press(ToolBar::Back);
+    QCOMPARE(f.caption(), "Image 60");
+    ScriptedServer server;
+    server.listen();
+    server.play(pictureAnswer(picture(61)));
+    f.fetch(server.url());
+    QCOMPARE(f.caption(), "Image 60");
+    f.press(ToolBar::Forward);
+    QCOMPARE(f.picture(), picture(2));
+}
+
+void WebCamFilesTest::theHistoryIsSavedAndLoadedAgain()
+{
+    Files f;
+    for (int number = 1; number <= 3; ++number) {
+        f.press(ToolBar::Open);
+        f.answer(f.write("a.jpg", picture(number)));
+    }
+    f.chooseFromMenu(ToolBar::Save, 2);
+    f.answer(f.path("m.pvm"));
+    QTRY_VERIFY(!f.isWorking());
+    QCOMPARE(f.status(), "");
+    f.chooseFromMenu(ToolBar::Delete, 2);
+    f.openMovie(f.path("m.pvm"));
+    QTRY_VERIFY(!f.isWorking());
+    for (int number = 1; number <= 3; ++number) {
+        QCOMPARE(f.caption(), QString("Image %1").arg(number));
+        QCOMPARE(f.size(), QSize(8 + number, 8));
+        f.press(ToolBar::Forward);
+    }
+    QCOMPARE(f.caption(), "Image 1");
+}
+
+void WebCamFilesTest::anEmptyHistorySavesAnEmptyFile()
+{
+    Files f;
+    f.chooseFromMenu(ToolBar::Save, 2);
+    f.answer(f.path("m.pvm"));
+    QTRY_VERIFY(!f.isWorking());
+    QVERIFY(QFileInfo::exists(f.path("m.pvm")));
+    QCOMPARE(f.read("m.pvm"), QByteArray());
+    f.openMovie(f.path("m.pvm"));
+    QCOMPARE(answerMessage(QMessageBox::Ok).text, "Out of memory");
+}
+
+void WebCamFilesTest::aFailedMovieSaveSaysSoAndKeepsTheOldFile()
+{
+    Files f;
+    f.press(ToolBar::Open);
+    f.answer(f.write("a.jpg", picture(1)));
+    f.hideStatus();
+    f.chooseFromMenu(ToolBar::Save, 2);
+    f.answer(f.path("missing folder/m.pvm"));
+    QTRY_COMPARE(f.status(), "  Error: Not saved.");
+    QVERIFY(f.statusIsShown());
+    QTRY_VERIFY(!f.isWorking());
+}
+
+void WebCamFilesTest::imagesFetchedDuringASaveAreKept()
+{
+    Files f;
+    f.cam.LoadMovie(f.write("m.pvm", movieOf(20)));
+    QTRY_VERIFY(!f.isWorking());
+    f.chooseFromMenu(ToolBar::Save, 2);
+    f.answer(f.path("n.pvm"));
+    QVERIFY(f.isWorking());
+    ScriptedServer server;
+    server.listen();
+    server.play(pictureAnswer(picture(21)));
+    f.fetch(server.url());
+    QTRY_VERIFY(!f.isWorking());
+    QCOMPARE(f.caption(), "Image 21");
+    // Whether it is in the movie, too, depends on who was first.
+    QVERIFY(f.read("n.pvm").count("&IMAGE&") >= 19);
+}
+
+void WebCamFilesTest::playWaitsForASave()
+{
+    Files f;
+    f.cam.LoadMovie(f.write("m.pvm", movieOf(5)));
+    QTRY_VERIFY(!f.isWorking());
+    f.press(ToolBar::Back);
+    f.chooseFromMenu(ToolBar::Save, 2);
+    f.answer(f.path("n.pvm"));
+    f.press(ToolBar::PlayMovie);
+    QVERIFY(f.isWorking());
+    QCOMPARE(f.enabledButtons(), QList<int>{ToolBar::StopMovie});
+    QCOMPARE(f.caption(), "Image 5");
+    QTRY_COMPARE(f.caption(), "Image 1");
+    QTRY_VERIFY(!f.isWorking());
+    QVERIFY(f.timer("tmrPlay").Enabled());
+    QCOMPARE(f.read("n.pvm").count("&IMAGE&"), 4);
+}
+
+void WebCamFilesTest::twoMoviesInARowAreLoadedInTurn()
+{
+    Files f;
+    f.cam.LoadMovie(f.write("a.pvm", movieOf(5)));
+    f.cam.LoadMovie(f.write("b.pvm", movieOf(2)));
+    QTRY_VERIFY(!f.isWorking());
+    f.press(ToolBar::Back);
+    QCOMPARE(f.caption(), "Image 2");
+}
+
+void WebCamFilesTest::closingDuringASaveKeepsTheOldFile()
+{
+    Files f;
+    f.cam.LoadMovie(f.write("m.pvm", movieOf(5)));
+    QTRY_VERIFY(!f.isWorking());
+    const QString old = f.write("old.pvm", "old");
+    f.chooseFromMenu(ToolBar::Save, 2);
+    f.answer(old);
+    (void)answerMessage(QMessageBox::Yes); // to replace the file
+    QTRY_VERIFY(f.isWorking());
+    f.cam.shutDown();
+    QVERIFY(!f.timer("tmrMovie").Enabled());
+    QCOMPARE(f.read("old.pvm"), "old");
+}
+
+void WebCamFilesTest::whatIsDeletedWhileAMovieLoadsStaysDeleted()
+{
+    Files f;
+    f.cam.LoadMovie(f.write("m.pvm", movieOf(2)));
+    auto& steps = f.timer("tmrMovie");
+    // Opened, scanned, both frames read; then "Done!".
+    for (int i = 0; i < 4; ++i)
+        steps.elapse();
+    f.chooseFromMenu(ToolBar::Delete, 2);
+    QTRY_VERIFY(!f.isWorking());
+    QCOMPARE(f.caption(), "Image N/A");
+    f.press(ToolBar::Forward);
+    QCOMPARE(f.caption(), "Image N/A");
+}
+
+QTEST_MAIN(WebCamFilesTest)
+#include "tst_WebCamFiles.moc"
