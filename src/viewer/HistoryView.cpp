@@ -25,9 +25,7 @@ void HistoryView::ShowEntry(int n)
         return;
     showPicture(n);
     announce(n);
-    // An owner that was told of the address may have emptied the history.
-    if (n <= m_history.Count())
-        showCaption(n);
+    showCaption(n);
 }
 
 void HistoryView::showSilently(int n)
@@ -56,9 +54,11 @@ void HistoryView::announce(int n)
         emit AddressShown(*address, m_history.cameraOf(n));
 }
 
+/// An owner that was told of the address may have emptied the history since.
 void HistoryView::showCaption(int n)
 {
-    m_parts.lblPic.setText("Image "_L1 + QString::number(n));
+    if (n <= m_history.Count())
+        m_parts.lblPic.setText("Image "_L1 + QString::number(n));
 }
 
 void HistoryView::showNothing()

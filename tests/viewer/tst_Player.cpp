@@ -51,6 +51,8 @@ private slots:
 
 private:
     void add(int entries);
+    /// Other long work runs from now on.
+    OtherWork* occupyQueue();
     void pass(int ms);
     /// Of a play that has been stopped.
     void letEnd() { pause().elapse(); }
@@ -95,6 +97,14 @@ void PlayerTest::add(int entries)
 {
     for (int i = 0; i < entries; ++i)
         history->AppendFile(Still::fromImage(plainImage({2, 2}, Qt::red)));
+}
+
+OtherWork* PlayerTest::occupyQueue()
+{
+    auto other = std::make_unique<OtherWork>();
+    auto* const running = other.get();
+    queue->enqueue(std::move(other));
+    return running;
 }
 
 /// The clock goes on, and the timer that sleeps until then ticks.
@@ -212,9 +222,7 @@ void PlayerTest::stopEndsThePauseAtOnce()
 void PlayerTest::stoppedBeforeItsTurnNothingIsPlayed()
 {
     add(2);
-    auto other = std::make_unique<OtherWork>();
-    auto* const running = other.get();
-    queue->enqueue(std::move(other));
+    auto* const running = occupyQueue();
     player->start(1);
     player->stop();
     running->end();
@@ -225,9 +233,7 @@ void PlayerTest::stoppedBeforeItsTurnNothingIsPlayed()
 void PlayerTest::aStoppedOneThatWaitedDoesNotComeBack()
 {
     add(2);
-    auto other = std::make_unique<OtherWork>();
-    auto* const running = other.get();
-    queue->enqueue(std::move(other));
+    auto* const running = occupyQueue();
     player->start(1);
     player->stop();
     history->Clear();
@@ -239,9 +245,7 @@ void PlayerTest::aStoppedOneThatWaitedDoesNotComeBack()
 void PlayerTest::whatStoppedOneThatWaitedStopsNoOther()
 {
     add(2);
-    auto other = std::make_unique<OtherWork>();
-    auto* const running = other.get();
-    queue->enqueue(std::move(other));
+    auto* const running = occupyQueue();
     player->start(1);
     player->stop();
     player->Play();
@@ -371,9 +375,7 @@ void PlayerTest::aSetBackClockLengthensThePause()
 void PlayerTest::waitsForItsTurn()
 {
     add(2);
-    auto other = std::make_unique<OtherWork>();
-    auto* const running = other.get();
-    queue->enqueue(std::move(other));
+    auto* const running = occupyQueue();
     player->start(0.2F);
     QVERIFY(frames.isEmpty());
     QCOMPARE(enabledButtons(), QList<int>{13});

@@ -536,6 +536,7 @@ void WebCamHistoryTest::aHandlerMayDeleteEverything()
     w.server.play(pictureAnswer(encodedPicture({8, 8}, Qt::red)));
     w.fetch(w.server.url());
     QCOMPARE(w.strip().ThumbCount(), 0);
+    QCOMPARE(w.caption(), "Image N/A");
     QObject::disconnect(forget);
 
     // Forgotten is forgotten: the same body is new.
