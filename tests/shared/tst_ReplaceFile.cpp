@@ -122,8 +122,7 @@ void ReplaceFileTest::aFullDiskKeepsTheOldFile_data()
 void ReplaceFileTest::aFullDiskKeepsTheOldFile()
 {
     if (!runsAgain()) {
-        const QByteArray row = QByteArray("aFullDiskKeepsTheOldFile:") + QTest::currentDataTag();
-        QCOMPARE(runAgainWithOwnMounts(row.constData()), "passed");
+        QCOMPARE(runAgainWithOwnMounts("aFullDiskKeepsTheOldFile"), "passed");
         return;
     }
     QFETCH(int, freeKilobytes);

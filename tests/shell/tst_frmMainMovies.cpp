@@ -4,6 +4,7 @@
 #include "shared/Timer.h"
 #include "support/Dialogs.h"
 #include "support/Pictures.h"
+#include "support/ScratchFile.h"
 #include "support/ShownMain.h"
 #include "support/TimeSeam.h"
 #include "viewer/ToolBar.h"
@@ -64,12 +65,6 @@ void closeAndLook(ShownMain& m)
     for (const auto* timer : m.made().findChildren<Timer*>())
         QVERIFY2(!timer->Enabled(), qPrintable(timer->objectName()));
     QVERIFY(m.preferences().startsWith("[VIEW]\r\n"));
-}
-
-QByteArray contentOf(const QString& path)
-{
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
 }
 
 } // namespace

@@ -5,6 +5,7 @@
 #include <QFile>
 #include <QProcess>
 #include <QTemporaryDir>
+#include <QTest>
 
 #include <unistd.h>
 
@@ -52,7 +53,10 @@ QByteArray runAgain(const QStringList& before, const char* function)
     if (!QDir().mkdir(scratch))
         return "no scratch folder";
     QFile::setPermissions(scratch, forAll | QFile::WriteGroup | QFile::WriteOther);
-    return run(before + QStringList{copy, function}, "passed", scratch);
+    QString what = QString::fromLatin1(function);
+    if (const char* row = QTest::currentDataTag())
+        what += ':' + QString::fromUtf8(row);
+    return run(before + QStringList{copy, what}, "passed", scratch);
 }
 
 } // namespace

@@ -17,9 +17,9 @@
 /// Whether this process is the other one.
 bool runsAgain();
 
-/// Runs one test function of this program again as an ordinary user (through setpriv; as the user
-/// who runs it where that is not root). Returns "passed", or else what it printed. The process
-/// ends after 60 s at the latest.
+/// Runs one test function of this program, of a data-driven one the current row, again as an
+/// ordinary user (through setpriv; as the user who runs it where that is not root). Returns
+/// "passed", or else what it printed. The process ends after 60 s at the latest.
 QByteArray runAgainAsOrdinaryUser(const char* function);
 
 /// The same in a mount namespace of its own, in which it may mount file systems: nothing mounted

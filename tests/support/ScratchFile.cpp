@@ -5,9 +5,9 @@
 #include <QFileInfo>
 #include <QTest>
 
-QByteArray ScratchFile::content() const
+QByteArray contentOf(const QString& path)
 {
-    QFile file(m_path);
+    QFile file(path);
     return file.open(QIODevice::ReadOnly) ? file.readAll() : "none";
 }
 

@@ -4,6 +4,9 @@
 #include <QString>
 #include <QTemporaryDir>
 
+/// What the file `path` holds; "none" where it cannot be read.
+QByteArray contentOf(const QString& path);
+
 /// A file in a folder of its own that goes with it; not there until it is given content.
 class ScratchFile
 {
@@ -17,7 +20,7 @@ public:
     QString folder() const { return m_folder.path(); }
 
     /// What the file holds; "none" where it cannot be read.
-    QByteArray content() const;
+    QByteArray content() const { return contentOf(m_path); }
     /// Replaces what it holds; ends the program where that fails.
     void setContent(const QByteArray& bytes) const;
 

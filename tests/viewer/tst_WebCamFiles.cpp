@@ -36,11 +36,7 @@ public:
             qFatal("cannot write %s", qPrintable(path));
         return path;
     }
-    QByteArray read(const QString& name)
-    {
-        QFile file(m_files.filePath(name));
-        return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-    }
+    QByteArray read(const QString& name) { return contentOf(path(name)); }
     QString path(const QString& name) const { return m_files.filePath(name); }
 
     /// Types `file` into the open dialog and accepts it.
