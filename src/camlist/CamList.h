@@ -1,0 +1,53 @@
+#pragma once
+
+#include <QWidget>
+
+class QComboBox;
+class QTreeView;
+
+/// The camera list: a tree (`tvwCat`) of categories and the cameras in them, its file, and what the
+/// user does with it. The tree's nodes are the only store; nothing is written but by SaveFile.
+class CamList : public QWidget
+{
+    Q_OBJECT
+
+public:
+    /// `folder` is the application folder, where list.dat lies.
+    CamList(const QString& folder, QWidget* parent);
+    ~CamList() override;
+
+    /// The key of the first node without children, category or camera, whose text begins with
+    /// `name` without regard to case; empty where there is none or `name` is empty.
+    QString ReturnUrlViaName(const QString& name) const;
+
+    /// The text of that node, likewise.
+    QString Search(const QString& name) const;
+
+    /// Removes the selected node: a camera at once, a category after asking. Nothing where none is
+    /// selected.
+    void Remove();
+
+    /// Without a path: empties the tree and loads list.dat anew, or the default cameras where that
+    /// is missing or empty. With one: adds the cameras of that "CAMZ" file. Says so where it is no
+    /// such file, and once for every camera that the tree has already.
+    void LoadFile(const QString& path = {});
+
+    /// Writes the tree into list.dat, in the order in which the cameras were added. Categories
+    /// without a camera are not written; without any camera the file is removed.
+    void SaveFile();
+
+    /// Adds the name of each category to the items of `combo`, behind those that it has.
+    void FillParent(QComboBox* combo) const;
+
+    /// Adds a camera, and its category where the tree lacks it. Says so where the tree has the key.
+    void AddCam(const QString& name, const QString& key, const QString& category);
+
+signals:
+    /// A camera was chosen by a click or by Enter, or a node by "Select": its text and its key.
+    void Click(const QString& name, const QString& key);
+    /// "Add to Favorites" was chosen for a node.
+    void AddFavorite(const QString& name, const QString& key);
+
+private:
+    QTreeView* m_tvwCat;
+};

@@ -1,0 +1,43 @@
+#pragma once
+
+#include "platform/FileStamp.h"
+
+#include <QByteArray>
+#include <QString>
+
+#include <optional>
+
+/// The user's list of cameras on disk: list.dat in the application folder. Knows what was there
+/// when it was last read or written, so that what another instance of the program wrote since, and
+/// what could not be read, is never lost: before such a file is replaced it is kept beside, as
+/// list.dat.bak.
+class CameraListFile
+{
+public:
+    /// `folder` is the application folder.
+    explicit CameraListFile(const QString& folder);
+
+    /// The camera list line in list.dat, without a byte order mark and its one line end. Empty
+    /// where there is no such file. Nothing where the file is there and cannot be read, is no
+    /// ordinary file or is longer than MaxBytes: that is not an empty list.
+    std::optional<QByteArray> read();
+
+    /// Puts `line`, ended by CR LF, in the place of list.dat as a whole; an empty line removes the
+    /// file, but leaves one that could not be read. Returns whether that was done; where it was
+    /// not, the old file is there.
+    bool write(const QByteArray& line);
+
+    static constexpr qint64 MaxBytes = 64 * 1024 * 1024;
+
+private:
+    bool keepBackup() const;
+
+    QString m_path;
+    FileStamp m_seen;
+    bool m_readable = true;
+};
+
+/// The camera list line in an imported list: what follows the four characters "CAMZ" at the start
+/// of the file `path`, without its one line end. Nothing where the file cannot be read, is longer
+/// than CameraListFile::MaxBytes, or does not begin so.
+std::optional<QByteArray> readImportedList(const QString& path);

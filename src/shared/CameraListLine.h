@@ -1,0 +1,35 @@
+#pragma once
+
+#include <QByteArray>
+#include <QByteArrayView>
+#include <QList>
+#include <QString>
+
+/// One camera as lists and the directory hold it.
+struct CameraRecord
+{
+    QString category;
+    QString name;
+    /// The whole camera key (see shared/CameraKey.h), extra header included.
+    QString key;
+
+    bool operator==(const CameraRecord&) const = default;
+};
+
+/// The camera list line, spoken by list.dat, by imported lists and by the directory: category,
+/// name and camera key of one camera after the other, all joined by the byte 0xFF, with none
+/// before the first field nor after the last. Fields are text as shared/DiskText.h has it. What
+/// surrounds the line (a line end, "CAMZ") is the business of its readers.
+
+/// The cameras of `line`, in its order. An incomplete triple at its end is skipped; an empty line
+/// holds none. No field of the result holds the field separator: one that stands in a UTF-8 field
+/// becomes y with a combining diaeresis.
+QList<CameraRecord> readCameraListLine(QByteArrayView line);
+
+/// The line of these cameras. For every list of records
+/// readCameraListLine(writeCameraListLine(records)) gives the same records, but for what
+/// toDiskField changes in a field.
+QByteArray writeCameraListLine(const QList<CameraRecord>& cameras);
+
+/// `content` without the one line end (CR LF, LF or CR) at its end, if there is one.
+QByteArrayView withoutLineEnd(QByteArrayView content);
