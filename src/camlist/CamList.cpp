@@ -1,36 +1,211 @@
 #include "camlist/CamList.h"
 
-#include <QTreeView>
+#include "camlist/AlreadyListed.h"
+#include "camlist/CameraTree.h"
+#include "camlist/CameraTreeView.h"
+#include "camlist/DefaultCameras.h"
+#include "camlist/frmEdit.h"
+
+#include <QAction>
+#include <QClipboard>
+#include <QComboBox>
+#include <QGuiApplication>
+#include <QMenu>
+#include <QMessageBox>
 
 using namespace Qt::Literals::StringLiterals;
 
+namespace {
+
+/// A tree of so many cameras is shown open when the program starts: each is one click away.
+constexpr int MostShownOpen = 50;
+
+} // namespace
+
 CamList::CamList(const QString& folder, QWidget* parent)
     : QWidget(parent)
-    , m_tvwCat(new QTreeView(this))
+    , m_file(folder)
+    , m_tree(new CameraTree(this))
+    , m_tvwCat(new CameraTreeView(this))
+    , m_mnu(new QMenu(this))
+    , m_alreadyListed(new AlreadyListed(this))
 {
-    Q_UNUSED(folder);
+    m_tvwCat->setModel(m_tree);
+    setFocusProxy(m_tvwCat);
+    createMenu();
+    connect(m_tvwCat, &CameraTreeView::CameraChosen, this, [this](const QModelIndex& camera) {
+        const auto [category, name, key] = m_tree->record(camera);
+        emit Click(name, key);
+    });
+    connect(m_tvwCat, &CameraTreeView::MenuWanted, m_mnu,
+            [this](const QPoint& at) { m_mnu->popup(at); });
 }
 
 CamList::~CamList() = default;
 
-QString CamList::ReturnUrlViaName(const QString& /*name*/) const
+/// Every entry acts on the selected node, whether that is a camera or a category, but "Edit".
+void CamList::createMenu()
 {
-    return {};
+    m_mnu->setObjectName(u"mnu"_s);
+    const auto add = [this](const QString& name, const QString& caption, auto&& command) {
+        auto* entry = m_mnu->addAction(caption);
+        entry->setObjectName(name);
+        connect(entry, &QAction::triggered, this, [this, command] {
+            const QModelIndex node = m_tvwCat->selected();
+            if (node.isValid())
+                command(m_tree->record(node));
+        });
+        return entry;
+    };
+    add(u"mnuFav"_s, u"Add to Favorites"_s,
+        [this](const CameraRecord& node) { emit AddFavorite(node.name, node.key); });
+    m_mnu->addSeparator();
+    add(u"mnuSel"_s, u"Select"_s,
+        [this](const CameraRecord& node) { emit Click(node.name, node.key); });
+    add(u"mnuCopy"_s, u"Copy Url"_s, [](const CameraRecord& node) {
+        QGuiApplication::clipboard()->clear();
+        QGuiApplication::clipboard()->setText(node.key);
+    });
+    m_mnu->addSeparator();
+    m_mnuEdit = add(u"mnuEdit"_s, u"Edit"_s, [this](const CameraRecord&) { edit(); });
+    auto* remove = add(u"mnuRem"_s, u"Remove"_s, [this](const CameraRecord&) { Remove(); });
+    // The key works while the tree has the keyboard. One that is held down removes one camera.
+    remove->setShortcut(QKeySequence::Delete);
+    remove->setShortcutContext(Qt::WidgetShortcut);
+    remove->setAutoRepeat(false);
+    m_tvwCat->addAction(remove);
+
+    connect(m_tvwCat->selectionModel(), &QItemSelectionModel::selectionChanged, this,
+            &CamList::updateMenu);
+    connect(m_tree, &QAbstractItemModel::modelReset, this, &CamList::updateMenu);
+    updateMenu();
 }
 
-QString CamList::Search(const QString& /*name*/) const
+void CamList::updateMenu()
 {
-    return {};
+    const QModelIndex node = m_tvwCat->selected();
+    for (QAction* entry : m_mnu->actions())
+        entry->setEnabled(node.isValid());
+    m_mnuEdit->setEnabled(CameraTree::isCamera(node));
 }
 
-void CamList::Remove() {}
-
-void CamList::LoadFile(const QString& /*path*/) {}
-
-void CamList::SaveFile() {}
-
-void CamList::FillParent(QComboBox* /*combo*/) const {}
-
-void CamList::AddCam(const QString& /*name*/, const QString& /*key*/, const QString& /*category*/)
+QString CamList::ReturnUrlViaName(const QString& name) const
 {
+    return m_tree->record(m_tree->firstMatch(name)).key;
+}
+
+QString CamList::Search(const QString& name) const
+{
+    return m_tree->record(m_tree->firstMatch(name)).name;
+}
+
+void CamList::Remove()
+{
+    const QModelIndex node = m_tvwCat->selected();
+    if (!node.isValid())
+        return;
+    if (CameraTree::isCamera(node))
+        m_tree->remove(node);
+    else
+        askToRemove(node);
+}
+
+void CamList::askToRemove(const QModelIndex& category)
+{
+    auto* box = new QMessageBox(QMessageBox::Question, u"Remove"_s,
+                                u"Remove Category and all its contents?"_s,
+                                QMessageBox::Yes | QMessageBox::No, window());
+    box->setAttribute(Qt::WA_DeleteOnClose);
+    box->setDefaultButton(QMessageBox::No);
+    connect(box, &QMessageBox::finished, this,
+            [this, category = QPersistentModelIndex(category)](int answer) {
+                if (answer == QMessageBox::Yes)
+                    m_tree->remove(category);
+            });
+    box->open();
+}
+
+void CamList::LoadFile(const QString& path)
+{
+    if (path.isEmpty())
+        reload();
+    else
+        import(path);
+}
+
+void CamList::reload()
+{
+    const auto line = m_file.read();
+    QList<CameraRecord> cameras;
+    // A list that cannot be read is not an empty one: nothing takes its place.
+    if (line)
+        cameras = line->isEmpty() ? defaultCameras() : readCameraListLine(*line);
+    const QStringList open = m_tvwCat->openCategories();
+    m_alreadyListed->tell(m_tree->replaceAll(cameras));
+    if (cameras.size() <= MostShownOpen)
+        m_tvwCat->expandAll();
+    else
+        m_tvwCat->openCategories(open);
+}
+
+void CamList::import(const QString& path)
+{
+    const auto line = readImportedList(path);
+    if (!line) {
+        // Not at once: while the program starts, its window comes first.
+        QMetaObject::invokeMethod(this, &CamList::sayNotValid, Qt::QueuedConnection);
+        return;
+    }
+    qsizetype refused = 0;
+    for (const auto& camera : line->isEmpty() ? defaultCameras() : readCameraListLine(*line))
+        refused += m_tree->add(camera).isValid() ? 0 : 1;
+    m_alreadyListed->tell(refused);
+}
+
+void CamList::sayNotValid()
+{
+    auto* box = new QMessageBox(QMessageBox::Critical, u"Pevora"_s,
+                                u"Not a valid Zipped Cam List."_s, QMessageBox::Ok, window());
+    box->setAttribute(Qt::WA_DeleteOnClose);
+    box->open();
+}
+
+void CamList::SaveFile()
+{
+    m_file.write(writeCameraListLine(m_tree->cameras()));
+}
+
+void CamList::FillParent(QComboBox* combo) const
+{
+    combo->addItems(m_tree->categories());
+}
+
+void CamList::AddCam(const QString& name, const QString& key, const QString& category)
+{
+    const QModelIndex added = m_tree->add({category, name, key});
+    if (added.isValid())
+        m_tvwCat->select(added);
+    else
+        m_alreadyListed->tell(1);
+}
+
+void CamList::edit()
+{
+    const QModelIndex camera = m_tvwCat->selected();
+    auto* editor = new frmEdit(window());
+    editor->cmbCat()->clear();
+    FillParent(editor->cmbCat());
+    connect(editor, &frmEdit::Updated, this,
+            [this, camera = QPersistentModelIndex(camera)](const CameraRecord& updated) {
+                // Kept: the camera goes before the new one comes, so one whose new key the list has
+                // already is gone.
+                m_tree->remove(camera);
+                AddCam(updated.name, updated.key, updated.category);
+            });
+    editor->edit(m_tree->record(camera));
+}
+
+void CamList::resizeEvent(QResizeEvent* /*event*/)
+{
+    m_tvwCat->setGeometry(rect());
 }

@@ -1,9 +1,16 @@
 #pragma once
 
+#include "camlist/CameraListFile.h"
+
 #include <QWidget>
 
+class AlreadyListed;
+class CameraTree;
+class CameraTreeView;
+class QAction;
 class QComboBox;
-class QTreeView;
+class QMenu;
+class QModelIndex;
 
 /// The camera list: a tree (`tvwCat`) of categories and the cameras in them, its file, and what the
 /// user does with it. The tree's nodes are the only store; nothing is written but by SaveFile.
@@ -48,6 +55,22 @@ signals:
     /// "Add to Favorites" was chosen for a node.
     void AddFavorite(const QString& name, const QString& key);
 
+protected:
+    void resizeEvent(QResizeEvent* event) override;
+
 private:
-    QTreeView* m_tvwCat;
+    void createMenu();
+    void updateMenu();
+    void reload();
+    void import(const QString& path);
+    void sayNotValid();
+    void askToRemove(const QModelIndex& category);
+    void edit();
+
+    CameraListFile m_file;
+    CameraTree* m_tree;
+    CameraTreeView* m_tvwCat;
+    QMenu* m_mnu;
+    QAction* m_mnuEdit = nullptr;
+    AlreadyListed* m_alreadyListed;
 };

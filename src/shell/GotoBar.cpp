@@ -1,7 +1,7 @@
 #include "shell/GotoBar.h"
 
 #include "shared/CameraKey.h"
-#include "shared/InputText.h"
+#include "shared/InputBoxes.h"
 
 #include <QKeyEvent>
 #include <QLineEdit>
@@ -27,24 +27,15 @@ GotoBar::GotoBar(CameraNames names, QWidget* parent)
     setMaxVisibleItems(20);
     setSizeAdjustPolicy(AdjustToMinimumContentsLengthWithIcon);
     lineEdit()->setPlaceholderText(tr("Type a camera's name or address and press Enter"));
-    connect(lineEdit(), &QLineEdit::textEdited, this, &GotoBar::edited);
+    // A pasted camera key keeps its mark.
+    cleanWhileTyping(lineEdit(), true);
+    connect(lineEdit(), &QLineEdit::textEdited, this, [this] { m_typing = true; });
     connect(this, &QComboBox::activated, this, [this] {
         // Also sent for Enter, the loss of the keyboard, the wheel and arrow keys: only a choice in
         // the open list counts.
         if (m_choosing)
             entryChosen();
     });
-}
-
-void GotoBar::edited(const QString& text)
-{
-    m_typing = true;
-    const QString clean = cleanInput(text, true);
-    if (clean == text)
-        return;
-    const auto caret = lineEdit()->cursorPosition() + clean.size() - text.size();
-    lineEdit()->setText(clean);
-    lineEdit()->setCursorPosition(static_cast<int>(std::clamp<qsizetype>(caret, 0, clean.size())));
 }
 
 void GotoBar::mirror(const QString& url)

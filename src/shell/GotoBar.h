@@ -49,7 +49,6 @@ private:
     void enter();
     void complete();
     void entryChosen();
-    void edited(const QString& text);
     void endTyping(bool showWaiting);
 
     CameraNames m_names;

@@ -1,0 +1,42 @@
+#include "camlist/AlreadyListed.h"
+
+#include <QCheckBox>
+#include <QMessageBox>
+
+using namespace Qt::Literals::StringLiterals;
+
+AlreadyListed::AlreadyListed(QWidget* owner)
+    : QObject(owner)
+    , m_owner(owner)
+{
+}
+
+void AlreadyListed::tell(qsizetype cameras)
+{
+    if (cameras <= 0)
+        return;
+    m_waiting.append(cameras);
+    // Not at once: while the program starts, its window comes first.
+    if (m_waiting.size() == 1)
+        QMetaObject::invokeMethod(this, &AlreadyListed::showNext, Qt::QueuedConnection);
+}
+
+void AlreadyListed::showNext()
+{
+    auto* box =
+        new QMessageBox(QMessageBox::Information, u"Pevora"_s, u"Cam is already in your list."_s,
+                        QMessageBox::Ok, m_owner->window());
+    box->setAttribute(Qt::WA_DeleteOnClose);
+    auto* noMore = new QCheckBox(tr("Don't show again for this list"));
+    box->setCheckBox(noMore);
+    connect(box, &QMessageBox::finished, this, [this, noMore] { answered(noMore->isChecked()); });
+    box->open();
+}
+
+void AlreadyListed::answered(bool noMoreOfThisList)
+{
+    if (noMoreOfThisList || --m_waiting.first() == 0)
+        m_waiting.removeFirst();
+    if (!m_waiting.isEmpty())
+        showNext();
+}

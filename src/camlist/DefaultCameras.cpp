@@ -1,0 +1,6 @@
+#include "camlist/DefaultCameras.h"
+
+QList<CameraRecord> defaultCameras()
+{
+    return {};
+}

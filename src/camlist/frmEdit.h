@@ -1,0 +1,37 @@
+#pragma once
+
+#include "shared/CameraListLine.h"
+
+#include <QDialog>
+
+class QComboBox;
+class QLineEdit;
+
+/// The properties of one camera, to be edited. It changes nothing itself: it says what was asked
+/// for. It is modal, and deletes itself when it closes.
+class frmEdit : public QDialog
+{
+    Q_OBJECT
+
+public:
+    explicit frmEdit(QWidget* parent);
+
+    /// The category box, for the categories that there are.
+    QComboBox* cmbCat() const { return m_cmbCat; }
+
+    /// Shows the window with what `camera` is now.
+    void edit(const CameraRecord& camera);
+
+signals:
+    /// "Update" was chosen: what the camera shall be.
+    void Updated(const CameraRecord& camera);
+
+private:
+    void update();
+    QLineEdit* addBox(const QString& name, const QString& label, const QString& spoken);
+
+    QComboBox* m_cmbCat;
+    QLineEdit* m_txtName;
+    QLineEdit* m_txtUrl;
+    QLineEdit* m_txtExtra;
+};

@@ -1,0 +1,13 @@
+#pragma once
+
+class QLineEdit;
+
+/// Keeps what is typed or pasted into `box` clean as cleanInput does, with the caret where it was.
+/// A text that the program sets stays as it is.
+void cleanWhileTyping(QLineEdit* box, bool keepHeaderMark = false);
+
+/// Keeps both boxes clean, and gives each its half of a camera key that is pasted into `url`.
+void cleanKeyWhileTyping(QLineEdit* url, QLineEdit* header);
+
+/// Room for every text: a box would cut a long one from a file, and lose its end.
+void takeTextsOfAnyLength(QLineEdit* box);
