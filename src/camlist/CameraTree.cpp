@@ -34,6 +34,26 @@ QString oneLine(const QString& text)
     return line;
 }
 
+/// As QStringView::startsWith without regard to case, but several times as fast where both are
+/// ASCII.
+bool beginsWith(QStringView texts, QStringView name)
+{
+    constexpr auto lower = [](char16_t one) {
+        return one >= u'A' && one <= u'Z' ? char16_t(one + (u'a' - u'A')) : one;
+    };
+    if (texts.size() < name.size())
+        return false;
+    for (qsizetype i = 0; i < name.size(); ++i) {
+        const char16_t one = texts[i].unicode();
+        const char16_t other = name[i].unicode();
+        if (one > u'\x7F' || other > u'\x7F')
+            return texts.sliced(i).startsWith(name.sliced(i), Qt::CaseInsensitive);
+        if (lower(one) != lower(other))
+            return false;
+    }
+    return true;
+}
+
 QString toolTip(const QString& name, const QString& key)
 {
     constexpr qsizetype Longest = 500;
@@ -62,6 +82,7 @@ qsizetype CameraTree::replaceAll(const QList<CameraRecord>& cameras)
     m_byKey.clear();
     m_categories.clear();
     m_nodes.clear();
+    m_texts.clear();
     m_byKey.reserve(cameras.size());
     qsizetype refused = 0;
     for (const CameraRecord& camera : cameras)
@@ -74,10 +95,11 @@ qsizetype CameraTree::replaceAll(const QList<CameraRecord>& cameras)
 QModelIndex CameraTree::add(const CameraRecord& camera)
 {
     Node* category = ensureCategory(withoutSeparator(camera.category));
-    const QString key = withoutSeparator(camera.key);
-    if (!category || m_byKey.contains(key))
+    if (!category)
         return {};
-    return indexOf(insert(withoutSeparator(camera.name), key, category));
+    Node* const added =
+        insert(withoutSeparator(camera.name), withoutSeparator(camera.key), category);
+    return added ? indexOf(added) : QModelIndex();
 }
 
 CameraTree::Node* CameraTree::ensureCategory(const QString& name)
@@ -89,16 +111,21 @@ CameraTree::Node* CameraTree::ensureCategory(const QString& name)
     return found->category ? nullptr : found;
 }
 
+/// Null where the key is there already.
 CameraTree::Node* CameraTree::insert(const QString& text, const QString& key, Node* category)
 {
+    Node*& place = m_byKey[key];
+    if (place)
+        return nullptr;
     auto& row = siblings(category);
     const int at = static_cast<int>(row.size());
     if (!m_resetting)
         beginInsertRows(category ? indexOf(category) : QModelIndex(), at, at);
     m_nodes.push_back(std::make_unique<Node>(Node{text, key, category, at, {}}));
     Node* const node = m_nodes.back().get();
+    place = node;
     row.push_back(node);
-    m_byKey.insert(key, node);
+    appendText(*node);
     if (!m_resetting)
         endInsertRows();
     return node;
@@ -129,6 +156,14 @@ void CameraTree::forget(const Node* node)
         m_byKey.remove(camera->key);
     m_byKey.remove(node->key);
     m_nodes.erase(std::remove_if(m_nodes.begin(), m_nodes.end(), goes), m_nodes.end());
+    m_texts.clear();
+    for (const auto& left : m_nodes)
+        appendText(*left);
+}
+
+void CameraTree::appendText(const Node& node)
+{
+    m_texts.append(node.text).append(FieldSeparator);
 }
 
 QList<CameraRecord> CameraTree::cameras() const
@@ -154,10 +189,16 @@ QModelIndex CameraTree::firstMatch(const QString& name) const
 {
     if (name.isEmpty())
         return {};
-    const auto match = std::find_if(m_nodes.begin(), m_nodes.end(), [&](const auto& node) {
-        return node->cameras.empty() && node->text.startsWith(name, Qt::CaseInsensitive);
-    });
-    return match == m_nodes.end() ? QModelIndex() : indexOf(match->get());
+    const QStringView texts = m_texts;
+    qsizetype start = 0;
+    for (const auto& node : m_nodes) {
+        // The second look is for a capital "ÿ", which is the separator but for its case.
+        if (beginsWith(texts.sliced(start), name) && node->cameras.empty() &&
+            beginsWith(node->text, name))
+            return indexOf(node.get());
+        start = texts.indexOf(FieldSeparator, start) + 1;
+    }
+    return {};
 }
 
 CameraRecord CameraTree::record(const QModelIndex& index) const

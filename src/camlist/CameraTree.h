@@ -65,12 +65,16 @@ private:
     QModelIndex indexOf(const Node* node) const;
     std::vector<Node*>& siblings(Node* category);
     Node* insert(const QString& text, const QString& key, Node* category);
+    void appendText(const Node& node);
     Node* ensureCategory(const QString& name);
     void forget(const Node* node);
 
     std::vector<std::unique_ptr<Node>> m_nodes; ///< in the order of adding
     std::vector<Node*> m_categories;
     QHash<QString, Node*> m_byKey;
+    /// The text of every node, in their order, a field separator behind each: searching through
+    /// one text costs a tenth of searching through 100,000.
+    QString m_texts;
     QIcon m_cameraPicture;
     QIcon m_categoryPicture;
     bool m_resetting = false;
