@@ -17,7 +17,10 @@ bool Table::print() const
 {
     QTextStream out(stdout);
     const auto measure = [](double value, const QString& unit) {
-        return QStringLiteral("%1 %2").arg(value, 0, 'f', value < 100 ? 1 : 0).arg(unit);
+        int decimals = 0;
+        if (value < 100)
+            decimals = value < 1 ? 3 : 1;
+        return QStringLiteral("%1 %2").arg(value, 0, 'f', decimals).arg(unit);
     };
     const auto line = [&](const QStringList& cells) {
         out << cells[0].leftJustified(25) << cells[1].rightJustified(11) << "   "

@@ -1,5 +1,6 @@
 // Measures Pevora against other programs and prints one table. Started by bench/run.
 
+#include "CameraList.h"
 #include "History.h"
 #include "PictureServer.h"
 #include "Pictures.h"
@@ -26,6 +27,7 @@ int main(int argc, char* argv[])
             benchThumbnails(table, pictures);
         }
     }
+    benchCameraList(table);
     benchStartUp(table);
     return table.print() ? 0 : 1;
 }
