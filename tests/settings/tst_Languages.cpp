@@ -1,0 +1,238 @@
+// The language files that come with the program, and captions in other scripts in the window.
+
+#include "settings/Ini.h"
+#include "settings/LanguageCaptions.h"
+#include "support/ShownMain.h"
+
+using namespace Qt::Literals::StringLiterals;
+
+namespace {
+
+const QString LanguagesFolder = QStringLiteral(PEVORA_SOURCE_DIR "/languages");
+
+/// The keys of the table in its order, each once.
+QStringList tableKeys()
+{
+    QStringList keys;
+    for (const CaptionRow& row : captionTable()) {
+        if (!keys.contains(row.key.toString()))
+            keys << row.key.toString();
+    }
+    return keys;
+}
+
+QByteArray content(const QString& language)
+{
+    QFile file(LanguagesFolder + '/' + language + "/lan.ini");
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}
+
+/// The lines of a file with a key, in their order, as text.
+QStringList keyLines(const QString& language)
+{
+    QStringList lines = QString::fromUtf8(content(language)).split('\n', Qt::SkipEmptyParts);
+    lines.removeIf([](const QString& line) { return line.startsWith(';') || line == "[MAIN]"; });
+    return lines;
+}
+
+/// Whether `text` is UTF-8 that was taken for single bytes ("Ã¼" for "ü").
+bool isEncodedTwice(const QString& text)
+{
+    const QByteArray bytes = text.toLatin1();
+    QStringDecoder decoder(QStringDecoder::Utf8);
+    const QString decoded = decoder(bytes);
+    return QString::fromLatin1(bytes) == text && !decoder.hasError() && decoded != text;
+}
+
+/// What a person sees of a menu's or button's text: without the mark of the access key.
+QString shownText(QString text)
+{
+    return text.replace("&&", "\x01").remove('&').replace("\x01", "&");
+}
+
+} // namespace
+
+class LanguagesTest : public QObject
+{
+    Q_OBJECT
+private slots:
+    void theLanguagesOfTheProgramAreThere();
+    void aFileHasEveryKeyOnceInTheOrderOfTheTable_data() { languages(); }
+    void aFileHasEveryKeyOnceInTheOrderOfTheTable();
+    void everyValueIsACaption_data() { languages(); }
+    void everyValueIsACaption();
+    void theAddPanelHasRoomForItsCaptions_data() { languages(); }
+    void theAddPanelHasRoomForItsCaptions();
+    void accentsReadRight_data();
+    void accentsReadRight();
+    void theWindowSpeaksTheLanguage_data() { languages(); }
+    void theWindowSpeaksTheLanguage();
+    void captionsInAnyScriptShow_data();
+    void captionsInAnyScriptShow();
+
+private:
+    static void languages();
+};
+
+void LanguagesTest::languages()
+{
+    QTest::addColumn<QString>("language");
+    for (const QString& folder : QDir(LanguagesFolder).entryList(QDir::Dirs | QDir::NoDotAndDotDot))
+        QTest::newRow(qPrintable(folder)) << folder;
+}
+
+void LanguagesTest::theLanguagesOfTheProgramAreThere()
+{
+    for (const char* language : {"de", "es", "fr"})
+        QVERIFY2(!content(language).isEmpty(), language);
+    // Only folders, one for each language.
+    QCOMPARE(QDir(LanguagesFolder).entryList(QDir::Files), QStringList());
+}
+
+void LanguagesTest::aFileHasEveryKeyOnceInTheOrderOfTheTable()
+{
+    QFETCH(QString, language);
+    QCOMPARE(
+        QDir(LanguagesFolder + '/' + language).entryList(QDir::AllEntries | QDir::NoDotAndDotDot),
+        QStringList("lan.ini"));
+    QVERIFY(content(language).contains("[MAIN]\n"));
+    QStringList keys;
+    for (const QString& line : keyLines(language)) {
+        QVERIFY2(line.contains('='), qPrintable(line));
+        keys << line.section('=', 0, 0);
+    }
+    QCOMPARE(keys, tableKeys());
+    QCOMPARE(CountKeysInINI("MAIN", LanguagesFolder + '/' + language + "/lan.ini"), keys.size());
+}
+
+void LanguagesTest::everyValueIsACaption()
+{
+    QFETCH(QString, language);
+    const QString path = LanguagesFolder + '/' + language + "/lan.ini";
+    QStringDecoder decoder(QStringDecoder::Utf8);
+    const QString text = decoder(content(language));
+    QVERIFY(!decoder.hasError());
+    QVERIFY(!text.contains(QChar::ReplacementCharacter));
+    QStringList menuBar;
+    for (const QString& line : keyLines(language)) {
+        QVERIFY2(!isEncodedTwice(line), qPrintable(line));
+        const QString key = line.section('=', 0, 0);
+        const QString value = line.section('=', 1);
+        QVERIFY2(!value.isEmpty() && value == value.trimmed(), qPrintable(line));
+        QVERIFY2(value.size() <= 749, qPrintable(key));
+        // What the program reads is what stands there: nothing cut, no quotes lost.
+        QCOMPARE(GetFromINI("MAIN", key, path), value);
+        if (QStringList{"OPTION", "FAV", "VIEW", "HELP"}.contains(key))
+            menuBar << value;
+    }
+    // Otherwise two menus could not be told apart.
+    QCOMPARE(QSet<QString>(menuBar.begin(), menuBar.end()).size(), 4);
+}
+
+void LanguagesTest::theAddPanelHasRoomForItsCaptions()
+{
+    QFETCH(QString, language);
+    // The panel is as wide as the list: 3300 twips. The option buttons share that.
+    constexpr int PanelWidth = 220;
+    constexpr int Mark = 24;
+    const QMap<QString, int> room{{"BADD", PanelWidth / 2 - Mark},
+                                  {"LIST", PanelWidth / 2 - Mark},
+                                  {"BADDIT", PanelWidth - Mark},
+                                  {"CATEGORY", PanelWidth},
+                                  {"NAME", PanelWidth},
+                                  {"EXTRA", PanelWidth},
+                                  {"ADDINT", PanelWidth - Mark}};
+    const QFontMetrics metrics(QApplication::font());
+    const QString path = LanguagesFolder + '/' + language + "/lan.ini";
+    for (const auto& [key, width] : room.asKeyValueRange()) {
+        const QString caption = GetFromINI("MAIN", key, path);
+        const int needed = metrics.horizontalAdvance(caption);
+        QVERIFY2(needed <= width, qPrintable(QString("%1: %2").arg(caption).arg(needed)));
+    }
+}
+
+void LanguagesTest::accentsReadRight_data()
+{
+    QTest::addColumn<QString>("language");
+    QTest::addColumn<QString>("key");
+    QTest::addColumn<QString>("caption");
+    QTest::newRow("de, capital") << "de"
+                                 << "ABOUT" << u"Über Pevora"_s;
+    QTest::newRow("de") << "de"
+                        << "BADD" << u"Hinzufügen"_s;
+    QTest::newRow("fr, capital") << "fr"
+                                 << "ABOUT" << u"À propos de Pevora"_s;
+    QTest::newRow("fr") << "fr"
+                        << "MANFAV" << u"Gérer les favoris"_s;
+    QTest::newRow("fr, apostrophe") << "fr"
+                                    << "VTB" << u"Barre d\u2019outils"_s;
+    QTest::newRow("es, tilde") << "es"
+                               << "BADD" << u"Añadir"_s;
+    QTest::newRow("es") << "es"
+                        << "VNEW" << u"Solo imágenes nuevas"_s;
+}
+
+void LanguagesTest::accentsReadRight()
+{
+    QFETCH(QString, language);
+    QFETCH(QString, key);
+    QFETCH(QString, caption);
+    QVERIFY(keyLines(language).contains(key + '=' + caption));
+    QCOMPARE(GetFromINI("MAIN", key, LanguagesFolder + '/' + language + "/lan.ini"), caption);
+}
+
+void LanguagesTest::theWindowSpeaksTheLanguage()
+{
+    QFETCH(QString, language);
+    ShownMain m;
+    m.write("lan.ini", content(language));
+    const QString path = m.path("lan.ini");
+    int seen = 0;
+    QSet<QString> accessKeys;
+    for (const CaptionRow& row : captionTable()) {
+        const QString caption = GetFromINI("MAIN", row.key.toString(), path);
+        if (const auto* menu = m.made().findChild<QMenu*>(row.control.toString())) {
+            QCOMPARE(shownText(menu->title()), caption);
+            const QString accessKey = QKeySequence::mnemonic(menu->title()).toString();
+            QVERIFY2(!accessKey.isEmpty(), qPrintable(caption));
+            accessKeys.insert(accessKey);
+            ++seen;
+        } else if (row.control.startsWith(u"mnu")) {
+            QCOMPARE(shownText(m.entry(row.control.toString()).text()), caption);
+            ++seen;
+        }
+    }
+    QCOMPARE(seen, 17);
+    QCOMPARE(accessKeys.size(), 4);
+}
+
+void LanguagesTest::captionsInAnyScriptShow_data()
+{
+    QTest::addColumn<QString>("view");
+    QTest::addColumn<QString>("about");
+    QTest::newRow("Greek") << u"Προβολή"_s << u"Πληροφορίες"_s;
+    QTest::newRow("Cyrillic") << u"Вид"_s << u"О программе"_s;
+    QTest::newRow("Hebrew") << u"תצוגה"_s << u"אודות"_s;
+    QTest::newRow("Japanese") << u"表示"_s << u"このソフトについて"_s;
+}
+
+void LanguagesTest::captionsInAnyScriptShow()
+{
+    QFETCH(QString, view);
+    QFETCH(QString, about);
+    ShownMain m;
+    m.write("lan.ini", ("[MAIN]\r\nVIEW=" + view + "\r\nABOUT=" + about + "\r\n").toUtf8());
+    m.shown();
+    const auto& menu = m.part<QMenu>("mnuView");
+    QCOMPARE(shownText(menu.title()), view);
+    QCOMPARE(shownText(m.entry("mnuHelpAb").text()), about);
+    // It has room in the bar, and a letter of its own script opens it.
+    const QRect place = m.made().menuBar()->actionGeometry(menu.menuAction());
+    QVERIFY(place.width() >= QFontMetrics(m.made().menuBar()->font()).horizontalAdvance(view));
+    const QString accessKey = QKeySequence::mnemonic(menu.title()).toString();
+    QVERIFY2(!accessKey.isEmpty(), qPrintable(menu.title()));
+    QVERIFY(view.contains(accessKey.right(1), Qt::CaseInsensitive));
+}
+
+QTEST_MAIN(LanguagesTest)
+#include "tst_Languages.moc"
