@@ -20,12 +20,9 @@ CameraTreeView::CameraTreeView(QWidget* parent)
     setIndentation(IndentationPx);
     // With 100,000 rows nobody may ask each for its height.
     setUniformRowHeights(true);
-    // A category opens and closes with each click; the second of two shall not undo the first.
+    // A category opens and closes with a click, and of a double click with the first.
     setExpandsOnDoubleClick(false);
-    connect(this, &QTreeView::clicked, this, [this](const QModelIndex& node) {
-        if (!std::exchange(m_secondClick, false))
-            choose(node);
-    });
+    connect(this, &QTreeView::clicked, this, &CameraTreeView::choose);
 }
 
 QModelIndex CameraTreeView::selected() const
@@ -82,16 +79,9 @@ void CameraTreeView::keyPressEvent(QKeyEvent* event)
     }
 }
 
-void CameraTreeView::mouseDoubleClickEvent(QMouseEvent* event)
-{
-    m_secondClick = true;
-    QTreeView::mouseDoubleClickEvent(event);
-}
-
 void CameraTreeView::mouseReleaseEvent(QMouseEvent* event)
 {
     QTreeView::mouseReleaseEvent(event);
-    m_secondClick = false;
     if (event->button() == Qt::RightButton)
         emit MenuWanted(event->globalPosition().toPoint());
 }

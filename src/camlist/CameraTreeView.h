@@ -29,12 +29,9 @@ signals:
 
 protected:
     void keyPressEvent(QKeyEvent* event) override;
-    void mouseDoubleClickEvent(QMouseEvent* event) override;
     void mouseReleaseEvent(QMouseEvent* event) override;
     void contextMenuEvent(QContextMenuEvent* event) override;
 
 private:
     void choose(const QModelIndex& node);
-
-    bool m_secondClick = false;
 };

@@ -8,6 +8,7 @@
 #include <QContextMenuEvent>
 #include <QMenu>
 #include <QMessageBox>
+#include <QPushButton>
 
 class CamListUseTest : public QObject
 {
@@ -27,6 +28,7 @@ private slots:
     void withNothingSelectedEntriesDoNothing();
     void theWholeKeyIsCopied();
     void deleteRemovesACameraAtOnce();
+    void deleteElsewhereRemovesNothing();
     void aHeldDeleteRemovesOneCamera();
     void removingACategoryAsks();
     void theTreeFillsTheControl();
@@ -100,6 +102,9 @@ void CamListUseTest::enterChoosesAndArrowsDoNot()
     QCOMPARE(clicks.first(), QVariantList({"Harbour", "URL1"}));
     QTest::keyClick(&shown.tree(), Qt::Key_Enter, Qt::KeypadModifier);
     QCOMPARE(clicks.size(), 2);
+    // One that is held down asks for the camera once.
+    QTest::simulateEvent(&shown.tree(), true, Qt::Key_Return, {}, {}, true);
+    QCOMPARE(clicks.size(), 2);
 
     QTest::keyClick(&shown.tree(), Qt::Key_Home);
     QTest::keyClick(&shown.tree(), Qt::Key_Return);
@@ -151,13 +156,18 @@ void CamListUseTest::theMenuKeyOpensTheMenuAtTheNode()
 {
     ShownList shown;
     shown.load(m_list);
-    shown.tree().setCurrentIndex(shown.node("Tower"));
+    // The keyboard is at the node although it is not selected yet, as after the Tab key.
+    shown.tree().selectionModel()->setCurrentIndex(shown.node("Tower"),
+                                                   QItemSelectionModel::NoUpdate);
+    QVERIFY(!shown.tree().selected().isValid());
     auto* menu = shown.list().findChild<QMenu*>("mnu");
     QContextMenuEvent byKey(QContextMenuEvent::Keyboard, QPoint(1, 1), QPoint(1, 1));
     QApplication::sendEvent(&shown.tree(), &byKey);
     QVERIFY(menu->isVisible());
     const QRect row = shown.tree().visualRect(shown.node("Tower"));
     QVERIFY(row.contains(shown.tree().viewport()->mapFromGlobal(menu->pos())));
+    QCOMPARE(shown.tree().selected(), shown.node("Tower"));
+    QVERIFY(shown.entry("mnuEdit").isEnabled());
     menu->close();
 }
 
@@ -248,6 +258,18 @@ void CamListUseTest::deleteRemovesACameraAtOnce()
     QCOMPARE(clicks.size(), 0);
 }
 
+void CamListUseTest::deleteElsewhereRemovesNothing()
+{
+    ShownList shown;
+    shown.load(m_list);
+    shown.tree().select(shown.node("Tower"));
+    QPushButton other(&shown.window());
+    other.show();
+    other.setFocus();
+    QTest::keyClick(&other, Qt::Key_Delete);
+    QCOMPARE(shown.all().size(), 5);
+}
+
 void CamListUseTest::aHeldDeleteRemovesOneCamera()
 {
     ShownList shown;
@@ -267,6 +289,10 @@ void CamListUseTest::removingACategoryAsks()
     shown.load(m_list);
     const QStringList before = shown.all();
     shown.choose("Sights", "mnuRem");
+    // Enter alone removes nothing.
+    QTRY_VERIFY(openDialog<QMessageBox>());
+    QCOMPARE(openDialog<QMessageBox>()->defaultButton(),
+             openDialog<QMessageBox>()->button(QMessageBox::No));
     const ShownMessage question = answerMessage(QMessageBox::No);
     QCOMPARE(question.text, "Remove Category and all its contents?");
     QCOMPARE(question.title, "Remove");

@@ -63,6 +63,8 @@ void CameraTreeTest::camerasAreChildrenOfTheirCategory()
     QCOMPARE(tree.record(tower), (CameraRecord{"Sights", "Tower", "host/t.jpg\1Cookie: a=1"}));
     QCOMPARE(tree.record(tower.parent()), (CameraRecord{"Sights", "Sights", "Sights"}));
     QCOMPARE(tree.record({}), CameraRecord());
+    QCOMPARE(tower.data(Qt::DecorationRole).value<QIcon>().name(), "camera");
+    QCOMPARE(tower.parent().data(Qt::DecorationRole).value<QIcon>().name(), "category");
 }
 
 void CameraTreeTest::theOrderOfAddingIsKeptOverAllCategories()
