@@ -15,22 +15,27 @@ const QByteArray Example = "Cities\xFFHarbour\xFFURL1\xFFSights\xFFTower\xFFURL2
                            "Cookie: a=1";
 const QStringList ExampleNodes = {"Cities", "Cities/Harbour", "Sights", "Sights/Tower"};
 
-/// How many messages of that text come, each answered with OK.
+/// How many messages of that text come one after the other, each answered with OK; -1 where one
+/// of another text comes.
 int messages(const QString& text)
 {
-    int count = 0;
-    const auto isOpen = [] {
-        const auto windows = QApplication::topLevelWidgets();
-        return std::any_of(windows.begin(), windows.end(), [](const QWidget* window) {
-            return qobject_cast<const QMessageBox*>(window) && window->isVisible();
-        });
+    const auto open = []() -> QMessageBox* {
+        for (QWidget* window : QApplication::topLevelWidgets()) {
+            if (auto* box = qobject_cast<QMessageBox*>(window); box && box->isVisible())
+                return box;
+        }
+        return nullptr;
     };
-    do {
-        if (answerMessage(QMessageBox::Ok).text != text)
+    constexpr int Many = 100;
+    (void)openDialog<QMessageBox>(); // waits for the first
+    int count = 0;
+    while (QMessageBox* box = open()) {
+        if (box->text() != text || count == Many)
             return -1;
         ++count;
+        box->button(QMessageBox::Ok)->click();
         QCoreApplication::processEvents();
-    } while (isOpen() && count < 100);
+    }
     return count;
 }
 

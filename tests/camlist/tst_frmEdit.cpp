@@ -21,7 +21,9 @@ public:
     explicit OpenEditor(const QString& camera, const QByteArray& list = List)
     {
         shown.load(list);
-        shown.choose(camera, "mnuEdit");
+        // Without its menu, whose closing takes the keyboard to and fro among the windows.
+        shown.tree().select(shown.node(camera));
+        shown.entry("mnuEdit").trigger();
         editor = shown.list().window()->findChild<frmEdit*>();
         if (!editor || !QTest::qWaitForWindowActive(editor))
             qFatal("no editor opens");
@@ -59,6 +61,7 @@ class frmEditTest : public QObject
 {
     Q_OBJECT
 private slots:
+    void theMenuOpensIt();
     void itShowsTheCamera();
     void aKeyWithoutAHeaderIsTheAddress();
     void itSaysWhatItAlwaysSaid();
@@ -79,6 +82,16 @@ private slots:
     void aListReloadedBeneathLosesNothing();
     void everyBoxHasANameToBeSpoken();
 };
+
+void frmEditTest::theMenuOpensIt()
+{
+    ShownList shown;
+    shown.load(OpenEditor::List);
+    shown.choose("Tower", "mnuEdit");
+    const auto* editor = shown.window().findChild<frmEdit*>();
+    QVERIFY(editor && editor->isVisible());
+    QCOMPARE(editor->windowTitle(), "Tower Properties");
+}
 
 void frmEditTest::itShowsTheCamera()
 {
@@ -217,7 +230,7 @@ void frmEditTest::cancellingChangesNothing()
 void frmEditTest::enterUpdates()
 {
     OpenEditor open("Bridge");
-    QVERIFY(open.box("txtName").hasFocus());
+    QTRY_VERIFY(open.box("txtName").hasFocus());
     QTest::keyClicks(&open.box("txtName"), "Ferry"); // all of the name is selected
     QTest::keyClick(&open.box("txtName"), Qt::Key_Return);
     QTRY_VERIFY(!open.editor);
