@@ -10,10 +10,17 @@ struct Favourite
     QString name;
     /// The whole camera key, extra header included.
     QString key;
+
+    /// Whether it can be kept: it has both a name and a key.
+    bool isWhole() const { return !name.isEmpty() && !key.isEmpty(); }
+
+    /// The name as one line of a menu or list: line breaks and control characters are blanks.
+    QString shownName() const;
 };
 
 /// The user's favourites, in menu order. Entry 0 always exists: while no favourite uses it, it is
-/// empty and hidden. Menus and windows mirror this object.
+/// empty and hidden. Menus and windows mirror this object. No name or key in it holds "ÿ", which
+/// separates the fields of a record: it becomes y with a combining diaeresis on the way in.
 class Favourites : public QObject
 {
     Q_OBJECT
@@ -26,12 +33,21 @@ public:
     /// Entry 0 alone can be hidden.
     bool isHidden(qsizetype index) const { return index == 0 && m_firstHidden; }
 
+    /// Adds an entry behind the last one, whether or not there is one like it; nothing where
+    /// `name` or `key` is empty.
+    void add(const QString& name, const QString& key);
+
+    /// Puts `favourites` in the place of all entries, from entry 0 on. Without any, entry 0 is
+    /// empty and hidden again.
+    void replaceAll(const QList<Favourite>& favourites);
+
     /// Takes what the section FAVORITES of the ini file at `path` holds. A COUNT that is no
     /// number, or is greater than what the file holds, makes no entries out of nothing.
     void load(const QString& path);
 
     /// Writes the entries that have both a name and a key, without gaps, and their COUNT last.
     /// Pairs of an earlier, longer list stay in the file; COUNT alone bounds what is read back.
+    /// What is done to the entries meanwhile is not written.
     void save(const QString& path) const;
 
 signals:

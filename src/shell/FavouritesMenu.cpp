@@ -28,18 +28,26 @@ FavouritesMenu::FavouritesMenu(Favourites* favourites, QMenu* menu)
 
 void FavouritesMenu::rebuild()
 {
-    qDeleteAll(std::exchange(m_mnuFavGo, {}));
     const auto& entries = m_favourites->entries();
+    while (m_mnuFavGo.size() > entries.size())
+        delete m_mnuFavGo.takeLast();
     for (qsizetype i = 0; i < entries.size(); ++i) {
+        if (i == m_mnuFavGo.size())
+            append();
         // Caption and tag live in the record, whole.
-        auto* one = new QAction(m_menu);
-        one->setText(menuText(
-            m_menu->fontMetrics().elidedText(entries[i].name, Qt::ElideMiddle, WidestNamePx)));
-        one->setObjectName(u"mnuFavGo(%1)"_s.arg(i));
-        one->setVisible(!m_favourites->isHidden(i));
-        connect(one, &QAction::triggered, this,
-                [this, i] { emit Opened(m_favourites->entries().value(i).key); });
-        m_mnuFavGo.append(one);
+        m_mnuFavGo[i]->setText(menuText(m_menu->fontMetrics().elidedText(
+            entries[i].shownName(), Qt::ElideMiddle, WidestNamePx)));
+        m_mnuFavGo[i]->setVisible(!m_favourites->isHidden(i));
     }
-    m_menu->addActions(m_mnuFavGo);
+}
+
+void FavouritesMenu::append()
+{
+    const qsizetype i = m_mnuFavGo.size();
+    auto* one = new QAction(m_menu);
+    one->setObjectName(u"mnuFavGo(%1)"_s.arg(i));
+    connect(one, &QAction::triggered, this,
+            [this, i] { emit Opened(m_favourites->entries().value(i).key); });
+    m_mnuFavGo.append(one);
+    m_menu->addAction(one);
 }

@@ -22,6 +22,7 @@ signals:
 
 private:
     void rebuild();
+    void append();
 
     Favourites* m_favourites;
     QMenu* m_menu;

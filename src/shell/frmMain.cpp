@@ -1,6 +1,7 @@
 #include "shell/frmMain.h"
 
 #include "camlist/Favourites.h"
+#include "camlist/frmMan.h"
 #include "settings/Ini.h"
 #include "settings/LanguageCaptions.h"
 #include "shared/AppFolder.h"
@@ -74,6 +75,7 @@ void frmMain::connectMenus()
     };
     on(u"mnuOptExit"_s, [this] { close(); });
     on(u"mnuOptExitWO"_s, [this] { askExitWithoutSaving(); });
+    on(u"mnuFavMan"_s, [this] { (new frmMan(m_favourites, this))->open(); });
     on(u"mnuOptOnTop"_s, [this](bool checked) { setTopmost(*this, checked); });
     on(u"mnuViewTb"_s, [this] {
         m_cam->setShowToolBar(!m_cam->ShowToolBar());

@@ -1,5 +1,6 @@
 #include "camlist/Favourites.h"
 #include "settings/Ini.h"
+#include "shared/CameraKey.h"
 #include "support/Slower.h"
 
 class FavouritesTest : public QObject
@@ -14,6 +15,17 @@ private slots:
     void writesFullPairsWithoutGapsAndTheCountLast();
     void longerListsLeaveTheirPairsBehind();
     void tenThousandAreReadAndWrittenWithinASecond();
+    void addedOnesFollowTheOthers();
+    void theFirstOneAddedLeavesEntryZeroHidden();
+    void withoutANameOrAKeyNothingIsAdded();
+    void theSameOneCanBeAddedTwice();
+    void allCanBeReplaced();
+    void withoutAnyEntryZeroIsHiddenAgain();
+    void noSeparatorComesIn();
+    void textsSurviveTheFile_data();
+    void textsSurviveTheFile();
+    void whatHappensDuringASaveIsNotWritten();
+    void aNameIsShownOnOneLine();
 
 private:
     QString file(const QByteArray& content);
@@ -137,6 +149,164 @@ void FavouritesTest::tenThousandAreReadAndWrittenWithinASecond()
     QCOMPARE(favourites.entries().last().key, "cam.example/pictures/9999.jpg");
     qInfo("10,000 favourites read and written in %lld ms", static_cast<long long>(elapsed));
     QVERIFY2(elapsed < 1000 * Slower, qPrintable(QString::number(elapsed)));
+}
+
+void FavouritesTest::addedOnesFollowTheOthers()
+{
+    Favourites favourites;
+    favourites.load(file("[FAVORITES]\r\nNAME[0]=a\r\nURL[0]=1\r\nCOUNT=1\r\n"));
+    QSignalSpy changed(&favourites, &Favourites::Changed);
+    favourites.add("Tom & Jerry", "cam/t\x01Cookie: a");
+    QCOMPARE(changed.count(), 1);
+    QCOMPARE(favourites.entries().size(), 2);
+    QCOMPARE(favourites.entries()[0].name, "a");
+    QCOMPARE(favourites.entries()[1].name, "Tom & Jerry");
+    QCOMPARE(favourites.entries()[1].key, "cam/t\x01Cookie: a");
+    QVERIFY(!favourites.isHidden(1));
+}
+
+void FavouritesTest::theFirstOneAddedLeavesEntryZeroHidden()
+{
+    Favourites favourites;
+    favourites.add("first", "cam/1");
+    QCOMPARE(favourites.entries().size(), 2);
+    QVERIFY(favourites.isHidden(0));
+    QVERIFY(favourites.entries()[0].name.isEmpty());
+    QVERIFY(favourites.entries()[0].key.isEmpty());
+    QCOMPARE(favourites.entries()[1].name, "first");
+    favourites.add("second", "cam/2");
+    QCOMPARE(favourites.entries().size(), 3);
+    QVERIFY(favourites.isHidden(0));
+    // The file knows no gap, and so the next start closes it.
+    const QString path = file({});
+    favourites.save(path);
+    Favourites next;
+    next.load(path);
+    QCOMPARE(next.entries().size(), 2);
+    QVERIFY(!next.isHidden(0));
+    QCOMPARE(next.entries()[0].name, "first");
+}
+
+void FavouritesTest::withoutANameOrAKeyNothingIsAdded()
+{
+    Favourites favourites;
+    QSignalSpy changed(&favourites, &Favourites::Changed);
+    favourites.add("", "cam/1");
+    favourites.add("first", "");
+    favourites.add({}, {});
+    QCOMPARE(favourites.entries().size(), 1);
+    QVERIFY(favourites.isHidden(0));
+    QCOMPARE(changed.count(), 0);
+}
+
+void FavouritesTest::theSameOneCanBeAddedTwice()
+{
+    Favourites favourites;
+    favourites.add("a", "cam/1");
+    favourites.add("a", "cam/1");
+    QCOMPARE(favourites.entries().size(), 3);
+    QCOMPARE(favourites.entries()[1].key, favourites.entries()[2].key);
+    const QString path = file({});
+    favourites.save(path);
+    QCOMPARE(GetFromINI("FAVORITES", "COUNT", path), "2");
+}
+
+void FavouritesTest::allCanBeReplaced()
+{
+    Favourites favourites;
+    favourites.add("gone", "cam/0");
+    QSignalSpy changed(&favourites, &Favourites::Changed);
+    favourites.replaceAll({{"one", "cam/1"}, {"two", "cam/2"}, {"three", "cam/3"}});
+    QCOMPARE(changed.count(), 1);
+    QCOMPARE(favourites.entries().size(), 3);
+    QVERIFY(!favourites.isHidden(0));
+    QCOMPARE(favourites.entries()[0].name, "one");
+    QCOMPARE(favourites.entries()[2].key, "cam/3");
+}
+
+void FavouritesTest::withoutAnyEntryZeroIsHiddenAgain()
+{
+    Favourites favourites;
+    favourites.replaceAll({{"one", "cam/1"}, {"two", "cam/2"}});
+    favourites.replaceAll({});
+    QCOMPARE(favourites.entries().size(), 1);
+    QVERIFY(favourites.isHidden(0));
+    QVERIFY(favourites.entries()[0].name.isEmpty());
+    QVERIFY(favourites.entries()[0].key.isEmpty());
+}
+
+void FavouritesTest::noSeparatorComesIn()
+{
+    const QString separator(FieldSeparator);
+    const QString harmless = QString("y") + QChar(0x308);
+    Favourites added;
+    added.add("n" + separator, "k" + separator + "x");
+    Favourites replaced;
+    replaced.replaceAll({{}, {"n" + separator, "k" + separator + "x"}});
+    Favourites loaded;
+    loaded.load(file("[FAVORITES]\r\nNAME[0]=a\r\nURL[0]=1\r\nNAME[1]=n\xFF\r\n"
+                     "URL[1]=k\xFFx\r\nCOUNT=2\r\n"));
+    for (const auto* one : {&added, &replaced, &loaded}) {
+        QCOMPARE(one->entries().size(), 2);
+        QCOMPARE(one->entries()[1].name, "n" + harmless);
+        QCOMPARE(one->entries()[1].key, "k" + harmless + "x");
+    }
+}
+
+void FavouritesTest::textsSurviveTheFile_data()
+{
+    QTest::addColumn<QString>("name");
+    QTest::newRow("ampersand") << "AT&T";
+    QTest::newRow("two ampersands") << "a && b &c &";
+    QTest::newRow("markup") << "<b>bold</b> &amp;";
+    QTest::newRow("brackets and equals signs") << "[a]=b;c";
+    QTest::newRow("quotes and outer blanks") << " \"quoted\" ";
+    QTest::newRow("accents") << QString::fromUtf8("K\u00f6ln Sk\u00e5ne");
+    QTest::newRow("other letters") << QString::fromUtf8("\u041c\u043e\u0441\u043a\u0432\u0430 "
+                                                        "\u6771\u4eac \U0001F4F7");
+    QTest::newRow("right to left") << QString::fromUtf8("\u05d7\u05d9\u05e4\u05d4 cam");
+    QTest::newRow("separator") << QString(u'\u00ff');
+    QTest::newRow("tab") << "left\tright";
+}
+
+void FavouritesTest::textsSurviveTheFile()
+{
+    QFETCH(QString, name);
+    const QString path = file({});
+    Favourites first;
+    first.replaceAll({{name, name}});
+    const Favourite kept = first.entries()[0];
+    first.save(path);
+    for (int run = 0; run < 3; ++run) {
+        QVERIFY(FlushINI());
+        Favourites next;
+        next.load(path);
+        QCOMPARE(next.entries().size(), 1);
+        QCOMPARE(next.entries()[0].name, kept.name);
+        QCOMPARE(next.entries()[0].key, kept.key);
+        next.save(path);
+    }
+}
+
+void FavouritesTest::whatHappensDuringASaveIsNotWritten()
+{
+    Favourites favourites;
+    favourites.replaceAll({{"one", "cam/1"}, {"two", "cam/2"}, {"three", "cam/3"}});
+    const QString path = file({});
+    QTimer::singleShot(0, &favourites, [&] { favourites.replaceAll({}); });
+    favourites.save(path);
+    QVERIFY(favourites.isHidden(0)); // it did happen
+    QCOMPARE(GetFromINI("FAVORITES", "COUNT", path), "3");
+    QCOMPARE(GetFromINI("FAVORITES", "NAME[2]", path), "three");
+}
+
+void FavouritesTest::aNameIsShownOnOneLine()
+{
+    QString name = "a\r\nb\tc";
+    name += QChar(QChar::LineSeparator);
+    name += QChar(QChar::ParagraphSeparator);
+    QCOMPARE((Favourite{name + "&<d>", {}}.shownName()), "a  b c  &<d>");
+    QCOMPARE((Favourite{"as  it is", {}}.shownName()), "as  it is");
 }
 
 QTEST_GUILESS_MAIN(FavouritesTest)

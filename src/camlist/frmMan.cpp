@@ -1,0 +1,196 @@
+#include "camlist/frmMan.h"
+
+#include "camlist/FavouriteItems.h"
+#include "shared/Twips.h"
+
+#include <QDialogButtonBox>
+#include <QEvent>
+#include <QHBoxLayout>
+#include <QHeaderView>
+#include <QHelpEvent>
+#include <QPushButton>
+#include <QStyledItemDelegate>
+#include <QToolTip>
+#include <QTreeView>
+
+using namespace Qt::Literals::StringLiterals;
+
+namespace {
+
+constexpr QSize DefaultSize(460, 400);
+constexpr QSize SmallestList(180, 160);
+constexpr int BetweenRows = 6;
+constexpr int ButtonWidth = 108;
+/// What the column leaves of the list's width to the frame and the scroll bar.
+constexpr int BesideColumnTwips = 400;
+
+/// Keeps the check boxes apart and visible, and says a name in a tooltip only where the column
+/// cuts it.
+class NameDelegate : public QStyledItemDelegate
+{
+public:
+    using QStyledItemDelegate::QStyledItemDelegate;
+
+    QSize sizeHint(const QStyleOptionViewItem& option, const QModelIndex& index) const override
+    {
+        return QStyledItemDelegate::sizeHint(option, index) + QSize(0, BetweenRows);
+    }
+
+    bool helpEvent(QHelpEvent* event, QAbstractItemView* view, const QStyleOptionViewItem& option,
+                   const QModelIndex& index) override
+    {
+        if (event->type() == QEvent::ToolTip &&
+            sizeHint(option, index).width() <= view->visualRect(index).width()) {
+            QToolTip::hideText();
+            return true;
+        }
+        return QStyledItemDelegate::helpEvent(event, view, option, index);
+    }
+
+protected:
+    void initStyleOption(QStyleOptionViewItem* option, const QModelIndex& index) const override
+    {
+        QStyledItemDelegate::initStyleOption(option, index);
+        // Styles outline a box in a darker shade of the window, which is nothing to be seen on a
+        // dark list.
+        QPalette& palette = option->palette;
+        if (palette.color(QPalette::Base).lightness() < palette.color(QPalette::Text).lightness())
+            palette.setColor(QPalette::Window, palette.color(QPalette::Text));
+    }
+};
+
+QPushButton* newButton(const QString& name, const QString& caption, QWidget* parent)
+{
+    auto* button = new QPushButton(caption, parent);
+    button->setObjectName(name);
+    return button;
+}
+
+} // namespace
+
+frmMan::frmMan(Favourites* favourites, QWidget* parent)
+    : QDialog(parent)
+    , m_favourites(favourites)
+    , m_items(new FavouriteItems(favourites->entries(), this))
+{
+    setObjectName(u"frmMan"_s);
+    setWindowTitle(u"Manage Favorites"_s);
+    setAttribute(Qt::WA_DeleteOnClose);
+    createList();
+    createButtons();
+    layOut();
+    resize(DefaultSize);
+    updateButtons();
+    m_lvwList->setFocus();
+    m_lvwList->setCurrentIndex(m_items->index(0));
+}
+
+void frmMan::createList()
+{
+    m_lvwList = new QTreeView(this);
+    m_lvwList->setObjectName(u"lvwList"_s);
+    m_lvwList->setAccessibleName(tr("Favorites"));
+    m_lvwList->setMinimumSize(SmallestList);
+    m_lvwList->setRootIsDecorated(false);
+    // All rows are measured by the first one, however many there are.
+    m_lvwList->setUniformRowHeights(true);
+    // The ends of names tell cameras apart as often as their beginnings.
+    m_lvwList->setTextElideMode(Qt::ElideMiddle);
+    m_lvwList->setItemDelegate(new NameDelegate(m_lvwList));
+    m_lvwList->setModel(m_items);
+    m_lvwList->header()->setStretchLastSection(false);
+    m_lvwList->header()->setSectionResizeMode(QHeaderView::Fixed);
+    m_lvwList->installEventFilter(this);
+    connect(m_items, &QAbstractItemModel::dataChanged, this, &frmMan::updateButtons);
+    connect(m_items, &QAbstractItemModel::modelReset, this, &frmMan::updateButtons);
+}
+
+void frmMan::createButtons()
+{
+    m_cmdRem = newButton(u"cmdRem"_s, u"Remove"_s, this);
+    m_cmdAll = newButton(u"cmdAll"_s, u"Select All"_s, this);
+    m_cmdNone = newButton(u"cmdNone"_s, u"De-Select All"_s, this);
+    m_cmdSort = newButton(u"cmdSort"_s, u"Sort"_s, this);
+    m_cmdOk = newButton(u"cmdOk"_s, u"Ok"_s, this);
+    m_cmdCan = newButton(u"cmdCan"_s, u"Cancel"_s, this);
+    // A click leaves the keyboard in the list, so that Enter stays "Ok".
+    for (auto* one : {m_cmdRem, m_cmdAll, m_cmdNone, m_cmdSort})
+        one->setFocusPolicy(Qt::TabFocus);
+
+    connect(m_cmdRem, &QPushButton::clicked, this, &frmMan::removeChecked);
+    connect(m_cmdAll, &QPushButton::clicked, this, [this] { m_items->checkAll(true); });
+    connect(m_cmdNone, &QPushButton::clicked, this, [this] { m_items->checkAll(false); });
+    // Nothing joins the list and no name changes while the window is open: sorted once, it stays
+    // sorted.
+    connect(m_cmdSort, &QPushButton::clicked, m_items, &FavouriteItems::sortByName);
+    connect(m_cmdOk, &QPushButton::clicked, this, &frmMan::accept);
+    connect(m_cmdCan, &QPushButton::clicked, this, &frmMan::reject);
+}
+
+void frmMan::layOut()
+{
+    // The desktop's own order of "Ok" and "Cancel"; what accepts is the default button.
+    auto* ends = new QDialogButtonBox(this);
+    ends->addButton(m_cmdOk, QDialogButtonBox::AcceptRole);
+    ends->addButton(m_cmdCan, QDialogButtonBox::RejectRole);
+
+    auto* side = new QVBoxLayout;
+    side->addStrut(ButtonWidth);
+    side->addWidget(m_cmdRem);
+    side->addSpacing(style()->pixelMetric(QStyle::PM_LayoutVerticalSpacing));
+    side->addWidget(m_cmdAll);
+    side->addWidget(m_cmdNone);
+    side->addSpacing(style()->pixelMetric(QStyle::PM_LayoutVerticalSpacing));
+    side->addWidget(m_cmdSort);
+    side->addStretch();
+
+    auto* top = new QHBoxLayout;
+    top->addWidget(m_lvwList, 1);
+    top->addLayout(side);
+    auto* all = new QVBoxLayout(this);
+    all->addLayout(top, 1);
+    all->addWidget(ends);
+
+    QWidget* before = m_lvwList;
+    for (auto* one : {m_cmdRem, m_cmdAll, m_cmdNone, m_cmdSort, m_cmdOk, m_cmdCan}) {
+        setTabOrder(before, one);
+        before = one;
+    }
+}
+
+void frmMan::accept()
+{
+    m_favourites->replaceAll(m_items->favourites());
+    QDialog::accept();
+}
+
+void frmMan::removeChecked()
+{
+    const int current = m_lvwList->currentIndex().row();
+    const int row = current - m_items->checkedCount(current);
+    m_items->removeChecked();
+    // The current item stays it; one that has gone is followed by the next, or the last.
+    m_lvwList->setCurrentIndex(m_items->index(std::min(row, m_items->rowCount() - 1)));
+}
+
+void frmMan::updateButtons()
+{
+    setUsable(m_cmdRem, m_items->checkedCount() > 0);
+    for (auto* one : {m_cmdAll, m_cmdNone, m_cmdSort})
+        setUsable(one, m_items->rowCount() > 0);
+}
+
+void frmMan::setUsable(QPushButton* button, bool usable)
+{
+    // Else the keyboard would go on to the next button, and Enter with it.
+    if (!usable && button->hasFocus())
+        m_lvwList->setFocus();
+    button->setEnabled(usable);
+}
+
+bool frmMan::eventFilter(QObject* watched, QEvent* event)
+{
+    if (watched == m_lvwList && event->type() == QEvent::Resize)
+        m_lvwList->setColumnWidth(0, m_lvwList->width() - pixelsFromTwips(BesideColumnTwips));
+    return QDialog::eventFilter(watched, event);
+}
