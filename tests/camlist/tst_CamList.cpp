@@ -237,7 +237,7 @@ void CamListTest::theCheckBoxEndsTheMessagesOfOneList()
     QTest::mouseClick(box->checkBox(), Qt::LeftButton, {},
                       QPoint(8, box->checkBox()->height() / 2));
     QVERIFY(box->checkBox()->isChecked());
-    QTest::mouseClick(box->button(QMessageBox::Ok), Qt::LeftButton);
+    box->button(QMessageBox::Ok)->click();
     // The second list's messages are left, with a check box of their own.
     QTRY_VERIFY(openDialog<QMessageBox>() != box);
     QVERIFY(!openDialog<QMessageBox>()->checkBox()->isChecked());
