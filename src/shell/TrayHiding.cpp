@@ -2,6 +2,7 @@
 
 #include <QAction>
 #include <QEvent>
+#include <QWindow>
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -12,7 +13,8 @@ constexpr int IntervalMs = 2'000;
 } // namespace
 
 TrayHiding::TrayHiding(QWidget& form, QAction& mnuViewTray)
-    : m_form(form)
+    : QObject(&form)
+    , m_form(form)
     , m_mnuViewTray(mnuViewTray)
     , m_frmTray(form.windowIcon())
     , m_tmrTray(u"tmrTray"_s, IntervalMs, this)
@@ -76,11 +78,20 @@ bool TrayHiding::eventFilter(QObject* watched, QEvent* event)
 
 void TrayHiding::hideMinimised()
 {
-    if (!m_form.isMinimized() || !m_mnuViewTray.isChecked() || !m_frmTray.sysTray().isReachable())
+    if (m_form.isHidden() || !m_form.isMinimized() || !m_mnuViewTray.isChecked() ||
+        !m_frmTray.sysTray().isReachable())
         return;
+    const bool filledScreen = m_form.isMaximized() || m_form.isFullScreen();
+    const QRect normal = m_form.normalGeometry();
     m_form.hide();
+    // On X11 a window that is minimised no more is mapped at once, hidden or not. So the system's
+    // window goes before, and a new one, in its new state from the beginning, takes its place.
+    m_form.windowHandle()->destroy();
+    m_form.windowHandle()->setWindowStates(Qt::WindowNoState);
     // Kept: the state becomes normal, also that of a window that was maximised before.
     m_form.setWindowState(Qt::WindowNoState);
+    if (filledScreen && normal.isValid())
+        m_form.setGeometry(normal);
     m_formHidden = true;
     updateTimer();
 }

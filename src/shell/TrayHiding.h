@@ -16,7 +16,8 @@ class TrayHiding : public QObject
     Q_OBJECT
 
 public:
-    /// Both outlive this object. `mnuViewTray` adds and removes the icon when it is triggered.
+    /// Owned by `form`. `mnuViewTray`, which lives as long, adds and removes the icon when it is
+    /// triggered.
     TrayHiding(QWidget& form, QAction& mnuViewTray);
 
     /// Adds the icon as soon as the form has been painted, or has not been for a while: what the

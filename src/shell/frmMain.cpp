@@ -105,7 +105,7 @@ void frmMain::connectMenus()
         m_cmbUrl->showNow(webAddressOf(m_cam->Url()));
     });
 
-    m_tray = std::make_unique<TrayHiding>(*this, *m_menu->entry(u"mnuViewTray"_s));
+    m_tray = new TrayHiding(*this, *m_menu->entry(u"mnuViewTray"_s));
     m_preferences = std::make_unique<ViewPreferences>(
         *m_menu, *m_cam,
         ViewPreferences::Targets{[this](bool shown) { showList(shown); },

@@ -67,7 +67,7 @@ private:
     WebCam* m_cam;
     GotoBar* m_cmbUrl;
     MainLayout m_layout;
-    std::unique_ptr<TrayHiding> m_tray;
+    TrayHiding* m_tray;
     std::unique_ptr<ViewPreferences> m_preferences;
     /// Set by Exit Without Saving alone, and never cleared: the camera list is not saved.
     bool m_exitWithoutSaving = false;

@@ -1,6 +1,7 @@
 #include "support/Desktop.h"
 
 #include <QApplication>
+#include <QRegularExpression>
 #include <QSystemTrayIcon>
 #include <QTest>
 #include <QWindow>
@@ -33,6 +34,25 @@ QString windowProperty(const QWidget& window, const QString& property)
 {
     const QString id = QString::number(window.windowHandle()->winId());
     return QString::fromLatin1(run(QStringLiteral("xprop"), {QStringLiteral("-id"), id, property}));
+}
+
+QList<WId> managedWindows(const QString& title)
+{
+    const QString all = QString::fromLatin1(run(
+        QStringLiteral("xprop"), {QStringLiteral("-root"), QStringLiteral("_NET_CLIENT_LIST")}));
+    QList<WId> found;
+    static const QRegularExpression number(QStringLiteral("0x[0-9a-f]+"));
+    for (auto each = number.globalMatch(all); each.hasNext();) {
+        const QString id = each.next().captured();
+        // It may have gone since.
+        QProcess xprop;
+        xprop.start(QStringLiteral("xprop"),
+                    {QStringLiteral("-id"), id, QStringLiteral("_NET_WM_NAME")});
+        xprop.waitForFinished();
+        if (xprop.readAllStandardOutput().contains('"' + title.toUtf8() + '"'))
+            found.append(id.toULongLong(nullptr, 16));
+    }
+    return found;
 }
 
 void pointer(const QPoint& at, const QString& action, int button)

@@ -8,6 +8,9 @@
 /// window as it is now, which Qt exchanges at times.
 QString windowProperty(const QWidget& window, const QString& property);
 
+/// The windows that the window manager manages, shown or minimised, whose title is `title`.
+QList<WId> managedWindows(const QString& title);
+
 /// Moves the pointer there and does `action`, xdotool's name ("click", "mousedown", "mouseup"),
 /// with a mouse button: 1 is the primary one, 2 the middle one, 3 the secondary one.
 void pointer(const QPoint& at, const QString& action, int button);
