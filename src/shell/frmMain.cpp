@@ -30,7 +30,7 @@ using namespace Qt::Literals::StringLiterals;
 
 namespace {
 
-constexpr QSize DefaultSize(900, 640);
+constexpr QSize DefaultSize(1'120, 640);
 /// More than the window manager's frame and caption take.
 constexpr QSize RoomForFrame(20, 60);
 
