@@ -15,7 +15,6 @@ constexpr int IntervalMs = 2'000;
 TrayHiding::TrayHiding(QWidget& form, QAction& mnuViewTray)
     : QObject(&form)
     , m_form(form)
-    , m_mnuViewTray(mnuViewTray)
     , m_frmTray(form.windowIcon())
     , m_tmrTray(u"tmrTray"_s, IntervalMs, this)
 {
@@ -78,8 +77,8 @@ bool TrayHiding::eventFilter(QObject* watched, QEvent* event)
 
 void TrayHiding::hideMinimised()
 {
-    if (m_form.isHidden() || !m_form.isMinimized() || !m_mnuViewTray.isChecked() ||
-        !m_frmTray.sysTray().isReachable())
+    // The icon is there only while the menu's entry is checked.
+    if (m_form.isHidden() || !m_form.isMinimized() || !m_frmTray.sysTray().isReachable())
         return;
     const bool filledScreen = m_form.isMaximized() || m_form.isFullScreen();
     const QRect normal = m_form.normalGeometry();

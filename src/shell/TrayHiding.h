@@ -38,7 +38,6 @@ private:
     void updateTimer();
 
     QWidget& m_form;
-    QAction& m_mnuViewTray;
     frmTray m_frmTray;
     Timer m_tmrTray;
     bool m_iconWanted = false;

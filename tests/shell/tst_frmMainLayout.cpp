@@ -1,5 +1,5 @@
-// The parts of the main window on the screen: where they stand at every size, what the View menu
-// does to them, and where the keyboard goes.
+// The parts of the main window on the screen: where they stand at every size, and what the View
+// menu does to them.
 
 #include "shell/MainLayout.h"
 #include "support/ShownMain.h"
@@ -131,11 +131,6 @@ private slots:
     void optionButtonsStandLevelWithTheGotoBar();
     void longCaptionsOfTheOptionsHaveRoom();
     void choosingThePageAgainDoesNothing();
-    void theKeyboardStaysInView_data();
-    void theKeyboardStaysInView();
-    void hidingAnotherPartLeavesTheKeyboard();
-    void tabGoesThroughTheParts();
-    void shortcutsWorkFromTheList();
 };
 
 void frmMainLayoutTest::itBeginsWithListViewerAndBar()
@@ -367,89 +362,6 @@ void frmMainLayoutTest::choosingThePageAgainDoesNothing()
     QVERIFY(m.part<QRadioButton>("opt(1)").isChecked());
     QVERIFY(m.of("cList").isVisible());
     QCOMPARE(m.fault(), "");
-}
-
-void frmMainLayoutTest::theKeyboardStaysInView_data()
-{
-    QTest::addColumn<QString>("focused");
-    QTest::addColumn<Qt::Key>("key");
-    QTest::addColumn<QStringList>("hiddenBefore");
-    QTest::addColumn<QString>("after");
-    QTest::newRow("list") << "cList" << Qt::Key_L << QStringList() << "cmbUrl";
-    QTest::newRow("option") << "opt(1)" << Qt::Key_L << QStringList() << "cmbUrl";
-    QTest::newRow("list, no goto bar")
-        << "cList" << Qt::Key_L << QStringList{"mnuViewGoto"} << "Cam";
-    QTest::newRow("goto bar") << "cmbUrl" << Qt::Key_G << QStringList() << "Cam";
-    QTest::newRow("goto bar alone")
-        << "cmbUrl" << Qt::Key_G << QStringList{"mnuViewList", "mnuViewTb"} << "Cam";
-    QTest::newRow("toolbar") << "button(7)" << Qt::Key_T << QStringList() << "cmbUrl";
-}
-
-void frmMainLayoutTest::theKeyboardStaysInView()
-{
-    QFETCH(QString, focused);
-    QFETCH(Qt::Key, key);
-    QFETCH(QStringList, hiddenBefore);
-    QFETCH(QString, after);
-    Parted m;
-    m.shown();
-    for (const QString& entry : hiddenBefore)
-        m.entry(entry).trigger();
-    m.of(focused).setFocus();
-    QVERIFY(QApplication::focusWidget());
-    QTest::keyClick(QApplication::focusWidget(), key, Qt::ControlModifier);
-    QVERIFY(QApplication::focusWidget());
-    QCOMPARE(QApplication::focusWidget()->objectName(), after);
-    QVERIFY(QApplication::focusWidget()->isVisible());
-}
-
-void frmMainLayoutTest::hidingAnotherPartLeavesTheKeyboard()
-{
-    Parted m;
-    m.shown();
-    m.of("cList").setFocus();
-    auto* const tree = QApplication::focusWidget();
-    QVERIFY(tree && m.of("cList").isAncestorOf(tree));
-    for (const auto key : {Qt::Key_T, Qt::Key_G, Qt::Key_T}) {
-        QTest::keyClick(tree, key, Qt::ControlModifier);
-        QCOMPARE(QApplication::focusWidget(), tree);
-    }
-}
-
-void frmMainLayoutTest::tabGoesThroughTheParts()
-{
-    Parted m;
-    m.shown();
-    m.of("cList").setFocus();
-    QStringList order;
-    for (int i = 0; i < 40; ++i) {
-        const auto* now = QApplication::focusWidget();
-        const auto part = std::find_if(Parts.begin(), Parts.end(), [&](const QString& name) {
-            return &m.of(name) == now || m.of(name).isAncestorOf(now);
-        });
-        QVERIFY(part != Parts.end());
-        if (order.isEmpty() || order.last() != *part)
-            order.append(*part);
-        if (order.size() > 4)
-            break;
-        QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
-    }
-    QCOMPARE(order, (QStringList{"cList", "opt(1)", "Cam", "cmbUrl", "cList"}));
-}
-
-void frmMainLayoutTest::shortcutsWorkFromTheList()
-{
-    Parted m;
-    m.shown();
-    for (const auto& [key, entry] :
-         {std::pair{Qt::Key_T, "mnuViewTb"}, std::pair{Qt::Key_G, "mnuViewGoto"},
-          std::pair{Qt::Key_I, "mnuViewNew"}, std::pair{Qt::Key_O, "mnuViewOSize"},
-          std::pair{Qt::Key_L, "mnuViewList"}}) {
-        m.of("cList").setFocus();
-        const bool before = m.entry(entry).isChecked();
-        QTest::keyClick(QApplication::focusWidget(), key, Qt::ControlModifier);
-        QCOMPARE(m.entry(entry).isChecked(), !before);
-    }
 }
 
 QTEST_MAIN(frmMainLayoutTest)
