@@ -71,6 +71,7 @@ void frmMain::createParts()
         m_cmbUrl->showNow(key);
         showCamera(key);
     });
+    connect(list, &CamList::AddFavorite, m_favourites, &Favourites::add);
     connect(m_cmbUrl, &GotoBar::CameraChosen, this, &frmMain::showCamera);
     connect(m_cam, &WebCam::ImageChange, this,
             [this](const QString&, const QString& url) { m_cmbUrl->mirror(url); });

@@ -15,13 +15,13 @@
 namespace {
 
 const QByteArray TwoCameras = "Cities\xFFHarbour\xFF"
-                              "cam.invalid/h.jpg\xFF"
+                              "127.0.0.1:1/h.jpg\xFF"
                               "Sights\xFFTower\xFF"
-                              "cam.invalid/t.jpg\x01"
+                              "127.0.0.1:1/t.jpg\x01"
                               "Cookie: a=1\r\n";
 const QByteArray OneMore = "CAMZSights\xFF"
                            "Bridge\xFF"
-                           "cam.invalid/b.jpg\r\n";
+                           "127.0.0.1:1/b.jpg\r\n";
 
 /// The main window with what a person does to its list.
 class Listed : public ShownMain
@@ -50,11 +50,10 @@ public:
             .value(0);
     }
 
-    void click(const QString& text)
+    void click(const QString& text, Qt::MouseButton button = Qt::LeftButton)
     {
         tree().scrollTo(node(text));
-        QTest::mouseClick(tree().viewport(), Qt::LeftButton, {},
-                          tree().visualRect(node(text)).center());
+        QTest::mouseClick(tree().viewport(), button, {}, tree().visualRect(node(text)).center());
     }
 
     QByteArray list() const { return file("list.dat"); }
@@ -92,6 +91,7 @@ private slots:
     void aCommandLineThatIsNoListIsTold();
     void aClickShowsTheCamera();
     void aClickReplacesWhatIsBeingTyped();
+    void aCameraBecomesAFavourite();
     void theGotoBarKnowsTheNames();
     void importAddsTheCamerasOfAFile();
     void importOffersListsAndAllFiles();
@@ -175,7 +175,22 @@ void frmMainListTest::aClickReplacesWhatIsBeingTyped()
     m.shown();
     QTest::keyClicks(&m.part<GotoBar>("cmbUrl"), "half an addr");
     m.click("Harbour");
-    QCOMPARE(m.bar(), "cam.invalid/h.jpg");
+    QCOMPARE(m.bar(), "127.0.0.1:1/h.jpg");
+}
+
+void frmMainListTest::aCameraBecomesAFavourite()
+{
+    Listed m;
+    m.write("list.dat", TwoCameras);
+    m.shown();
+    m.click("Tower", Qt::RightButton);
+    auto& menu = m.part<QMenu>("mnu");
+    QVERIFY(QTest::qWaitForWindowExposed(&menu));
+    QTest::mouseClick(&menu, Qt::LeftButton, {}, menu.actionGeometry(menu.actions()[0]).center());
+    m.made().close();
+    QVERIFY(m.preferences().contains("=Tower\r\n"));
+    QVERIFY(m.preferences().contains("=127.0.0.1:1/t.jpg\x01"
+                                     "Cookie: a=1\r\n"));
 }
 
 void frmMainListTest::theGotoBarKnowsTheNames()
@@ -191,7 +206,7 @@ void frmMainListTest::theGotoBarKnowsTheNames()
     QCOMPARE(m.bar(), "to");
     QTest::keyClicks(&bar, "w");
     QTest::keyClick(&bar, Qt::Key_Return);
-    QCOMPARE(m.part<WebCam>("Cam").Url(), QString("cam.invalid/t.jpg\x01") + "Cookie: a=1");
+    QCOMPARE(m.part<WebCam>("Cam").Url(), QString("127.0.0.1:1/t.jpg\x01") + "Cookie: a=1");
     QCOMPARE(bar.itemText(0), "tower");
 }
 
@@ -288,13 +303,13 @@ void frmMainListTest::everyEndSavesTheList()
     Listed m;
     m.write("list.dat", TwoCameras);
     m.shown();
-    m.part<CamList>("cList").AddCam("New", "cam.invalid/n.jpg", "Cities");
+    m.part<CamList>("cList").AddCam("New", "127.0.0.1:1/n.jpg", "Cities");
     QCOMPARE(m.list(), TwoCameras);
     end(m);
     QTRY_VERIFY(m.list() != TwoCameras);
     QVERIFY(m.list().startsWith(TwoCameras.chopped(2)));
     QVERIFY(m.list().endsWith("\xFFNew\xFF"
-                              "cam.invalid/n.jpg\r\n"));
+                              "127.0.0.1:1/n.jpg\r\n"));
     QVERIFY(!m.preferences().isEmpty());
 }
 
@@ -303,7 +318,7 @@ void frmMainListTest::exitWithoutSavingKeepsTheOldList()
     Listed m;
     m.write("list.dat", TwoCameras);
     m.shown();
-    m.part<CamList>("cList").AddCam("New", "cam.invalid/n.jpg", "Cities");
+    m.part<CamList>("cList").AddCam("New", "127.0.0.1:1/n.jpg", "Cities");
     m.choose("mnuOpt", "mnuOptExitWO");
     QVERIFY(answerMessage(QMessageBox::Yes).shown);
     QTRY_VERIFY(!m.made().isVisible());
@@ -316,7 +331,7 @@ void frmMainListTest::answeringNoSavesLater()
     Listed m;
     m.write("list.dat", TwoCameras);
     m.shown();
-    m.part<CamList>("cList").AddCam("New", "cam.invalid/n.jpg", "Cities");
+    m.part<CamList>("cList").AddCam("New", "127.0.0.1:1/n.jpg", "Cities");
     m.choose("mnuOpt", "mnuOptExitWO");
     QVERIFY(answerMessage(QMessageBox::No).shown);
     QTRY_COMPARE(QApplication::activeWindow(), &m.made());
