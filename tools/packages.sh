@@ -3,8 +3,8 @@
 packages_build="g++ cmake ninja-build ccache qt6-base-dev qt6-svg-dev libjpeg62-turbo-dev libgif-dev \
     fonts-dejavu-core ca-certificates"
 packages_display="xvfb openbox xdotool x11-utils imagemagick"
-packages_test="curl dbus lighttpd lighttpd-mod-openssl openssl libjpeg-turbo-progs giflib-tools util-linux \
-    mount"
+packages_test="curl dbus lighttpd lighttpd-mod-openssl openssl libjpeg-turbo-progs giflib-tools trayer \
+    util-linux mount"
 packages_bench="xvfb openbox x11-utils dbus-daemon feh libjpeg-turbo-progs"
 packages_coverage="gcovr"
 packages_checks="git clang-format clang-tidy"

@@ -2,11 +2,12 @@
 
 # Places in the window, in logical pixels; QT_SCALE_FACTOR stretches them.
 scale=${QT_SCALE_FACTOR:-1}
+camera_x=74            # the first camera in the list, below its category
+camera_y=46
 toolbar_y=40           # the middle of the toolbar, below the menu bar
-timer_x=190            # the face of the timer button
-timer_arrow_x=208      # its arrow
-toggle_view_x=333
-goto_bar_from_bottom=14
+timer_x=414            # the face of the timer button
+timer_arrow_x=432      # its arrow
+toggle_view_x=557
 
 px() { awk -v a="$1" -v s="$scale" 'BEGIN { printf "%d", a * s }'; }
 
@@ -29,11 +30,11 @@ wait_until_still() {
     done
 }
 
-# take_screenshot ADDRESS FILE VIEW: opens the camera through the goto bar, presses the timer
+# take_screenshot FILE VIEW: opens the first camera by a click in the list, presses the timer
 # button with an interval of a second, waits until the third image is on screen and writes the
 # picture. With VIEW "strip" it then releases the timer button and shows the thumbnails first.
 take_screenshot() {
-    local address=$1 file=$2 view=$3 window
+    local file=$1 view=$2 window
     window=$(timeout 60 xdotool search --sync --onlyvisible --name '^Pevora$' | head -n 1)
     [ -n "$window" ] || { echo "Pevora's window did not appear." >&2; return 1; }
     xdotool windowactivate --sync "$window"
@@ -45,14 +46,11 @@ take_screenshot() {
     before=$(on_screen "$crop")
 
     click_at() { xdotool mousemove --window "$window" "$1" "$2" click 1; }
-    click_at $((WIDTH * 2 / 3)) $((HEIGHT - $(px $goto_bar_from_bottom)))
-    xdotool key --clearmodifiers ctrl+a
-    xdotool type --delay 12 "$address"
-    xdotool key Return
+    click_at "$(px $camera_x)" "$(px $camera_y)"
     click_at "$(px $timer_arrow_x)" "$(px $toolbar_y)"
     xdotool key Down Return # the first interval: one second
     click_at "$(px $timer_x)" "$(px $toolbar_y)"
-    xdotool mousemove --window "$window" $((WIDTH / 2)) $((HEIGHT / 3))
+    xdotool mousemove --window "$window" $((WIDTH * 2 / 3)) $((HEIGHT / 3))
 
     # An image counts when two looks in a row show the same new one.
     last=$before
@@ -74,7 +72,7 @@ take_screenshot() {
     if [ "$view" = strip ]; then
         click_at "$(px $timer_x)" "$(px $toolbar_y)"
         click_at "$(px $toggle_view_x)" "$(px $toolbar_y)"
-        xdotool mousemove --window "$window" $((WIDTH / 2)) $((HEIGHT * 2 / 3))
+        xdotool mousemove --window "$window" $((WIDTH * 2 / 3)) $((HEIGHT * 2 / 3))
         wait_until_still "${WIDTH}x$((HEIGHT - $(px 100)))+0+0" || return 1
     fi
     mkdir -p "$(dirname "$file")"

@@ -2,6 +2,8 @@
 
 #include "shared/Twips.h"
 
+#include <algorithm>
+
 namespace {
 
 constexpr int OuterWidthTwips = 100;
@@ -9,25 +11,50 @@ constexpr int OuterHeightTwips = 675;
 constexpr int ViewerLeftGapTwips = 60;
 constexpr int ViewerWidthGapTwips = 70;
 constexpr int GotoBarGapTwips = 60;
+constexpr int OptionsGapTwips = 680;
+constexpr int MinimumOuterWidthTwips = 8670;
+
+/// What a part's size is after `twips` were assigned to it.
+int assigned(int twips, int pixelsBefore)
+{
+    return twips < 0 ? pixelsBefore : pixelsFromTwips(twips);
+}
 
 } // namespace
 
-MainLayout layOutMainWindow(const MainLayoutInput& input)
+MainLayout layOutMainWindow(const MainLayoutInput& input, const MainLayout& before)
 {
     const int formWidth = input.client.width() * TwipsPerPixel + OuterWidthTwips;
     const int formHeight = input.client.height() * TwipsPerPixel + OuterHeightTwips;
-    const int list = input.listWidth * TwipsPerPixel;
+    const int list = input.listWidthTwips;
     const int gotoBar = input.gotoBarHeight * TwipsPerPixel;
+    const int options = input.optionHeight * TwipsPerPixel;
 
-    const int left = list > 0 ? list + ViewerLeftGapTwips : 0;
-    const int width = formWidth - (list > 0 ? list + ViewerWidthGapTwips : 0) - OuterWidthTwips;
+    const int left = input.listChecked ? list + ViewerLeftGapTwips : 0;
+    const int width =
+        formWidth - (input.listChecked ? list + ViewerWidthGapTwips : 0) - OuterWidthTwips;
     const int height =
         formHeight - (input.gotoBarVisible ? gotoBar + GotoBarGapTwips : 0) - OuterHeightTwips;
 
     MainLayout layout;
-    layout.viewer =
-        QRect(pixelsFromTwips(left), 0, pixelsFromTwips(width), pixelsFromTwips(height));
-    layout.gotoBar = QRect(pixelsFromTwips(left), pixelsFromTwips(height + GotoBarGapTwips),
-                           pixelsFromTwips(width), input.gotoBarHeight);
+    layout.viewer = QRect(pixelsFromTwips(left), 0, assigned(width, before.viewer.width()),
+                          assigned(height, before.viewer.height()));
+    layout.gotoBar =
+        QRect(layout.viewer.left(), layout.viewer.height() + pixelsFromTwips(GotoBarGapTwips),
+              layout.viewer.width(), input.gotoBarHeight);
+    layout.listHeight = assigned(formHeight - options - OptionsGapTwips, before.listHeight);
+    layout.optionsTop = layout.listHeight;
     return layout;
+}
+
+int minimumOuterWidthTwips(bool toolBarChecked, bool listChecked, int listWidthTwips)
+{
+    if (!toolBarChecked)
+        return 0;
+    return MinimumOuterWidthTwips - (listChecked ? 0 : listWidthTwips);
+}
+
+int clientWidthForOuterTwips(int outerTwips)
+{
+    return (std::max(outerTwips - OuterWidthTwips, 0) + TwipsPerPixel - 1) / TwipsPerPixel;
 }

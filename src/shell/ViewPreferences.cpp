@@ -44,7 +44,8 @@ void ViewPreferences::load(const QString& path) const
         return value;
     };
 
-    check(u"LIST"_s, u"mnuViewList"_s);
+    if (const auto value = check(u"LIST"_s, u"mnuViewList"_s))
+        m_targets.showList(*value);
     if (const auto value = check(u"TB"_s, u"mnuViewTb"_s))
         m_viewer.setShowToolBar(*value);
     if (const auto value = check(u"GOTO"_s, u"mnuViewGoto"_s))

@@ -16,6 +16,7 @@ public:
     /// What the checks switch beside the viewer's properties.
     struct Targets
     {
+        std::function<void(bool)> showList;
         std::function<void(bool)> showGotoBar;
         std::function<void()> addTrayIcon;
         std::function<void(bool)> setTopmost;

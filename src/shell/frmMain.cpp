@@ -1,5 +1,6 @@
 #include "shell/frmMain.h"
 
+#include "camlist/CamList.h"
 #include "camlist/Favourites.h"
 #include "camlist/frmMan.h"
 #include "settings/Ini.h"
@@ -11,9 +12,11 @@
 #include "shell/CommandLine.h"
 #include "shell/FavouritesMenu.h"
 #include "shell/GotoBar.h"
-#include "shell/MainLayout.h"
+#include "shell/LeftPanel.h"
 #include "shell/MainMenu.h"
+#include "shell/TrayHiding.h"
 #include "shell/ViewPreferences.h"
+#include "viewer/FileDialog.h"
 #include "viewer/WebCam.h"
 
 #include <QApplication>
@@ -27,7 +30,7 @@ using namespace Qt::Literals::StringLiterals;
 
 namespace {
 
-constexpr QSize DefaultSize(900, 640);
+constexpr QSize DefaultSize(1'120, 640);
 /// More than the window manager's frame and caption take.
 constexpr QSize RoomForFrame(20, 60);
 
@@ -55,12 +58,20 @@ void frmMain::createParts()
     // The parts are placed by the window's own rules, not by a QLayout.
     auto* area = new QWidget(this);
     area->installEventFilter(this);
+    m_left = new LeftPanel(m_folders.application, area);
     m_cam = new WebCam(m_folders.application, area);
     m_cam->setObjectName(u"Cam"_s);
-    const auto noName = [](const QString&) { return QString(); };
-    m_cmbUrl = new GotoBar({noName, noName}, area);
+    CamList* list = &m_left->cList();
+    m_cmbUrl = new GotoBar({[list](const QString& name) { return list->ReturnUrlViaName(name); },
+                            [list](const QString& typed) { return list->Search(typed); }},
+                           area);
     setCentralWidget(area);
 
+    connect(list, &CamList::Click, this, [this](const QString&, const QString& key) {
+        m_cmbUrl->showNow(key);
+        showCamera(key);
+    });
+    connect(list, &CamList::AddFavorite, m_favourites, &Favourites::add);
     connect(m_cmbUrl, &GotoBar::CameraChosen, this, &frmMain::showCamera);
     connect(m_cam, &WebCam::ImageChange, this,
             [this](const QString&, const QString& url) { m_cmbUrl->mirror(url); });
@@ -73,15 +84,14 @@ void frmMain::connectMenus()
         connect(m_menu->entry(name), &QAction::triggered, this,
                 std::forward<decltype(handler)>(handler));
     };
+    on(u"mnuOptImport"_s, [this] { importList(); });
+    on(u"mnuOptReload"_s, [this] { m_left->cList().LoadFile(); });
     on(u"mnuOptExit"_s, [this] { close(); });
     on(u"mnuOptExitWO"_s, [this] { askExitWithoutSaving(); });
     on(u"mnuFavMan"_s, [this] { (new frmMan(m_favourites, this))->open(); });
     on(u"mnuOptOnTop"_s, [this](bool checked) { setTopmost(*this, checked); });
-    on(u"mnuViewTb"_s, [this] {
-        m_cam->setShowToolBar(!m_cam->ShowToolBar());
-        m_menu->entry(u"mnuViewTb"_s)->setChecked(m_cam->ShowToolBar());
-        layOut();
-    });
+    on(u"mnuViewList"_s, [this](bool checked) { showList(checked); });
+    on(u"mnuViewTb"_s, [this] { switchToolBar(); });
     on(u"mnuViewGoto"_s, [this](bool checked) {
         showGotoBar(checked);
         if (checked)
@@ -96,23 +106,25 @@ void frmMain::connectMenus()
         m_cmbUrl->showNow(webAddressOf(m_cam->Url()));
     });
 
+    m_tray = new TrayHiding(*this, *m_menu->entry(u"mnuViewTray"_s));
     m_preferences = std::make_unique<ViewPreferences>(
         *m_menu, *m_cam,
-        ViewPreferences::Targets{[this](bool shown) { showGotoBar(shown); }, [] {},
+        ViewPreferences::Targets{[this](bool shown) { showList(shown); },
+                                 [this](bool shown) { showGotoBar(shown); },
+                                 [this] { m_tray->addIconSoon(); },
                                  [this](bool topmost) { setTopmost(*this, topmost); }});
 }
 
 /// The order is fixed: camera list, command line, captions, view preferences, favourites.
 void frmMain::startUp(const QString& commandLine)
 {
-    // The camera list loads here, before the file that was asked for joins it.
+    m_left->cList().LoadFile();
     openFile(readCommandLine(commandLine));
     applyCaptions();
     m_preferences->load(preferencesPath());
     m_favourites->load(preferencesPath());
 }
 
-/// Camera lists open from here as soon as the program reads them.
 void frmMain::openFile(const CommandLineFile& file)
 {
     switch (file.kind) {
@@ -120,6 +132,8 @@ void frmMain::openFile(const CommandLineFile& file)
         m_cam->LoadMovie(file.name);
         break;
     case CommandLineFile::Kind::CameraList:
+        m_left->cList().LoadFile(file.name);
+        break;
     case CommandLineFile::Kind::None:
         break;
     }
@@ -135,16 +149,52 @@ void frmMain::applyCaptions()
     m_menu->assignAccessKeys();
 }
 
+void frmMain::showList(bool shown)
+{
+    const QWidget* focus = focusWidget();
+    m_left->setShown(shown);
+    layOut();
+    keepKeyboardInView(focus);
+}
+
 void frmMain::showGotoBar(bool shown)
 {
+    const QWidget* focus = focusWidget();
     m_cmbUrl->setVisible(shown);
     layOut();
+    keepKeyboardInView(focus);
+}
+
+void frmMain::switchToolBar()
+{
+    const QWidget* focus = focusWidget();
+    m_cam->setShowToolBar(!m_cam->ShowToolBar());
+    m_menu->entry(u"mnuViewTb"_s)->setChecked(m_cam->ShowToolBar());
+    layOut();
+    keepKeyboardInView(focus);
+}
+
+/// The part that had the keyboard may be hidden now, and Qt gives it to whatever comes next.
+void frmMain::keepKeyboardInView(const QWidget* before)
+{
+    if (before && !before->isVisibleTo(this))
+        (m_cmbUrl->isHidden() ? static_cast<QWidget*>(m_cam) : m_cmbUrl)->setFocus();
 }
 
 void frmMain::showCamera(const QString& key)
 {
     m_cam->setUrl(key);
     m_cam->Refresh();
+}
+
+/// A dialog that is cancelled ends the command without a word.
+void frmMain::importList()
+{
+    auto* dialog =
+        new FileDialog(QFileDialog::AcceptOpen,
+                       u"Camera Lists (*.dat,*.zip)|*.dat;*.zip|All Files (*)|*|"_s, {}, this);
+    connect(dialog, &FileDialog::FileChosen, &m_left->cList(), &CamList::LoadFile);
+    dialog->open();
 }
 
 QString frmMain::preferencesPath() const
@@ -186,7 +236,9 @@ void frmMain::shutDown()
     m_favourites->save(preferencesPath());
     m_cam->CleanUp();
     FlushINI();
-    // The camera list is saved here, unless m_exitWithoutSaving is set.
+    m_tray->unload();
+    if (!m_exitWithoutSaving)
+        m_left->cList().SaveFile();
     QCoreApplication::quit();
     // A window that refused to close would have kept the program without its main window.
     if (QThread::currentThread()->loopLevel() > 0)
@@ -195,14 +247,24 @@ void frmMain::shutDown()
 
 void frmMain::layOut()
 {
-    const MainLayout layout = layOutMainWindow({
-        .client = centralWidget()->size(),
-        .listWidth = 0,
-        .gotoBarVisible = !m_cmbUrl->isHidden(),
-        .gotoBarHeight = m_cmbUrl->sizeHint().height(),
-    });
-    m_cam->setGeometry(layout.viewer);
-    m_cmbUrl->setGeometry(layout.gotoBar);
+    if (isMinimized())
+        return;
+    const auto checked = [this](const QString& name) { return m_menu->entry(name)->isChecked(); };
+    const bool listChecked = checked(u"mnuViewList"_s);
+    setMinimumWidth(clientWidthForOuterTwips(
+        minimumOuterWidthTwips(checked(u"mnuViewTb"_s), listChecked, LeftPanel::WidthTwips)));
+
+    const int barHeight = m_cmbUrl->sizeHint().height();
+    m_layout = layOutMainWindow({.client = centralWidget()->size(),
+                                 .listChecked = listChecked,
+                                 .listWidthTwips = LeftPanel::WidthTwips,
+                                 .optionHeight = barHeight,
+                                 .gotoBarVisible = !m_cmbUrl->isHidden(),
+                                 .gotoBarHeight = barHeight},
+                                m_layout);
+    m_left->place(m_layout, barHeight);
+    m_cam->setGeometry(m_layout.viewer);
+    m_cmbUrl->setGeometry(m_layout.gotoBar);
 }
 
 bool frmMain::eventFilter(QObject* watched, QEvent* event)

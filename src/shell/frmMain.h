@@ -1,12 +1,16 @@
 #pragma once
 
+#include "shell/MainLayout.h"
+
 #include <QMainWindow>
 
 #include <memory>
 
 class Favourites;
 class GotoBar;
+class LeftPanel;
 class MainMenu;
+class TrayHiding;
 class ViewPreferences;
 class WebCam;
 struct CommandLineFile;
@@ -21,7 +25,7 @@ public:
     /// Where the program finds and keeps its files.
     struct Folders
     {
-        /// The application folder: pref.ini, temporary files.
+        /// The application folder: pref.ini, list.dat, temporary files.
         QString application;
         /// The folder of the executable, where a language file is looked for last.
         QString program;
@@ -31,9 +35,9 @@ public:
     frmMain(const Folders& folders, const QString& commandLine);
     ~frmMain() override;
 
-    /// Writes preferences and favourites back, cleans up, and ends the program. Only the first
-    /// call does anything. Closing the window, Exit, the end of the desktop session and SIGTERM
-    /// all come here.
+    /// Writes preferences, favourites and the camera list back, cleans up, and ends the program.
+    /// Only the first call does anything. Closing the window, Exit, the end of the desktop session
+    /// and SIGTERM all come here.
     void shutDown();
 
 protected:
@@ -47,16 +51,23 @@ private:
     void openFile(const CommandLineFile& file);
     void applyCaptions();
     void layOut();
+    void showList(bool shown);
     void showGotoBar(bool shown);
+    void switchToolBar();
+    void keepKeyboardInView(const QWidget* before);
     void showCamera(const QString& key);
+    void importList();
     void askExitWithoutSaving();
     QString preferencesPath() const;
 
     Folders m_folders;
     MainMenu* m_menu;
     Favourites* m_favourites;
+    LeftPanel* m_left;
     WebCam* m_cam;
     GotoBar* m_cmbUrl;
+    MainLayout m_layout;
+    TrayHiding* m_tray;
     std::unique_ptr<ViewPreferences> m_preferences;
     /// Set by Exit Without Saving alone, and never cleared: the camera list is not saved.
     bool m_exitWithoutSaving = false;

@@ -38,6 +38,8 @@ void frmMainTest::startsWithoutPreferences()
         QVERIFY2(m.entry(on).isChecked(), on);
     for (const char* off : {"mnuViewOSize", "mnuOptOnTop"})
         QVERIFY2(!m.entry(off).isChecked(), off);
+    for (const char* name : {"cList", "opt(0)", "opt(1)"})
+        QVERIFY2(m.part<QWidget>(name).isVisible(), name);
     auto& cam = m.part<WebCam>("Cam");
     QVERIFY(cam.ShowToolBar());
     QVERIFY(m.part<ToolBar>("tbMain").isVisible());
@@ -95,6 +97,14 @@ void frmMainTest::eachViewKeyIsApplied()
 
     auto& cam = m.part<WebCam>("Cam");
     const QMap<QString, std::function<bool()>> targets = {
+        {"LIST",
+         [&] {
+             const bool shown = !m.part<QWidget>("cList").isHidden();
+             return shown == !m.part<QWidget>("opt(0)").isHidden() &&
+                            shown == !m.part<QWidget>("opt(1)").isHidden()
+                        ? shown
+                        : !isOn;
+         }},
         {"TB", [&] { return cam.ShowToolBar() && !m.part<ToolBar>("tbMain").isHidden(); }},
         {"GOTO", [&] { return !m.part<QComboBox>("cmbUrl").isHidden(); }},
         {"NEW", [&] { return cam.NewOnly(); }},

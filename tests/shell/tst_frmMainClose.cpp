@@ -222,7 +222,8 @@ void frmMainCloseTest::theTemporaryFilesGo()
         m.write(name, "x");
     m.writeBesideProgram("tt.jpg", "x");
     m.shown().close();
-    QCOMPARE(QDir(m.path(".")).entryList(QDir::Files), (QStringList{"keep.jpg", "pref.ini"}));
+    QCOMPARE(QDir(m.path(".")).entryList(QDir::Files),
+             (QStringList{"keep.jpg", "list.dat", "pref.ini"}));
     QVERIFY(QFileInfo::exists(m.programPath("tt.jpg")));
 }
 

@@ -120,7 +120,7 @@ void frmMainMoviesTest::theEndWhileAMovieIsSavedKeepsTheOldFile()
     closeAndLook(m);
     QCOMPARE(contentOf(m.path("m.pvm")), old);
     QCOMPARE(QDir(m.path(".")).entryList(QDir::Files),
-             (QStringList{"m.pvm", "pref.ini", "pvm.jpg"}));
+             (QStringList{"list.dat", "m.pvm", "pref.ini", "pvm.jpg"}));
 }
 
 void frmMainMoviesTest::theEndWhileAMoviePlays()

@@ -26,6 +26,7 @@ void frmMainUseTest::shortcutsSwitch_data()
     QTest::addColumn<Qt::Key>("key");
     QTest::addColumn<QString>("entry");
     QTest::addColumn<QByteArray>("property");
+    QTest::newRow("list") << Qt::Key_L << "mnuViewList" << QByteArray();
     QTest::newRow("toolbar") << Qt::Key_T << "mnuViewTb" << QByteArray("ShowToolBar");
     QTest::newRow("goto bar") << Qt::Key_G << "mnuViewGoto" << QByteArray();
     QTest::newRow("new images only") << Qt::Key_I << "mnuViewNew" << QByteArray("NewOnly");
@@ -41,8 +42,9 @@ void frmMainUseTest::shortcutsSwitch()
     m.shown();
     auto& bar = m.part<QComboBox>("cmbUrl");
     const auto target = [&] {
-        return property.isEmpty() ? bar.isVisible()
-                                  : m.part<WebCam>("Cam").property(property).toBool();
+        if (!property.isEmpty())
+            return m.part<WebCam>("Cam").property(property).toBool();
+        return m.part<QWidget>(entry == "mnuViewList" ? "cList" : "cmbUrl").isVisible();
     };
     QCOMPARE(QApplication::focusWidget(), &bar);
     const bool atFirst = target();

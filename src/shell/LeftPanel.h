@@ -1,0 +1,39 @@
+#pragma once
+
+#include <QObject>
+
+#include <array>
+
+class CamList;
+class QRadioButton;
+class QWidget;
+struct MainLayout;
+
+/// The left column of the main window: the camera list (`cList`) and below it two option buttons,
+/// `opt(0)` for the page that adds a camera and `opt(1)` for the list. They are children of the
+/// area that the column stands in; this class makes, shows and places them and knows nothing of
+/// cameras. As long as the program has no page for it, `opt(0)` is disabled.
+class LeftPanel : public QObject
+{
+    Q_OBJECT
+
+public:
+    /// As wide as 220 logical pixels.
+    static constexpr int WidthTwips = 3300;
+
+    /// `folder` is the application folder. Owned by `area`.
+    LeftPanel(const QString& folder, QWidget* area);
+
+    CamList& cList() { return *m_cList; }
+
+    /// Shows the column, always with the list's page chosen, or hides all of it.
+    void setShown(bool shown);
+
+    /// Gives its parts their heights and tops; the buttons are `optionHeight` pixels high and
+    /// share the column's width, each with room for its caption as far as that goes.
+    void place(const MainLayout& layout, int optionHeight);
+
+private:
+    CamList* m_cList;
+    std::array<QRadioButton*, 2> m_opt;
+};

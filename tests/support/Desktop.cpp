@@ -1,0 +1,97 @@
+#include "support/Desktop.h"
+
+#include <QApplication>
+#include <QRegularExpression>
+#include <QSystemTrayIcon>
+#include <QTest>
+#include <QWindow>
+
+namespace {
+
+QByteArray run(const QString& program, const QStringList& arguments)
+{
+    QProcess process;
+    process.start(program, arguments);
+    if (!process.waitForFinished() || process.exitCode() != 0)
+        qFatal("%s: %s", qPrintable(program), process.readAllStandardError().constData());
+    return process.readAllStandardOutput();
+}
+
+/// The windows that Qt puts into the tray.
+QList<QWidget*> trayWindows()
+{
+    QList<QWidget*> found;
+    for (auto* widget : QApplication::topLevelWidgets()) {
+        if (widget->inherits("QSystemTrayIconSys") && widget->isVisible())
+            found.append(widget);
+    }
+    return found;
+}
+
+} // namespace
+
+QString windowProperty(const QWidget& window, const QString& property)
+{
+    const QString id = QString::number(window.windowHandle()->winId());
+    return QString::fromLatin1(run(QStringLiteral("xprop"), {QStringLiteral("-id"), id, property}));
+}
+
+QList<WId> managedWindows(const QString& title)
+{
+    const QString all = QString::fromLatin1(run(
+        QStringLiteral("xprop"), {QStringLiteral("-root"), QStringLiteral("_NET_CLIENT_LIST")}));
+    QList<WId> found;
+    static const QRegularExpression number(QStringLiteral("0x[0-9a-f]+"));
+    for (auto each = number.globalMatch(all); each.hasNext();) {
+        const QString id = each.next().captured();
+        // It may have gone since.
+        QProcess xprop;
+        xprop.start(QStringLiteral("xprop"),
+                    {QStringLiteral("-id"), id, QStringLiteral("_NET_WM_NAME")});
+        xprop.waitForFinished();
+        if (xprop.readAllStandardOutput().contains('"' + title.toUtf8() + '"'))
+            found.append(id.toULongLong(nullptr, 16));
+    }
+    return found;
+}
+
+void pointer(const QPoint& at, const QString& action, int button)
+{
+    run(QStringLiteral("xdotool"), {QStringLiteral("mousemove"), QString::number(at.x()),
+                                    QString::number(at.y()), action, QString::number(button)});
+}
+
+DesktopTray::DesktopTray()
+{
+    m_trayer.start(QStringLiteral("trayer"),
+                   {QStringLiteral("--edge"), QStringLiteral("bottom"), QStringLiteral("--align"),
+                    QStringLiteral("right"), QStringLiteral("--widthtype"), QStringLiteral("pixel"),
+                    QStringLiteral("--width"), QStringLiteral("200")});
+    if (!QTest::qWaitFor([] { return QSystemTrayIcon::isSystemTrayAvailable(); }, 30'000))
+        qFatal("the tray does not start");
+}
+
+DesktopTray::~DesktopTray()
+{
+    m_trayer.kill();
+    m_trayer.waitForFinished();
+    (void)QTest::qWaitFor([] { return !QSystemTrayIcon::isSystemTrayAvailable(); });
+}
+
+QRect DesktopTray::icon()
+{
+    QRect place;
+    (void)QTest::qWaitFor([&] {
+        const auto windows = trayWindows();
+        // Not before the tray has given it its place.
+        if (windows.size() == 1 && windows.first()->windowHandle()->isExposed())
+            place = QRect(windows.first()->mapToGlobal(QPoint()), windows.first()->size());
+        return place.width() > 1;
+    });
+    return place;
+}
+
+int DesktopTray::icons()
+{
+    return static_cast<int>(trayWindows().size());
+}
