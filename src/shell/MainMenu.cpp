@@ -63,7 +63,7 @@ const QList<Menu>& menus()
          "Help",
          {{"mnuHelpAb", "About", "", Check::None, NoCommandYet},
           separator,
-          {"mnuHelpH", "Online Help", "", Check::None, NoCommandYet}}},
+          {"mnuHelpH", "Online Help"}}},
     };
     return table;
 }

@@ -9,6 +9,7 @@
 #include "shared/CameraKey.h"
 #include "shared/SymbolIcon.h"
 #include "shared/Topmost.h"
+#include "shared/WebPages.h"
 #include "shell/CommandLine.h"
 #include "shell/FavouritesMenu.h"
 #include "shell/GotoBar.h"
@@ -99,6 +100,7 @@ void frmMain::connectMenus()
     });
     on(u"mnuViewNew"_s, [this](bool checked) { m_cam->setNewOnly(checked); });
     on(u"mnuViewOSize"_s, [this](bool checked) { m_cam->setOriginalSize(checked); });
+    on(u"mnuHelpH"_s, [this] { m_cam->OpenWeb(helpPage()); });
 
     auto* mirror = new FavouritesMenu(m_favourites, m_menu->favourites());
     connect(mirror, &FavouritesMenu::Opened, this, [this](const QString& key) {

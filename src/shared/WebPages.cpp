@@ -1,0 +1,6 @@
+#include "shared/WebPages.h"
+
+QString helpPage()
+{
+    return QStringLiteral(PEVORA_HELP_PAGE);
+}

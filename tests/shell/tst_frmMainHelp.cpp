@@ -1,0 +1,32 @@
+// The Help menu.
+
+#include "support/ShownMain.h"
+
+#include <QDesktopServices>
+
+class frmMainHelpTest : public QObject
+{
+    Q_OBJECT
+private slots:
+    void onlineHelpOpensInTheBrowser();
+
+public slots:
+    void opened(const QUrl& url) { m_opened.append(url); }
+
+private:
+    QList<QUrl> m_opened;
+};
+
+void frmMainHelpTest::onlineHelpOpensInTheBrowser()
+{
+    QDesktopServices::setUrlHandler("http", this, "opened");
+    ShownMain m;
+    m.shown();
+    m.choose("mnuHelp", "mnuHelpH");
+    QDesktopServices::unsetUrlHandler("http");
+    // As the build was told, which is this where it was told nothing.
+    QCOMPARE(m_opened, QList<QUrl>{QUrl("http://localhost/pevora/help.html")});
+}
+
+QTEST_MAIN(frmMainHelpTest)
+#include "tst_frmMainHelp.moc"
