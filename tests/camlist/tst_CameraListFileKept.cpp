@@ -36,6 +36,7 @@ private slots:
     void whatBecameReadableIsKept();
     void aLinkToWhatCannotBeReadIsKept();
 
+    void aLeftoverIsNoHindrance();
     void withoutABackupTheOldListStays_data();
     void withoutABackupTheOldListStays();
 
@@ -315,6 +316,27 @@ void CameraListFileKeptTest::aLinkToWhatCannotBeReadIsKept()
     QCOMPARE(content(), QByteArray("new\r\n"));
     QCOMPARE(QFile::symLinkTarget(m_file->path() + ".bak"), m_file->folder() + "/other");
     QCOMPARE(names(), QStringList({"list.dat", "list.dat.bak", "other"}));
+}
+
+void CameraListFileKeptTest::aLeftoverIsNoHindrance()
+{
+    const QString bystander = m_file->folder() + "/bystander";
+    QFile file(bystander);
+    QVERIFY(file.open(QIODevice::WriteOnly));
+    file.close();
+    for (const bool readable : {true, false}) {
+        QVERIFY(QFile::link(bystander, m_file->path() + ".new"));
+        if (readable)
+            m_file->setContent("theirs\r\n");
+        else
+            QVERIFY(QFile::remove(m_file->path()) && QDir().mkdir(m_file->path()));
+        QVERIFY(m_list->write("ours"));
+        QCOMPARE(content(), QByteArray("ours\r\n"));
+        QVERIFY(!QFileInfo(m_file->path()).isSymLink());
+        QVERIFY(!QFileInfo(m_file->path() + ".bak").isSymLink());
+        QCOMPARE(contentOf(bystander), QByteArray());
+        QCOMPARE(names(), QStringList{"bystander"} + Both);
+    }
 }
 
 void CameraListFileKeptTest::withoutABackupTheOldListStays_data()
