@@ -1,61 +1,135 @@
 #include "camlist/CameraListFile.h"
 
+#include "platform/ExchangeNames.h"
+#include "platform/FileStamp.h"
 #include "shared/AppFolder.h"
 #include "shared/CameraListLine.h"
 #include "shared/DiskText.h"
 #include "shared/ReadFile.h"
 #include "shared/ReplaceFile.h"
 
+#include <QCryptographicHash>
 #include <QFile>
 
 using namespace Qt::Literals::StringLiterals;
 
+namespace {
+
+constexpr auto ByteOrderMark = "\xEF\xBB\xBF";
+
+bool isMissing(const QString& path)
+{
+    return fileStamp(path).kind == FileStamp::Kind::Missing;
+}
+
+/// Tells contents apart. A file's times do not: copying programs touch them without a change, and
+/// two changes within a step of the file system's clock have the same.
+QByteArray digestOf(const QByteArray& content)
+{
+    // Four times as fast here as the better known SHA-256.
+    return QCryptographicHash::hash(content, QCryptographicHash::Blake2b_256);
+}
+
+QByteArray contentFor(const QByteArray& line)
+{
+    // A category may begin with the bytes of a byte order mark, which a reader skips at the start
+    // of the file: it skips the one before them then.
+    const bool looksMarked = line.startsWith(ByteOrderMark);
+    return (looksMarked ? ByteOrderMark + line : line) + "\r\n";
+}
+
+} // namespace
+
 CameraListFile::CameraListFile(const QString& folder)
     : m_path(pathInFolder(folder, u"list.dat"_s))
+    , m_backupPath(m_path + ".bak"_L1)
+    , m_freshPath(m_path + ".new"_L1)
 {
 }
 
 std::optional<QByteArray> CameraListFile::read()
 {
-    // Taken first: what is written while the file is read counts as another's.
-    m_seen = fileStamp(m_path);
-    m_readable = true;
-    if (m_seen.kind == FileStamp::Kind::Missing)
-        return QByteArray();
     const auto content = readFile(m_path, MaxBytes);
-    m_readable = content.has_value();
-    if (!content)
+    m_seen = content ? digestOf(*content) : QByteArray();
+    m_readable = content || isMissing(m_path);
+    if (!m_readable)
         return std::nullopt;
-    return withoutLineEnd(withoutByteOrderMark(*content)).toByteArray();
+    return withoutLineEnd(withoutByteOrderMark(content.value_or(QByteArray()))).toByteArray();
 }
 
 bool CameraListFile::write(const QByteArray& line)
 {
-    if (line.isEmpty() && !m_readable)
+    const auto now = readFile(m_path, MaxBytes);
+    const QByteArray bytes = line.isEmpty() ? QByteArray() : contentFor(line);
+    if (bytes.size() > MaxBytes)
         return false;
-    if (!keepBackup())
+    if (!(line.isEmpty() ? remove(now) : replace(now, bytes)))
         return false;
-    const bool written = line.isEmpty() ? !QFile::exists(m_path) || QFile::remove(m_path)
-                                        : replaceFile(m_path, line + "\r\n");
-    if (written) {
-        m_seen = fileStamp(m_path);
-        m_readable = true;
-    }
-    return written;
+    m_seen = line.isEmpty() ? QByteArray() : digestOf(bytes);
+    m_readable = true;
+    return true;
 }
 
-/// Returns whether the file may be replaced now.
-bool CameraListFile::keepBackup() const
+bool CameraListFile::remove(const std::optional<QByteArray>& now) const
 {
-    const FileStamp now = fileStamp(m_path);
-    if (now.kind == FileStamp::Kind::Missing || (m_readable && now == m_seen))
+    if (!now || !m_readable)
+        return isMissing(m_path);
+    return isAnothers(*now) ? moveToBackup(m_path) : QFile::remove(m_path);
+}
+
+bool CameraListFile::replace(const std::optional<QByteArray>& now, const QByteArray& bytes) const
+{
+    if (!now && !isMissing(m_path))
+        return replaceUnread(bytes);
+    return (!now || !isAnothers(*now) || keepCopy(*now)) && replaceFile(m_path, bytes);
+}
+
+bool CameraListFile::isAnothers(const QByteArray& now) const
+{
+    return digestOf(now) != m_seen;
+}
+
+/// A copy, so that there is a list.dat at every moment, and a link to it stays one.
+bool CameraListFile::keepCopy(const QByteArray& now) const
+{
+    QFile::remove(m_freshPath);
+    // A key may hold a password: nobody may read the copy who may not read the list, at any time.
+    const auto rights = QFile::permissions(m_path) | QFile::ReadOwner | QFile::WriteOwner;
+    if (replaceFile(m_freshPath, {}) && QFile::setPermissions(m_freshPath, rights) &&
+        replaceFile(m_freshPath, now) && moveToBackup(m_freshPath))
         return true;
-    const QString backup = m_path + ".bak"_L1;
-    // A copy, so that there is a list.dat at every moment.
-    if (const auto content = readFile(m_path, MaxBytes))
-        return replaceFile(backup, *content);
-    QFile::remove(backup);
-    return QFile::rename(m_path, backup);
+    QFile::remove(m_freshPath);
+    return false;
+}
+
+/// What cannot be read cannot be copied: the new list takes its place, and gives it its own.
+bool CameraListFile::replaceUnread(const QByteArray& bytes) const
+{
+    QFile::remove(m_freshPath);
+    if (!replaceFile(m_freshPath, bytes))
+        return false;
+    if (!moveToBackup(m_freshPath)) {
+        QFile::remove(m_freshPath);
+        return false;
+    }
+    if (exchangeNames(m_path, m_backupPath))
+        return true;
+    // One after the other then, and back where that is refused.
+    if (!QFile::rename(m_backupPath, m_freshPath))
+        return false;
+    if (QFile::rename(m_path, m_backupPath)) {
+        if (QFile::rename(m_freshPath, m_path))
+            return true;
+        QFile::rename(m_backupPath, m_path);
+    }
+    QFile::remove(m_freshPath);
+    return false;
+}
+
+bool CameraListFile::moveToBackup(const QString& path) const
+{
+    QFile::remove(m_backupPath);
+    return QFile::rename(path, m_backupPath);
 }
 
 std::optional<QByteArray> readImportedList(const QString& path)
@@ -63,7 +137,7 @@ std::optional<QByteArray> readImportedList(const QString& path)
     const auto content = readFile(path, CameraListFile::MaxBytes);
     if (!content)
         return std::nullopt;
-    QByteArrayView rest = withoutLineEnd(withoutByteOrderMark(*content));
+    const QByteArrayView rest = withoutLineEnd(withoutByteOrderMark(*content));
     if (!rest.startsWith("CAMZ"))
         return std::nullopt;
     return rest.sliced(4).toByteArray();

@@ -1,7 +1,5 @@
 #pragma once
 
-#include "platform/FileStamp.h"
-
 #include <QByteArray>
 #include <QString>
 
@@ -9,8 +7,9 @@
 
 /// The user's list of cameras on disk: list.dat in the application folder. Knows what was there
 /// when it was last read or written, so that what another instance of the program wrote since, and
-/// what could not be read, is never lost: before such a file is replaced it is kept beside, as
-/// list.dat.bak.
+/// what could not be read, is never lost: before such a file is replaced or removed it is kept
+/// beside, as list.dat.bak, in the place of an older one. Whenever the program is killed, list.dat
+/// is the old list or the new one.
 class CameraListFile
 {
 public:
@@ -23,17 +22,27 @@ public:
     std::optional<QByteArray> read();
 
     /// Puts `line`, ended by CR LF, in the place of list.dat as a whole; an empty line removes the
-    /// file, but leaves one that could not be read. Returns whether that was done; where it was
-    /// not, the old file is there.
+    /// file, but leaves one that could not be read, then or now. Returns whether that was done;
+    /// where it was not, the old file is there. Not done is also what could not be read back: a
+    /// line with which the file would be longer than MaxBytes.
     bool write(const QByteArray& line);
 
-    static constexpr qint64 MaxBytes = 64 * 1024 * 1024;
+    static constexpr qint64 MaxBytes = 64LL * 1024 * 1024;
 
 private:
-    bool keepBackup() const;
+    bool remove(const std::optional<QByteArray>& now) const;
+    bool replace(const std::optional<QByteArray>& now, const QByteArray& bytes) const;
+    bool isAnothers(const QByteArray& now) const;
+    bool keepCopy(const QByteArray& now) const;
+    bool replaceUnread(const QByteArray& bytes) const;
+    bool moveToBackup(const QString& path) const;
 
     QString m_path;
-    FileStamp m_seen;
+    QString m_backupPath;
+    /// What becomes the backup while it is made.
+    QString m_freshPath;
+    /// The digest of the file when it was last read or written; empty where there was none.
+    QByteArray m_seen;
     bool m_readable = true;
 };
 

@@ -7,6 +7,7 @@
 namespace {
 
 constexpr char Separator = '\xFF';
+constexpr char HeaderByte = '\x01';
 
 /// Takes the next field off `rest`; nothing is left of it after the last one.
 QByteArrayView takeField(QByteArrayView& rest, bool& more)
@@ -23,11 +24,28 @@ QString fieldText(QByteArrayView field)
     return withoutSeparator(fromDisk(field));
 }
 
+QString keyText(QByteArrayView key)
+{
+    const qsizetype mark = key.indexOf(HeaderByte);
+    if (mark < 0)
+        return fieldText(key);
+    return fieldText(key.first(mark)) + HeaderMark + fieldText(key.sliced(mark + 1));
+}
+
+QByteArray keyBytes(const QString& key)
+{
+    const qsizetype mark = key.indexOf(HeaderMark);
+    if (mark < 0)
+        return toDiskField(key);
+    return toDiskField(key.first(mark)) + HeaderByte + toDiskField(key.sliced(mark + 1));
+}
+
 } // namespace
 
 QList<CameraRecord> readCameraListLine(QByteArrayView line)
 {
     QList<CameraRecord> cameras;
+    cameras.reserve((line.count(Separator) + 1) / 3);
     bool more = !line.isEmpty();
     while (more) {
         const QByteArrayView category = takeField(line, more);
@@ -37,7 +55,7 @@ QList<CameraRecord> readCameraListLine(QByteArrayView line)
         if (!more)
             break;
         const QByteArrayView key = takeField(line, more);
-        cameras.append({fieldText(category), fieldText(name), fieldText(key)});
+        cameras.append({fieldText(category), fieldText(name), keyText(key)});
     }
     return cameras;
 }
@@ -46,8 +64,9 @@ QByteArray writeCameraListLine(const QList<CameraRecord>& cameras)
 {
     QByteArray line;
     for (const CameraRecord& camera : cameras) {
-        for (const QString& field : {camera.category, camera.name, camera.key})
-            line.append(toDiskField(field)).append(Separator);
+        line.append(toDiskField(camera.category)).append(Separator);
+        line.append(toDiskField(camera.name)).append(Separator);
+        line.append(keyBytes(camera.key)).append(Separator);
     }
     line.chop(line.isEmpty() ? 0 : 1);
     return line;

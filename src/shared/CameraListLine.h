@@ -18,17 +18,19 @@ struct CameraRecord
 
 /// The camera list line, spoken by list.dat, by imported lists and by the directory: category,
 /// name and camera key of one camera after the other, all joined by the byte 0xFF, with none
-/// before the first field nor after the last. Fields are text as shared/DiskText.h has it. What
-/// surrounds the line (a line end, "CAMZ") is the business of its readers.
+/// before the first field nor after the last. Fields are text as shared/DiskText.h has it; address
+/// and extra header of a key, joined by the byte 0x01, are each a text of their own. What surrounds
+/// the line (a line end, "CAMZ") is the business of its readers.
 
 /// The cameras of `line`, in its order. An incomplete triple at its end is skipped; an empty line
 /// holds none. No field of the result holds the field separator: one that stands in a UTF-8 field
 /// becomes y with a combining diaeresis.
 QList<CameraRecord> readCameraListLine(QByteArrayView line);
 
-/// The line of these cameras. For every list of records
+/// The line of these cameras; empty only where there are none. For every list of records
 /// readCameraListLine(writeCameraListLine(records)) gives the same records, but for what
-/// toDiskField changes in a field.
+/// toDiskField changes in a field. A line that was read is written as the same bytes where it holds
+/// whole triples only, each field in the form that toDisk prefers.
 QByteArray writeCameraListLine(const QList<CameraRecord>& cameras);
 
 /// `content` without the one line end (CR LF, LF or CR) at its end, if there is one.
