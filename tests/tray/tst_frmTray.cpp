@@ -23,6 +23,16 @@ private slots:
     void aTrayThatComesLaterGetsTheIcon();
 };
 
+/// The window that Qt puts into the tray.
+static QWidget* iconWindow()
+{
+    const auto windows = QApplication::topLevelWidgets();
+    const auto found = std::find_if(windows.begin(), windows.end(), [](const QWidget* one) {
+        return one->inherits("QSystemTrayIconSys");
+    });
+    return found == windows.end() ? nullptr : *found;
+}
+
 /// A click soon after another one is a click of its own.
 void frmTrayTest::init()
 {
@@ -39,14 +49,10 @@ void frmTrayTest::addingHidesTheFormAndShowsItsIcon()
     QVERIFY(!form.isVisible());
     QVERIFY(!DesktopTray::icon().isEmpty());
     QVERIFY(form.sysTray().isReachable());
-    const auto windows = QApplication::topLevelWidgets();
-    const auto icon = std::find_if(windows.begin(), windows.end(), [](const QWidget* one) {
-        return one->inherits("QSystemTrayIconSys");
-    });
-    QVERIFY(icon != windows.end());
-    QCOMPARE((*icon)->toolTip(), "Pevora");
+    QVERIFY(iconWindow());
+    QCOMPARE(iconWindow()->toolTip(), "Pevora");
     // What is painted there is the form's icon, and no empty square.
-    const QImage seen = (*icon)->grab().toImage();
+    const QImage seen = iconWindow()->grab().toImage();
     QSet<QRgb> colours;
     for (int y = 0; y < seen.height(); ++y) {
         for (int x = 0; x < seen.width(); ++x)
@@ -61,8 +67,10 @@ void frmTrayTest::theIconIsAddedAndRemovedOnce()
     frmTray form(symbolIcon("pevora"));
     for (int round = 0; round < 3; ++round) {
         form.sysTray().AddTrayIcon(form, "Pevora");
-        form.sysTray().AddTrayIcon(form, "Pevora");
         QVERIFY(!DesktopTray::icon().isEmpty());
+        QSignalSpy replaced(iconWindow(), &QObject::destroyed);
+        form.sysTray().AddTrayIcon(form, "Pevora");
+        QCOMPARE(replaced.count(), 0);
         QCOMPARE(DesktopTray::icons(), 1);
         form.sysTray().RemoveTrayIcon();
         QCOMPARE(DesktopTray::icons(), 0);
