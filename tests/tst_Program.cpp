@@ -176,7 +176,7 @@ void ProgramTest::endsCleanly()
     QCOMPARE(p.ended(), "0");
     QCOMPARE(p.preferences(), DesignView + "[FAVORITES]\r\nCOUNT=0\r\n");
     QCOMPARE(QDir(p.program()).entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot),
-             (QStringList{"pevora", "pref.ini"}));
+             (QStringList{"list.dat", "pevora", "pref.ini"}));
 }
 
 void ProgramTest::ctrlCAndTheEndOfTheTerminalEndItToo()
@@ -233,9 +233,9 @@ void ProgramTest::alwaysOnTopIsToldToTheWindowManager()
 
 void ProgramTest::itsWindowFitsIntoASmallScreen()
 {
-    // A screen of a third of its size in each direction.
+    // One of 640 x 480, which is still more than the room that the toolbar needs.
     RunningProgram p;
-    p.environment.insert("QT_SCALE_FACTOR", "3");
+    p.environment.insert("QT_SCALE_FACTOR", "2.5");
     QVERIFY(p.start());
     QSize outer;
     QTRY_VERIFY([&] {
