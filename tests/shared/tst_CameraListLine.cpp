@@ -109,14 +109,10 @@ void CameraListLineTest::theHeaderStaysInTheKey()
 
 void CameraListLineTest::addressAndHeaderAreTextsOfTheirOwn()
 {
-    const QList<CameraRecord> cameras{{"c", "n", u"caf\u00E9\u0001Cookie: 東"_s},
-                                      {"c", "n", u"東\u0001Cookie: \u00E9"_s}};
-    const QByteArray line = joined({"c", "n",
-                                    "caf\xE9\x01"
-                                    "Cookie: \xE6\x9D\xB1",
-                                    "c", "n",
-                                    "\xE6\x9D\xB1\x01"
-                                    "Cookie: \xE9"});
+    const QList<CameraRecord> cameras{{"c", "n", u"caf\u00E9\u0001X: 東"_s},
+                                      {"c", "n", u"東\u0001X: \u00E9"_s}};
+    const QByteArray line =
+        joined({"c", "n", "caf\xE9\x01X: \xE6\x9D\xB1", "c", "n", "\xE6\x9D\xB1\x01X: \xE9"});
     QCOMPARE(writeCameraListLine(cameras), line);
     QVERIFY(readCameraListLine(line) == cameras);
     QCOMPARE(readCameraListLine(joined({"c", "n", "caf\xC3\xA9\x01\xE6\x9D\xB1"})).value(0).key,
