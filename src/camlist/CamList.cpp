@@ -20,6 +20,17 @@ namespace {
 /// A tree of so many cameras is shown open when the program starts: each is one click away.
 constexpr int MostShownOpen = 50;
 
+/// The cameras of a list that was read; those of a new list where it is empty. `line` has to live
+/// as long as the result.
+CameraTree::Source camerasOf(const QByteArray& line)
+{
+    if (!line.isEmpty())
+        return [reader = CameraListReader(line)]() mutable { return reader.next(); };
+    return [cameras = defaultCameras()]() mutable -> std::optional<CameraRecord> {
+        return cameras.isEmpty() ? std::nullopt : std::optional(cameras.takeFirst());
+    };
+}
+
 } // namespace
 
 CamList::CamList(const QString& folder, QWidget* parent)
@@ -136,13 +147,11 @@ void CamList::LoadFile(const QString& path)
 void CamList::reload()
 {
     const auto line = m_file.read();
-    QList<CameraRecord> cameras;
-    // A list that cannot be read is not an empty one: nothing takes its place.
-    if (line)
-        cameras = line->isEmpty() ? defaultCameras() : readCameraListLine(*line);
     const QStringList open = m_tvwCat->openCategories();
-    m_alreadyListed->tell(m_tree->replaceAll(cameras));
-    if (cameras.size() <= MostShownOpen)
+    // A list that cannot be read is not an empty one: nothing takes its place.
+    const auto none = [] { return std::optional<CameraRecord>(); };
+    m_alreadyListed->tell(m_tree->replaceAll(line ? camerasOf(*line) : none));
+    if (m_tree->cameraCount() <= MostShownOpen)
         m_tvwCat->expandAll();
     else
         m_tvwCat->openCategories(open);
@@ -156,10 +165,7 @@ void CamList::import(const QString& path)
         QMetaObject::invokeMethod(this, &CamList::sayNotValid, Qt::QueuedConnection);
         return;
     }
-    qsizetype refused = 0;
-    for (const auto& camera : line->isEmpty() ? defaultCameras() : readCameraListLine(*line))
-        refused += m_tree->add(camera).isValid() ? 0 : 1;
-    m_alreadyListed->tell(refused);
+    m_alreadyListed->tell(m_tree->addAll(camerasOf(*line)));
 }
 
 void CamList::sayNotValid()

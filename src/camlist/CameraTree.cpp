@@ -75,7 +75,15 @@ CameraTree::CameraTree(QObject* parent)
 
 CameraTree::~CameraTree() = default;
 
-qsizetype CameraTree::replaceAll(const QList<CameraRecord>& cameras)
+qsizetype CameraTree::addAll(const Source& source)
+{
+    qsizetype refused = 0;
+    while (const auto camera = source())
+        refused += add(*camera).isValid() ? 0 : 1;
+    return refused;
+}
+
+qsizetype CameraTree::replaceAll(const Source& source)
 {
     beginResetModel();
     m_resetting = true;
@@ -83,10 +91,7 @@ qsizetype CameraTree::replaceAll(const QList<CameraRecord>& cameras)
     m_categories.clear();
     m_nodes.clear();
     m_texts.clear();
-    m_byKey.reserve(cameras.size());
-    qsizetype refused = 0;
-    for (const CameraRecord& camera : cameras)
-        refused += add(camera).isValid() ? 0 : 1;
+    const qsizetype refused = addAll(source);
     m_resetting = false;
     endResetModel();
     return refused;
@@ -169,12 +174,17 @@ void CameraTree::appendText(const Node& node)
 QList<CameraRecord> CameraTree::cameras() const
 {
     QList<CameraRecord> found;
-    found.reserve(static_cast<qsizetype>(m_nodes.size() - m_categories.size()));
+    found.reserve(cameraCount());
     for (const auto& node : m_nodes) {
         if (node->category)
             found.append({node->category->text, node->text, node->key});
     }
     return found;
+}
+
+qsizetype CameraTree::cameraCount() const
+{
+    return static_cast<qsizetype>(m_nodes.size() - m_categories.size());
 }
 
 QStringList CameraTree::categories() const

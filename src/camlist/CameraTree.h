@@ -6,7 +6,9 @@
 #include <QHash>
 #include <QIcon>
 
+#include <functional>
 #include <memory>
+#include <optional>
 #include <vector>
 
 /// The user's cameras: categories, and the cameras in them. It is the only store of the list, and
@@ -24,8 +26,14 @@ public:
     explicit CameraTree(QObject* parent = nullptr);
     ~CameraTree() override;
 
-    /// Removes every node and adds `cameras` as add() does; returns how many were refused.
-    qsizetype replaceAll(const QList<CameraRecord>& cameras);
+    /// Gives one camera after the other, and nothing behind the last.
+    using Source = std::function<std::optional<CameraRecord>()>;
+
+    /// Adds the cameras of `source` as add() does; returns how many were refused.
+    qsizetype addAll(const Source& source);
+
+    /// The same after removing every node.
+    qsizetype replaceAll(const Source& source);
 
     /// Adds a camera at the end of its category, which is added before where it is missing. Adds
     /// nothing where the key is there already, but keeps a category added for it. Returns its
@@ -37,6 +45,7 @@ public:
 
     /// All cameras, in the order in which they were added.
     QList<CameraRecord> cameras() const;
+    qsizetype cameraCount() const;
 
     /// The names of all categories, in the order in which they were added.
     QStringList categories() const;

@@ -9,16 +9,6 @@ namespace {
 constexpr char Separator = '\xFF';
 constexpr char HeaderByte = '\x01';
 
-/// Takes the next field off `rest`; nothing is left of it after the last one.
-QByteArrayView takeField(QByteArrayView& rest, bool& more)
-{
-    const qsizetype end = rest.indexOf(Separator);
-    more = end >= 0;
-    const QByteArrayView field = more ? rest.first(end) : rest;
-    rest = more ? rest.sliced(end + 1) : QByteArrayView();
-    return field;
-}
-
 QString fieldText(QByteArrayView field)
 {
     return withoutSeparator(fromDisk(field));
@@ -42,21 +32,45 @@ QByteArray keyBytes(const QString& key)
 
 } // namespace
 
+CameraListReader::CameraListReader(QByteArrayView line)
+    : m_rest(line)
+    , m_more(!line.isEmpty())
+{
+}
+
+/// False where there is no field left.
+bool CameraListReader::takeField(QByteArrayView& field)
+{
+    if (!m_more)
+        return false;
+    const qsizetype end = m_rest.indexOf(Separator);
+    m_more = end >= 0;
+    field = m_more ? m_rest.first(end) : m_rest;
+    m_rest = m_more ? m_rest.sliced(end + 1) : QByteArrayView();
+    return true;
+}
+
+std::optional<CameraRecord> CameraListReader::next()
+{
+    QByteArrayView category;
+    QByteArrayView name;
+    QByteArrayView key;
+    if (!takeField(category) || !takeField(name) || !takeField(key))
+        return std::nullopt;
+    // Most cameras stand beside others of their category, and share its text.
+    if (category != m_categoryBytes) {
+        m_categoryBytes = category;
+        m_category = fieldText(category);
+    }
+    return CameraRecord{m_category, fieldText(name), keyText(key)};
+}
+
 QList<CameraRecord> readCameraListLine(QByteArrayView line)
 {
     QList<CameraRecord> cameras;
-    cameras.reserve((line.count(Separator) + 1) / 3);
-    bool more = !line.isEmpty();
-    while (more) {
-        const QByteArrayView category = takeField(line, more);
-        if (!more)
-            break;
-        const QByteArrayView name = takeField(line, more);
-        if (!more)
-            break;
-        const QByteArrayView key = takeField(line, more);
-        cameras.append({fieldText(category), fieldText(name), keyText(key)});
-    }
+    CameraListReader reader(line);
+    while (auto camera = reader.next())
+        cameras.append(std::move(*camera));
     return cameras;
 }
 

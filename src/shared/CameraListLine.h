@@ -5,6 +5,8 @@
 #include <QList>
 #include <QString>
 
+#include <optional>
+
 /// One camera as lists and the directory hold it.
 struct CameraRecord
 {
@@ -22,9 +24,29 @@ struct CameraRecord
 /// and extra header of a key, joined by the byte 0x01, are each a text of their own. What surrounds
 /// the line (a line end, "CAMZ") is the business of its readers.
 
-/// The cameras of `line`, in its order. An incomplete triple at its end is skipped; an empty line
-/// holds none. No field of the result holds the field separator: one that stands in a UTF-8 field
-/// becomes y with a combining diaeresis.
+/// Reads the cameras of a line one by one, in its order; what it holds at any time is one camera,
+/// however long the line is. An incomplete triple at the end is skipped; an empty line holds none.
+/// No field holds the field separator: one that stands in a UTF-8 field becomes y with a combining
+/// diaeresis.
+class CameraListReader
+{
+public:
+    /// `line` has to live as long as this.
+    explicit CameraListReader(QByteArrayView line);
+
+    /// The next camera; nothing behind the last one.
+    std::optional<CameraRecord> next();
+
+private:
+    bool takeField(QByteArrayView& field);
+
+    QByteArrayView m_rest;
+    bool m_more;
+    QByteArrayView m_categoryBytes;
+    QString m_category;
+};
+
+/// All cameras of `line`, as CameraListReader reads them.
 QList<CameraRecord> readCameraListLine(QByteArrayView line);
 
 /// The line of these cameras; empty only where there are none. For every list of records
