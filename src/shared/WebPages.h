@@ -2,5 +2,13 @@
 
 #include <QString>
 
-/// The page of the online help, a setting of the build (PEVORA_HELP_PAGE).
+// Pages of the program's web site; each is a setting of the build.
+
+/// The online help (PEVORA_HELP_PAGE).
 QString helpPage();
+
+/// The page about extra request headers (PEVORA_HEADER_HELP_PAGE).
+QString headerHelpPage();
+
+/// The home page (PEVORA_HOME_PAGE).
+QString homePage();

@@ -1,7 +1,9 @@
 #include "shell/LeftPanel.h"
 
 #include "camlist/CamList.h"
+#include "shared/CameraKey.h"
 #include "shared/Twips.h"
+#include "shell/AddPanel.h"
 #include "shell/MainLayout.h"
 
 #include <QRadioButton>
@@ -13,34 +15,66 @@ using namespace Qt::Literals::StringLiterals;
 namespace {
 
 constexpr int OptionsLeftPx = 6;
+constexpr int AddPage = 0;
+constexpr int ListPage = 1;
 
 } // namespace
 
 LeftPanel::LeftPanel(const QString& folder, QWidget* area)
     : QObject(area)
     , m_cList(new CamList(folder, area))
+    , m_picAdd(new AddPanel([this](QComboBox* box) { m_cList->FillParent(box); }, area))
     , m_opt{new QRadioButton(u"Add"_s, area), new QRadioButton(u"List"_s, area)}
 {
     m_cList->setObjectName(u"cList"_s);
-    for (std::size_t i = 0; i < m_opt.size(); ++i)
+    m_picAdd->hide();
+    m_opt[ListPage]->setChecked(true);
+    for (std::size_t i = 0; i < m_opt.size(); ++i) {
         m_opt[i]->setObjectName(u"opt(%1)"_s.arg(i));
-    m_opt[0]->setEnabled(false);
-    m_opt[1]->setChecked(true);
+        // Not by `clicked`, which the chosen one sends again and keys do not send at all.
+        connect(m_opt[i], &QRadioButton::toggled, this, [this, i](bool chosen) {
+            if (chosen)
+                optionClicked(static_cast<int>(i));
+        });
+    }
+    connect(m_picAdd, &AddPanel::CameraEntered, this, &LeftPanel::cameraEntered);
+    connect(m_picAdd, &AddPanel::HeaderHelpRequested, this, &LeftPanel::HeaderHelpRequested);
+}
+
+void LeftPanel::optionClicked(int index)
+{
+    if (index == AddPage)
+        m_picAdd->startAnew();
+    m_picAdd->setVisible(index == AddPage);
+    m_cList->setVisible(index == ListPage);
+}
+
+/// The camera is in the list, whatever becomes of the offer.
+void LeftPanel::cameraEntered(const QString& name, const QString& url, const QString& extraHeader,
+                              const QString& category, bool submit)
+{
+    if (submit)
+        emit Submitted(name, url, extraHeader, category);
+    m_cList->AddCam(name, extraHeader.isEmpty() ? url : url + HeaderMark + extraHeader, category);
+    m_opt[ListPage]->setChecked(true);
+    m_cList->setFocus();
 }
 
 void LeftPanel::setShown(bool shown)
 {
+    if (shown)
+        m_opt[ListPage]->setChecked(true);
+    m_picAdd->hide();
     m_cList->setVisible(shown);
     for (auto* one : m_opt)
         one->setVisible(shown);
-    if (shown)
-        m_opt[1]->setChecked(true);
 }
 
 void LeftPanel::place(const MainLayout& layout, int optionHeight)
 {
     const int width = pixelsFromTwips(WidthTwips);
     m_cList->setGeometry(0, 0, width, layout.listHeight);
+    m_picAdd->setGeometry(m_cList->geometry());
 
     const int room = width - OptionsLeftPx;
     const int first = std::clamp(room - m_opt[1]->sizeHint().width(), 0,

@@ -4,15 +4,16 @@
 
 #include <array>
 
+class AddPanel;
 class CamList;
 class QRadioButton;
 class QWidget;
 struct MainLayout;
 
-/// The left column of the main window: the camera list (`cList`) and below it two option buttons,
-/// `opt(0)` for the page that adds a camera and `opt(1)` for the list. They are children of the
-/// area that the column stands in; this class makes, shows and places them and knows nothing of
-/// cameras. As long as the program has no page for it, `opt(0)` is disabled.
+/// The left column of the main window: the camera list (`cList`) or in its place the page that adds
+/// a camera (`picAdd`), and below them two option buttons, `opt(0)` for that page and `opt(1)` for
+/// the list. They are children of the area that the column stands in; this class makes, shows and
+/// places them, and hands what was entered to the list.
 class LeftPanel : public QObject
 {
     Q_OBJECT
@@ -33,7 +34,19 @@ public:
     /// share the column's width, each with room for its caption as far as that goes.
     void place(const MainLayout& layout, int optionHeight);
 
+signals:
+    /// A camera was added that shall be offered to the directory, too.
+    void Submitted(const QString& name, const QString& url, const QString& extraHeader,
+                   const QString& category);
+    /// The page about extra headers is wanted.
+    void HeaderHelpRequested();
+
 private:
+    void optionClicked(int index);
+    void cameraEntered(const QString& name, const QString& url, const QString& extraHeader,
+                       const QString& category, bool submit);
+
     CamList* m_cList;
+    AddPanel* m_picAdd;
     std::array<QRadioButton*, 2> m_opt;
 };

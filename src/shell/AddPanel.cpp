@@ -1,0 +1,147 @@
+#include "shell/AddPanel.h"
+
+#include "shared/InputBoxes.h"
+#include "shared/LinkLabel.h"
+
+#include <QCheckBox>
+#include <QComboBox>
+#include <QLineEdit>
+#include <QMessageBox>
+#include <QPushButton>
+#include <QVBoxLayout>
+
+#include <algorithm>
+
+using namespace Qt::Literals::StringLiterals;
+
+namespace {
+
+const QStringList& designCategories()
+{
+    static const QStringList names = {u"Animals"_s, u"Buildings"_s, u"Cities"_s,
+                                      u"General"_s, u"Interest"_s,  u"People"_s,
+                                      u"Science"_s, u"Sights"_s,    u"Traffic"_s};
+    return names;
+}
+
+constexpr int GeneralIndex = 3;
+
+} // namespace
+
+AddPanel::AddPanel(std::function<void(QComboBox*)> fillParent, QWidget* parent)
+    : QWidget(parent)
+    , m_fillParent(std::move(fillParent))
+    , m_cmbCat(new QComboBox(this))
+    , m_txtName(new QLineEdit(this))
+    , m_txtUrl(new QLineEdit(this))
+    , m_txtHead(new QLineEdit(this))
+    , m_chkAdd(new QCheckBox(u"Add to internet database."_s, this))
+    , m_cmdAdd(new QPushButton(u"Add It"_s, this))
+{
+    setObjectName(u"picAdd"_s);
+    auto* help = new LinkLabel(u"Extra Header: (ie. Cookie)"_s, this);
+    m_lbl = {new QLabel(u"Category:"_s, this), new QLabel(u"Url: (*.bmp,*.gif,*.jpg)"_s, this),
+             new QLabel(u"Name:"_s, this), help};
+    for (std::size_t i = 0; i < m_lbl.size(); ++i)
+        m_lbl[i]->setObjectName(u"lbl(%1)"_s.arg(i));
+
+    m_cmbCat->setEditable(true);
+    m_cmbCat->setInsertPolicy(QComboBox::NoInsert);
+    // It would finish, and re-spell, the name of a new category.
+    m_cmbCat->setCompleter(nullptr);
+    m_cmbCat->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
+    m_cmbCat->setAccessibleName(tr("Category"));
+    m_txtName->setAccessibleName(tr("Name"));
+    m_txtUrl->setAccessibleName(tr("Address"));
+    m_txtHead->setAccessibleName(tr("Extra header"));
+    m_cmbCat->setObjectName(u"cmbCat"_s);
+    m_txtName->setObjectName(u"txtName"_s);
+    m_txtUrl->setObjectName(u"txtUrl"_s);
+    m_txtHead->setObjectName(u"txtHead"_s);
+    m_chkAdd->setObjectName(u"chkAdd"_s);
+    m_cmdAdd->setObjectName(u"cmdAdd"_s);
+    m_cmbCat->lineEdit()->setAccessibleName(m_cmbCat->accessibleName());
+    for (auto* box : {m_cmbCat->lineEdit(), m_txtName, m_txtUrl, m_txtHead}) {
+        takeTextsOfAnyLength(box);
+        connect(box, &QLineEdit::returnPressed, this, &AddPanel::addIt);
+    }
+    cleanWhileTyping(m_cmbCat->lineEdit());
+    cleanWhileTyping(m_txtName);
+    cleanKeyWhileTyping(m_txtUrl, m_txtHead);
+
+    // A camera that needs a header of its own is nobody else's; the tick itself stays.
+    connect(m_txtHead, &QLineEdit::textChanged, this,
+            [this](const QString& header) { m_chkAdd->setEnabled(header.isEmpty()); });
+    connect(help, &LinkLabel::Clicked, this, &AddPanel::HeaderHelpRequested);
+    connect(m_cmdAdd, &QPushButton::clicked, this, &AddPanel::addIt);
+    layOut();
+    startAnew();
+}
+
+void AddPanel::layOut()
+{
+    auto* column = new QVBoxLayout(this);
+    const auto add = [column](QLabel* label, QWidget* box) {
+        column->addWidget(label);
+        column->addWidget(box);
+        column->addSpacing(column->spacing());
+    };
+    add(m_lbl[0], m_cmbCat);
+    add(m_lbl[2], m_txtName);
+    add(m_lbl[1], m_txtUrl);
+    add(m_lbl[3], m_txtHead);
+    column->addWidget(m_chkAdd);
+    column->addWidget(m_cmdAdd, 0, Qt::AlignRight);
+    column->addStretch();
+    // The link is a stop of the Tab key of its own, behind the box that it is about.
+    const QList<QWidget*> order = {m_cmbCat, m_txtName, m_txtUrl, m_txtHead,
+                                   m_lbl[3], m_chkAdd,  m_cmdAdd};
+    for (qsizetype i = 1; i < order.size(); ++i)
+        setTabOrder(order[i - 1], order[i]);
+}
+
+void AddPanel::startAnew()
+{
+    fillCategories();
+    m_cmbCat->setCurrentIndex(GeneralIndex);
+    m_txtName->setText(u"New"_s);
+    m_txtUrl->setText(u"http://"_s);
+    m_txtHead->clear();
+}
+
+/// The categories that always stood here, then the list's others.
+void AddPanel::fillCategories()
+{
+    m_cmbCat->clear();
+    m_cmbCat->addItems(designCategories());
+    QComboBox ofList;
+    m_fillParent(&ofList);
+    for (int i = 0; i < ofList.count(); ++i) {
+        if (!designCategories().contains(ofList.itemText(i)))
+            m_cmbCat->addItem(ofList.itemText(i));
+    }
+}
+
+bool AddPanel::isThere(const QString& text, const QString& title, const QString& message)
+{
+    if (!text.isEmpty())
+        return true;
+    auto* box =
+        new QMessageBox(QMessageBox::Information, title, message, QMessageBox::Ok, window());
+    box->setAttribute(Qt::WA_DeleteOnClose);
+    box->open();
+    return false;
+}
+
+/// Kept: only emptiness is tested, so the untouched "http://" is an address and "New" a name.
+void AddPanel::addIt()
+{
+    // Kept: "Catagory" and "catagory" are what these texts always said.
+    if (!isThere(m_cmbCat->currentText(), u"Catagory"_s,
+                 u"Please choose or create a catagory."_s) ||
+        !isThere(m_txtName->text(), u"Name"_s, u"Please choose a Name."_s) ||
+        !isThere(m_txtUrl->text(), u"URL"_s, u"Please choose a URL."_s))
+        return;
+    emit CameraEntered(m_txtName->text(), m_txtUrl->text(), m_txtHead->text(),
+                       m_cmbCat->currentText(), m_chkAdd->isChecked() && m_chkAdd->isEnabled());
+}
