@@ -2,6 +2,7 @@
 
 #include "shared/CameraKey.h"
 #include "shared/InputText.h"
+#include "shared/ShownCamera.h"
 #include "shared/SymbolIcon.h"
 
 #include <algorithm>
@@ -18,21 +19,6 @@ struct CameraTree::Node
 };
 
 namespace {
-
-/// Laying out a longer text at every repaint would be felt, and no screen shows it.
-constexpr qsizetype LongestShown = 10'000;
-
-/// `text` for one line on screen; what breaks lines becomes a blank.
-QString oneLine(const QString& text)
-{
-    QString line = text.left(LongestShown);
-    for (QChar& one : line) {
-        if (one.category() == QChar::Other_Control || one == QChar::LineSeparator ||
-            one == QChar::ParagraphSeparator)
-            one = u' ';
-    }
-    return line;
-}
 
 /// As QStringView::startsWith without regard to case, but several times as fast where both are
 /// ASCII.
@@ -52,16 +38,6 @@ bool beginsWith(QStringView texts, QStringView name)
             return false;
     }
     return true;
-}
-
-QString toolTip(const QString& name, const QString& key)
-{
-    constexpr qsizetype Longest = 500;
-    // Escaped and marked as markup, so that a tool tip never takes a name for markup. The extra
-    // header may be a secret.
-    const auto row = [](const QString& text) { return text.left(Longest).toHtmlEscaped(); };
-    return u"<p>%1<br>%2</p>"_s.arg(
-        row(oneLine(name)), row(webAddressOf(withoutHttpScheme(splitCameraKey(key).address))));
 }
 
 } // namespace
@@ -266,11 +242,11 @@ QVariant CameraTree::data(const QModelIndex& index, int role) const
         return {};
     switch (role) {
     case Qt::DisplayRole:
-        return oneLine(node->text);
+        return shownLine(node->text);
     case Qt::DecorationRole:
         return node->category ? m_cameraPicture : m_categoryPicture;
     case Qt::ToolTipRole:
-        return node->category ? toolTip(node->text, node->key) : QVariant();
+        return node->category ? cameraToolTip(node->text, node->key) : QVariant();
     default:
         return {};
     }

@@ -1,6 +1,7 @@
 #include "camlist/frmMan.h"
 
 #include "camlist/FavouriteItems.h"
+#include "shared/CheckBoxDelegate.h"
 #include "shared/Twips.h"
 
 #include <QDialogButtonBox>
@@ -9,7 +10,6 @@
 #include <QHeaderView>
 #include <QHelpEvent>
 #include <QPushButton>
-#include <QStyledItemDelegate>
 #include <QToolTip>
 #include <QTreeView>
 
@@ -19,22 +19,15 @@ namespace {
 
 constexpr QSize DefaultSize(460, 400);
 constexpr QSize SmallestList(180, 160);
-constexpr int BetweenRows = 6;
 constexpr int ButtonWidth = 108;
 /// What the column leaves of the list's width to the frame and the scroll bar.
 constexpr int BesideColumnTwips = 400;
 
-/// Keeps the check boxes apart and visible, and says a name in a tooltip only where the column
-/// cuts it.
-class NameDelegate : public QStyledItemDelegate
+/// Says a name in a tooltip only where the column cuts it.
+class NameDelegate : public CheckBoxDelegate
 {
 public:
-    using QStyledItemDelegate::QStyledItemDelegate;
-
-    QSize sizeHint(const QStyleOptionViewItem& option, const QModelIndex& index) const override
-    {
-        return QStyledItemDelegate::sizeHint(option, index) + QSize(0, BetweenRows);
-    }
+    using CheckBoxDelegate::CheckBoxDelegate;
 
     bool helpEvent(QHelpEvent* event, QAbstractItemView* view, const QStyleOptionViewItem& option,
                    const QModelIndex& index) override
@@ -44,18 +37,7 @@ public:
             QToolTip::hideText();
             return true;
         }
-        return QStyledItemDelegate::helpEvent(event, view, option, index);
-    }
-
-protected:
-    void initStyleOption(QStyleOptionViewItem* option, const QModelIndex& index) const override
-    {
-        QStyledItemDelegate::initStyleOption(option, index);
-        // Styles outline a box in a darker shade of the window, which is nothing to be seen on a
-        // dark list.
-        QPalette& palette = option->palette;
-        if (palette.color(QPalette::Base).lightness() < palette.color(QPalette::Text).lightness())
-            palette.setColor(QPalette::Window, palette.color(QPalette::Text));
+        return CheckBoxDelegate::helpEvent(event, view, option, index);
     }
 };
 

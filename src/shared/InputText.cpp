@@ -16,3 +16,12 @@ QString cleanInput(const QString& typed, bool keepHeaderMark)
                !(keepHeaderMark && character == u'\u0001');
     });
 }
+
+QString firstLineOf(const QString& text)
+{
+    for (qsizetype i = 0; i < text.size(); ++i) {
+        if (text[i] == u'\r' || text[i] == u'\n')
+            return text.left(i);
+    }
+    return text;
+}

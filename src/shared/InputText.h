@@ -12,3 +12,6 @@ QString withoutSeparator(const QString& text);
 /// U+007F to U+009F). `keepHeaderMark` keeps character 1, which stands between address and
 /// header in a camera key. Cleaning twice changes nothing more.
 QString cleanInput(const QString& typed, bool keepHeaderMark);
+
+/// `text` up to its first line break (CR or LF), which would end a line of a request.
+QString firstLineOf(const QString& text);

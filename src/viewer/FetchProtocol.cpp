@@ -27,21 +27,11 @@ constexpr qsizetype MaxLengthPosition = 32767;
 /// An announced length is only a server's word: memory is set aside for so much of it.
 constexpr qsizetype MaxReservedBytes = 4 * 1024 * 1024;
 
-/// The part of `text` before its first line break.
-QString oneLine(const QString& text)
-{
-    for (qsizetype i = 0; i < text.size(); ++i) {
-        if (text[i] == u'\r' || text[i] == u'\n')
-            return text.left(i);
-    }
-    return text;
-}
-
 /// A header's value as text: ended by a line break, which a lone CR or LF is to others, and without
 /// what would end a field of a history key or begin an extra header line in a camera key.
 QString headerText(const QByteArray& value)
 {
-    return cleanInput(oneLine(fromDisk(value)), false);
+    return cleanInput(firstLineOf(fromDisk(value)), false);
 }
 
 /// Whether the header "location:" at `location` leads to a secure address, after exactly one blank.
@@ -106,15 +96,15 @@ QByteArray buildRequest(const QString& requestStart, const QString& host,
                         const QString& ifModifiedSince, const QString& extraHeader)
 {
     QStringList lines;
-    lines << oneLine(requestStart) + " HTTP/1.0"_L1;
-    if (const auto since = oneLine(ifModifiedSince); !since.isEmpty())
+    lines << firstLineOf(requestStart) + " HTTP/1.0"_L1;
+    if (const auto since = firstLineOf(ifModifiedSince); !since.isEmpty())
         lines << "if-Modified-Since: "_L1 + since; // kept: with a lower-case "if"
     lines << u"Connection: Keep-Alive"_s;
     lines << u"User-Agent: Default"_s;
-    lines << "Host: "_L1 + oneLine(host);
+    lines << "Host: "_L1 + firstLineOf(host);
     lines << u"Accept: */*"_s;
     lines << u"Accept-Language: en"_s;
-    if (const auto extra = oneLine(extraHeader); !extra.isEmpty())
+    if (const auto extra = firstLineOf(extraHeader); !extra.isEmpty())
         lines << extra;
 
     QByteArray request;

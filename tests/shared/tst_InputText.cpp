@@ -10,6 +10,7 @@ private slots:
     void controlCharactersAreDropped();
     void theHeaderMarkStaysWhereItIsWanted();
     void everythingElseStays();
+    void theFirstLineEndsAtTheFirstBreak();
 };
 
 void InputTextTest::theSeparatorChangesItsSpellingNotItsLook()
@@ -44,6 +45,14 @@ void InputTextTest::everythingElseStays()
     QCOMPARE(cleanInput({}, false), QString());
     const QString once = cleanInput(u"ÿ\u0003ÿ"_s, false);
     QCOMPARE(cleanInput(once, false), once);
+}
+
+void InputTextTest::theFirstLineEndsAtTheFirstBreak()
+{
+    for (const char* text : {"one", "one\r\ntwo", "one\ntwo\rthree", "one\rtwo\nthree", "one\n"})
+        QCOMPARE(firstLineOf(text), QString("one"));
+    QCOMPARE(firstLineOf("\ntwo"), QString());
+    QCOMPARE(firstLineOf({}), QString());
 }
 
 QTEST_GUILESS_MAIN(InputTextTest)

@@ -21,9 +21,10 @@ quint16 freePort()
 
 } // namespace
 
-WebServer::WebServer(const QString& certificateFile, const QString& movedTo)
+WebServer::WebServer(const QString& certificateFile, const QString& movedTo, Paths paths)
     : m_certificateFile(certificateFile)
     , m_movedTo(movedTo)
+    , m_paths(paths)
 {
     if (!QDir(m_scratch.path()).mkdir("root"))
         qFatal("no document root");
@@ -60,7 +61,8 @@ QString WebServer::url(const QString& path, const QString& host) const
 void WebServer::put(const QString& name, const QByteArray& bytes, const QDateTime& date)
 {
     QFile file(m_scratch.filePath("root/" + name));
-    if (!file.open(QIODevice::WriteOnly) || file.write(bytes) != bytes.size() || !file.flush() ||
+    if (!QDir().mkpath(QFileInfo(file).path()) || !file.open(QIODevice::WriteOnly) ||
+        file.write(bytes) != bytes.size() || !file.flush() ||
         !file.setFileTime(date, QFile::FileModificationTime))
         qFatal("cannot write %s", qPrintable(name));
 }
@@ -93,8 +95,15 @@ QByteArray WebServer::configuration() const
         module = R"(, "mod_openssl")";
         tls = QString("ssl.engine = \"enable\"\nssl.pemfile = \"%1\"\n").arg(m_certificateFile);
     }
+    // The patterns of redirects are for valid UTF-8 only.
+    QString paths = QString("url.redirect = (\"^/moved\\.jpg$\" => \"%1\")").arg(redirectTarget());
+    if (m_paths == Paths::AsTyped) {
+        paths = R"(server.http-parseopts = ("header-strict" => "disable",
+                           "url-normalize" => "disable", "url-ctrls-reject" => "disable"))";
+    }
     return QString(R"(
-server.modules = ("mod_access", "mod_redirect"%4)
+server.modules = ("mod_access", "mod_redirect", "mod_cgi"%3)
+cgi.assign = (".cgi" => "/bin/sh")
 server.document-root = "%1/root"
 server.bind = "127.0.0.1"
 server.port = %2
@@ -103,15 +112,15 @@ server.stat-cache-engine = "disable"
 mimetype.assign = (".jpg" => "image/jpeg", ".gif" => "image/gif", ".bmp" => "image/bmp",
                    ".txt" => "text/plain")
 url.access-deny = ("secret.jpg")
-url.redirect = ("^/moved\.jpg$" => "%3")
 url.redirect-code = 302
+%4
 %5
 $SERVER["socket"] == "[::1]:%2" {
-%5}
+%4}
 )")
         .arg(m_scratch.path())
         .arg(m_port)
-        .arg(redirectTarget(), module, tls)
+        .arg(module, tls, paths)
         .toUtf8();
 }
 

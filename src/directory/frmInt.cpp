@@ -1,0 +1,294 @@
+#include "directory/frmInt.h"
+
+#include "directory/DirectoryAnswer.h"
+#include "directory/FoundCameras.h"
+#include "shared/AppFolder.h"
+#include "shared/CheckBoxDelegate.h"
+#include "shared/InputText.h"
+#include "shared/ReplaceFile.h"
+#include "shared/Twips.h"
+
+#include <QFile>
+#include <QHBoxLayout>
+#include <QHeaderView>
+#include <QInputDialog>
+#include <QKeyEvent>
+#include <QMenu>
+#include <QMenuBar>
+#include <QMessageBox>
+#include <QPointer>
+#include <QPushButton>
+#include <QTreeView>
+
+using namespace Qt::Literals::StringLiterals;
+
+namespace {
+
+constexpr QSize DefaultSize(560, 420);
+constexpr QSize SmallestList(240, 160);
+constexpr int PromptWidth = 360;
+constexpr int FirstColumnTwips = 2000;
+/// What the columns leave of the list's width to the frame and the scroll bar.
+constexpr int BesideColumnsTwips = 500;
+
+constexpr auto ScriptPath = "/pevora/index.cgi?"_L1;
+
+constexpr auto Categories = {"Animals"_L1, "Buildings"_L1, "Cities"_L1, "General"_L1, "Interest"_L1,
+                             "People"_L1,  "Science"_L1,   "Sights"_L1, "Traffic"_L1};
+
+QPushButton* newButton(const QString& name, const QString& caption, QWidget* parent)
+{
+    auto* button = new QPushButton(caption, parent);
+    button->setObjectName(name);
+    // A click leaves the keyboard in the list, so that Enter stays "Preview".
+    button->setFocusPolicy(Qt::TabFocus);
+    return button;
+}
+
+} // namespace
+
+frmInt::frmInt(const QString& folder, const QString& directory, int port, QWidget* parent)
+    : QDialog(parent, Qt::Window)
+    , m_folder(folder)
+    , m_directory(directory)
+    , m_HTTP1(this, port)
+    , m_found(new FoundCameras(this))
+{
+    setObjectName(u"frmInt"_s);
+    setWindowTitle(u"Internet List"_s);
+    setAttribute(Qt::WA_DeleteOnClose);
+    m_HTTP1.setObjectName(u"HTTP1"_s);
+    connect(&m_HTTP1, &HTTP::Finished, this, &frmInt::showAnswer);
+    connect(&m_HTTP1, &HTTP::Status, this, &frmInt::showStatus);
+    createList();
+    createButtons();
+    layOut(createMenu());
+    resize(DefaultSize);
+    m_lvwList->setFocus();
+}
+
+void frmInt::createList()
+{
+    m_lvwList = new QTreeView(this);
+    m_lvwList->setObjectName(u"lvwList"_s);
+    m_lvwList->setAccessibleName(tr("Cameras"));
+    m_lvwList->setMinimumSize(SmallestList);
+    m_lvwList->setRootIsDecorated(false);
+    m_lvwList->setAllColumnsShowFocus(true);
+    // All rows are measured by the first one, however many there are.
+    m_lvwList->setUniformRowHeights(true);
+    m_lvwList->setEditTriggers(QAbstractItemView::NoEditTriggers);
+    m_lvwList->setItemDelegate(new CheckBoxDelegate(m_lvwList));
+    m_lvwList->setModel(m_found);
+    m_lvwList->header()->setStretchLastSection(false);
+    m_lvwList->installEventFilter(this);
+}
+
+void frmInt::createButtons()
+{
+    m_cmdAll = newButton(u"cmdAll"_s, u"Select All"_s, this);
+    m_cmdNone = newButton(u"cmdNone"_s, u"De-Select All"_s, this);
+    m_cmdPre = newButton(u"cmdPre"_s, u"Preview"_s, this);
+    m_cmdAdd = newButton(u"cmdAdd"_s, u"Add Selected"_s, this);
+    m_cmdPre->setDefault(true);
+    connect(m_cmdAll, &QPushButton::clicked, this, [this] { m_found->checkAll(true); });
+    connect(m_cmdNone, &QPushButton::clicked, this, [this] { m_found->checkAll(false); });
+    connect(m_cmdPre, &QPushButton::clicked, this, &frmInt::preview);
+    connect(m_cmdAdd, &QPushButton::clicked, this, &frmInt::addSelected);
+}
+
+QMenu* frmInt::createMenu()
+{
+    auto* options = new QMenu(u"&Options"_s, this);
+    options->setObjectName(u"mnuOpt"_s);
+    auto* search = addEntry(options, u"mnuOptSearch"_s, u"Search"_s);
+    auto* newest = addEntry(options, u"mnuOptNew"_s, u"Newest"_s);
+    options->addSeparator();
+    auto* categories = options->addMenu(u"Categories"_s);
+    categories->setObjectName(u"mnuOptDown"_s);
+    for (const auto category : Categories) {
+        const QString name = u"mnuOptDownIt(%1)"_s.arg(categories->actions().size());
+        auto* entry = addEntry(categories, name, category);
+        connect(entry, &QAction::triggered, this, [this, category] { searchCategory(category); });
+    }
+    options->addSeparator();
+    auto* close = addEntry(options, u"mnuOptClose"_s, u"Close"_s);
+
+    connect(search, &QAction::triggered, this, &frmInt::askForTerms);
+    connect(newest, &QAction::triggered, this, &frmInt::searchNewest);
+    connect(close, &QAction::triggered, this, &QWidget::close);
+    m_queries = categories->actions() << search << newest << categories->menuAction();
+    return options;
+}
+
+QAction* frmInt::addEntry(QMenu* menu, const QString& name, const QString& caption)
+{
+    auto* entry = menu->addAction(caption);
+    entry->setObjectName(name);
+    return entry;
+}
+
+void frmInt::layOut(QMenu* options)
+{
+    auto* bar = new QMenuBar(this);
+    bar->addMenu(options);
+
+    auto* buttons = new QHBoxLayout;
+    buttons->addWidget(m_cmdAll);
+    buttons->addWidget(m_cmdNone);
+    buttons->addStretch();
+    buttons->addWidget(m_cmdPre);
+    buttons->addWidget(m_cmdAdd);
+    auto* all = new QVBoxLayout(this);
+    all->setMenuBar(bar);
+    all->addWidget(m_lvwList, 1);
+    all->addLayout(buttons);
+
+    QWidget* before = m_lvwList;
+    for (auto* one : {m_cmdAll, m_cmdNone, m_cmdPre, m_cmdAdd}) {
+        setTabOrder(before, one);
+        before = one;
+    }
+}
+
+void frmInt::showEvent(QShowEvent* event)
+{
+    QDialog::showEvent(event);
+    if (std::exchange(m_columnsSet, true))
+        return;
+    layout()->activate();
+    const int first = pixelsFromTwips(FirstColumnTwips);
+    m_lvwList->setColumnWidth(FoundCameras::CategoryColumn, first);
+    m_lvwList->setColumnWidth(FoundCameras::NameColumn,
+                              m_lvwList->width() - first - pixelsFromTwips(BesideColumnsTwips));
+}
+
+void frmInt::searchCategory(const QString& category)
+{
+    query("cat="_L1 + category, true);
+}
+
+void frmInt::searchNewest()
+{
+    query(u"new=1"_s, false);
+}
+
+void frmInt::askForTerms()
+{
+    auto* dialog = new QInputDialog(this);
+    dialog->setAttribute(Qt::WA_DeleteOnClose);
+    dialog->setWindowTitle(u"Search"_s);
+    dialog->setLabelText(u"Enter search terms below."_s);
+    dialog->resize(PromptWidth, dialog->sizeHint().height());
+    connect(dialog, &QInputDialog::textValueSelected, this, [this](const QString& typed) {
+        // Not while it is typed: the dialog takes its text from before the box is cleaned.
+        const QString terms = cleanInput(typed, false);
+        if (!terms.isEmpty())
+            query("q="_L1 + terms, true);
+    });
+    dialog->open();
+}
+
+/// Kept: nothing in `queryString` is escaped.
+void frmInt::query(const QString& queryString, bool sorted)
+{
+    m_found->setSorted(sorted);
+    setQueriesEnabled(false);
+    m_HTTP1.Retrieve(m_directory + ScriptPath + queryString);
+}
+
+void frmInt::showAnswer(const QByteArray& answer)
+{
+    const auto cameras = readDirectoryAnswer(answer);
+    m_found->replaceAll(cameras.value_or(QList<CameraRecord>()));
+    m_lvwList->setCurrentIndex(m_found->index(0, 0));
+    // Kept: one camera is "1 Cams" too.
+    setWindowTitle(cameras ? u"Finished [Found %1 Cams]"_s.arg(m_found->rowCount())
+                           : u"Finished [No Cams Found]"_s);
+    setQueriesEnabled(true);
+}
+
+void frmInt::showStatus(const QString& text)
+{
+    setWindowTitle(text);
+    if (text.startsWith("Error: "_L1))
+        setQueriesEnabled(true);
+}
+
+/// While a query runs, nothing starts another or works on rows that are about to go. What is there
+/// can be looked at, and the window can be closed.
+void frmInt::setQueriesEnabled(bool on)
+{
+    for (auto* entry : std::as_const(m_queries))
+        entry->setEnabled(on);
+    for (auto* button : {m_cmdAll, m_cmdNone, m_cmdAdd}) {
+        // Else the keyboard would go on to the next button, and Enter with it.
+        if (!on && button->hasFocus())
+            m_lvwList->setFocus();
+        button->setEnabled(on);
+    }
+}
+
+void frmInt::preview()
+{
+    const QModelIndex current = m_lvwList->currentIndex();
+    if (current.isValid())
+        emit Preview(current.data(FoundCameras::KeyRole).toString());
+}
+
+void frmInt::addSelected()
+{
+    const QList<CameraRecord> cameras = m_found->checkedCameras();
+    if (cameras.isEmpty()) {
+        sayNoneSelected();
+        return;
+    }
+    const QString path = pathInFolder(m_folder, u"icl.zip"_s);
+    if (!replaceFile(path, "CAMZ" + writeCameraListLine(cameras) + "\r\n")) {
+        setWindowTitle(u"Error: Not saved."_s);
+        return;
+    }
+    const QPointer<frmInt> self(this);
+    emit Import(path);
+    QFile::remove(path);
+    if (self)
+        close();
+}
+
+void frmInt::sayNoneSelected()
+{
+    auto* box = new QMessageBox(QMessageBox::Information, u"Pevora"_s, u"No Cams Selected."_s,
+                                QMessageBox::Ok, this);
+    box->setAttribute(Qt::WA_DeleteOnClose);
+    box->open();
+}
+
+bool frmInt::eventFilter(QObject* watched, QEvent* event)
+{
+    if (watched == m_lvwList && event->type() == QEvent::KeyPress &&
+        static_cast<QKeyEvent*>(event)->key() == Qt::Key_Space) {
+        toggleCurrent();
+        return true;
+    }
+    if (watched == m_lvwList && event->type() == QEvent::Resize && m_columnsSet)
+        growNameColumn(static_cast<QResizeEvent*>(event));
+    return QDialog::eventFilter(watched, event);
+}
+
+/// Whichever column was clicked, the space bar is for the row's check box.
+void frmInt::toggleCurrent()
+{
+    const QModelIndex row = m_lvwList->currentIndex().siblingAtColumn(FoundCameras::CategoryColumn);
+    if (!row.isValid())
+        return;
+    const bool checked = row.data(Qt::CheckStateRole).toInt() == Qt::Checked;
+    m_found->setData(row, checked ? Qt::Unchecked : Qt::Checked, Qt::CheckStateRole);
+}
+
+/// Names have what the list gains, from whatever width the user gave them.
+void frmInt::growNameColumn(const QResizeEvent* event)
+{
+    const int gain = event->size().width() - event->oldSize().width();
+    m_lvwList->setColumnWidth(FoundCameras::NameColumn,
+                              m_lvwList->columnWidth(FoundCameras::NameColumn) + gain);
+}
