@@ -1,23 +1,82 @@
 #include "platform/TerminationSignal.h"
 #include "shared/AppFolder.h"
+#include "shell/CommandChannel.h"
+#include "shell/CommandLine.h"
+#include "shell/HandOver.h"
+#include "shell/MeetingPlace.h"
 #include "shell/frmMain.h"
 
 #include <QApplication>
 #include <QLoggingCategory>
 
+#include <cstdio>
+
+namespace {
+
+/// What the start with arguments leaves for the start with a window.
+struct Start
+{
+    QString commandLine;
+    bool isRestart = false;
+    /// Held from the moment that nobody else was found to serve.
+    std::optional<MeetingPlace> place;
+};
+
+void nameProgram()
+{
+    QCoreApplication::setApplicationName(QStringLiteral("Pevora"));
+}
+
+int print(const QString& text)
+{
+    const bool printed = std::fputs(text.toUtf8().constData(), stdout) >= 0;
+    return std::fflush(stdout) == 0 && printed ? EXIT_SUCCESS : EXIT_FAILURE;
+}
+
+/// All that needs no window, and so no display. The exit status where nothing else is to do.
+std::optional<int> startWithoutWindow(int& argc, char* argv[], Start& start)
+{
+    const QCoreApplication application(argc, argv);
+    nameProgram();
+    const QStringList arguments = QCoreApplication::arguments().mid(1);
+    if (const auto answer = answerOnTerminal(arguments))
+        return print(*answer);
+    start.isRestart = isStartedBySession(arguments);
+    start.commandLine = commandLineOf(arguments);
+    if (start.commandLine.isEmpty())
+        return {};
+    start.place.emplace(applicationFolder());
+    if (handOver(*start.place, readCommandLine(start.commandLine).name) == HandOver::NobodyServes)
+        return {};
+    return EXIT_SUCCESS;
+}
+
+} // namespace
+
 int main(int argc, char* argv[])
 {
-    QApplication application(argc, argv);
-    QApplication::setApplicationName(QStringLiteral("Pevora"));
+    Start start;
+    if (argc > 1) {
+        if (const auto status = startWithoutWindow(argc, argv, start))
+            return *status;
+    }
+    // Qt would take its own options out of what is a file name.
+    int argumentsForQt = start.isRestart ? argc : qMin(argc, 1);
+    QApplication application(argumentsForQt, argv);
+    nameProgram();
     QApplication::setDesktopFileName(QStringLiteral("pevora"));
     QApplication::setQuitOnLastWindowClosed(false);
     // A camera that sends no picture is told on the status line, not on the terminal.
     QLoggingCategory::setFilterRules(QStringLiteral("qt.gui.imageio*=false"));
 
-    const QString commandLine = QApplication::arguments().mid(1).join(u' ');
-    frmMain window({applicationFolder(), QApplication::applicationDirPath()}, commandLine);
+    const QString folder = applicationFolder();
+    if (!start.place)
+        start.place.emplace(folder);
+    frmMain window({folder, QApplication::applicationDirPath()}, start.commandLine);
     const TerminationSignal termination;
     QObject::connect(&termination, &TerminationSignal::Received, &window, &frmMain::shutDown);
     window.show();
+    const CommandChannel channel(*start.place,
+                                 [&](const QString& name) { return window.receive(name); });
     return QApplication::exec();
 }

@@ -10,6 +10,7 @@
 #include "shared/SymbolIcon.h"
 #include "shared/Topmost.h"
 #include "shared/WebPages.h"
+#include "shell/CommandBox.h"
 #include "shell/CommandLine.h"
 #include "shell/FavouritesMenu.h"
 #include "shell/GotoBar.h"
@@ -73,6 +74,11 @@ void frmMain::createParts()
         showCamera(key);
     });
     connect(list, &CamList::AddFavorite, m_favourites, &Favourites::add);
+    m_txtCom = new CommandBox({[this] { return m_shutDown || m_cam->isBusy(); },
+                               [this](const QString& name) { m_cam->LoadMovie(name); },
+                               [list](const QString& name) { list->LoadFile(name); }},
+                              this);
+    connect(m_cam, &WebCam::Idle, m_txtCom, &CommandBox::wake);
     connect(m_cmbUrl, &GotoBar::CameraChosen, this, &frmMain::showCamera);
     connect(m_cam, &WebCam::ImageChange, this,
             [this](const QString&, const QString& url) { m_cmbUrl->mirror(url); });
@@ -139,6 +145,11 @@ void frmMain::openFile(const CommandLineFile& file)
     case CommandLineFile::Kind::None:
         break;
     }
+}
+
+bool frmMain::receive(const QString& name)
+{
+    return !m_shutDown && m_txtCom->receive(name);
 }
 
 void frmMain::applyCaptions()
@@ -232,6 +243,7 @@ void frmMain::shutDown()
     if (std::exchange(m_shutDown, true))
         return;
     m_cam->shutDown();
+    m_txtCom->openWaitingLists();
     // Events run while the preferences are written: no key or click may start anything now.
     setEnabled(false);
     m_preferences->save(preferencesPath());

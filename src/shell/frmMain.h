@@ -6,6 +6,7 @@
 
 #include <memory>
 
+class CommandBox;
 class Favourites;
 class GotoBar;
 class LeftPanel;
@@ -40,6 +41,10 @@ public:
     /// and SIGTERM all come here.
     void shutDown();
 
+    /// Opens a file that another instance hands over, when nothing that takes long runs any more.
+    /// False, and the file stays with that instance, while the program ends.
+    bool receive(const QString& name);
+
 protected:
     void closeEvent(QCloseEvent* event) override;
     bool eventFilter(QObject* watched, QEvent* event) override;
@@ -66,6 +71,7 @@ private:
     LeftPanel* m_left;
     WebCam* m_cam;
     GotoBar* m_cmbUrl;
+    CommandBox* m_txtCom;
     MainLayout m_layout;
     TrayHiding* m_tray;
     std::unique_ptr<ViewPreferences> m_preferences;

@@ -101,6 +101,7 @@ void WebCam::connectFiles()
     connect(m_files, &FileCommands::MovieSaveRequested, m_movies, &MovieCommands::SaveMovie);
     connect(m_files, &FileCommands::StatusText, this, &WebCam::showMessage);
     connect(m_movies, &MovieCommands::StatusText, this, &WebCam::showMessage);
+    connect(m_work, &WorkQueue::Idle, this, &WebCam::Idle);
 }
 
 void WebCam::connectToolBar()
@@ -193,6 +194,11 @@ void WebCam::showMessage(const QString& text)
 void WebCam::LoadMovie(const QString& FileName)
 {
     m_movies->LoadMovie(FileName);
+}
+
+bool WebCam::isBusy() const
+{
+    return m_work->isBusy();
 }
 
 QString WebCam::Url() const

@@ -48,6 +48,9 @@ public:
     /// work runs. A message box tells of a file that is no movie.
     void LoadMovie(const QString& FileName);
 
+    /// Whether a movie is being loaded, saved or played; Idle follows when that is over.
+    bool isBusy() const;
+
     /// Deletes the temporary files. Errors are ignored.
     void CleanUp();
 
@@ -80,6 +83,9 @@ signals:
     void Done();
     /// Url has changed otherwise than by setUrl() and Refresh().
     void UrlChanged();
+    /// No movie is loaded, saved or played any more, and none waits for that. Not emitted at the
+    /// end of the program.
+    void Idle();
 
 private:
     void connectFetch();

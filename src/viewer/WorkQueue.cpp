@@ -52,6 +52,8 @@ void WorkQueue::remove(LongWork* work)
     m_works.erase(found);
     if (ran)
         beginFirst();
+    if (!m_shutDown && m_works.empty())
+        emit Idle();
 }
 
 void WorkQueue::beginFirst()

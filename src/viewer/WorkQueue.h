@@ -28,6 +28,10 @@ public:
     /// Cancels everything, for the end of the program. Nothing begins any more.
     void shutDown();
 
+signals:
+    /// The last work is over. Not at the end of the program.
+    void Idle();
+
 private:
     void beginFirst();
     void remove(LongWork* work);

@@ -8,6 +8,9 @@ class CommandLineTest : public QObject
 private slots:
     void readsTheFile_data();
     void readsTheFile();
+    void isTheWordsOfOneName_data();
+    void isTheWordsOfOneName();
+    void onlyTwoWordsAreQuestions();
 };
 
 void CommandLineTest::readsTheFile_data()
@@ -35,6 +38,35 @@ void CommandLineTest::readsTheFile()
     const CommandLineFile file = readCommandLine(commandLine);
     QTEST(static_cast<int>(file.kind), "kind");
     QTEST(file.name, "name");
+}
+
+void CommandLineTest::isTheWordsOfOneName_data()
+{
+    QTest::addColumn<QStringList>("arguments");
+    QTest::addColumn<QString>("commandLine");
+    QTest::newRow("none") << QStringList() << "";
+    QTest::newRow("an empty one") << QStringList("") << "";
+    QTest::newRow("one") << QStringList("/a b.pvm") << "/a b.pvm";
+    QTest::newRow("several") << QStringList{"/a", "b.pvm"} << "/a b.pvm";
+    QTest::newRow("an option") << QStringList{"--foo", "b"} << "--foo b";
+    QTest::newRow("the desktop's session") << QStringList{"-session", "1_2"} << "";
+    QTest::newRow("a file of that name") << QStringList{"-session"} << "-session";
+    QTest::newRow("and of three words") << QStringList{"-session", "1", "2"} << "-session 1 2";
+}
+
+void CommandLineTest::isTheWordsOfOneName()
+{
+    QFETCH(QStringList, arguments);
+    QTEST(commandLineOf(arguments), "commandLine");
+}
+
+void CommandLineTest::onlyTwoWordsAreQuestions()
+{
+    QVERIFY(answerOnTerminal({"--help"})->contains("Usage"));
+    QVERIFY(answerOnTerminal({"--version"})->startsWith("Pevora "));
+    for (const QStringList& other : {QStringList(), QStringList("-h"), QStringList("--Help"),
+                                     QStringList("--versions"), QStringList{"a", "--help"}})
+        QVERIFY2(!answerOnTerminal(other), qPrintable(other.join(' ')));
 }
 
 QTEST_GUILESS_MAIN(CommandLineTest)

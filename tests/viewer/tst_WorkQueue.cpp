@@ -34,6 +34,7 @@ private slots:
     void droppingTheRunningOneStartsTheNext();
     void droppingAWaitingOneLeavesTheRunningOne();
     void afterShutDownNothingBegins();
+    void isIdleWhenTheLastOneIsOver();
 
 private:
     Work* add(WorkQueue& queue, const QString& name)
@@ -101,6 +102,24 @@ void WorkQueueTest::afterShutDownNothingBegins()
     QVERIFY(!queue.isBusy());
     add(queue, "c");
     QVERIFY(!log.contains("c begins"));
+}
+
+void WorkQueueTest::isIdleWhenTheLastOneIsOver()
+{
+    WorkQueue queue(nullptr);
+    QSignalSpy idle(&queue, &WorkQueue::Idle);
+    auto* a = add(queue, "a");
+    auto* b = add(queue, "b");
+    a->end();
+    QCOMPARE(idle.count(), 0);
+    connect(&queue, &WorkQueue::Idle, this, [&] { QVERIFY(!queue.isBusy()); });
+    b->end();
+    QCOMPARE(idle.count(), 1);
+    queue.drop(add(queue, "c"));
+    QCOMPARE(idle.count(), 2);
+    add(queue, "d");
+    queue.shutDown();
+    QCOMPARE(idle.count(), 2);
 }
 
 QTEST_GUILESS_MAIN(WorkQueueTest)

@@ -1,0 +1,192 @@
+// Files that other instances hand over to the main window that runs.
+
+#include "shared/Timer.h"
+#include "support/Dialogs.h"
+#include "support/Pictures.h"
+#include "support/ShownMain.h"
+#include "viewer/ToolBar.h"
+#include "viewer/ToolBarButton.h"
+#include "viewer/WebCam.h"
+
+class frmMainCommandsTest : public QObject
+{
+    Q_OBJECT
+private slots:
+    void theBoxForThemIsTheFirstOfItsKind();
+    void aListJoinsTheCameras();
+    void aMovieIsLoaded();
+    void theEndingAloneIsAList();
+    void twoMoviesInQuickSuccession();
+    void aListWaitsWhileAMoviePlays();
+    void aListWaitsWhileAMovieLoads();
+    void theWindowIsNeitherShownNorRaised();
+    void atTheEndNothingIsTaken();
+    void aListThatWaitsAtTheEndIsSaved();
+};
+
+namespace {
+
+QByteArray movieOf(int frames)
+{
+    QByteArrayList parts;
+    for (int i = 0; i < frames; ++i)
+        parts << encodedPicture({160, 120}, QColor::fromHsv(i * 37 % 360, 255, 255));
+    return parts.join("&IMAGE&");
+}
+
+QByteArray listOf(const QByteArray& camera)
+{
+    return "CAMZHanded\xFF" + camera + "\xFF" + camera + ".example/a.jpg\r\n";
+}
+
+/// A window whose own list has one camera, and the files that it is handed.
+struct Main : ShownMain
+{
+    Main()
+    {
+        write("list.dat", "Own\xFFMine\xFFmine.example/a.jpg\r\n");
+        write("one", listOf("one"));
+        write("two", listOf("two"));
+        write("three.pvm", movieOf(3));
+        write("five.PVM", movieOf(5));
+    }
+    bool receive(const QString& name) { return made().receive(path(name)); }
+    bool has(const QString& camera)
+    {
+        const auto* tree = part<QTreeView>("tvwCat").model();
+        return !tree->match(tree->index(0, 0), Qt::DisplayRole, camera, 1,
+                            Qt::MatchExactly | Qt::MatchRecursive)
+                    .isEmpty();
+    }
+    WebCam& cam() { return part<WebCam>("Cam"); }
+    QString caption() { return part<QLabel>("lblPic").text(); }
+};
+
+} // namespace
+
+void frmMainCommandsTest::theBoxForThemIsTheFirstOfItsKind()
+{
+    Main m;
+    auto* box = m.shown().findChild<QLineEdit*>();
+    QVERIFY(box);
+    QCOMPARE(box->objectName(), "txtCom");
+    QCOMPARE(box->parentWidget(), &m.made());
+    QVERIFY(!box->isVisible());
+    QCOMPARE(m.made().findChildren<QLineEdit*>(Qt::FindDirectChildrenOnly).size(), 1);
+}
+
+void frmMainCommandsTest::aListJoinsTheCameras()
+{
+    Main m;
+    m.shown();
+    QVERIFY(m.receive("one"));
+    QTRY_VERIFY(m.has("one"));
+    QVERIFY(m.has("Mine"));
+    QCOMPARE(m.part<QLineEdit>("txtCom").text(), m.path("one"));
+    QVERIFY(m.made().receive(""));
+    QVERIFY(m.receive("two"));
+    QTRY_VERIFY(m.has("two"));
+    QVERIFY(m.has("Mine") && m.has("one"));
+}
+
+void frmMainCommandsTest::aMovieIsLoaded()
+{
+    Main m;
+    m.shown();
+    QVERIFY(m.receive("five.PVM"));
+    QTRY_COMPARE(m.caption(), "Image 1");
+    QTRY_VERIFY(!m.cam().isBusy());
+}
+
+void frmMainCommandsTest::theEndingAloneIsAList()
+{
+    Main m;
+    m.shown();
+    QVERIFY(m.made().receive(".pvm"));
+    QCOMPARE(answerMessage(QMessageBox::Ok).text, "Not a valid Zipped Cam List.");
+}
+
+void frmMainCommandsTest::twoMoviesInQuickSuccession()
+{
+    Main m;
+    m.shown();
+    QSignalSpy idle(&m.cam(), &WebCam::Idle);
+    QVERIFY(m.receive("three.pvm"));
+    QVERIFY(m.receive("five.PVM"));
+    QCOMPARE(m.part<QLineEdit>("txtCom").text(), m.path("five.PVM"));
+    // Each is loaded, one after the other.
+    QTRY_COMPARE(idle.count(), 2);
+}
+
+void frmMainCommandsTest::aListWaitsWhileAMoviePlays()
+{
+    Main m;
+    m.shown();
+    QVERIFY(m.receive("three.pvm"));
+    QTRY_VERIFY(m.cam().isBusy());
+    QTRY_VERIFY(!m.cam().isBusy());
+    m.cam().Play();
+    QVERIFY(m.cam().isBusy());
+    QVERIFY(m.receive("one"));
+    const auto& turn = m.part<Timer>("tmrTurn");
+    QTRY_VERIFY(!turn.Enabled());
+    QVERIFY(!m.has("one"));
+    m.part<ToolBar>("tbMain").button(ToolBar::StopMovie)->click();
+    QTRY_VERIFY(m.has("one"));
+}
+
+void frmMainCommandsTest::aListWaitsWhileAMovieLoads()
+{
+    Main m;
+    m.shown();
+    QVERIFY(m.receive("five.PVM"));
+    QVERIFY(m.receive("one"));
+    QTRY_VERIFY(m.cam().isBusy());
+    bool early = false;
+    connect(&m.cam(), &WebCam::Idle, this, [&] { early = m.has("one"); });
+    QTRY_VERIFY(!m.cam().isBusy());
+    QVERIFY(!early);
+    QTRY_VERIFY(m.has("one"));
+}
+
+void frmMainCommandsTest::theWindowIsNeitherShownNorRaised()
+{
+    Main m;
+    m.shown().hide();
+    QWidget other;
+    other.show();
+    other.activateWindow();
+    QVERIFY(QTest::qWaitForWindowActive(&other));
+    QVERIFY(m.receive("one"));
+    QTRY_VERIFY(m.has("one"));
+    QVERIFY(!m.made().isVisible());
+    m.made().showMinimized();
+    QVERIFY(m.receive("two"));
+    QTRY_VERIFY(m.has("two"));
+    QVERIFY(m.made().isMinimized() || !m.made().isVisible());
+    QVERIFY(QApplication::activeWindow() != &m.made());
+    QCOMPARE(m.made().windowTitle(), "Pevora");
+}
+
+void frmMainCommandsTest::atTheEndNothingIsTaken()
+{
+    Main m;
+    m.shown();
+    m.made().shutDown();
+    QVERIFY(!m.receive("one"));
+    QVERIFY(!m.has("one"));
+}
+
+void frmMainCommandsTest::aListThatWaitsAtTheEndIsSaved()
+{
+    Main m;
+    m.shown();
+    QVERIFY(m.receive("one"));
+    m.made().shutDown();
+    QFile list(m.path("list.dat"));
+    QVERIFY(list.open(QIODevice::ReadOnly));
+    QVERIFY(list.readAll().contains("\xFFone.example/a.jpg"));
+}
+
+QTEST_MAIN(frmMainCommandsTest)
+#include "tst_frmMainCommands.moc"

@@ -1,0 +1,154 @@
+#include "support/RunningProgram.h"
+
+#include <QDir>
+#include <QFile>
+#include <QTest>
+
+#include <csignal>
+#include <unistd.h>
+
+namespace {
+
+constexpr uid_t OrdinaryUser = 65534;
+
+void giveToOrdinaryUser(const QString& path)
+{
+    if (geteuid() == 0)
+        QCOMPARE(chown(path.toLocal8Bit().constData(), OrdinaryUser, OrdinaryUser), 0);
+}
+
+void kill(QProcess& one)
+{
+    if (one.state() == QProcess::NotRunning)
+        return;
+    one.kill();
+    one.waitForFinished();
+}
+
+} // namespace
+
+RunningProgram::RunningProgram()
+{
+    QVERIFY(QDir(m_scratch.path()).mkpath("program") && QDir(m_scratch.path()).mkpath("home"));
+    QVERIFY(QFile::copy(PEVORA_PROGRAM, program("pevora")));
+    for (const QString& one : {m_scratch.path(), program(), home(), program("pevora")})
+        giveToOrdinaryUser(one);
+    // A runtime folder that others can look into is none.
+    QVERIFY(QFile::setPermissions(home(), QFile::Permissions(0x7700)));
+    environment.insert("HOME", home());
+    environment.insert("XDG_RUNTIME_DIR", home());
+    for (const char* name : {"XDG_DATA_HOME", "XDG_CONFIG_HOME", "XDG_CACHE_HOME",
+                             "DBUS_SESSION_BUS_ADDRESS", "SESSION_MANAGER"})
+        environment.remove(name);
+}
+
+RunningProgram::~RunningProgram()
+{
+    kill(process);
+    for (const auto& one : m_others)
+        kill(*one);
+    // The folder's own clean-up needs to reach into it.
+    QFile::setPermissions(program(), QFile::Permissions(0x7777));
+}
+
+void RunningProgram::write(const QString& name, const QByteArray& content) const
+{
+    QFile file(program(name));
+    QVERIFY(file.open(QIODevice::WriteOnly) && file.write(content) == content.size());
+    file.close();
+    giveToOrdinaryUser(file.fileName());
+}
+
+QByteArray RunningProgram::read(const QString& name) const
+{
+    QFile file(program(name));
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}
+
+bool RunningProgram::start(const QStringList& arguments)
+{
+    launch(process, arguments);
+    return QTest::qWaitFor(
+        [this] {
+            window = windowOf(process);
+            return !window.isEmpty();
+        },
+        30'000);
+}
+
+QProcess& RunningProgram::startAnother(const QStringList& arguments, const QString& workingFolder)
+{
+    m_others.push_back(std::make_unique<QProcess>());
+    QProcess& one = *m_others.back();
+    one.setWorkingDirectory(workingFolder);
+    launch(one, arguments);
+    return one;
+}
+
+void RunningProgram::launch(QProcess& one, const QStringList& arguments) const
+{
+    QStringList words;
+    if (geteuid() == 0)
+        words << "setpriv" << QString("--reuid=%1").arg(OrdinaryUser)
+              << QString("--regid=%1").arg(OrdinaryUser) << "--clear-groups";
+    words << program("pevora") << arguments;
+    one.setProcessEnvironment(environment);
+    one.start(words.takeFirst(), words);
+}
+
+bool RunningProgram::endsWithin(QProcess& one, int ms)
+{
+    return QTest::qWaitFor([&] { return one.state() == QProcess::NotRunning; }, ms);
+}
+
+QByteArray RunningProgram::ended(QProcess& one)
+{
+    if (!endsWithin(one, 30'000))
+        return "it does not end";
+    if (one.exitStatus() != QProcess::NormalExit)
+        return "it crashed";
+    return QByteArray::number(one.exitCode());
+}
+
+void RunningProgram::terminate(const QProcess& one)
+{
+    ::kill(pid_t(one.processId()), SIGTERM);
+}
+
+double RunningProgram::secondsUsed() const
+{
+    QFile stat(QString("/proc/%1/stat").arg(process.processId()));
+    if (!stat.open(QIODevice::ReadOnly))
+        return -1;
+    // User and system time are the 14th and 15th; the 2nd is in brackets and may hold blanks.
+    const QByteArray all = stat.readAll();
+    const auto fields = all.mid(all.lastIndexOf(')') + 2).split(' ');
+    return (fields.value(11).toDouble() + fields.value(12).toDouble()) /
+           double(sysconf(_SC_CLK_TCK));
+}
+
+QString RunningProgram::tell(const QString& command, const QStringList& arguments)
+{
+    QProcess tool;
+    tool.start(command, arguments);
+    tool.waitForFinished();
+    return QString::fromUtf8(tool.readAllStandardOutput());
+}
+
+QString RunningProgram::property(const QString& name) const
+{
+    return tell("xprop", {"-id", window, name}).trimmed();
+}
+
+QString RunningProgram::windowOf(const QProcess& one)
+{
+    const QString found = tell("xdotool", {"search", "--all", "--onlyvisible", "--pid",
+                                           QString::number(one.processId()), "--name", "^Pevora$"});
+    return found.section('\n', 0, 0);
+}
+
+QString RunningProgram::pathOf(const QString& folder, const QString& name) const
+{
+    const QString path = m_scratch.filePath(folder);
+    return name.isEmpty() ? path : path + '/' + name;
+}
