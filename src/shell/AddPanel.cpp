@@ -1,5 +1,6 @@
 #include "shell/AddPanel.h"
 
+#include "directory/Submission.h"
 #include "shared/InputBoxes.h"
 #include "shared/LinkLabel.h"
 
@@ -142,6 +143,7 @@ void AddPanel::addIt()
         !isThere(m_txtName->text(), u"Name"_s, u"Please choose a Name."_s) ||
         !isThere(m_txtUrl->text(), u"URL"_s, u"Please choose a URL."_s))
         return;
-    emit CameraEntered(m_txtName->text(), m_txtUrl->text(), m_txtHead->text(),
-                       m_cmbCat->currentText(), m_chkAdd->isChecked() && m_chkAdd->isEnabled());
+    emit CameraEntered(
+        {m_txtName->text(), m_txtUrl->text(), m_txtHead->text(), m_cmbCat->currentText()},
+        m_chkAdd->isChecked() && m_chkAdd->isEnabled());
 }

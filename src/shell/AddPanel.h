@@ -11,6 +11,7 @@ class QComboBox;
 class QLabel;
 class QLineEdit;
 class QPushButton;
+struct Submission;
 
 /// The page of the left column on which a person enters a camera (`picAdd`). It says what was
 /// entered, and changes no list itself.
@@ -27,8 +28,7 @@ public:
 
 signals:
     /// "Add It" was pressed and everything was there. `submit`: to the directory, too.
-    void CameraEntered(const QString& name, const QString& url, const QString& extraHeader,
-                       const QString& category, bool submit);
+    void CameraEntered(const Submission& camera, bool submit);
     /// The page about extra headers is wanted.
     void HeaderHelpRequested();
 

@@ -1,6 +1,7 @@
 #include "shell/LeftPanel.h"
 
 #include "camlist/CamList.h"
+#include "directory/Submission.h"
 #include "shared/CameraKey.h"
 #include "shared/Twips.h"
 #include "shell/AddPanel.h"
@@ -50,12 +51,13 @@ void LeftPanel::optionClicked(int index)
 }
 
 /// The camera is in the list, whatever becomes of the offer.
-void LeftPanel::cameraEntered(const QString& name, const QString& url, const QString& extraHeader,
-                              const QString& category, bool submit)
+void LeftPanel::cameraEntered(const Submission& camera, bool submit)
 {
     if (submit)
-        emit Submitted(name, url, extraHeader, category);
-    m_cList->AddCam(name, extraHeader.isEmpty() ? url : url + HeaderMark + extraHeader, category);
+        emit Submitted(camera);
+    const QString& header = camera.extraHeader;
+    m_cList->AddCam(camera.name, header.isEmpty() ? camera.url : camera.url + HeaderMark + header,
+                    camera.category);
     m_opt[ListPage]->setChecked(true);
     m_cList->setFocus();
 }

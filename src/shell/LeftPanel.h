@@ -9,6 +9,7 @@ class CamList;
 class QRadioButton;
 class QWidget;
 struct MainLayout;
+struct Submission;
 
 /// The left column of the main window: the camera list (`cList`) or in its place the page that adds
 /// a camera (`picAdd`), and below them two option buttons, `opt(0)` for that page and `opt(1)` for
@@ -36,15 +37,13 @@ public:
 
 signals:
     /// A camera was added that shall be offered to the directory, too.
-    void Submitted(const QString& name, const QString& url, const QString& extraHeader,
-                   const QString& category);
+    void Submitted(const Submission& camera);
     /// The page about extra headers is wanted.
     void HeaderHelpRequested();
 
 private:
     void optionClicked(int index);
-    void cameraEntered(const QString& name, const QString& url, const QString& extraHeader,
-                       const QString& category, bool submit);
+    void cameraEntered(const Submission& camera, bool submit);
 
     CamList* m_cList;
     AddPanel* m_picAdd;

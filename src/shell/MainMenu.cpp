@@ -22,7 +22,6 @@ struct Row
     const char* caption;
     const char* shortcut = "";
     Check check = Check::None;
-    bool hasCommand = true;
 };
 
 struct Menu
@@ -32,15 +31,13 @@ struct Menu
     QList<Row> rows;
 };
 
-constexpr bool NoCommandYet = false;
-
 const QList<Menu>& menus()
 {
     static const Row separator{"", ""};
     static const QList<Menu> table = {
         {"mnuOpt",
          "Options",
-         {{"mnuOptInt", "Internet List", "", Check::None, NoCommandYet},
+         {{"mnuOptInt", "Internet List"},
           separator,
           {"mnuOptImport", "Import List"},
           {"mnuOptReload", "Reload List"},
@@ -59,11 +56,7 @@ const QList<Menu>& menus()
           separator,
           {"mnuViewNew", "New Images Only", "Ctrl+I", Check::On},
           {"mnuViewOSize", "Original Size", "Ctrl+O", Check::Off}}},
-        {"mnuHelp",
-         "Help",
-         {{"mnuHelpAb", "About", "", Check::None, NoCommandYet},
-          separator,
-          {"mnuHelpH", "Online Help"}}},
+        {"mnuHelp", "Help", {{"mnuHelpAb", "About"}, separator, {"mnuHelpH", "Online Help"}}},
     };
     return table;
 }
@@ -94,7 +87,6 @@ MainMenu::MainMenu(QMenuBar* bar)
             action->setShortcut(QKeySequence(QString::fromLatin1(row.shortcut)));
             action->setCheckable(row.check != Check::None);
             action->setChecked(row.check == Check::On);
-            action->setEnabled(row.hasCommand);
             m_entries.insert(action->objectName(), action);
         }
     }

@@ -8,7 +8,6 @@ class QMenu;
 class QMenuBar;
 
 /// The main window's menus, built from one table of names, captions, shortcuts and checks.
-/// An entry whose command the program does not have yet is there, disabled.
 class MainMenu : public QObject
 {
     Q_OBJECT

@@ -16,9 +16,9 @@
 #include "shell/GotoBar.h"
 #include "shell/LeftPanel.h"
 #include "shell/MainMenu.h"
+#include "shell/OtherWindows.h"
 #include "shell/TrayHiding.h"
 #include "shell/ViewPreferences.h"
-#include "viewer/FileDialog.h"
 #include "viewer/WebCam.h"
 
 #include <QApplication>
@@ -83,6 +83,14 @@ void frmMain::createParts()
     connect(m_cam, &WebCam::ImageChange, this,
             [this](const QString&, const QString& url) { m_cmbUrl->mirror(url); });
     m_cmbUrl->setFocus();
+
+    m_windows = new OtherWindows(this, m_folders.application);
+    connect(m_windows, &OtherWindows::Preview, this, &frmMain::showCamera);
+    connect(m_windows, &OtherWindows::Import, list, &CamList::LoadFile);
+    connect(m_windows, &OtherWindows::OpenWeb, m_cam, &WebCam::OpenWeb);
+    connect(m_left, &LeftPanel::Submitted, m_windows, &OtherWindows::submit);
+    connect(m_left, &LeftPanel::HeaderHelpRequested, this,
+            [this] { m_cam->OpenWeb(headerHelpPage()); });
 }
 
 void frmMain::connectMenus()
@@ -91,7 +99,8 @@ void frmMain::connectMenus()
         connect(m_menu->entry(name), &QAction::triggered, this,
                 std::forward<decltype(handler)>(handler));
     };
-    on(u"mnuOptImport"_s, [this] { importList(); });
+    on(u"mnuOptInt"_s, [this] { m_windows->showInternetList(); });
+    on(u"mnuOptImport"_s, [this] { m_windows->askForList(); });
     on(u"mnuOptReload"_s, [this] { m_left->cList().LoadFile(); });
     on(u"mnuOptExit"_s, [this] { close(); });
     on(u"mnuOptExitWO"_s, [this] { askExitWithoutSaving(); });
@@ -106,6 +115,8 @@ void frmMain::connectMenus()
     });
     on(u"mnuViewNew"_s, [this](bool checked) { m_cam->setNewOnly(checked); });
     on(u"mnuViewOSize"_s, [this](bool checked) { m_cam->setOriginalSize(checked); });
+    on(u"mnuHelpAb"_s,
+       [this] { m_windows->showAbout(m_menu->entry(u"mnuOptOnTop"_s)->isChecked()); });
     on(u"mnuHelpH"_s, [this] { m_cam->OpenWeb(helpPage()); });
 
     auto* mirror = new FavouritesMenu(m_favourites, m_menu->favourites());
@@ -200,16 +211,6 @@ void frmMain::showCamera(const QString& key)
     m_cam->Refresh();
 }
 
-/// A dialog that is cancelled ends the command without a word.
-void frmMain::importList()
-{
-    auto* dialog =
-        new FileDialog(QFileDialog::AcceptOpen,
-                       u"Camera Lists (*.dat,*.zip)|*.dat;*.zip|All Files (*)|*|"_s, {}, this);
-    connect(dialog, &FileDialog::FileChosen, &m_left->cList(), &CamList::LoadFile);
-    dialog->open();
-}
-
 QString frmMain::preferencesPath() const
 {
     return pathInFolder(m_folders.application, u"pref.ini"_s);
@@ -243,6 +244,7 @@ void frmMain::shutDown()
     if (std::exchange(m_shutDown, true))
         return;
     m_cam->shutDown();
+    m_windows->closeInternetList();
     m_txtCom->openWaitingLists();
     // Events run while the preferences are written: no key or click may start anything now.
     setEnabled(false);

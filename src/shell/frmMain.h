@@ -11,6 +11,7 @@ class Favourites;
 class GotoBar;
 class LeftPanel;
 class MainMenu;
+class OtherWindows;
 class TrayHiding;
 class ViewPreferences;
 class WebCam;
@@ -61,7 +62,6 @@ private:
     void switchToolBar();
     void keepKeyboardInView(const QWidget* before);
     void showCamera(const QString& key);
-    void importList();
     void askExitWithoutSaving();
     QString preferencesPath() const;
 
@@ -74,6 +74,7 @@ private:
     CommandBox* m_txtCom;
     MainLayout m_layout;
     TrayHiding* m_tray;
+    OtherWindows* m_windows;
     std::unique_ptr<ViewPreferences> m_preferences;
     /// Set by Exit Without Saving alone, and never cleared: the camera list is not saved.
     bool m_exitWithoutSaving = false;

@@ -1,0 +1,52 @@
+#pragma once
+
+#include "directory/HTTP.h"
+
+#include <QObject>
+#include <QPointer>
+
+class frmInt;
+struct Submission;
+
+/// What the main window opens beside itself, and its line to the camera directory. What these
+/// windows ask for goes on by the signals of the same names.
+class OtherWindows : public QObject
+{
+    Q_OBJECT
+
+public:
+    /// Owned by `form`. `folder` is the application folder. Other ports than the directory's own
+    /// are for tests.
+    OtherWindows(QWidget* form, const QString& folder, int port = HTTP::DefaultPort);
+    ~OtherWindows() override;
+
+    /// Shows the internet list, which blocks nothing and belongs to no window. One that is open
+    /// comes to the front.
+    void showInternetList();
+
+    /// Closes the internet list, if it is open.
+    void closeInternetList();
+
+    /// Asks for a list to import. Cancelled, it ends without a word.
+    void askForList();
+
+    /// Shows the about window, above all others where the main window is.
+    void showAbout(bool topmost);
+
+    /// Offers a camera to the directory. Nobody hears what becomes of it.
+    void submit(const Submission& camera);
+
+signals:
+    void Preview(const QString& key);
+    void Import(const QString& path);
+    void OpenWeb(const QString& address);
+
+private:
+    QString directory() const;
+
+    QWidget* m_form;
+    QString m_folder;
+    int m_port;
+    HTTP m_HTTP1;
+    QPointer<frmInt> m_frmInt;
+};

@@ -1,0 +1,191 @@
+// What the main window opens beside itself, and its line to the directory.
+
+#include "directory/Submission.h"
+#include "directory/frmInt.h"
+#include "shell/AddPanel.h"
+#include "shell/OtherWindows.h"
+#include "support/Dialogs.h"
+#include "support/ScratchFile.h"
+#include "support/ScriptedServer.h"
+#include "support/ShownMain.h"
+#include "tray/frmWhat.h"
+#include "viewer/WebCam.h"
+
+#include <QCheckBox>
+#include <QDesktopServices>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QRadioButton>
+
+class OtherWindowsTest : public QObject
+{
+    Q_OBJECT
+private slots:
+    void init() { QDesktopServices::setUrlHandler("http", this, "opened"); }
+    void cleanup()
+    {
+        QDesktopServices::unsetUrlHandler("http");
+        m_opened.clear();
+    }
+    void theInternetListOpensOnce();
+    void aPreviewIsShownByTheViewer();
+    void whatIsFoundJoinsTheList();
+    void theEndOfTheProgramClosesTheInternetList();
+    void aboutIsModalAndAsTopmostAsTheWindow();
+    void theHomePageOpensInTheBrowser();
+    void theHeaderHelpOpensInTheBrowser();
+    void aSubmissionIsOneRequest();
+    void onlyATickedCameraIsSubmitted_data();
+    void onlyATickedCameraIsSubmitted();
+
+public slots:
+    void opened(const QUrl& url) { m_opened.append(url); }
+
+private:
+    QList<QUrl> m_opened;
+};
+
+static frmInt* internetList()
+{
+    for (QWidget* window : QApplication::topLevelWidgets()) {
+        if (auto* found = qobject_cast<frmInt*>(window))
+            return found;
+    }
+    return nullptr;
+}
+
+void OtherWindowsTest::theInternetListOpensOnce()
+{
+    ShownMain m;
+    m.shown();
+    m.entry("mnuOptInt").trigger();
+    frmInt* first = internetList();
+    QVERIFY(first && first->isVisible());
+    QVERIFY(!first->isModal());
+    QVERIFY(!first->parentWidget());
+    m.entry("mnuOptInt").trigger();
+    QCOMPARE(internetList(), first);
+    first->close();
+    QTRY_VERIFY(!internetList());
+    m.entry("mnuOptInt").trigger();
+    QVERIFY(internetList());
+}
+
+void OtherWindowsTest::aPreviewIsShownByTheViewer()
+{
+    ShownMain m;
+    m.shown();
+    m.entry("mnuOptInt").trigger();
+    emit internetList()->Preview("127.0.0.1:1/a.jpg\1X: 1");
+    QCOMPARE(m.part<WebCam>("Cam").Url(), "127.0.0.1:1/a.jpg\1X: 1");
+    QVERIFY(internetList()->isVisible());
+}
+
+void OtherWindowsTest::whatIsFoundJoinsTheList()
+{
+    ShownMain m;
+    m.write("list.dat", "Cities\xFFHarbour\xFFURL1\r\n");
+    m.write("found.zip", "CAMZSights\xFFTower\xFFURL2\r\n");
+    m.shown();
+    m.entry("mnuOptInt").trigger();
+    emit internetList()->Import(m.path("found.zip"));
+    m.made().close();
+    QCOMPARE(contentOf(m.path("list.dat")),
+             "Cities\xFFHarbour\xFFURL1\xFFSights\xFFTower\xFFURL2\r\n");
+}
+
+void OtherWindowsTest::theEndOfTheProgramClosesTheInternetList()
+{
+    ShownMain m;
+    m.shown();
+    m.entry("mnuOptInt").trigger();
+    m.made().close();
+    QVERIFY(!internetList());
+}
+
+void OtherWindowsTest::aboutIsModalAndAsTopmostAsTheWindow()
+{
+    for (const bool topmost : {false, true}) {
+        ShownMain m;
+        m.shown();
+        if (topmost)
+            m.entry("mnuOptOnTop").trigger();
+        m.entry("mnuHelpAb").trigger();
+        const auto* what = m.made().findChild<frmWhat*>();
+        QVERIFY(what && what->isVisible());
+        QVERIFY(what->isModal());
+        QCOMPARE(what->windowHandle()->flags().testFlag(Qt::WindowStaysOnTopHint), topmost);
+    }
+}
+
+void OtherWindowsTest::theHomePageOpensInTheBrowser()
+{
+    ShownMain m;
+    m.shown();
+    m.entry("mnuHelpAb").trigger();
+    auto* what = m.made().findChild<frmWhat*>();
+    auto* home = what->findChild<QLabel*>("lbl(3)");
+    QTest::keyClick(home, Qt::Key_Return);
+    QCOMPARE(m_opened, QList<QUrl>{QUrl(home->text())});
+}
+
+void OtherWindowsTest::theHeaderHelpOpensInTheBrowser()
+{
+    ShownMain m;
+    m.shown();
+    m.part<QRadioButton>("opt(0)").click();
+    QTest::keyClick(&m.part<QLabel>("lbl(3)"), Qt::Key_Return);
+    // As the build was told, which is this where it was told nothing.
+    QCOMPARE(m_opened, QList<QUrl>{QUrl("http://localhost/pevora/headers.html")});
+}
+
+void OtherWindowsTest::aSubmissionIsOneRequest()
+{
+    ScriptedServer server;
+    server.play("HTTP/1.0 200 OK\r\n\r\n");
+    QTemporaryDir folder;
+    QFile preferences(folder.filePath("pref.ini"));
+    QVERIFY(preferences.open(QIODevice::WriteOnly));
+    preferences.write("[DIRECTORY]\r\nHOST=127.0.0.1\r\n");
+    preferences.close();
+    QWidget form;
+    OtherWindows windows(&form, folder.path(), server.port());
+    windows.submit({"Big & Ben", "http://h/a.jpg", "", "Sights"});
+    QTRY_COMPARE(server.requests().size(), 1);
+    QVERIFY(server.requests().first().startsWith(
+        "GET /pevora/?n=Big+%26+Ben&a=http://h/a.jpg&c=Sights HTTP/1.0\r\n"));
+    QVERIFY(server.requests().first().contains("\r\nHost: 127.0.0.1\r\n"));
+}
+
+void OtherWindowsTest::onlyATickedCameraIsSubmitted_data()
+{
+    QTest::addColumn<bool>("ticked");
+    QTest::addColumn<QString>("header");
+    QTest::addColumn<bool>("submitted");
+    QTest::newRow("not ticked") << false << "" << false;
+    QTest::newRow("ticked") << true << "" << true;
+    QTest::newRow("ticked, with a header") << true << "X: 1" << false;
+}
+
+void OtherWindowsTest::onlyATickedCameraIsSubmitted()
+{
+    QFETCH(bool, ticked);
+    QFETCH(QString, header);
+    QFETCH(bool, submitted);
+    ShownMain m;
+    m.write("pref.ini", "[DIRECTORY]\r\nHOST=127.0.0.1\r\n");
+    m.shown();
+    QSignalSpy status(&m.part<HTTP>("HTTP1"), &HTTP::Status);
+    m.part<QRadioButton>("opt(0)").click();
+    m.part<QCheckBox>("chkAdd").setChecked(ticked);
+    m.part<QLineEdit>("txtHead").setText(header);
+    m.part<QPushButton>("cmdAdd").click();
+    QCOMPARE(!status.isEmpty(), submitted);
+    if (submitted)
+        QCOMPARE(status.first(), QVariantList{"Connecting"});
+    m.made().close();
+    QVERIFY(contentOf(m.path("list.dat")).contains("General\xFFNew\xFFhttp://"));
+}
+
+QTEST_MAIN(OtherWindowsTest)
+#include "tst_OtherWindows.moc"
