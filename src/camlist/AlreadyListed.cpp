@@ -13,7 +13,7 @@ AlreadyListed::AlreadyListed(QWidget* owner)
 
 void AlreadyListed::tell(qsizetype cameras)
 {
-    if (cameras <= 0)
+    if (cameras <= 0 || m_stopped)
         return;
     m_waiting.append(cameras);
     // Not at once: while the program starts, its window comes first.
@@ -21,8 +21,16 @@ void AlreadyListed::tell(qsizetype cameras)
         QMetaObject::invokeMethod(this, &AlreadyListed::showNext, Qt::QueuedConnection);
 }
 
+void AlreadyListed::stop()
+{
+    m_stopped = true;
+    m_waiting.clear();
+}
+
 void AlreadyListed::showNext()
 {
+    if (m_stopped)
+        return;
     auto* box =
         new QMessageBox(QMessageBox::Information, u"Pevora"_s, u"Cam is already in your list."_s,
                         QMessageBox::Ok, m_owner->window());
@@ -35,6 +43,8 @@ void AlreadyListed::showNext()
 
 void AlreadyListed::answered(bool noMoreOfThisList)
 {
+    if (m_stopped)
+        return;
     if (noMoreOfThisList || --m_waiting.first() == 0)
         m_waiting.removeFirst();
     if (!m_waiting.isEmpty())

@@ -18,6 +18,9 @@ public:
     /// `cameras` of one list, or one that was added alone, were refused. Nothing for 0.
     void tell(qsizetype cameras);
 
+    /// Tells no more, neither of what waits nor of what comes.
+    void stop();
+
 private:
     void showNext();
     void answered(bool noMoreOfThisList);
@@ -25,4 +28,5 @@ private:
     QWidget* m_owner;
     /// How many messages are still to come, of one list after the other.
     QList<qsizetype> m_waiting;
+    bool m_stopped = false;
 };

@@ -54,7 +54,7 @@ CamList::CamList(const QString& folder, QWidget* parent)
 
 CamList::~CamList() = default;
 
-/// Every entry acts on the selected node, whether that is a camera or a category, but "Edit".
+/// Kept: every entry but "Edit" acts on a category, too, whose address is its name.
 void CamList::createMenu()
 {
     m_mnu->setObjectName(u"mnu"_s);
@@ -151,6 +151,9 @@ void CamList::reload()
     // A list that cannot be read is not an empty one: nothing takes its place.
     const auto none = [] { return std::optional<CameraRecord>(); };
     m_alreadyListed->tell(m_tree->replaceAll(line ? camerasOf(*line) : none));
+    // Whatever it is, it is not the list of somebody who removed the last camera.
+    if (line && !line->isEmpty() && m_tree->cameraCount() == 0)
+        m_file.distrust();
     if (m_tree->cameraCount() <= MostShownOpen)
         m_tvwCat->expandAll();
     else
@@ -161,10 +164,12 @@ void CamList::import(const QString& path)
 {
     const auto line = readImportedList(path);
     if (!line) {
+        // Kept: one that cannot be read is told of as one that is no list.
         // Not at once: while the program starts, its window comes first.
         QMetaObject::invokeMethod(this, &CamList::sayNotValid, Qt::QueuedConnection);
         return;
     }
+    // Kept: "CAMZ" alone brings the cameras of a new list.
     m_alreadyListed->tell(m_tree->addAll(camerasOf(*line)));
 }
 
@@ -179,6 +184,11 @@ void CamList::sayNotValid()
 void CamList::SaveFile()
 {
     m_file.write(writeCameraListLine(m_tree->cameras()));
+}
+
+void CamList::endMessages()
+{
+    m_alreadyListed->stop();
 }
 
 void CamList::FillParent(QComboBox* combo) const

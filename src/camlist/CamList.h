@@ -35,13 +35,21 @@ public:
     void Remove();
 
     /// Without a path: empties the tree and loads list.dat anew, or the default cameras where that
-    /// is missing or empty. With one: adds the cameras of that "CAMZ" file. Says so where it is no
-    /// such file, and once for every camera that the tree has already.
+    /// is missing or empty. One that is there but cannot be read leaves the tree empty, without a
+    /// word. With a path: adds the cameras of that "CAMZ" file, the default cameras where it holds
+    /// none; says so where it is no such file or cannot be read. Either says once for every camera
+    /// that the tree has it already.
     void LoadFile(const QString& path = {});
 
     /// Writes the tree into list.dat, in the order in which the cameras were added. Categories
-    /// without a camera are not written; without any camera the file is removed.
+    /// without a camera are not written; without any camera the file is removed. A list.dat that
+    /// could not be read, or that another instance changed since, is kept as list.dat.bak (see
+    /// CameraListFile). Where it cannot be written the old one stays, without a word.
     void SaveFile();
+
+    /// The program ends: no message of this list opens any more. Where one would open the next,
+    /// closing them all would never come to an end.
+    void endMessages();
 
     /// Adds the name of each category to the items of `combo`, behind those that it has.
     void FillParent(QComboBox* combo) const;

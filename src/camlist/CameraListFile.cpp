@@ -57,6 +57,12 @@ std::optional<QByteArray> CameraListFile::read()
     return withoutLineEnd(withoutByteOrderMark(content.value_or(QByteArray()))).toByteArray();
 }
 
+void CameraListFile::distrust()
+{
+    m_seen.clear();
+    m_readable = false;
+}
+
 bool CameraListFile::write(const QByteArray& line)
 {
     const auto now = readFile(m_path, MaxBytes);
@@ -81,7 +87,8 @@ bool CameraListFile::replace(const std::optional<QByteArray>& now, const QByteAr
 {
     if (!now && !isMissing(m_path))
         return replaceUnread(bytes);
-    return (!now || !isAnothers(*now) || keepCopy(*now)) && replaceFile(m_path, bytes);
+    const bool isKept = !now || *now == bytes || !isAnothers(*now) || keepCopy(*now);
+    return isKept && replaceFile(m_path, bytes);
 }
 
 bool CameraListFile::isAnothers(const QByteArray& now) const

@@ -21,6 +21,9 @@ public:
     /// ordinary file or is longer than MaxBytes: that is not an empty list.
     std::optional<QByteArray> read();
 
+    /// What was read is no list, whatever it is: it is kept as a file that could not be read.
+    void distrust();
+
     /// Puts `line`, ended by CR LF, in the place of list.dat as a whole; an empty line removes the
     /// file, but leaves one that could not be read, then or now. Returns whether that was done;
     /// where it was not, the old file is there. Not done is also what could not be read back: a

@@ -75,6 +75,7 @@ qsizetype CameraTree::replaceAll(const Source& source)
 
 QModelIndex CameraTree::add(const CameraRecord& camera)
 {
+    // Kept: a category that is made here stays when the camera is refused.
     Node* category = ensureCategory(withoutSeparator(camera.category));
     if (!category)
         return {};
@@ -178,6 +179,7 @@ QModelIndex CameraTree::firstMatch(const QString& name) const
     const QStringView texts = m_texts;
     qsizetype start = 0;
     for (const auto& node : m_nodes) {
+        // Kept: a category without cameras is found as a camera is.
         // The second look is for a capital "ÿ", which is the separator but for its case.
         if (beginsWith(texts.sliced(start), name) && node->cameras.empty() &&
             beginsWith(node->text, name))
@@ -246,7 +248,7 @@ QVariant CameraTree::data(const QModelIndex& index, int role) const
     case Qt::DecorationRole:
         return node->category ? m_cameraPicture : m_categoryPicture;
     case Qt::ToolTipRole:
-        return node->category ? cameraToolTip(node->text, node->key) : QVariant();
+        return node->category ? cameraToolTip(node->text, node->key) : shownToolTip(node->text);
     default:
         return {};
     }

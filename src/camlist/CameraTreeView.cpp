@@ -79,6 +79,13 @@ void CameraTreeView::keyPressEvent(QKeyEvent* event)
     }
 }
 
+void CameraTreeView::mousePressEvent(QMouseEvent* event)
+{
+    // Below the nodes there is nothing to press: the selected one, which the menu acts on, stays.
+    if (indexAt(event->position().toPoint()).isValid())
+        QTreeView::mousePressEvent(event);
+}
+
 void CameraTreeView::mouseReleaseEvent(QMouseEvent* event)
 {
     QTreeView::mouseReleaseEvent(event);

@@ -1,6 +1,7 @@
 #include "camlist/FavouriteItems.h"
 
 #include "shared/CameraKey.h"
+#include "shared/ShownCamera.h"
 
 #include <QCollator>
 #include <QRandomGenerator>
@@ -23,17 +24,6 @@ QString randomText()
 QString itemKey(const QString& cameraKey)
 {
     return cameraKey + FieldSeparator + randomText() + randomText();
-}
-
-/// `text` for a tooltip. Only markup is wrapped there, and only between words: a long one is given
-/// places to break at. What no screen has room for is cut.
-QString wrappingMarkup(QString text)
-{
-    constexpr qsizetype mostCharacters = 1'000;
-    static const QRegularExpression longRun(u"(\\S{40})"_s);
-    text.truncate(mostCharacters);
-    text.replace(longRun, u"\\1\u200B"_s);
-    return u"<p>"_s + text.toHtmlEscaped() + u"</p>"_s;
 }
 
 } // namespace
@@ -62,7 +52,7 @@ QVariant FavouriteItems::data(const QModelIndex& index, int role) const
     case Qt::DisplayRole:
         return Favourite{item.name, {}}.shownName();
     case Qt::ToolTipRole:
-        return wrappingMarkup(Favourite{item.name, {}}.shownName());
+        return shownToolTip(Favourite{item.name, {}}.shownName());
     case Qt::CheckStateRole:
         return item.checked ? Qt::Checked : Qt::Unchecked;
     case KeyRole:

@@ -2,6 +2,7 @@
 
 #include "settings/Ini.h"
 #include "shared/InputText.h"
+#include "shared/ShownCamera.h"
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -29,14 +30,7 @@ Favourite separatorsAway(const QString& name, const QString& key)
 
 QString Favourite::shownName() const
 {
-    QString line = name;
-    for (QChar& character : line) {
-        const auto category = character.category();
-        if (category == QChar::Other_Control || category == QChar::Separator_Line ||
-            category == QChar::Separator_Paragraph)
-            character = u' ';
-    }
-    return line;
+    return shownLine(name);
 }
 
 Favourites::Favourites(QObject* parent)

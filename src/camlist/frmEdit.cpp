@@ -2,6 +2,7 @@
 
 #include "shared/CameraKey.h"
 #include "shared/InputBoxes.h"
+#include "shared/ShownCamera.h"
 
 #include <QComboBox>
 #include <QDialogButtonBox>
@@ -70,12 +71,12 @@ void frmEdit::edit(const CameraRecord& camera)
 {
     const auto [address, extraHeader] = splitCameraKey(camera.key);
     // "[*]" in a title stands for a mark of unsaved changes unless it is there twice.
-    setWindowTitle(QString(camera.name).replace("[*]"_L1, "[*][*]"_L1) + " Properties"_L1);
+    setWindowTitle(shownLine(camera.name).replace("[*]"_L1, "[*][*]"_L1) + " Properties"_L1);
     m_cmbCat->setEditText(camera.category);
     m_txtName->setText(camera.name);
     m_txtUrl->setText(address);
     m_txtExtra->setText(extraHeader);
-    for (QLineEdit* box : {m_txtName, m_txtUrl, m_txtExtra})
+    for (QLineEdit* box : {m_cmbCat->lineEdit(), m_txtName, m_txtUrl, m_txtExtra})
         box->setCursorPosition(0);
     m_txtName->setFocus();
     m_txtName->selectAll();

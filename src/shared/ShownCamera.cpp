@@ -2,6 +2,8 @@
 
 #include "shared/CameraKey.h"
 
+#include <QRegularExpression>
+
 using namespace Qt::Literals::StringLiterals;
 
 QString shownLine(const QString& text)
@@ -17,11 +19,25 @@ QString shownLine(const QString& text)
     return line;
 }
 
-QString cameraToolTip(const QString& name, const QString& cameraKey)
+/// One row of a tool tip.
+static QString toolTipRow(const QString& text)
 {
     constexpr qsizetype Longest = 500;
-    const auto row = [](const QString& text) { return text.left(Longest).toHtmlEscaped(); };
-    const QString address = splitCameraKey(cameraKey).address;
-    return u"<p>%1<br>%2</p>"_s.arg(row(shownLine(name)),
-                                    row(webAddressOf(withoutHttpScheme(address))));
+    // Only between words is markup wrapped: a long one is given places to break at.
+    static const QRegularExpression longRun(u"(\\S{40})"_s);
+    QString row = shownLine(text).left(Longest);
+    if (!row.isEmpty() && row.back().isHighSurrogate())
+        row.chop(1);
+    return row.replace(longRun, u"\\1\u200B"_s).toHtmlEscaped();
+}
+
+QString shownToolTip(const QString& text)
+{
+    return u"<p>"_s + toolTipRow(text) + u"</p>"_s;
+}
+
+QString cameraToolTip(const QString& name, const QString& cameraKey)
+{
+    const QString address = withoutHttpScheme(splitCameraKey(cameraKey).address);
+    return u"<p>"_s + toolTipRow(name) + u"<br>"_s + toolTipRow(webAddressOf(address)) + u"</p>"_s;
 }

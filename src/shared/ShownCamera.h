@@ -9,6 +9,10 @@
 /// becomes a blank.
 QString shownLine(const QString& text);
 
-/// A tool tip with the name and the address of a camera, each at the most 500 characters, but not
-/// its extra header, which may be a secret. It is markup, so that it never takes a name for some.
+/// A tool tip with `text`, at the most its first 500 characters. It is markup, which alone is
+/// wrapped to what a screen has room for, and so that it takes no name for markup.
+QString shownToolTip(const QString& text);
+
+/// A tool tip with the name and the address of a camera, but not its extra header, which may be a
+/// secret.
 QString cameraToolTip(const QString& name, const QString& cameraKey);

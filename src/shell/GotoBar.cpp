@@ -27,6 +27,7 @@ GotoBar::GotoBar(CameraNames names, QWidget* parent)
     setMaxVisibleItems(20);
     setSizeAdjustPolicy(AdjustToMinimumContentsLengthWithIcon);
     lineEdit()->setPlaceholderText(tr("Type a camera's name or address and press Enter"));
+    takeTextsOfAnyLength(lineEdit());
     // A pasted camera key keeps its mark.
     cleanWhileTyping(lineEdit(), true);
     connect(lineEdit(), &QLineEdit::textEdited, this, [this] { m_typing = true; });

@@ -46,9 +46,8 @@ void OtherWindows::closeInternetList()
 
 void OtherWindows::askForList()
 {
-    auto* dialog =
-        new FileDialog(QFileDialog::AcceptOpen,
-                       u"Camera Lists (*.dat,*.zip)|*.dat;*.zip|All Files (*)|*|"_s, {}, m_form);
+    auto* dialog = new FileDialog(QFileDialog::AcceptOpen,
+                                  u"Zipped Cam Lists (*.zip)|*.zip|All Files (*)|*|"_s, {}, m_form);
     connect(dialog, &FileDialog::FileChosen, this, &OtherWindows::Import);
     dialog->open();
 }

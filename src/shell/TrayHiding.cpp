@@ -1,6 +1,7 @@
 #include "shell/TrayHiding.h"
 
 #include <QAction>
+#include <QApplication>
 #include <QEvent>
 #include <QWindow>
 
@@ -80,8 +81,12 @@ void TrayHiding::hideMinimised()
     // The icon is there only while the menu's entry is checked.
     if (m_form.isHidden() || !m_form.isMinimized() || !m_frmTray.sysTray().isReachable())
         return;
+    // A dialog that blocks the window would stay behind, seen by nobody and blocking it still.
+    if (QApplication::activeModalWidget())
+        return;
     const bool filledScreen = m_form.isMaximized() || m_form.isFullScreen();
-    const QRect normal = m_form.normalGeometry();
+    // A system's window that is made anew is placed anew, unless it is told where.
+    const QRect normal = filledScreen ? m_form.normalGeometry() : m_form.geometry();
     m_form.hide();
     // On X11 a window that is minimised no more is mapped at once, hidden or not. So the system's
     // window goes before, and a new one, in its new state from the beginning, takes its place.
@@ -89,8 +94,10 @@ void TrayHiding::hideMinimised()
     m_form.windowHandle()->setWindowStates(Qt::WindowNoState);
     // Kept: the state becomes normal, also that of a window that was maximised before.
     m_form.setWindowState(Qt::WindowNoState);
-    if (filledScreen && normal.isValid())
+    if (normal.isValid()) {
         m_form.setGeometry(normal);
+        m_form.windowHandle()->setGeometry(normal);
+    }
     m_formHidden = true;
     updateTimer();
 }

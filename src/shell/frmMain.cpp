@@ -224,6 +224,7 @@ void frmMain::askExitWithoutSaving()
         "to exit?"_s,
         QMessageBox::Yes | QMessageBox::No, this);
     box->setAttribute(Qt::WA_DeleteOnClose);
+    box->setDefaultButton(QMessageBox::No);
     connect(box, &QMessageBox::finished, this, [this](int answer) {
         if (answer != QMessageBox::Yes)
             return;
@@ -245,6 +246,7 @@ void frmMain::shutDown()
         return;
     m_cam->shutDown();
     m_windows->closeInternetList();
+    m_left->cList().endMessages();
     m_txtCom->openWaitingLists();
     // Events run while the preferences are written: no key or click may start anything now.
     setEnabled(false);

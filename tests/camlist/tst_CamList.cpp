@@ -50,6 +50,7 @@ private slots:
     void aListIsSavedAsItWasRead_data();
     void aListIsSavedAsItWasRead();
     void aListThatCannotBeReadIsNotAnEmptyOne();
+    void aFileWithoutACameraIsNoEmptyList();
     void reloadingForgetsWhatWasNotSaved();
     void anEmptyCategoryIsGoneAfterALoad();
     void withoutACameraTheFileIsRemoved();
@@ -57,6 +58,7 @@ private slots:
     void anImportedListIsAdded();
     void importingTwiceSaysSoForEachCamera();
     void theCheckBoxEndsTheMessagesOfOneList();
+    void theEndOfTheProgramEndsTheMessages();
     void whatIsNoZippedListIsRefused_data();
     void whatIsNoZippedListIsRefused();
     void anImportOfNothingAddsTheDefaults();
@@ -146,6 +148,20 @@ void CamListTest::aListThatCannotBeReadIsNotAnEmptyOne()
     shown.list().SaveFile();
     QCOMPARE(contentOf(shown.path()), "Sights\xFFTower\xFFURL\r\n");
     QVERIFY(QFileInfo(shown.path("list.dat.bak")).isDir());
+}
+
+void CamListTest::aFileWithoutACameraIsNoEmptyList()
+{
+    for (const QByteArray& content : {QByteArray(5000, '\0'), QByteArray("Dear diary,\r\n")}) {
+        ShownList shown;
+        shown.load(content);
+        QCOMPARE(shown.all(), QStringList());
+        shown.list().SaveFile();
+        QCOMPARE(contentOf(shown.path()), content);
+        shown.list().AddCam("Tower", "URL", "Sights");
+        shown.list().SaveFile();
+        QCOMPARE(contentOf(shown.path("list.dat.bak")), content);
+    }
 }
 
 void CamListTest::reloadingForgetsWhatWasNotSaved()
@@ -242,6 +258,22 @@ void CamListTest::theCheckBoxEndsTheMessagesOfOneList()
     QTRY_VERIFY(openDialog<QMessageBox>() != box);
     QVERIFY(!openDialog<QMessageBox>()->checkBox()->isChecked());
     QCOMPARE(messages("Cam is already in your list."), 2);
+}
+
+void CamListTest::theEndOfTheProgramEndsTheMessages()
+{
+    ShownList shown;
+    shown.load(Example + "\r\n");
+    shown.write("icl.zip", "CAMZ" + Example + "\r\n");
+    shown.list().LoadFile(shown.path("icl.zip"));
+    auto* first = openDialog<QMessageBox>();
+    QVERIFY(first);
+    shown.list().endMessages();
+    first->button(QMessageBox::Ok)->click();
+    shown.list().LoadFile(shown.path("icl.zip"));
+    QCoreApplication::processEvents();
+    for (const QWidget* window : QApplication::topLevelWidgets())
+        QVERIFY(!(qobject_cast<const QMessageBox*>(window) && window->isVisible()));
 }
 
 void CamListTest::whatIsNoZippedListIsRefused_data()

@@ -26,6 +26,7 @@ private slots:
     void entriesActOnTheSelectedNode_data();
     void entriesActOnTheSelectedNode();
     void withNothingSelectedEntriesDoNothing();
+    void aClickBelowTheNodesKeepsTheSelection();
     void theWholeKeyIsCopied();
     void deleteRemovesACameraAtOnce();
     void deleteElsewhereRemovesNothing();
@@ -231,6 +232,21 @@ void CamListUseTest::withNothingSelectedEntriesDoNothing()
     QTest::mouseClick(shown.tree().viewport(), Qt::RightButton, {},
                       shown.tree().viewport()->rect().bottomRight() - QPoint(5, 5));
     QVERIFY(shown.list().findChild<QMenu*>("mnu")->isVisible());
+    shown.list().findChild<QMenu*>("mnu")->close();
+}
+
+void CamListUseTest::aClickBelowTheNodesKeepsTheSelection()
+{
+    ShownList shown;
+    shown.load(m_list);
+    shown.tree().select(shown.node("Tower"));
+    const QPoint below = shown.tree().viewport()->rect().bottomRight() - QPoint(5, 5);
+    for (const auto button : {Qt::LeftButton, Qt::RightButton}) {
+        QTest::mouseClick(shown.tree().viewport(), button, {}, below);
+        QCOMPARE(shown.tree().selected(), shown.node("Tower"));
+    }
+    QVERIFY(shown.list().findChild<QMenu*>("mnu")->isVisible());
+    QVERIFY(shown.entry("mnuEdit").isEnabled());
     shown.list().findChild<QMenu*>("mnu")->close();
 }
 

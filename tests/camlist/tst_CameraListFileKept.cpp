@@ -20,6 +20,8 @@ private slots:
 
     void whatAnotherWroteIsKept_data();
     void whatAnotherWroteIsKept();
+    void whatAnotherWroteAlikeIsNotKept();
+    void whatIsNoListIsKept();
     void whatAnotherMadeIsKept();
     void whatWasNeverReadIsKept();
     void aChangeBackIsNoChange();
@@ -93,6 +95,27 @@ void CameraListFileKeptTest::whatAnotherWroteIsKept()
     QVERIFY(m_list->write(ours));
     QCOMPARE(backup(), theirs);
     QCOMPARE(names(), ours.isEmpty() ? QStringList("list.dat.bak") : Both);
+}
+
+void CameraListFileKeptTest::whatAnotherWroteAlikeIsNotKept()
+{
+    m_file->setContent("old\r\n");
+    QVERIFY(m_list->read().has_value());
+    m_file->setContent("ours\r\n");
+    QVERIFY(m_list->write("ours"));
+    QCOMPARE(names(), QStringList("list.dat"));
+}
+
+void CameraListFileKeptTest::whatIsNoListIsKept()
+{
+    m_file->setContent("no list\r\n");
+    QVERIFY(m_list->read().has_value());
+    m_list->distrust();
+    QVERIFY(!m_list->write({}));
+    QCOMPARE(content(), QByteArray("no list\r\n"));
+    QVERIFY(m_list->write("ours"));
+    QCOMPARE(content(), QByteArray("ours\r\n"));
+    QCOMPARE(backup(), QByteArray("no list\r\n"));
 }
 
 void CameraListFileKeptTest::whatAnotherMadeIsKept()

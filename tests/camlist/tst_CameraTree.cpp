@@ -303,6 +303,7 @@ void CameraTreeTest::aToolTipIsNoMarkupAndTellsNoHeader()
     CameraTree tree;
     const auto tip =
         tree.add({"Cities", "<b>AT&T</b>", "host/a.jpg?a&b\1Cookie: secret"}).data(Qt::ToolTipRole);
+    QCOMPARE(tree.index(0, 0).data(Qt::ToolTipRole).toString(), "<p>Cities</p>");
     QCOMPARE(tip.toString(), "<p>&lt;b&gt;AT&amp;T&lt;/b&gt;<br>http://host/a.jpg?a&amp;b</p>");
 }
 

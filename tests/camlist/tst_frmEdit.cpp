@@ -124,6 +124,9 @@ void frmEditTest::itSaysWhatItAlwaysSaid()
     QCOMPARE(open.editor->findChild<QPushButton*>("cmdGo")->text(), "Update");
     QCOMPARE(open.editor->findChild<QPushButton*>("cmdCan")->text(), "Cancel");
 
+    const OpenEditor broken("a  b", "C\xFF"
+                                    "a\r\nb\xFFk");
+    QCOMPARE(broken.editor->windowTitle(), "a  b Properties");
     const OpenEditor odd("a[*]&b", "C\xFF"
                                    "a[*]&b\xFFk");
     QCOMPARE(odd.editor->windowTitle(), "a[*][*]&b Properties"); // shown with one

@@ -11,6 +11,8 @@ private slots:
     void theTipHasNameAndAddress();
     void theTipHidesTheExtraHeader();
     void theTipIsShort();
+    void aLongWordHasPlacesToBreakAt();
+    void noCharacterIsCutInTwo();
 };
 
 void ShownCameraTest::whatBreaksLinesBecomesABlank()
@@ -41,6 +43,19 @@ void ShownCameraTest::theTipHidesTheExtraHeader()
 void ShownCameraTest::theTipIsShort()
 {
     QVERIFY(cameraToolTip(QString(100'000, 'a'), QString(100'000, 'b')).size() < 1'100);
+}
+
+void ShownCameraTest::aLongWordHasPlacesToBreakAt()
+{
+    const QString forty(40, 'a');
+    QCOMPARE(shownToolTip(forty + forty + "b c"),
+             "<p>" + forty + u"\u200B"_s + forty + u"\u200Bb c</p>"_s);
+}
+
+void ShownCameraTest::noCharacterIsCutInTwo()
+{
+    const QString tip = shownToolTip(QString(499, ' ') + u"\U0001F4F7"_s);
+    QCOMPARE(tip, "<p>" + QString(499, ' ') + "</p>");
 }
 
 QTEST_GUILESS_MAIN(ShownCameraTest)

@@ -142,6 +142,7 @@ void OtherWindowsTest::theHeaderHelpOpensInTheBrowser()
 void OtherWindowsTest::aSubmissionIsOneRequest()
 {
     ScriptedServer server;
+    server.listen();
     server.play("HTTP/1.0 200 OK\r\n\r\n");
     QTemporaryDir folder;
     QFile preferences(folder.filePath("pref.ini"));

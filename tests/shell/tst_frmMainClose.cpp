@@ -3,6 +3,7 @@
 #include "shared/Timer.h"
 #include "support/Dialogs.h"
 #include "support/Pictures.h"
+#include "support/ScratchFile.h"
 #include "support/ScriptedServer.h"
 #include "support/ShownMain.h"
 #include "viewer/WebCam.h"
@@ -44,6 +45,7 @@ private slots:
     void aFetchUnderWayIsStopped();
     void nothingIsStartedAnyMore();
     void anOpenQuestionDoesNotKeepTheProgram();
+    void manyMessagesDoNotKeepTheProgram();
     void aWindowThatWillNotCloseDoesNotKeepTheProgram();
     void aFolderThatIsGoneDoesNoHarm();
 };
@@ -266,9 +268,30 @@ void frmMainCloseTest::anOpenQuestionDoesNotKeepTheProgram()
     m.shown();
     m.entry("mnuOptExitWO").trigger();
     QVERIFY(openDialog<QMessageBox>());
+    // Enter alone does not leave the list unsaved.
+    QCOMPARE(openDialog<QMessageBox>()->defaultButton(),
+             openDialog<QMessageBox>()->button(QMessageBox::No));
     QTimer::singleShot(0, &m.made(), &frmMain::shutDown);
     QCOMPARE(QCoreApplication::exec(), 0);
     QCOMPARE(m.preferences(), DesignView + NoFavourites);
+}
+
+void frmMainCloseTest::manyMessagesDoNotKeepTheProgram()
+{
+    QByteArray line = "Cities\xFFHarbour\xFFURL1";
+    for (int i = 0; i < 10'000; ++i)
+        line += "\xFF"
+                "Cities\xFFHarbour\xFFURL1";
+    ShownMain m;
+    m.write("list.dat", line + "\r\n");
+    m.shown();
+    QVERIFY(openDialog<QMessageBox>());
+    QTimer::singleShot(0, &m.made(), &frmMain::shutDown);
+    QTimer giveUp;
+    giveUp.callOnTimeout([] { QCoreApplication::exit(1); });
+    giveUp.start(5'000);
+    QCOMPARE(QCoreApplication::exec(), 0);
+    QCOMPARE(contentOf(m.path("list.dat")), QByteArray("Cities\xFFHarbour\xFFURL1\r\n"));
 }
 
 void frmMainCloseTest::aWindowThatWillNotCloseDoesNotKeepTheProgram()

@@ -238,7 +238,7 @@ void frmMainListTest::importOffersListsAndAllFiles()
     QVERIFY(types);
     for (int i = 0; i < types->count(); ++i)
         shown.append(types->itemText(i));
-    QCOMPARE(shown, (QStringList{"Camera Lists (*.dat,*.zip)", "All Files (*)"}));
+    QCOMPARE(shown, (QStringList{"Zipped Cam Lists (*.zip)", "All Files (*)"}));
     dialog->close();
 }
 

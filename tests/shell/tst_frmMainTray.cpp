@@ -51,6 +51,7 @@ private slots:
     void minimisingHidesAndAClickBringsBackNormal_data();
     void minimisingHidesAndAClickBringsBackNormal();
     void aClickShowsAWindowThatIsBehindOrMinimised();
+    void withADialogOpenItMinimisesAsUsual();
     void minimisingTwiceInARowHidesTwice();
     void withoutTheCheckItMinimisesAsUsual();
     void withoutATrayItMinimisesAsUsual();
@@ -153,6 +154,8 @@ void frmMainTrayTest::minimisingHidesAndAClickBringsBackNormal()
     m.shown();
     const QPoint icon = DesktopTray::icon().center();
     const QSize size = m.made().size();
+    m.made().move(37, 91); // where no window manager puts it by itself
+    QTRY_COMPARE(m.made().pos(), QPoint(37, 91));
     if (maximised) {
         m.made().showMaximized();
         QTRY_VERIFY(m.made().width() > size.width());
@@ -170,6 +173,8 @@ void frmMainTrayTest::minimisingHidesAndAClickBringsBackNormal()
     QVERIFY(isInTaskBar());
     QCOMPARE(m.made().windowState() & ~Qt::WindowActive, Qt::WindowNoState);
     QTRY_COMPARE(m.made().size(), size);
+    if (!maximised)
+        QTRY_COMPARE(m.made().pos(), QPoint(37, 91));
     QVERIFY(!windowProperty(m.made(), "_NET_WM_STATE").contains("MAXIMIZED"));
 }
 
@@ -194,6 +199,22 @@ void frmMainTrayTest::aClickShowsAWindowThatIsBehindOrMinimised()
     pointer(DesktopTray::icon().center(), "click", 1);
     QVERIFY(QTest::qWaitForWindowActive(&m.made()));
     QVERIFY(!m.made().isMinimized());
+}
+
+/// It would stay behind, unseen, and block the window that comes back.
+void frmMainTrayTest::withADialogOpenItMinimisesAsUsual()
+{
+    const DesktopTray tray;
+    ShownMain m;
+    m.shown();
+    QVERIFY(!DesktopTray::icon().isEmpty());
+    m.entry("mnuFavMan").trigger();
+    QVERIFY(QApplication::activeModalWidget());
+    QVERIFY(QTest::qWaitForWindowExposed(QApplication::activeModalWidget()));
+    minimise(m.made());
+    QTRY_VERIFY(m.made().isMinimized());
+    QCoreApplication::processEvents();
+    QVERIFY(!m.made().isHidden());
 }
 
 void frmMainTrayTest::minimisingTwiceInARowHidesTwice()
