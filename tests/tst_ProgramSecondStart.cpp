@@ -59,6 +59,7 @@ private slots:
     void afterAKillTheNextStartServes();
     void theOtherInstanceTakesOver_data();
     void theOtherInstanceTakesOver();
+    void besideOneThatHangsItEndsAllTheSame();
     void theWindowStaysAsItIs();
     void theDesktopsSessionStartsItAgain();
 };
@@ -94,8 +95,8 @@ void ProgramSecondStartTest::everythingElseIsAFileName_data()
 {
     QTest::addColumn<QString>("name");
     // Qt knows some of them as options of its own.
-    for (const char* name :
-         {"--foo", "-h", "--help.zip", "--versions", "-style", "-platform", "-reverse", "-", "a b"})
+    for (const char* name : {"--foo", "-h", "--help.zip", "--versions", "-style", "-platform",
+                             "-platform none", "-reverse", "-", "a b"})
         QTest::newRow(name) << name;
 }
 
@@ -265,6 +266,26 @@ void ProgramSecondStartTest::theOtherInstanceTakesOver()
     p.terminate();
     QCOMPARE(p.ended(), "0");
     QVERIFY(has(p, 1));
+}
+
+void ProgramSecondStartTest::besideOneThatHangsItEndsAllTheSame()
+{
+    RunningProgram p;
+    p.write("1", listOf(1));
+    QVERIFY(p.start());
+    QCOMPARE(::kill(pid_t(p.process.processId()), SIGSTOP), 0);
+    QElapsedTimer clock;
+    clock.start();
+    // With a display: where it took itself for the first, it would stay.
+    QCOMPARE(RunningProgram::ended(p.startAnother({p.program("1")})), "0");
+    QVERIFY(clock.elapsed() >= 5000);
+    QCOMPARE(::kill(pid_t(p.process.processId()), SIGCONT), 0);
+    // What it was told meanwhile it does when it can: it hears one after the other.
+    p.write("2", listOf(2));
+    QCOMPARE(handedOverBy(p, {p.program("2")}), "0");
+    p.terminate();
+    QCOMPARE(p.ended(), "0");
+    QVERIFY(has(p, 1) && has(p, 2));
 }
 
 void ProgramSecondStartTest::theWindowStaysAsItIs()

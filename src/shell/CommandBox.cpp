@@ -24,7 +24,6 @@ CommandBox::CommandBox(Window window, QWidget* parent)
 {
     setObjectName(u"txtCom"_s);
     setAccessibleName(tr("Files to open"));
-    setFocusPolicy(Qt::NoFocus);
     hide();
     connect(this, &QLineEdit::textChanged, this, [this](const QString& text) {
         m_waiting.append(text);

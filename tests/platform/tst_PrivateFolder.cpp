@@ -152,6 +152,10 @@ void PrivateFolderTest::withoutARuntimeFolderItIsInTheUsersCache()
         qputenv("XDG_RUNTIME_DIR", runtime("-missing").toLocal8Bit());
     else if (variable != "own")
         qputenv("XDG_RUNTIME_DIR", variable);
+    // In which the relative one would be a folder of the user's.
+    const QString before = QDir::currentPath();
+    QVERIFY(QDir::setCurrent(m_scratch->path()));
+    const auto back = qScopeGuard([&] { QDir::setCurrent(before); });
     setMode(runtime(), mode_t(mode));
     if (isAnothers && geteuid() != 0)
         QSKIP("Only root can give a folder away.");

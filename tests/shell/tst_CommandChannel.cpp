@@ -109,6 +109,7 @@ private slots:
     void theNextInLineTakesOver();
     void ofManyInLineOneTakesOver();
     void onlyOneServes();
+    void whoStopsServingLeavesThePlace();
     void aKilledInstanceLeavesNothingInTheWay();
     void withoutAPrivateFolderThereIsNoChannel();
     void aPathTooLongForASocketIsNoChannel();
@@ -296,7 +297,14 @@ void CommandChannelTest::nonsenseIsDropped()
     QFETCH(QByteArray, bytes);
     const Instance running(folder());
     Stranger stranger(folder(), bytes);
-    QVERIFY(stranger.isDropped());
+    // At once, and not when its time is over.
+    QTRY_VERIFY_WITH_TIMEOUT(
+        [&] {
+            for (Timer* timer : running.channel.findChildren<Timer*>("tmrMessage"))
+                timer->setEnabled(false);
+            return stranger.socket.state() == QLocalSocket::UnconnectedState;
+        }(),
+        10'000);
     QCOMPARE(stranger.socket.readAll(), "");
     QCOMPARE(running.names, QStringList());
     QCOMPARE(Sender(folder(), "/a.pvm").result(), HandOver::Delivered);
@@ -424,6 +432,16 @@ void CommandChannelTest::onlyOneServes()
     // The one that went was not the one that served: its end takes nothing away.
     QCOMPARE(Sender(folder(), "/a").result(), HandOver::Delivered);
     QCOMPARE(first.names, QStringList("/a"));
+}
+
+void CommandChannelTest::whoStopsServingLeavesThePlace()
+{
+    MeetingPlace place(folder());
+    auto channel = std::make_unique<CommandChannel>(place, [](const QString&) { return true; });
+    QCOMPARE(MeetingPlace(folder()).take(), FileLock::Result::HeldByAnother);
+    channel.reset();
+    QCOMPARE(MeetingPlace(folder()).take(), FileLock::Result::Taken);
+    QVERIFY(!QFileInfo::exists(place.serverName()));
 }
 
 void CommandChannelTest::aKilledInstanceLeavesNothingInTheWay()
