@@ -19,6 +19,12 @@ constexpr int OptionsLeftPx = 6;
 constexpr int AddPage = 0;
 constexpr int ListPage = 1;
 
+/// Of two options the Tab key stops at the chosen one; the arrow keys go on from there.
+Qt::FocusPolicy focusPolicyOf(bool chosen)
+{
+    return chosen ? Qt::StrongFocus : Qt::ClickFocus;
+}
+
 } // namespace
 
 LeftPanel::LeftPanel(const QString& folder, QWidget* area)
@@ -32,8 +38,10 @@ LeftPanel::LeftPanel(const QString& folder, QWidget* area)
     m_opt[ListPage]->setChecked(true);
     for (std::size_t i = 0; i < m_opt.size(); ++i) {
         m_opt[i]->setObjectName(u"opt(%1)"_s.arg(i));
+        m_opt[i]->setFocusPolicy(focusPolicyOf(m_opt[i]->isChecked()));
         // Not by `clicked`, which the chosen one sends again and keys do not send at all.
         connect(m_opt[i], &QRadioButton::toggled, this, [this, i](bool chosen) {
+            m_opt[i]->setFocusPolicy(focusPolicyOf(chosen));
             if (chosen)
                 optionClicked(static_cast<int>(i));
         });
