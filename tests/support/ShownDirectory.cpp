@@ -1,6 +1,7 @@
 #include "support/ShownDirectory.h"
 
 #include "support/ScratchFile.h"
+#include "support/TimeSeam.h"
 
 #include <QAction>
 #include <QApplication>
@@ -9,6 +10,8 @@
 #include <QTreeView>
 
 namespace {
+
+constexpr int LongMs = 600'000;
 
 template<typename T>
 T& partOf(const QWidget* window, const QString& name)
@@ -26,6 +29,8 @@ ShownDirectory::ShownDirectory(quint16 port)
     if (!port)
         server.listen();
     window = new frmInt(folder.path(), "http://127.0.0.1", port ? port : server.port());
+    // Else it would end in time what nothing else has ended.
+    timerOf(*window, "Timer1").setInterval(LongMs);
     QObject::connect(window, &frmInt::Preview, window,
                      [this](const QString& key) { previews << key; });
     QObject::connect(window, &frmInt::Import, window,
