@@ -173,11 +173,24 @@ void CamList::import(const QString& path)
     m_alreadyListed->tell(m_tree->addAll(camerasOf(*line)));
 }
 
+/// One message after the other, as many as there were such lists.
 void CamList::sayNotValid()
 {
+    if (++m_notValid == 1)
+        showNotValid();
+}
+
+void CamList::showNotValid()
+{
+    if (m_messagesEnded)
+        return;
     auto* box = new QMessageBox(QMessageBox::Critical, u"Pevora"_s,
                                 u"Not a valid Zipped Cam List."_s, QMessageBox::Ok, window());
     box->setAttribute(Qt::WA_DeleteOnClose);
+    connect(box, &QMessageBox::finished, this, [this] {
+        if (--m_notValid > 0)
+            showNotValid();
+    });
     box->open();
 }
 
@@ -188,6 +201,7 @@ void CamList::SaveFile()
 
 void CamList::endMessages()
 {
+    m_messagesEnded = true;
     m_alreadyListed->stop();
 }
 

@@ -72,6 +72,7 @@ private:
     void reload();
     void import(const QString& path);
     void sayNotValid();
+    void showNotValid();
     void askToRemove(const QModelIndex& category);
     void edit();
 
@@ -81,4 +82,7 @@ private:
     QMenu* m_mnu;
     QAction* m_mnuEdit = nullptr;
     AlreadyListed* m_alreadyListed;
+    /// How many lists that are none are still to be told of.
+    int m_notValid = 0;
+    bool m_messagesEnded = false;
 };

@@ -231,9 +231,9 @@ void frmInt::setQueriesEnabled(bool on)
 
 void frmInt::preview()
 {
-    const QModelIndex current = m_lvwList->currentIndex();
-    if (current.isValid())
-        emit Preview(current.data(FoundCameras::KeyRole).toString());
+    const QModelIndexList selected = m_lvwList->selectionModel()->selectedRows();
+    if (!selected.isEmpty())
+        emit Preview(selected.first().data(FoundCameras::KeyRole).toString());
 }
 
 void frmInt::addSelected()

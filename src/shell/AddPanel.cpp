@@ -30,19 +30,19 @@ constexpr int GeneralIndex = 3;
 } // namespace
 
 AddPanel::AddPanel(std::function<void(QComboBox*)> fillParent, QWidget* parent)
-    : QWidget(parent)
+    : QScrollArea(parent)
     , m_fillParent(std::move(fillParent))
-    , m_cmbCat(new QComboBox(this))
-    , m_txtName(new QLineEdit(this))
-    , m_txtUrl(new QLineEdit(this))
-    , m_txtHead(new QLineEdit(this))
-    , m_chkAdd(new QCheckBox(u"Add to internet database."_s, this))
-    , m_cmdAdd(new QPushButton(u"Add It"_s, this))
+    , m_cmbCat(new QComboBox)
+    , m_txtName(new QLineEdit)
+    , m_txtUrl(new QLineEdit)
+    , m_txtHead(new QLineEdit)
+    , m_chkAdd(new QCheckBox(u"Add to internet database."_s))
+    , m_cmdAdd(new QPushButton(u"Add It"_s))
 {
     setObjectName(u"picAdd"_s);
-    auto* help = new LinkLabel(u"Extra Header: (ie. Cookie)"_s, this);
-    m_lbl = {new QLabel(u"Category:"_s, this), new QLabel(u"Url: (*.bmp,*.gif,*.jpg)"_s, this),
-             new QLabel(u"Name:"_s, this), help};
+    auto* help = new LinkLabel(u"Extra Header: (ie. Cookie)"_s, nullptr);
+    m_lbl = {new QLabel(u"Category:"_s), new QLabel(u"Url: (*.bmp,*.gif,*.jpg)"_s),
+             new QLabel(u"Name:"_s), help};
     for (std::size_t i = 0; i < m_lbl.size(); ++i)
         m_lbl[i]->setObjectName(u"lbl(%1)"_s.arg(i));
 
@@ -75,13 +75,19 @@ AddPanel::AddPanel(std::function<void(QComboBox*)> fillParent, QWidget* parent)
             [this](const QString& header) { m_chkAdd->setEnabled(header.isEmpty()); });
     connect(help, &LinkLabel::Clicked, this, &AddPanel::HeaderHelpRequested);
     connect(m_cmdAdd, &QPushButton::clicked, this, &AddPanel::addIt);
-    layOut();
+    auto* form = new QWidget;
+    layOut(form);
+    setWidget(form);
+    setWidgetResizable(true);
+    setFrameShape(NoFrame);
+    setFocusPolicy(Qt::NoFocus);
+    setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     startAnew();
 }
 
-void AddPanel::layOut()
+void AddPanel::layOut(QWidget* form)
 {
-    auto* column = new QVBoxLayout(this);
+    auto* column = new QVBoxLayout(form);
     const auto add = [column](QLabel* label, QWidget* box) {
         column->addWidget(label);
         column->addWidget(box);

@@ -1,6 +1,6 @@
 #pragma once
 
-#include <QWidget>
+#include <QScrollArea>
 
 #include <array>
 #include <functional>
@@ -14,8 +14,8 @@ class QPushButton;
 struct Submission;
 
 /// The page of the left column on which a person enters a camera (`picAdd`). It says what was
-/// entered, and changes no list itself.
-class AddPanel : public QWidget
+/// entered, and changes no list itself. In a low window it scrolls.
+class AddPanel : public QScrollArea
 {
     Q_OBJECT
 
@@ -33,7 +33,7 @@ signals:
     void HeaderHelpRequested();
 
 private:
-    void layOut();
+    void layOut(QWidget* form);
     void addIt();
     void fillCategories();
     /// Whether `text` is there; says so where it is not.

@@ -30,8 +30,9 @@ Qt::FocusPolicy focusPolicyOf(bool chosen)
 LeftPanel::LeftPanel(const QString& folder, QWidget* area)
     : QObject(area)
     , m_cList(new CamList(folder, area))
-    , m_picAdd(new AddPanel([this](QComboBox* box) { m_cList->FillParent(box); }, area))
     , m_opt{new QRadioButton(u"Add"_s, area), new QRadioButton(u"List"_s, area)}
+    // Behind the options for the Tab key, too.
+    , m_picAdd(new AddPanel([this](QComboBox* box) { m_cList->FillParent(box); }, area))
 {
     m_cList->setObjectName(u"cList"_s);
     m_picAdd->hide();

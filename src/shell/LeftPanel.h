@@ -46,6 +46,6 @@ private:
     void cameraEntered(const Submission& camera, bool submit);
 
     CamList* m_cList;
-    AddPanel* m_picAdd;
     std::array<QRadioButton*, 2> m_opt;
+    AddPanel* m_picAdd;
 };

@@ -16,17 +16,17 @@ OtherWindows::OtherWindows(QWidget* form, const QString& folder, int port)
     , m_form(form)
     , m_folder(folder)
     , m_port(port)
-    , m_HTTP1(this, port)
+    , m_HTTP1(std::make_unique<HTTP>(this, port))
 {
-    m_HTTP1.setObjectName(u"HTTP1"_s);
+    m_HTTP1->setObjectName(u"HTTP1"_s);
 }
 
 OtherWindows::~OtherWindows()
 {
-    closeInternetList();
+    shutDown();
 }
 
-void OtherWindows::showInternetList()
+void OtherWindows::showInternetList(bool topmost)
 {
     if (!m_frmInt) {
         m_frmInt = new frmInt(m_folder, directory(), m_port);
@@ -34,14 +34,23 @@ void OtherWindows::showInternetList()
         connect(m_frmInt, &frmInt::Preview, this, &OtherWindows::Preview);
         connect(m_frmInt, &frmInt::Import, this, &OtherWindows::Import);
     }
+    setListTopmost(topmost);
+    m_frmInt->setWindowState(m_frmInt->windowState() & ~Qt::WindowMinimized);
     m_frmInt->show();
     m_frmInt->raise();
     m_frmInt->activateWindow();
 }
 
-void OtherWindows::closeInternetList()
+void OtherWindows::setListTopmost(bool topmost)
+{
+    if (m_frmInt)
+        setTopmost(*m_frmInt, topmost);
+}
+
+void OtherWindows::shutDown()
 {
     delete m_frmInt.data();
+    m_HTTP1.reset();
 }
 
 void OtherWindows::askForList()
@@ -62,7 +71,8 @@ void OtherWindows::showAbout(bool topmost)
 
 void OtherWindows::submit(const Submission& camera)
 {
-    m_HTTP1.Retrieve(submissionUrl(directory(), camera));
+    if (m_HTTP1)
+        m_HTTP1->Retrieve(submissionUrl(directory(), camera));
 }
 
 QString OtherWindows::directory() const

@@ -5,6 +5,8 @@
 #include <QObject>
 #include <QPointer>
 
+#include <memory>
+
 class frmInt;
 struct Submission;
 
@@ -22,10 +24,14 @@ public:
 
     /// Shows the internet list, which blocks nothing and belongs to no window. One that is open
     /// comes to the front.
-    void showInternetList();
+    void showInternetList(bool topmost);
 
-    /// Closes the internet list, if it is open.
-    void closeInternetList();
+    /// The main window went above all others, or is no more: an open internet list goes with it,
+    /// or it would lie below.
+    void setListTopmost(bool topmost);
+
+    /// The program ends: closes the internet list, and drops the offer that runs.
+    void shutDown();
 
     /// Asks for a list to import. Cancelled, it ends without a word.
     void askForList();
@@ -47,6 +53,6 @@ private:
     QWidget* m_form;
     QString m_folder;
     int m_port;
-    HTTP m_HTTP1;
+    std::unique_ptr<HTTP> m_HTTP1;
     QPointer<frmInt> m_frmInt;
 };

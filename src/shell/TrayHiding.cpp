@@ -11,6 +11,17 @@ namespace {
 
 constexpr int IntervalMs = 2'000;
 
+/// Whether a dialog of `form`, or one of a dialog of it, is open.
+bool isBlocked(const QWidget& form)
+{
+    const QWidget* window = QApplication::activeModalWidget();
+    if (window && window->windowModality() == Qt::ApplicationModal)
+        return true;
+    while (window && window != &form)
+        window = window->parentWidget();
+    return window != nullptr;
+}
+
 } // namespace
 
 TrayHiding::TrayHiding(QWidget& form, QAction& mnuViewTray)
@@ -82,7 +93,7 @@ void TrayHiding::hideMinimised()
     if (m_form.isHidden() || !m_form.isMinimized() || !m_frmTray.sysTray().isReachable())
         return;
     // A dialog that blocks the window would stay behind, seen by nobody and blocking it still.
-    if (QApplication::activeModalWidget())
+    if (isBlocked(m_form))
         return;
     const bool filledScreen = m_form.isMaximized() || m_form.isFullScreen();
     // A system's window that is made anew is placed anew, unless it is told where.
@@ -110,4 +121,9 @@ void TrayHiding::showForm()
     m_form.show();
     m_form.raise();
     m_form.activateWindow();
+    // A message that came meanwhile blocks the window: it must not lie below it.
+    if (QWidget* modal = QApplication::activeModalWidget()) {
+        modal->raise();
+        modal->activateWindow();
+    }
 }

@@ -99,13 +99,17 @@ void frmMain::connectMenus()
         connect(m_menu->entry(name), &QAction::triggered, this,
                 std::forward<decltype(handler)>(handler));
     };
-    on(u"mnuOptInt"_s, [this] { m_windows->showInternetList(); });
+    on(u"mnuOptInt"_s,
+       [this] { m_windows->showInternetList(m_menu->entry(u"mnuOptOnTop"_s)->isChecked()); });
     on(u"mnuOptImport"_s, [this] { m_windows->askForList(); });
     on(u"mnuOptReload"_s, [this] { m_left->cList().LoadFile(); });
     on(u"mnuOptExit"_s, [this] { close(); });
     on(u"mnuOptExitWO"_s, [this] { askExitWithoutSaving(); });
     on(u"mnuFavMan"_s, [this] { (new frmMan(m_favourites, this))->open(); });
-    on(u"mnuOptOnTop"_s, [this](bool checked) { setTopmost(*this, checked); });
+    on(u"mnuOptOnTop"_s, [this](bool checked) {
+        setTopmost(*this, checked);
+        m_windows->setListTopmost(checked);
+    });
     on(u"mnuViewList"_s, [this](bool checked) { showList(checked); });
     on(u"mnuViewTb"_s, [this] { switchToolBar(); });
     on(u"mnuViewGoto"_s, [this](bool checked) {
@@ -245,7 +249,7 @@ void frmMain::shutDown()
     if (std::exchange(m_shutDown, true))
         return;
     m_cam->shutDown();
-    m_windows->closeInternetList();
+    m_windows->shutDown();
     m_left->cList().endMessages();
     m_txtCom->openWaitingLists();
     // Events run while the preferences are written: no key or click may start anything now.

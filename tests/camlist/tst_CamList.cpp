@@ -61,6 +61,7 @@ private slots:
     void theEndOfTheProgramEndsTheMessages();
     void whatIsNoZippedListIsRefused_data();
     void whatIsNoZippedListIsRefused();
+    void listsThatAreNoneAreToldOfOneByOne();
     void anImportOfNothingAddsTheDefaults();
     void aKeyThatIsThereIsNotAdded();
     void anAddedCameraIsShown();
@@ -299,6 +300,25 @@ void CamListTest::whatIsNoZippedListIsRefused()
     QCOMPARE(message.title, "Pevora");
     QCOMPARE(message.icon, QMessageBox::Critical);
     QCOMPARE(shown.all(), ExampleNodes);
+}
+
+void CamListTest::listsThatAreNoneAreToldOfOneByOne()
+{
+    ShownList shown;
+    shown.load(Example + "\r\n");
+    for (int i = 0; i < 3; ++i)
+        shown.list().LoadFile(shown.path("missing"));
+    QVERIFY(openDialog<QMessageBox>());
+    const auto windows = QApplication::topLevelWidgets();
+    QCOMPARE(std::count_if(windows.begin(), windows.end(),
+                           [](const QWidget* window) {
+                               return qobject_cast<const QMessageBox*>(window) &&
+                                      window->isVisible();
+                           }),
+             1);
+    QCOMPARE(messages("Not a valid Zipped Cam List."), 3);
+    shown.list().LoadFile(shown.path("missing"));
+    QCOMPARE(messages("Not a valid Zipped Cam List."), 1);
 }
 
 void CamListTest::anImportOfNothingAddsTheDefaults()

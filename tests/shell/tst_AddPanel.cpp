@@ -13,6 +13,7 @@
 #include <QMessageBox>
 #include <QPushButton>
 #include <QRadioButton>
+#include <QScrollBar>
 
 namespace {
 
@@ -57,6 +58,8 @@ private slots:
     void everyVisitStartsAnew();
     void theChosenOptionWipesNothing();
     void theKeyboardChoosesPages();
+    void theTabKeyGoesFromTheOptionIntoThePage();
+    void inALowWindowItScrolls();
     void theBoxHoldsTheDesignCategoriesAndTheLists();
     void hidingTheListHidesThePage();
     void aHeaderKeepsTheCameraFromTheDirectory();
@@ -119,6 +122,30 @@ void AddPanelTest::theKeyboardChoosesPages()
     QVERIFY(!open.page().isVisible());
     QTest::keyClick(&list, Qt::Key_Left);
     QVERIFY(open.page().isVisible());
+}
+
+void AddPanelTest::theTabKeyGoesFromTheOptionIntoThePage()
+{
+    OpenPage open;
+    open.main.part<QRadioButton>("opt(0)").setFocus();
+    for (const char* name :
+         {"cmbCat", "txtName", "txtUrl", "txtHead", "lbl(3)", "chkAdd", "cmdAdd"}) {
+        QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
+        QCOMPARE(QApplication::focusWidget(), &open.of<QWidget>(name));
+    }
+}
+
+void AddPanelTest::inALowWindowItScrolls()
+{
+    OpenPage open;
+    const int tall = open.box("txtName").height();
+    open.main.made().resize(open.main.made().width(), 200);
+    QTRY_VERIFY(open.page().height() < 180);
+    QCOMPARE(open.box("txtName").height(), tall);
+    QVERIFY(open.page().verticalScrollBar()->maximum() > 0);
+    open.of<QWidget>("cmdAdd").setFocus(Qt::TabFocusReason);
+    open.page().ensureWidgetVisible(&open.of<QWidget>("cmdAdd"));
+    QVERIFY(!open.of<QWidget>("cmdAdd").visibleRegion().isEmpty());
 }
 
 void AddPanelTest::theBoxHoldsTheDesignCategoriesAndTheLists()

@@ -28,6 +28,9 @@ private slots:
         m_opened.clear();
     }
     void theInternetListOpensOnce();
+    void aMinimisedInternetListComesBack();
+    void theInternetListIsAsTopmostAsTheWindow();
+    void theEndOfTheProgramDropsTheOffer();
     void aPreviewIsShownByTheViewer();
     void whatIsFoundJoinsTheList();
     void theEndOfTheProgramClosesTheInternetList();
@@ -69,6 +72,44 @@ void OtherWindowsTest::theInternetListOpensOnce()
     QTRY_VERIFY(!internetList());
     m.entry("mnuOptInt").trigger();
     QVERIFY(internetList());
+}
+
+void OtherWindowsTest::aMinimisedInternetListComesBack()
+{
+    ShownMain m;
+    m.shown();
+    m.entry("mnuOptInt").trigger();
+    QVERIFY(QTest::qWaitForWindowExposed(internetList()));
+    internetList()->showMinimized();
+    QTRY_VERIFY(internetList()->isMinimized());
+    m.entry("mnuOptInt").trigger();
+    QTRY_VERIFY(!internetList()->isMinimized());
+    QVERIFY(internetList()->isVisible());
+}
+
+void OtherWindowsTest::theInternetListIsAsTopmostAsTheWindow()
+{
+    ShownMain m;
+    m.shown();
+    const auto isTopmost = [] {
+        return internetList()->windowHandle()->flags().testFlag(Qt::WindowStaysOnTopHint);
+    };
+    m.entry("mnuOptOnTop").trigger();
+    m.entry("mnuOptInt").trigger();
+    QVERIFY(isTopmost());
+    m.entry("mnuOptOnTop").trigger();
+    QVERIFY(!isTopmost());
+    m.entry("mnuOptOnTop").trigger();
+    QVERIFY(isTopmost());
+}
+
+void OtherWindowsTest::theEndOfTheProgramDropsTheOffer()
+{
+    ShownMain m;
+    m.shown();
+    const QPointer<HTTP> http = &m.part<HTTP>("HTTP1");
+    m.made().shutDown();
+    QVERIFY(!http);
 }
 
 void OtherWindowsTest::aPreviewIsShownByTheViewer()
@@ -185,7 +226,9 @@ void OtherWindowsTest::onlyATickedCameraIsSubmitted()
     if (submitted)
         QCOMPARE(status.first(), QVariantList{"Connecting"});
     m.made().close();
-    QVERIFY(contentOf(m.path("list.dat")).contains("General\xFFNew\xFFhttp://"));
+    const QByteArray key =
+        "http://" + (header.isEmpty() ? QByteArray() : "\x01" + header.toLatin1());
+    QVERIFY(contentOf(m.path("list.dat")).endsWith("\xFFGeneral\xFFNew\xFF" + key + "\r\n"));
 }
 
 QTEST_MAIN(OtherWindowsTest)

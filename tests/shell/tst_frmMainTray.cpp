@@ -52,6 +52,8 @@ private slots:
     void minimisingHidesAndAClickBringsBackNormal();
     void aClickShowsAWindowThatIsBehindOrMinimised();
     void withADialogOpenItMinimisesAsUsual();
+    void aMessageLiesAboveTheWindowThatComesBack();
+    void aDialogOfAnotherWindowDoesNotKeepItOnScreen();
     void minimisingTwiceInARowHidesTwice();
     void withoutTheCheckItMinimisesAsUsual();
     void withoutATrayItMinimisesAsUsual();
@@ -215,6 +217,40 @@ void frmMainTrayTest::withADialogOpenItMinimisesAsUsual()
     QTRY_VERIFY(m.made().isMinimized());
     QCoreApplication::processEvents();
     QVERIFY(!m.made().isHidden());
+}
+
+/// A list that was handed over told something while nobody saw the window.
+void frmMainTrayTest::aMessageLiesAboveTheWindowThatComesBack()
+{
+    const DesktopTray tray;
+    ShownMain m;
+    m.shown();
+    const QPoint icon = DesktopTray::icon().center();
+    minimise(m.made());
+    QTRY_VERIFY(m.made().isHidden());
+    QVERIFY(m.made().receive("no such list"));
+    QTRY_VERIFY(QApplication::activeModalWidget());
+    QWidget* box = QApplication::activeModalWidget();
+    QVERIFY(QTest::qWaitForWindowExposed(box));
+    QVERIFY(m.made().isHidden());
+    pointer(icon, "click", 1);
+    QTRY_VERIFY(m.made().isVisible());
+    QTRY_COMPARE(QApplication::activeWindow(), box);
+}
+
+void frmMainTrayTest::aDialogOfAnotherWindowDoesNotKeepItOnScreen()
+{
+    const DesktopTray tray;
+    ShownMain m;
+    m.shown();
+    QVERIFY(!DesktopTray::icon().isEmpty());
+    QWidget other;
+    other.show();
+    QDialog prompt(&other);
+    prompt.open();
+    QVERIFY(QTest::qWaitForWindowExposed(&prompt));
+    minimise(m.made());
+    QTRY_VERIFY(m.made().isHidden());
 }
 
 void frmMainTrayTest::minimisingTwiceInARowHidesTwice()
