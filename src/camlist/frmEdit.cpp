@@ -27,15 +27,7 @@ frmEdit::frmEdit(QWidget* parent)
     auto* form = new QFormLayout(this);
 
     m_cmbCat->setObjectName(u"cmbCat"_s);
-    m_cmbCat->setEditable(true);
-    m_cmbCat->setInsertPolicy(QComboBox::NoInsert);
-    // It would finish, and re-spell, the name of a new category.
-    m_cmbCat->setCompleter(nullptr);
-    m_cmbCat->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
-    m_cmbCat->setAccessibleName(tr("Category"));
-    m_cmbCat->lineEdit()->setAccessibleName(tr("Category"));
-    takeTextsOfAnyLength(m_cmbCat->lineEdit());
-    cleanWhileTyping(m_cmbCat->lineEdit());
+    takeCategories(m_cmbCat);
     // Kept: "Catagory" is what this label always said.
     form->addRow(u"Catagory: "_s, m_cmbCat);
 

@@ -3,6 +3,7 @@
 #include "shared/CameraKey.h"
 #include "shared/InputText.h"
 
+#include <QComboBox>
 #include <QLineEdit>
 
 #include <algorithm>
@@ -41,6 +42,20 @@ void cleanKeyWhileTyping(QLineEdit* url, QLineEdit* header)
         }
         clean(url, typed, false);
     });
+}
+
+void takeCategories(QComboBox* box)
+{
+    box->setEditable(true);
+    box->setInsertPolicy(QComboBox::NoInsert);
+    // It would finish, and re-spell, the name of a new category.
+    box->setCompleter(nullptr);
+    box->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
+    box->setAccessibleName(QComboBox::tr("Category"));
+    // A screen reader speaks of the field inside, which has the caret.
+    box->lineEdit()->setAccessibleName(box->accessibleName());
+    takeTextsOfAnyLength(box->lineEdit());
+    cleanWhileTyping(box->lineEdit());
 }
 
 void takeTextsOfAnyLength(QLineEdit* box)

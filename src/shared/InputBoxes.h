@@ -1,5 +1,6 @@
 #pragma once
 
+class QComboBox;
 class QLineEdit;
 
 /// Keeps what is typed or pasted into `box` clean as cleanInput does, with the caret where it was.
@@ -8,6 +9,9 @@ void cleanWhileTyping(QLineEdit* box, bool keepHeaderMark = false);
 
 /// Keeps both boxes clean, and gives each its half of a camera key that is pasted into `url`.
 void cleanKeyWhileTyping(QLineEdit* url, QLineEdit* header);
+
+/// Makes `box` one that offers categories and takes the name of a new one, as it is typed.
+void takeCategories(QComboBox* box);
 
 /// Room for every text: a box would cut a long one from a file, and lose its end.
 void takeTextsOfAnyLength(QLineEdit* box);

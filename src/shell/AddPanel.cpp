@@ -46,12 +46,7 @@ AddPanel::AddPanel(std::function<void(QComboBox*)> fillParent, QWidget* parent)
     for (std::size_t i = 0; i < m_lbl.size(); ++i)
         m_lbl[i]->setObjectName(u"lbl(%1)"_s.arg(i));
 
-    m_cmbCat->setEditable(true);
-    m_cmbCat->setInsertPolicy(QComboBox::NoInsert);
-    // It would finish, and re-spell, the name of a new category.
-    m_cmbCat->setCompleter(nullptr);
-    m_cmbCat->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
-    m_cmbCat->setAccessibleName(tr("Category"));
+    takeCategories(m_cmbCat);
     m_txtName->setAccessibleName(tr("Name"));
     m_txtUrl->setAccessibleName(tr("Address"));
     m_txtHead->setAccessibleName(tr("Extra header"));
@@ -61,12 +56,10 @@ AddPanel::AddPanel(std::function<void(QComboBox*)> fillParent, QWidget* parent)
     m_txtHead->setObjectName(u"txtHead"_s);
     m_chkAdd->setObjectName(u"chkAdd"_s);
     m_cmdAdd->setObjectName(u"cmdAdd"_s);
-    m_cmbCat->lineEdit()->setAccessibleName(m_cmbCat->accessibleName());
     for (auto* box : {m_cmbCat->lineEdit(), m_txtName, m_txtUrl, m_txtHead}) {
         takeTextsOfAnyLength(box);
         connect(box, &QLineEdit::returnPressed, this, &AddPanel::addIt);
     }
-    cleanWhileTyping(m_cmbCat->lineEdit());
     cleanWhileTyping(m_txtName);
     cleanKeyWhileTyping(m_txtUrl, m_txtHead);
 
