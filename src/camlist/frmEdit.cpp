@@ -77,9 +77,7 @@ void frmEdit::edit(const CameraRecord& camera)
 
 void frmEdit::update()
 {
-    const QString extra = m_txtExtra->text();
-    const QString url = m_txtUrl->text();
     emit Updated({m_cmbCat->currentText(), m_txtName->text(),
-                  extra.isEmpty() ? url : url + HeaderMark + extra});
+                  joinCameraKey(m_txtUrl->text(), m_txtExtra->text())});
     accept();
 }

@@ -1,9 +1,9 @@
 #include "directory/DirectoryAnswer.h"
 
-namespace {
+#include <algorithm>
+#include <utility>
 
-constexpr char Separator = '\xFF';
-constexpr qsizetype FieldsOfACamera = 3;
+namespace {
 
 QByteArrayView bodyOf(QByteArrayView answer)
 {
@@ -15,17 +15,6 @@ QByteArrayView bodyOf(QByteArrayView answer)
     return answer.sliced(std::min<qsizetype>(3, answer.size()));
 }
 
-QByteArrayView firstCameras(QByteArrayView line, qsizetype most)
-{
-    qsizetype end = -1;
-    for (qsizetype fields = 0; fields < most * FieldsOfACamera; ++fields) {
-        end = line.indexOf(Separator, end + 1);
-        if (end < 0)
-            return line;
-    }
-    return line.first(end);
-}
-
 } // namespace
 
 std::optional<QList<CameraRecord>> readDirectoryAnswer(QByteArrayView answer)
@@ -33,5 +22,13 @@ std::optional<QList<CameraRecord>> readDirectoryAnswer(QByteArrayView answer)
     const QByteArrayView body = bodyOf(answer);
     if (body.contains("No Luck090877"))
         return std::nullopt;
-    return readCameraListLine(firstCameras(withoutLineEnd(body), MostFoundCameras));
+    QList<CameraRecord> cameras;
+    CameraListReader reader(withoutLineEnd(body));
+    while (cameras.size() < MostFoundCameras) {
+        auto camera = reader.next();
+        if (!camera)
+            break;
+        cameras.append(std::move(*camera));
+    }
+    return cameras;
 }

@@ -16,6 +16,11 @@ CameraKey splitCameraKey(const QString& key)
     return {key.left(mark), key.mid(mark + 1)};
 }
 
+QString joinCameraKey(const QString& address, const QString& extraHeader)
+{
+    return extraHeader.isEmpty() ? address : address + HeaderMark + extraHeader;
+}
+
 QString withoutHttpScheme(const QString& url)
 {
     return url.startsWith(PlainScheme, Qt::CaseInsensitive) ? url.mid(PlainScheme.size()) : url;

@@ -23,6 +23,9 @@ struct CameraKey
 /// Cuts `key` at its first header mark. A key without one is all address.
 CameraKey splitCameraKey(const QString& key);
 
+/// The key of these two halves: the address alone where there is no extra header.
+QString joinCameraKey(const QString& address, const QString& extraHeader);
+
 // An address is kept without "http://", which goes without saying, and with "https://", which makes
 // it another camera. These functions alone know of the two.
 

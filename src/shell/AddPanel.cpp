@@ -75,7 +75,6 @@ AddPanel::AddPanel(std::function<void(QComboBox*)> fillParent, QWidget* parent)
     setFrameShape(NoFrame);
     setFocusPolicy(Qt::NoFocus);
     setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
-    startAnew();
 }
 
 void AddPanel::layOut(QWidget* form)

@@ -64,9 +64,7 @@ void LeftPanel::cameraEntered(const Submission& camera, bool submit)
 {
     if (submit)
         emit Submitted(camera);
-    const QString& header = camera.extraHeader;
-    m_cList->AddCam(camera.name, header.isEmpty() ? camera.url : camera.url + HeaderMark + header,
-                    camera.category);
+    m_cList->AddCam(camera.name, joinCameraKey(camera.url, camera.extraHeader), camera.category);
     m_opt[ListPage]->setChecked(true);
     m_cList->setFocus();
 }

@@ -5,6 +5,7 @@ class CameraKeyTest : public QObject
     Q_OBJECT
 private slots:
     void splitsAtTheFirstMarkOnly();
+    void joinsWhatItSplits();
     void stripsTheSchemeInAnyCase();
     void hostEndsAtTheFirstSlash();
     void onlyASecureAddressBeginsWithHttps();
@@ -23,6 +24,16 @@ void CameraKeyTest::splitsAtTheFirstMarkOnly()
     QCOMPARE(marked.address, "host/a.jpg");
     QCOMPARE(marked.extraHeader, "Cookie: a\x01"
                                  "b");
+}
+
+void CameraKeyTest::joinsWhatItSplits()
+{
+    QCOMPARE(joinCameraKey("host/a.jpg", ""), "host/a.jpg");
+    const QString marked = "host/a.jpg\x01"
+                           "Cookie: a\x01"
+                           "b";
+    const auto [address, extraHeader] = splitCameraKey(marked);
+    QCOMPARE(joinCameraKey(address, extraHeader), marked);
 }
 
 void CameraKeyTest::stripsTheSchemeInAnyCase()
