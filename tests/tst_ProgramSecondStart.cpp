@@ -47,275 +47,262 @@ class ProgramSecondStartTest : public QObject
 {
     Q_OBJECT
 private slots:
-    void helpAndVersionAnswerOnTheTerminal();
-    void everythingElseIsAFileName_data();
-    void everythingElseIsAFileName();
-    void aFileReachesTheInstanceThatRuns();
-    void aMovieReachesIt();
-    void whatIsHandedOverIsNeitherSavedNorShown();
-    void withoutAFileItIsASecondInstance();
-    void eightyStartsAtOnce_data();
-    void eightyStartsAtOnce();
-    void afterAKillTheNextStartServes();
-    void theOtherInstanceTakesOver_data();
-    void theOtherInstanceTakesOver();
-    void besideOneThatHangsItEndsAllTheSame();
-    void theWindowStaysAsItIs();
-    void theDesktopsSessionStartsItAgain();
-};
-
-void ProgramSecondStartTest::helpAndVersionAnswerOnTheTerminal()
-{
-    RunningProgram p;
-    p.environment.remove("DISPLAY");
-    for (const QString asked : {"--help", "--version"}) {
-        for (const QStringList& more : {QStringList(), QStringList("more")}) {
-            QProcess& one = p.startAnother(QStringList(asked) + more);
-            QCOMPARE(RunningProgram::ended(one), "0");
-            QCOMPARE(one.readAllStandardError(), "");
-            const QByteArray printed = one.readAllStandardOutput();
-            if (asked == "--version") {
-                const QRegularExpression version("^Pevora \\d+\\.\\d+\n$");
-                QVERIFY2(version.match(printed).hasMatch(), printed.constData());
-                continue;
+    void helpAndVersionAnswerOnTheTerminal()
+    {
+        RunningProgram p;
+        p.environment.remove("DISPLAY");
+        for (const QString asked : {"--help", "--version"}) {
+            for (const QStringList& more : {QStringList(), QStringList("more")}) {
+                QProcess& one = p.startAnother(QStringList(asked) + more);
+                QCOMPARE(RunningProgram::ended(one), "0");
+                QCOMPARE(one.readAllStandardError(), "");
+                const QByteArray printed = one.readAllStandardOutput();
+                if (asked == "--version") {
+                    const QRegularExpression version("^Pevora \\d+\\.\\d+\n$");
+                    QVERIFY2(version.match(printed).hasMatch(), printed.constData());
+                    continue;
+                }
+                QVERIFY2(printed.startsWith("Usage: pevora [FILE]\n"), printed.constData());
+                QVERIFY(printed.contains("--help") && printed.contains("--version"));
+                QVERIFY(printed.endsWith('\n'));
+                for (const QByteArray& line : printed.split('\n'))
+                    QVERIFY2(line.size() <= 79, line.constData());
             }
-            QVERIFY2(printed.startsWith("Usage: pevora [FILE]\n"), printed.constData());
-            QVERIFY(printed.contains("--help") && printed.contains("--version"));
-            QVERIFY(printed.endsWith('\n'));
-            for (const QByteArray& line : printed.split('\n'))
-                QVERIFY2(line.size() <= 79, line.constData());
         }
+        QCOMPARE(printedBy({"sh", "-c", p.program("pevora") + " --version >/dev/full; echo $?"}),
+                 "1");
+        QCOMPARE(QDir(p.program()).entryList(QDir::AllEntries | QDir::NoDotAndDotDot),
+                 QStringList("pevora"));
     }
-    QCOMPARE(printedBy({"sh", "-c", p.program("pevora") + " --version >/dev/full; echo $?"}), "1");
-    QCOMPARE(QDir(p.program()).entryList(QDir::AllEntries | QDir::NoDotAndDotDot),
-             QStringList("pevora"));
-}
 
-void ProgramSecondStartTest::everythingElseIsAFileName_data()
-{
-    QTest::addColumn<QString>("name");
-    // Qt knows some of them as options of its own.
-    for (const char* name : {"--foo", "-h", "--help.zip", "--versions", "-style", "-platform",
-                             "-platform none", "-reverse", "-", "a b"})
-        QTest::newRow(name) << name;
-}
-
-void ProgramSecondStartTest::everythingElseIsAFileName()
-{
-    QFETCH(QString, name);
-    RunningProgram p;
-    p.write(name, listOf(1));
-    // As the first one, which opens it itself, in its own working folder.
-    p.process.setWorkingDirectory(p.program());
-    QVERIFY(p.start(name.split(' ')));
-    // As the second one.
-    p.write(name, listOf(2));
-    QCOMPARE(handedOverBy(p, name.split(' '), p.program()), "0");
-    p.terminate();
-    QCOMPARE(p.ended(), "0");
-    QVERIFY(has(p, 1));
-    QVERIFY(has(p, 2));
-}
-
-void ProgramSecondStartTest::aFileReachesTheInstanceThatRuns()
-{
-    RunningProgram p;
-    p.write("1", listOf(1));
-    p.write("2", listOf(2));
-    p.write("3 of them.dat", listOf(3));
-    QVERIFY(p.start());
-    QCOMPARE(handedOverBy(p, {p.program("1")}), "0");
-    // Its own working folder is another one.
-    QCOMPARE(handedOverBy(p, {"../program/2"}, p.home()), "0");
-    // In quotes; and without them the words of one name.
-    QCOMPARE(handedOverBy(p, {'"' + p.program("3 of them.dat") + '"'}), "0");
-    p.terminate();
-    QCOMPARE(p.ended(), "0");
-    QCOMPARE(handedOver(p), 3);
-    QVERIFY(has(p, 1) && has(p, 2) && has(p, 3));
-}
-
-void ProgramSecondStartTest::aMovieReachesIt()
-{
-    RunningProgram p;
-    QVERIFY(p.start());
-    p.write("no movie.PVM", "nothing");
-    // A box says so where the instance that runs reads it.
-    QCOMPARE(handedOverBy(p, {p.program("no movie.PVM")}), "0");
-    QTRY_VERIFY(
-        !RunningProgram::tell("xdotool", {"search", "--all", "--onlyvisible", "--pid",
-                                          QString::number(p.process.processId()), "--name", "."})
-             .trimmed()
-             .split('\n')
-             .filter(QRegularExpression("^(?!" + p.window + "$)"))
-             .isEmpty());
-    p.terminate();
-    QCOMPARE(p.ended(), "0");
-}
-
-void ProgramSecondStartTest::whatIsHandedOverIsNeitherSavedNorShown()
-{
-    RunningProgram p;
-    p.write("1", listOf(1));
-    QVERIFY(p.start());
-    QCOMPARE(handedOverBy(p, {p.program("1")}), "0");
-    // Neither that start nor the instance that runs has written anything yet.
-    QCOMPARE(QDir(p.program()).entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot),
-             (QStringList{"1", "pevora"}));
-    p.terminate();
-    QCOMPARE(p.ended(), "0");
-}
-
-void ProgramSecondStartTest::withoutAFileItIsASecondInstance()
-{
-    RunningProgram p;
-    QVERIFY(p.start());
-    for (const QStringList& arguments : {QStringList(), QStringList("")}) {
-        QProcess& second = p.startAnother(arguments);
-        QTRY_VERIFY_WITH_TIMEOUT(!RunningProgram::windowOf(second).isEmpty(), 30'000);
-        QVERIFY(p.process.state() == QProcess::Running);
-        RunningProgram::terminate(second);
-        QCOMPARE(RunningProgram::ended(second), "0");
-        QVERIFY(p.preferences().contains("COUNT=0"));
+    void everythingElseIsAFileName_data()
+    {
+        QTest::addColumn<QString>("name");
+        // Qt knows some of them as options of its own.
+        for (const char* name : {"--foo", "-h", "--help.zip", "--versions", "-style", "-platform",
+                                 "-platform none", "-reverse", "-", "a b"})
+            QTest::newRow(name) << name;
     }
-    p.terminate();
-    QCOMPARE(p.ended(), "0");
-}
 
-void ProgramSecondStartTest::eightyStartsAtOnce_data()
-{
-    QTest::addColumn<bool>("beforeItRuns");
-    QTest::newRow("beside one that runs") << false;
-    QTest::newRow("where none runs yet") << true;
-}
+    void everythingElseIsAFileName()
+    {
+        QFETCH(QString, name);
+        RunningProgram p;
+        p.write(name, listOf(1));
+        // As the first one, which opens it itself, in its own working folder.
+        p.process.setWorkingDirectory(p.program());
+        QVERIFY(p.start(name.split(' ')));
+        // As the second one.
+        p.write(name, listOf(2));
+        QCOMPARE(handedOverBy(p, name.split(' '), p.program()), "0");
+        p.terminate();
+        QCOMPARE(p.ended(), "0");
+        QVERIFY(has(p, 1));
+        QVERIFY(has(p, 2));
+    }
 
-void ProgramSecondStartTest::eightyStartsAtOnce()
-{
-    QFETCH(bool, beforeItRuns);
-    constexpr int starts = 80 / Slower;
-    RunningProgram p;
-    for (int i = 0; i < starts; ++i)
-        p.write(QString::number(i), listOf(i));
-    if (!beforeItRuns)
+    void aFileReachesTheInstanceThatRuns()
+    {
+        RunningProgram p;
+        p.write("1", listOf(1));
+        p.write("2", listOf(2));
+        p.write("3 of them.dat", listOf(3));
         QVERIFY(p.start());
+        QCOMPARE(handedOverBy(p, {p.program("1")}), "0");
+        // Its own working folder is another one.
+        QCOMPARE(handedOverBy(p, {"../program/2"}, p.home()), "0");
+        // In quotes; and without them the words of one name.
+        QCOMPARE(handedOverBy(p, {'"' + p.program("3 of them.dat") + '"'}), "0");
+        p.terminate();
+        QCOMPARE(p.ended(), "0");
+        QCOMPARE(handedOver(p), 3);
+        QVERIFY(has(p, 1) && has(p, 2) && has(p, 3));
+    }
 
-    QElapsedTimer clock;
-    clock.start();
-    QList<QProcess*> senders;
-    for (int i = 0; i < starts; ++i)
-        senders << &p.startAnother({p.program(QString::number(i))});
-    const auto running = [&] {
-        senders.removeIf([](const QProcess* one) { return one->state() == QProcess::NotRunning; });
-        return senders.size();
-    };
-    // Where none ran before, one of them is the first.
-    QTRY_COMPARE_WITH_TIMEOUT(running(), beforeItRuns ? 1 : 0, 60'000);
-    qInfo("%d starts are over after %lld ms", starts, clock.elapsed());
-    QProcess& first = beforeItRuns ? *senders.first() : p.process;
-    QTRY_VERIFY_WITH_TIMEOUT(!RunningProgram::windowOf(first).isEmpty(), 30'000);
-    RunningProgram::terminate(first);
-    QCOMPARE(RunningProgram::ended(first), "0");
-    QCOMPARE(handedOver(p), starts);
-    for (int i = 0; i < starts; ++i)
-        QVERIFY2(has(p, i), qPrintable(QString("%1 is missing").arg(i)));
-}
+    void aMovieReachesIt()
+    {
+        RunningProgram p;
+        QVERIFY(p.start());
+        p.write("no movie.PVM", "nothing");
+        // A box says so where the instance that runs reads it.
+        QCOMPARE(handedOverBy(p, {p.program("no movie.PVM")}), "0");
+        QTRY_VERIFY(!RunningProgram::tell("xdotool",
+                                          {"search", "--all", "--onlyvisible", "--pid",
+                                           QString::number(p.process.processId()), "--name", "."})
+                         .trimmed()
+                         .split('\n')
+                         .filter(QRegularExpression("^(?!" + p.window + "$)"))
+                         .isEmpty());
+        p.terminate();
+        QCOMPARE(p.ended(), "0");
+    }
 
-void ProgramSecondStartTest::afterAKillTheNextStartServes()
-{
-    RunningProgram p;
-    p.write("1", listOf(1));
-    p.write("2", listOf(2));
-    QProcess& killed = p.startAnother({});
-    QTRY_VERIFY_WITH_TIMEOUT(!RunningProgram::windowOf(killed).isEmpty(), 30'000);
-    QCOMPARE(handedOverBy(p, {p.program("1")}), "0");
-    killed.kill();
-    QVERIFY(RunningProgram::endsWithin(killed, 30'000));
-    QVERIFY(!QDir(p.home("pevora")).isEmpty(QDir::AllEntries | QDir::System));
+    void whatIsHandedOverIsNeitherSavedNorShown()
+    {
+        RunningProgram p;
+        p.write("1", listOf(1));
+        QVERIFY(p.start());
+        QCOMPARE(handedOverBy(p, {p.program("1")}), "0");
+        // Neither that start nor the instance that runs has written anything yet.
+        QCOMPARE(
+            QDir(p.program()).entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot),
+            (QStringList{"1", "pevora"}));
+        p.terminate();
+        QCOMPARE(p.ended(), "0");
+    }
 
-    // The next one is the first, whether it is given a file or not.
-    QVERIFY(p.start({p.program("1")}));
-    QCOMPARE(handedOverBy(p, {p.program("2")}), "0");
-    p.terminate();
-    QCOMPARE(p.ended(), "0");
-    QVERIFY(has(p, 1) && has(p, 2));
-}
+    void withoutAFileItIsASecondInstance()
+    {
+        RunningProgram p;
+        QVERIFY(p.start());
+        for (const QStringList& arguments : {QStringList(), QStringList("")}) {
+            QProcess& second = p.startAnother(arguments);
+            QTRY_VERIFY_WITH_TIMEOUT(!RunningProgram::windowOf(second).isEmpty(), 30'000);
+            QVERIFY(p.process.state() == QProcess::Running);
+            RunningProgram::terminate(second);
+            QCOMPARE(RunningProgram::ended(second), "0");
+            QVERIFY(p.preferences().contains("COUNT=0"));
+        }
+        p.terminate();
+        QCOMPARE(p.ended(), "0");
+    }
 
-void ProgramSecondStartTest::theOtherInstanceTakesOver_data()
-{
-    QTest::addColumn<bool>("byKill");
-    QTest::newRow("when the first ends") << false;
-    QTest::newRow("when the first is killed") << true;
-}
+    void eightyStartsAtOnce_data()
+    {
+        QTest::addColumn<bool>("beforeItRuns");
+        QTest::newRow("beside one that runs") << false;
+        QTest::newRow("where none runs yet") << true;
+    }
 
-void ProgramSecondStartTest::theOtherInstanceTakesOver()
-{
-    QFETCH(bool, byKill);
-    RunningProgram p;
-    p.write("1", listOf(1));
-    QProcess& first = p.startAnother({});
-    QTRY_VERIFY_WITH_TIMEOUT(!RunningProgram::windowOf(first).isEmpty(), 30'000);
-    QVERIFY(p.start());
-    if (byKill)
-        first.kill();
-    else
+    void eightyStartsAtOnce()
+    {
+        QFETCH(bool, beforeItRuns);
+        constexpr int starts = 80 / Slower;
+        RunningProgram p;
+        for (int i = 0; i < starts; ++i)
+            p.write(QString::number(i), listOf(i));
+        if (!beforeItRuns)
+            QVERIFY(p.start());
+
+        QElapsedTimer clock;
+        clock.start();
+        QList<QProcess*> senders;
+        for (int i = 0; i < starts; ++i)
+            senders << &p.startAnother({p.program(QString::number(i))});
+        const auto running = [&] {
+            senders.removeIf(
+                [](const QProcess* one) { return one->state() == QProcess::NotRunning; });
+            return senders.size();
+        };
+        // Where none ran before, one of them is the first.
+        QTRY_COMPARE_WITH_TIMEOUT(running(), beforeItRuns ? 1 : 0, 60'000);
+        qInfo("%d starts are over after %lld ms", starts, clock.elapsed());
+        QProcess& first = beforeItRuns ? *senders.first() : p.process;
+        QTRY_VERIFY_WITH_TIMEOUT(!RunningProgram::windowOf(first).isEmpty(), 30'000);
         RunningProgram::terminate(first);
-    QVERIFY(RunningProgram::endsWithin(first, 30'000));
-    // With a display: where nobody served, it would stay.
-    QProcess& sender = p.startAnother({p.program("1")});
-    QCOMPARE(RunningProgram::ended(sender), "0");
-    p.terminate();
-    QCOMPARE(p.ended(), "0");
-    QVERIFY(has(p, 1));
-}
+        QCOMPARE(RunningProgram::ended(first), "0");
+        QCOMPARE(handedOver(p), starts);
+        for (int i = 0; i < starts; ++i)
+            QVERIFY2(has(p, i), qPrintable(QString("%1 is missing").arg(i)));
+    }
 
-void ProgramSecondStartTest::besideOneThatHangsItEndsAllTheSame()
-{
-    RunningProgram p;
-    p.write("1", listOf(1));
-    QVERIFY(p.start());
-    QCOMPARE(::kill(pid_t(p.process.processId()), SIGSTOP), 0);
-    QElapsedTimer clock;
-    clock.start();
-    // With a display: where it took itself for the first, it would stay.
-    QCOMPARE(RunningProgram::ended(p.startAnother({p.program("1")})), "0");
-    QVERIFY(clock.elapsed() >= 5000);
-    QCOMPARE(::kill(pid_t(p.process.processId()), SIGCONT), 0);
-    // What it was told meanwhile it does when it can: it hears one after the other.
-    p.write("2", listOf(2));
-    QCOMPARE(handedOverBy(p, {p.program("2")}), "0");
-    p.terminate();
-    QCOMPARE(p.ended(), "0");
-    QVERIFY(has(p, 1) && has(p, 2));
-}
+    void afterAKillTheNextStartServes()
+    {
+        RunningProgram p;
+        p.write("1", listOf(1));
+        p.write("2", listOf(2));
+        QProcess& killed = p.startAnother({});
+        QTRY_VERIFY_WITH_TIMEOUT(!RunningProgram::windowOf(killed).isEmpty(), 30'000);
+        QCOMPARE(handedOverBy(p, {p.program("1")}), "0");
+        killed.kill();
+        QVERIFY(RunningProgram::endsWithin(killed, 30'000));
+        QVERIFY(!QDir(p.home("pevora")).isEmpty(QDir::AllEntries | QDir::System));
 
-void ProgramSecondStartTest::theWindowStaysAsItIs()
-{
-    RunningProgram p;
-    p.write("1", listOf(1));
-    // Without a tray icon a minimised window stays one.
-    p.writePreferences("[VIEW]\r\nTRAY=False\r\n");
-    QVERIFY(p.start());
-    QTRY_VERIFY(p.property("WM_STATE").contains("Normal"));
-    RunningProgram::tell("xdotool", {"windowminimize", p.window});
-    QTRY_VERIFY(p.property("WM_STATE").contains("Iconic"));
-    QCOMPARE(handedOverBy(p, {p.program("1")}), "0");
-    QVERIFY(!QTest::qWaitFor([&] { return !p.property("WM_STATE").contains("Iconic"); }, 500));
-    QCOMPARE(p.property("WM_NAME"), "WM_NAME(STRING) = \"Pevora\"");
-    p.terminate();
-    QCOMPARE(p.ended(), "0");
-    QVERIFY(has(p, 1));
-}
+        // The next one is the first, whether it is given a file or not.
+        QVERIFY(p.start({p.program("1")}));
+        QCOMPARE(handedOverBy(p, {p.program("2")}), "0");
+        p.terminate();
+        QCOMPARE(p.ended(), "0");
+        QVERIFY(has(p, 1) && has(p, 2));
+    }
 
-void ProgramSecondStartTest::theDesktopsSessionStartsItAgain()
-{
-    RunningProgram p;
-    p.write("-session 1", listOf(1));
-    p.process.setWorkingDirectory(p.program());
-    QVERIFY(p.start({"-session", "1"}));
-    p.terminate();
-    QCOMPARE(p.ended(), "0");
-    QCOMPARE(handedOver(p), 0);
-}
+    void theOtherInstanceTakesOver_data()
+    {
+        QTest::addColumn<bool>("byKill");
+        QTest::newRow("when the first ends") << false;
+        QTest::newRow("when the first is killed") << true;
+    }
+
+    void theOtherInstanceTakesOver()
+    {
+        QFETCH(bool, byKill);
+        RunningProgram p;
+        p.write("1", listOf(1));
+        QProcess& first = p.startAnother({});
+        QTRY_VERIFY_WITH_TIMEOUT(!RunningProgram::windowOf(first).isEmpty(), 30'000);
+        QVERIFY(p.start());
+        if (byKill)
+            first.kill();
+        else
+            RunningProgram::terminate(first);
+        QVERIFY(RunningProgram::endsWithin(first, 30'000));
+        // With a display: where nobody served, it would stay.
+        QProcess& sender = p.startAnother({p.program("1")});
+        QCOMPARE(RunningProgram::ended(sender), "0");
+        p.terminate();
+        QCOMPARE(p.ended(), "0");
+        QVERIFY(has(p, 1));
+    }
+
+    void besideOneThatHangsItEndsAllTheSame()
+    {
+        RunningProgram p;
+        p.write("1", listOf(1));
+        QVERIFY(p.start());
+        QCOMPARE(::kill(pid_t(p.process.processId()), SIGSTOP), 0);
+        QElapsedTimer clock;
+        clock.start();
+        // With a display: where it took itself for the first, it would stay.
+        QCOMPARE(RunningProgram::ended(p.startAnother({p.program("1")})), "0");
+        QVERIFY(clock.elapsed() >= 5000);
+        QCOMPARE(::kill(pid_t(p.process.processId()), SIGCONT), 0);
+        // What it was told meanwhile it does when it can: it hears one after the other.
+        p.write("2", listOf(2));
+        QCOMPARE(handedOverBy(p, {p.program("2")}), "0");
+        p.terminate();
+        QCOMPARE(p.ended(), "0");
+        QVERIFY(has(p, 1) && has(p, 2));
+    }
+
+    void theWindowStaysAsItIs()
+    {
+        RunningProgram p;
+        p.write("1", listOf(1));
+        // Without a tray icon a minimised window stays one.
+        p.writePreferences("[VIEW]\r\nTRAY=False\r\n");
+        QVERIFY(p.start());
+        QTRY_VERIFY(p.property("WM_STATE").contains("Normal"));
+        RunningProgram::tell("xdotool", {"windowminimize", p.window});
+        QTRY_VERIFY(p.property("WM_STATE").contains("Iconic"));
+        QCOMPARE(handedOverBy(p, {p.program("1")}), "0");
+        QVERIFY(!QTest::qWaitFor([&] { return !p.property("WM_STATE").contains("Iconic"); }, 500));
+        QCOMPARE(p.property("WM_NAME"), "WM_NAME(STRING) = \"Pevora\"");
+        p.terminate();
+        QCOMPARE(p.ended(), "0");
+        QVERIFY(has(p, 1));
+    }
+
+    void theDesktopsSessionStartsItAgain()
+    {
+        RunningProgram p;
+        p.write("-session 1", listOf(1));
+        p.process.setWorkingDirectory(p.program());
+        QVERIFY(p.start({"-session", "1"}));
+        p.terminate();
+        QCOMPARE(p.ended(), "0");
+        QCOMPARE(handedOver(p), 0);
+    }
+};
 
 QTEST_MAIN(ProgramSecondStartTest)
 #include "tst_ProgramSecondStart.moc"

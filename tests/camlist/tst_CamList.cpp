@@ -45,367 +45,343 @@ class CamListTest : public QObject
 {
     Q_OBJECT
 private slots:
-    void withoutAListTheDefaultsAreThere_data();
-    void withoutAListTheDefaultsAreThere();
-    void aListIsSavedAsItWasRead_data();
-    void aListIsSavedAsItWasRead();
-    void aListThatCannotBeReadIsNotAnEmptyOne();
-    void aFileWithoutACameraIsNoEmptyList();
-    void reloadingForgetsWhatWasNotSaved();
-    void anEmptyCategoryIsGoneAfterALoad();
-    void withoutACameraTheFileIsRemoved();
-    void whatAnotherInstanceWroteIsKeptBeside();
-    void anImportedListIsAdded();
-    void importingTwiceSaysSoForEachCamera();
-    void theCheckBoxEndsTheMessagesOfOneList();
-    void theEndOfTheProgramEndsTheMessages();
-    void whatIsNoZippedListIsRefused_data();
-    void whatIsNoZippedListIsRefused();
-    void listsThatAreNoneAreToldOfOneByOne();
-    void anImportOfNothingAddsTheDefaults();
-    void aKeyThatIsThereIsNotAdded();
-    void anAddedCameraIsShown();
-    void categoriesAreAddedToABox();
-    void camerasAreFoundByTheirNames();
-    void aShortListIsShownOpen();
-    void openCategoriesStayOpenWhenReloaded();
-};
+    void withoutAListTheDefaultsAreThere_data()
+    {
+        QTest::addColumn<QByteArray>("content");
+        QTest::newRow("no file") << QByteArray();
+        QTest::newRow("an empty file") << QByteArray("");
+        QTest::newRow("a line end alone") << QByteArray("\r\n");
+        QTest::newRow("another system's line end") << QByteArray("\n");
+    }
 
-void CamListTest::withoutAListTheDefaultsAreThere_data()
-{
-    QTest::addColumn<QByteArray>("content");
-    QTest::newRow("no file") << QByteArray();
-    QTest::newRow("an empty file") << QByteArray("");
-    QTest::newRow("a line end alone") << QByteArray("\r\n");
-    QTest::newRow("another system's line end") << QByteArray("\n");
-}
-
-void CamListTest::withoutAListTheDefaultsAreThere()
-{
-    QFETCH(QByteArray, content);
-    ShownList shown;
-    if (!content.isNull())
-        shown.write("list.dat", content);
-    shown.list().LoadFile();
-    QCOMPARE(shown.tree().model()->rowCount(), 2);
-    QCOMPARE(shown.all().size(), 14);
-    QCOMPARE(shown.all().value(1), "Cities/NewYork, NY");
-    QCOMPARE(shown.all().last(), "Sights/Big Ben");
-}
-
-void CamListTest::aListIsSavedAsItWasRead_data()
-{
-    QTest::addColumn<QByteArray>("line");
-    QTest::addColumn<QStringList>("nodes");
-    QTest::newRow("two cameras, one with a header") << Example << ExampleNodes;
-    QTest::newRow("commas and blanks") << QByteArray("Cities\xFFL.A., CA\xFFh/a.jpg")
-                                       << QStringList({"Cities", "Cities/L.A., CA"});
-    QTest::newRow("ampersands and brackets")
-        << QByteArray("A&B\xFF<i>AT&&T</i>\xFFh/a.jpg") << QStringList({"A&B", "A&B/<i>AT&&T</i>"});
-    QTest::newRow("categories that take turns") << QByteArray("B\xFF"
-                                                              "1\xFFk1\xFF"
-                                                              "A\xFF"
-                                                              "2\xFFk2\xFF"
-                                                              "B\xFF"
-                                                              "3\xFFk3")
-                                                << QStringList({"B", "B/1", "B/3", "A", "A/2"});
-    QTest::newRow("a line break in a name") << QByteArray("C\xFF"
-                                                          "a\r\nb\xFFk")
-                                            << QStringList({"C", "C/a  b"});
-    QTest::newRow("a line break at the end") << QByteArray("C\xFF"
-                                                           "a\xFFk\r\n")
-                                             << QStringList({"C", "C/a"});
-    QTest::newRow("old letters") << QByteArray("C\xFFZ\xFCrich\xFFk")
-                                 << QStringList({"C", QStringLiteral("C/Z\u00FCrich")});
-    QTest::newRow("letters of the world")
-        << QByteArray("C\xFF" + QByteArray("\u6771\u4EAC \u05EA\u05DC") + "\xFFk")
-        << QStringList({"C", QStringLiteral("C/\u6771\u4EAC \u05EA\u05DC")});
-    QTest::newRow("10,000 characters") << QByteArray("C\xFF" + QByteArray(10'000, 'n') + "\xFFk")
-                                       << QStringList({"C", "C/" + QString(10'000, 'n')});
-}
-
-void CamListTest::aListIsSavedAsItWasRead()
-{
-    QFETCH(QByteArray, line);
-    ShownList shown;
-    shown.load(line + "\r\n");
-    QTEST(shown.all(), "nodes");
-    QVERIFY(QFile::remove(shown.path()));
-    shown.list().SaveFile();
-    QCOMPARE(contentOf(shown.path()), line + "\r\n");
-    QVERIFY(!QFile::exists(shown.path("list.dat.bak")));
-}
-
-void CamListTest::aListThatCannotBeReadIsNotAnEmptyOne()
-{
-    ShownList shown;
-    QVERIFY(QDir(shown.path("")).mkdir("list.dat"));
-    shown.list().LoadFile();
-    QCOMPARE(shown.all(), QStringList());
-    shown.list().SaveFile();
-    QVERIFY(QFileInfo(shown.path()).isDir());
-
-    shown.list().AddCam("Tower", "URL", "Sights");
-    shown.list().SaveFile();
-    QCOMPARE(contentOf(shown.path()), "Sights\xFFTower\xFFURL\r\n");
-    QVERIFY(QFileInfo(shown.path("list.dat.bak")).isDir());
-}
-
-void CamListTest::aFileWithoutACameraIsNoEmptyList()
-{
-    for (const QByteArray& content : {QByteArray(5000, '\0'), QByteArray("Dear diary,\r\n")}) {
+    void withoutAListTheDefaultsAreThere()
+    {
+        QFETCH(QByteArray, content);
         ShownList shown;
-        shown.load(content);
+        if (!content.isNull())
+            shown.write("list.dat", content);
+        shown.list().LoadFile();
+        QCOMPARE(shown.tree().model()->rowCount(), 2);
+        QCOMPARE(shown.all().size(), 14);
+        QCOMPARE(shown.all().value(1), "Cities/NewYork, NY");
+        QCOMPARE(shown.all().last(), "Sights/Big Ben");
+    }
+
+    void aListIsSavedAsItWasRead_data()
+    {
+        QTest::addColumn<QByteArray>("line");
+        QTest::addColumn<QStringList>("nodes");
+        QTest::newRow("two cameras, one with a header") << Example << ExampleNodes;
+        QTest::newRow("commas and blanks") << QByteArray("Cities\xFFL.A., CA\xFFh/a.jpg")
+                                           << QStringList({"Cities", "Cities/L.A., CA"});
+        QTest::newRow("ampersands and brackets") << QByteArray("A&B\xFF<i>AT&&T</i>\xFFh/a.jpg")
+                                                 << QStringList({"A&B", "A&B/<i>AT&&T</i>"});
+        QTest::newRow("categories that take turns") << QByteArray("B\xFF"
+                                                                  "1\xFFk1\xFF"
+                                                                  "A\xFF"
+                                                                  "2\xFFk2\xFF"
+                                                                  "B\xFF"
+                                                                  "3\xFFk3")
+                                                    << QStringList({"B", "B/1", "B/3", "A", "A/2"});
+        QTest::newRow("a line break in a name") << QByteArray("C\xFF"
+                                                              "a\r\nb\xFFk")
+                                                << QStringList({"C", "C/a  b"});
+        QTest::newRow("a line break at the end") << QByteArray("C\xFF"
+                                                               "a\xFFk\r\n")
+                                                 << QStringList({"C", "C/a"});
+        QTest::newRow("old letters") << QByteArray("C\xFFZ\xFCrich\xFFk")
+                                     << QStringList({"C", QStringLiteral("C/Z\u00FCrich")});
+        QTest::newRow("letters of the world")
+            << QByteArray("C\xFF" + QByteArray("\u6771\u4EAC \u05EA\u05DC") + "\xFFk")
+            << QStringList({"C", QStringLiteral("C/\u6771\u4EAC \u05EA\u05DC")});
+        QTest::newRow("10,000 characters")
+            << QByteArray("C\xFF" + QByteArray(10'000, 'n') + "\xFFk")
+            << QStringList({"C", "C/" + QString(10'000, 'n')});
+    }
+
+    void aListIsSavedAsItWasRead()
+    {
+        QFETCH(QByteArray, line);
+        ShownList shown;
+        shown.load(line + "\r\n");
+        QTEST(shown.all(), "nodes");
+        QVERIFY(QFile::remove(shown.path()));
+        shown.list().SaveFile();
+        QCOMPARE(contentOf(shown.path()), line + "\r\n");
+        QVERIFY(!QFile::exists(shown.path("list.dat.bak")));
+    }
+
+    void aListThatCannotBeReadIsNotAnEmptyOne()
+    {
+        ShownList shown;
+        QVERIFY(QDir(shown.path("")).mkdir("list.dat"));
+        shown.list().LoadFile();
         QCOMPARE(shown.all(), QStringList());
         shown.list().SaveFile();
-        QCOMPARE(contentOf(shown.path()), content);
+        QVERIFY(QFileInfo(shown.path()).isDir());
+
         shown.list().AddCam("Tower", "URL", "Sights");
         shown.list().SaveFile();
-        QCOMPARE(contentOf(shown.path("list.dat.bak")), content);
+        QCOMPARE(contentOf(shown.path()), "Sights\xFFTower\xFFURL\r\n");
+        QVERIFY(QFileInfo(shown.path("list.dat.bak")).isDir());
     }
-}
 
-void CamListTest::reloadingForgetsWhatWasNotSaved()
-{
-    ShownList shown;
-    shown.load(Example + "\r\n");
-    shown.list().AddCam("New", "URL3", "Sights");
-    shown.list().LoadFile();
-    QCOMPARE(shown.all(), ExampleNodes);
-    QVERIFY(!shown.entry("mnuRem").isEnabled()); // nothing is selected any more
-    shown.list().Remove();
-    QCOMPARE(shown.all(), ExampleNodes);
-}
+    void aFileWithoutACameraIsNoEmptyList()
+    {
+        for (const QByteArray& content : {QByteArray(5000, '\0'), QByteArray("Dear diary,\r\n")}) {
+            ShownList shown;
+            shown.load(content);
+            QCOMPARE(shown.all(), QStringList());
+            shown.list().SaveFile();
+            QCOMPARE(contentOf(shown.path()), content);
+            shown.list().AddCam("Tower", "URL", "Sights");
+            shown.list().SaveFile();
+            QCOMPARE(contentOf(shown.path("list.dat.bak")), content);
+        }
+    }
 
-void CamListTest::anEmptyCategoryIsGoneAfterALoad()
-{
-    ShownList shown;
-    shown.load(Example + "\r\n");
-    shown.choose("Harbour", "mnuRem");
-    QCOMPARE(shown.list().Search("cit"), "Cities");
-    QCOMPARE(shown.list().ReturnUrlViaName("cit"), "Cities");
-    shown.list().SaveFile();
-    shown.list().LoadFile();
-    QCOMPARE(shown.list().Search("cit"), "");
-    QCOMPARE(shown.all(), QStringList({"Sights", "Sights/Tower"}));
-}
+    void reloadingForgetsWhatWasNotSaved()
+    {
+        ShownList shown;
+        shown.load(Example + "\r\n");
+        shown.list().AddCam("New", "URL3", "Sights");
+        shown.list().LoadFile();
+        QCOMPARE(shown.all(), ExampleNodes);
+        QVERIFY(!shown.entry("mnuRem").isEnabled()); // nothing is selected any more
+        shown.list().Remove();
+        QCOMPARE(shown.all(), ExampleNodes);
+    }
 
-void CamListTest::withoutACameraTheFileIsRemoved()
-{
-    ShownList shown;
-    shown.load("Cities\xFFHarbour\xFFURL1\r\n");
-    shown.choose("Harbour", "mnuRem");
-    shown.list().SaveFile();
-    QVERIFY(!QFile::exists(shown.path()));
-    QVERIFY(!QFile::exists(shown.path("list.dat.bak")));
-}
+    void anEmptyCategoryIsGoneAfterALoad()
+    {
+        ShownList shown;
+        shown.load(Example + "\r\n");
+        shown.choose("Harbour", "mnuRem");
+        QCOMPARE(shown.list().Search("cit"), "Cities");
+        QCOMPARE(shown.list().ReturnUrlViaName("cit"), "Cities");
+        shown.list().SaveFile();
+        shown.list().LoadFile();
+        QCOMPARE(shown.list().Search("cit"), "");
+        QCOMPARE(shown.all(), QStringList({"Sights", "Sights/Tower"}));
+    }
 
-void CamListTest::whatAnotherInstanceWroteIsKeptBeside()
-{
-    ShownList shown;
-    shown.load(Example + "\r\n");
-    const QByteArray others = "Others\xFFOther\xFFURL9\r\n";
-    shown.write("list.dat", others);
-    shown.list().SaveFile();
-    QCOMPARE(contentOf(shown.path()), Example + "\r\n");
-    QCOMPARE(contentOf(shown.path("list.dat.bak")), others);
-}
+    void withoutACameraTheFileIsRemoved()
+    {
+        ShownList shown;
+        shown.load("Cities\xFFHarbour\xFFURL1\r\n");
+        shown.choose("Harbour", "mnuRem");
+        shown.list().SaveFile();
+        QVERIFY(!QFile::exists(shown.path()));
+        QVERIFY(!QFile::exists(shown.path("list.dat.bak")));
+    }
 
-void CamListTest::anImportedListIsAdded()
-{
-    ShownList shown;
-    shown.load(Example + "\r\n");
-    shown.write("icl.zip", "CAMZSights\xFF"
-                           "Bridge\xFFURL3\xFFParks\xFFPond\xFFURL4\r\n");
-    shown.list().LoadFile(shown.path("icl.zip"));
-    QCOMPARE(shown.all(), ExampleNodes + QStringList({"Sights/Bridge", "Parks", "Parks/Pond"}));
-    shown.list().SaveFile();
-    QCOMPARE(contentOf(shown.path()), Example + "\xFFSights\xFF"
-                                                "Bridge\xFFURL3\xFFParks\xFFPond\xFFURL4\r\n");
-}
+    void whatAnotherInstanceWroteIsKeptBeside()
+    {
+        ShownList shown;
+        shown.load(Example + "\r\n");
+        const QByteArray others = "Others\xFFOther\xFFURL9\r\n";
+        shown.write("list.dat", others);
+        shown.list().SaveFile();
+        QCOMPARE(contentOf(shown.path()), Example + "\r\n");
+        QCOMPARE(contentOf(shown.path("list.dat.bak")), others);
+    }
 
-void CamListTest::importingTwiceSaysSoForEachCamera()
-{
-    ShownList shown;
-    shown.load("Old\xFFOld\xFFURL0\r\n");
-    shown.write("icl.zip", "CAMZ" + Example + "\r\n");
-    shown.list().LoadFile(shown.path("icl.zip"));
-    QCOMPARE(shown.all(), QStringList({"Old", "Old/Old"}) + ExampleNodes);
-    shown.list().LoadFile(shown.path("icl.zip"));
-    QCOMPARE(messages("Cam is already in your list."), 2);
-    QCOMPARE(shown.all(), QStringList({"Old", "Old/Old"}) + ExampleNodes);
-}
+    void anImportedListIsAdded()
+    {
+        ShownList shown;
+        shown.load(Example + "\r\n");
+        shown.write("icl.zip", "CAMZSights\xFF"
+                               "Bridge\xFFURL3\xFFParks\xFFPond\xFFURL4\r\n");
+        shown.list().LoadFile(shown.path("icl.zip"));
+        QCOMPARE(shown.all(), ExampleNodes + QStringList({"Sights/Bridge", "Parks", "Parks/Pond"}));
+        shown.list().SaveFile();
+        QCOMPARE(contentOf(shown.path()), Example + "\xFFSights\xFF"
+                                                    "Bridge\xFFURL3\xFFParks\xFFPond\xFFURL4\r\n");
+    }
 
-void CamListTest::theCheckBoxEndsTheMessagesOfOneList()
-{
-    ShownList shown;
-    shown.load(Example + "\r\n");
-    shown.write("icl.zip", "CAMZ" + Example + "\r\n");
-    shown.list().LoadFile(shown.path("icl.zip"));
-    shown.list().LoadFile(shown.path("icl.zip"));
+    void importingTwiceSaysSoForEachCamera()
+    {
+        ShownList shown;
+        shown.load("Old\xFFOld\xFFURL0\r\n");
+        shown.write("icl.zip", "CAMZ" + Example + "\r\n");
+        shown.list().LoadFile(shown.path("icl.zip"));
+        QCOMPARE(shown.all(), QStringList({"Old", "Old/Old"}) + ExampleNodes);
+        shown.list().LoadFile(shown.path("icl.zip"));
+        QCOMPARE(messages("Cam is already in your list."), 2);
+        QCOMPARE(shown.all(), QStringList({"Old", "Old/Old"}) + ExampleNodes);
+    }
 
-    auto* box = openDialog<QMessageBox>();
-    QVERIFY(box);
-    QCOMPARE(box->windowTitle(), "Pevora");
-    QCOMPARE(box->text(), "Cam is already in your list.");
-    QCOMPARE(box->icon(), QMessageBox::Information);
-    QVERIFY(!box->checkBox()->isChecked());
-    QCOMPARE(box->checkBox()->text(), "Don't show again for this list");
-    QTest::mouseClick(box->checkBox(), Qt::LeftButton, {},
-                      QPoint(8, box->checkBox()->height() / 2));
-    QVERIFY(box->checkBox()->isChecked());
-    box->button(QMessageBox::Ok)->click();
-    // The second list's messages are left, with a check box of their own.
-    QTRY_VERIFY(openDialog<QMessageBox>() != box);
-    QVERIFY(!openDialog<QMessageBox>()->checkBox()->isChecked());
-    QCOMPARE(messages("Cam is already in your list."), 2);
-}
+    void theCheckBoxEndsTheMessagesOfOneList()
+    {
+        ShownList shown;
+        shown.load(Example + "\r\n");
+        shown.write("icl.zip", "CAMZ" + Example + "\r\n");
+        shown.list().LoadFile(shown.path("icl.zip"));
+        shown.list().LoadFile(shown.path("icl.zip"));
 
-void CamListTest::theEndOfTheProgramEndsTheMessages()
-{
-    ShownList shown;
-    shown.load(Example + "\r\n");
-    shown.write("icl.zip", "CAMZ" + Example + "\r\n");
-    shown.list().LoadFile(shown.path("icl.zip"));
-    auto* first = openDialog<QMessageBox>();
-    QVERIFY(first);
-    shown.list().endMessages();
-    first->button(QMessageBox::Ok)->click();
-    shown.list().LoadFile(shown.path("icl.zip"));
-    QCoreApplication::processEvents();
-    for (const QWidget* window : QApplication::topLevelWidgets())
-        QVERIFY(!(qobject_cast<const QMessageBox*>(window) && window->isVisible()));
-}
+        auto* box = openDialog<QMessageBox>();
+        QVERIFY(box);
+        QCOMPARE(box->windowTitle(), "Pevora");
+        QCOMPARE(box->text(), "Cam is already in your list.");
+        QCOMPARE(box->icon(), QMessageBox::Information);
+        QVERIFY(!box->checkBox()->isChecked());
+        QCOMPARE(box->checkBox()->text(), "Don't show again for this list");
+        QTest::mouseClick(box->checkBox(), Qt::LeftButton, {},
+                          QPoint(8, box->checkBox()->height() / 2));
+        QVERIFY(box->checkBox()->isChecked());
+        box->button(QMessageBox::Ok)->click();
+        // The second list's messages are left, with a check box of their own.
+        QTRY_VERIFY(openDialog<QMessageBox>() != box);
+        QVERIFY(!openDialog<QMessageBox>()->checkBox()->isChecked());
+        QCOMPARE(messages("Cam is already in your list."), 2);
+    }
 
-void CamListTest::whatIsNoZippedListIsRefused_data()
-{
-    QTest::addColumn<QByteArray>("content");
-    QTest::newRow("a list without its mark") << Example + "\r\n";
-    QTest::newRow("the mark in other letters") << "camz" + Example;
-    QTest::newRow("the mark cut") << QByteArray("CAM");
-    QTest::newRow("an empty file") << QByteArray("");
-    QTest::newRow("no file") << QByteArray();
-}
+    void theEndOfTheProgramEndsTheMessages()
+    {
+        ShownList shown;
+        shown.load(Example + "\r\n");
+        shown.write("icl.zip", "CAMZ" + Example + "\r\n");
+        shown.list().LoadFile(shown.path("icl.zip"));
+        auto* first = openDialog<QMessageBox>();
+        QVERIFY(first);
+        shown.list().endMessages();
+        first->button(QMessageBox::Ok)->click();
+        shown.list().LoadFile(shown.path("icl.zip"));
+        QCoreApplication::processEvents();
+        for (const QWidget* window : QApplication::topLevelWidgets())
+            QVERIFY(!(qobject_cast<const QMessageBox*>(window) && window->isVisible()));
+    }
 
-void CamListTest::whatIsNoZippedListIsRefused()
-{
-    QFETCH(QByteArray, content);
-    ShownList shown;
-    shown.load(Example + "\r\n");
-    if (!content.isNull())
-        shown.write("other.dat", content);
-    shown.list().LoadFile(shown.path("other.dat"));
-    const ShownMessage message = answerMessage(QMessageBox::Ok);
-    QCOMPARE(message.text, "Not a valid Zipped Cam List.");
-    QCOMPARE(message.title, "Pevora");
-    QCOMPARE(message.icon, QMessageBox::Critical);
-    QCOMPARE(shown.all(), ExampleNodes);
-}
+    void whatIsNoZippedListIsRefused_data()
+    {
+        QTest::addColumn<QByteArray>("content");
+        QTest::newRow("a list without its mark") << Example + "\r\n";
+        QTest::newRow("the mark in other letters") << "camz" + Example;
+        QTest::newRow("the mark cut") << QByteArray("CAM");
+        QTest::newRow("an empty file") << QByteArray("");
+        QTest::newRow("no file") << QByteArray();
+    }
 
-void CamListTest::listsThatAreNoneAreToldOfOneByOne()
-{
-    ShownList shown;
-    shown.load(Example + "\r\n");
-    for (int i = 0; i < 3; ++i)
+    void whatIsNoZippedListIsRefused()
+    {
+        QFETCH(QByteArray, content);
+        ShownList shown;
+        shown.load(Example + "\r\n");
+        if (!content.isNull())
+            shown.write("other.dat", content);
+        shown.list().LoadFile(shown.path("other.dat"));
+        const ShownMessage message = answerMessage(QMessageBox::Ok);
+        QCOMPARE(message.text, "Not a valid Zipped Cam List.");
+        QCOMPARE(message.title, "Pevora");
+        QCOMPARE(message.icon, QMessageBox::Critical);
+        QCOMPARE(shown.all(), ExampleNodes);
+    }
+
+    void listsThatAreNoneAreToldOfOneByOne()
+    {
+        ShownList shown;
+        shown.load(Example + "\r\n");
+        for (int i = 0; i < 3; ++i)
+            shown.list().LoadFile(shown.path("missing"));
+        QVERIFY(openDialog<QMessageBox>());
+        const auto windows = QApplication::topLevelWidgets();
+        QCOMPARE(std::count_if(windows.begin(), windows.end(),
+                               [](const QWidget* window) {
+                                   return qobject_cast<const QMessageBox*>(window) &&
+                                          window->isVisible();
+                               }),
+                 1);
+        QCOMPARE(messages("Not a valid Zipped Cam List."), 3);
         shown.list().LoadFile(shown.path("missing"));
-    QVERIFY(openDialog<QMessageBox>());
-    const auto windows = QApplication::topLevelWidgets();
-    QCOMPARE(std::count_if(windows.begin(), windows.end(),
-                           [](const QWidget* window) {
-                               return qobject_cast<const QMessageBox*>(window) &&
-                                      window->isVisible();
-                           }),
-             1);
-    QCOMPARE(messages("Not a valid Zipped Cam List."), 3);
-    shown.list().LoadFile(shown.path("missing"));
-    QCOMPARE(messages("Not a valid Zipped Cam List."), 1);
-}
+        QCOMPARE(messages("Not a valid Zipped Cam List."), 1);
+    }
 
-void CamListTest::anImportOfNothingAddsTheDefaults()
-{
-    ShownList shown;
-    const CameraRecord first = defaultCameras().value(0);
-    shown.load("Mine\xFFMy own\xFF" + first.key.toLatin1() + "\r\n");
-    shown.write("icl.zip", "CAMZ\r\n");
-    shown.list().LoadFile(shown.path("icl.zip"));
-    QCOMPARE(shown.all().size(), 2 + 14 - 1);
-    QCOMPARE(messages("Cam is already in your list."), 1); // the one that is there
-}
+    void anImportOfNothingAddsTheDefaults()
+    {
+        ShownList shown;
+        const CameraRecord first = defaultCameras().value(0);
+        shown.load("Mine\xFFMy own\xFF" + first.key.toLatin1() + "\r\n");
+        shown.write("icl.zip", "CAMZ\r\n");
+        shown.list().LoadFile(shown.path("icl.zip"));
+        QCOMPARE(shown.all().size(), 2 + 14 - 1);
+        QCOMPARE(messages("Cam is already in your list."), 1); // the one that is there
+    }
 
-void CamListTest::aKeyThatIsThereIsNotAdded()
-{
-    ShownList shown;
-    shown.load(Example + "\r\n");
-    shown.list().AddCam("Again", "URL1", "Parks");
-    QCOMPARE(messages("Cam is already in your list."), 1);
-    // Kept: the category that was made for it stays.
-    QCOMPARE(shown.all(), ExampleNodes + QStringList("Parks"));
-}
+    void aKeyThatIsThereIsNotAdded()
+    {
+        ShownList shown;
+        shown.load(Example + "\r\n");
+        shown.list().AddCam("Again", "URL1", "Parks");
+        QCOMPARE(messages("Cam is already in your list."), 1);
+        // Kept: the category that was made for it stays.
+        QCOMPARE(shown.all(), ExampleNodes + QStringList("Parks"));
+    }
 
-void CamListTest::anAddedCameraIsShown()
-{
-    ShownList shown;
-    shown.load(Example + "\r\n");
-    shown.tree().collapseAll();
-    QSignalSpy clicks(&shown.list(), &CamList::Click);
-    shown.list().AddCam("Bridge", "URL3", "Sights");
-    QCOMPARE(shown.tree().selected(), shown.node("Bridge"));
-    QVERIFY(shown.tree().isExpanded(shown.node("Sights")));
-    QCOMPARE(clicks.size(), 0);
-}
+    void anAddedCameraIsShown()
+    {
+        ShownList shown;
+        shown.load(Example + "\r\n");
+        shown.tree().collapseAll();
+        QSignalSpy clicks(&shown.list(), &CamList::Click);
+        shown.list().AddCam("Bridge", "URL3", "Sights");
+        QCOMPARE(shown.tree().selected(), shown.node("Bridge"));
+        QVERIFY(shown.tree().isExpanded(shown.node("Sights")));
+        QCOMPARE(clicks.size(), 0);
+    }
 
-void CamListTest::categoriesAreAddedToABox()
-{
-    ShownList shown;
-    shown.load(Example + "\r\n");
-    QComboBox box;
-    box.addItem("first");
-    shown.list().FillParent(&box);
-    QCOMPARE(box.count(), 3);
-    QCOMPARE(box.itemText(0), "first");
-    QCOMPARE(box.itemText(1), "Cities");
-    QCOMPARE(box.itemText(2), "Sights");
-}
+    void categoriesAreAddedToABox()
+    {
+        ShownList shown;
+        shown.load(Example + "\r\n");
+        QComboBox box;
+        box.addItem("first");
+        shown.list().FillParent(&box);
+        QCOMPARE(box.count(), 3);
+        QCOMPARE(box.itemText(0), "first");
+        QCOMPARE(box.itemText(1), "Cities");
+        QCOMPARE(box.itemText(2), "Sights");
+    }
 
-void CamListTest::camerasAreFoundByTheirNames()
-{
-    ShownList shown;
-    shown.load(Example + "\r\n");
-    QCOMPARE(shown.list().Search("TOW"), "Tower");
-    QCOMPARE(shown.list().ReturnUrlViaName("TOW"), "URL2\x01"
-                                                   "Cookie: a=1");
-    QCOMPARE(shown.list().Search(""), "");
-    QCOMPARE(shown.list().ReturnUrlViaName(""), "");
-    QCOMPARE(shown.list().ReturnUrlViaName("Cities"), ""); // it has a camera
+    void camerasAreFoundByTheirNames()
+    {
+        ShownList shown;
+        shown.load(Example + "\r\n");
+        QCOMPARE(shown.list().Search("TOW"), "Tower");
+        QCOMPARE(shown.list().ReturnUrlViaName("TOW"), "URL2\x01"
+                                                       "Cookie: a=1");
+        QCOMPARE(shown.list().Search(""), "");
+        QCOMPARE(shown.list().ReturnUrlViaName(""), "");
+        QCOMPARE(shown.list().ReturnUrlViaName("Cities"), ""); // it has a camera
 
-    QVERIFY(QFile::remove(shown.path()));
-    shown.list().LoadFile();
-    QCOMPARE(shown.list().Search("new"), "NewYork, NY");
-    QCOMPARE(shown.list().ReturnUrlViaName("new"), defaultCameras().value(0).key);
-}
+        QVERIFY(QFile::remove(shown.path()));
+        shown.list().LoadFile();
+        QCOMPARE(shown.list().Search("new"), "NewYork, NY");
+        QCOMPARE(shown.list().ReturnUrlViaName("new"), defaultCameras().value(0).key);
+    }
 
-void CamListTest::aShortListIsShownOpen()
-{
-    ShownList shown;
-    shown.load(Example + "\r\n");
-    QVERIFY(shown.tree().isExpanded(shown.node("Cities")));
-    QVERIFY(shown.tree().isExpanded(shown.node("Sights")));
-}
+    void aShortListIsShownOpen()
+    {
+        ShownList shown;
+        shown.load(Example + "\r\n");
+        QVERIFY(shown.tree().isExpanded(shown.node("Cities")));
+        QVERIFY(shown.tree().isExpanded(shown.node("Sights")));
+    }
 
-void CamListTest::openCategoriesStayOpenWhenReloaded()
-{
-    QByteArray line = "Sights\xFFTower\xFFURL";
-    for (int i = 0; i < 60; ++i)
-        line += "\xFFMany\xFFn" + QByteArray::number(i) + "\xFFk" + QByteArray::number(i);
-    ShownList shown;
-    shown.load(line);
-    QVERIFY(!shown.tree().isExpanded(shown.node("Sights")));
-    QVERIFY(!shown.tree().isExpanded(shown.node("Many")));
-    shown.click("Sights");
-    shown.list().LoadFile();
-    QVERIFY(shown.tree().isExpanded(shown.node("Sights")));
-    QVERIFY(!shown.tree().isExpanded(shown.node("Many")));
-}
+    void openCategoriesStayOpenWhenReloaded()
+    {
+        QByteArray line = "Sights\xFFTower\xFFURL";
+        for (int i = 0; i < 60; ++i)
+            line += "\xFFMany\xFFn" + QByteArray::number(i) + "\xFFk" + QByteArray::number(i);
+        ShownList shown;
+        shown.load(line);
+        QVERIFY(!shown.tree().isExpanded(shown.node("Sights")));
+        QVERIFY(!shown.tree().isExpanded(shown.node("Many")));
+        shown.click("Sights");
+        shown.list().LoadFile();
+        QVERIFY(shown.tree().isExpanded(shown.node("Sights")));
+        QVERIFY(!shown.tree().isExpanded(shown.node("Many")));
+    }
+};
 
 QTEST_MAIN(CamListTest)
 #include "tst_CamList.moc"

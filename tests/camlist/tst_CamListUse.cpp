@@ -14,328 +14,307 @@ class CamListUseTest : public QObject
 {
     Q_OBJECT
 private slots:
-    void aClickOnACameraChoosesIt();
-    void aClickOnACategoryOpensAndClosesIt();
-    void theSecondClickOfTwoCountsForNothing();
-    void enterChoosesAndArrowsDoNot();
-    void plusAndMinusOpenAndClose();
-    void typingFindsACamera();
-    void theMenuComesWithTheReleaseOfTheRightButton();
-    void theMenuKeyOpensTheMenuAtTheNode();
-    void theMenuHasItsEntries();
-    void entriesActOnTheSelectedNode_data();
-    void entriesActOnTheSelectedNode();
-    void withNothingSelectedEntriesDoNothing();
-    void aClickBelowTheNodesKeepsTheSelection();
-    void theWholeKeyIsCopied();
-    void deleteRemovesACameraAtOnce();
-    void deleteElsewhereRemovesNothing();
-    void aHeldDeleteRemovesOneCamera();
-    void removingACategoryAsks();
-    void theTreeFillsTheControl();
-    void aScreenReaderFindsTheCameras();
+    void aClickOnACameraChoosesIt()
+    {
+        ShownList shown;
+        shown.load(m_list);
+        QSignalSpy clicks(&shown.list(), &CamList::Click);
+        shown.click("Tower");
+        QCOMPARE(clicks.size(), 1);
+        QCOMPARE(clicks.first(), QVariantList({"Tower", "URL2\x01"
+                                                        "Cookie: a=1"}));
+        // The one that is shown already can be asked for again.
+        shown.click("Tower");
+        QCOMPARE(clicks.size(), 2);
+        shown.click("Bridge", Qt::RightButton);
+        QCOMPARE(clicks.size(), 2);
+    }
+
+    void aClickOnACategoryOpensAndClosesIt()
+    {
+        ShownList shown;
+        shown.load(m_list);
+        QSignalSpy clicks(&shown.list(), &CamList::Click);
+        shown.click("Cities");
+        QVERIFY(!shown.tree().isExpanded(shown.node("Cities")));
+        shown.click("Cities");
+        QVERIFY(shown.tree().isExpanded(shown.node("Cities")));
+        QCOMPARE(clicks.size(), 0);
+    }
+
+    void theSecondClickOfTwoCountsForNothing()
+    {
+        ShownList shown;
+        shown.load(m_list);
+        QSignalSpy clicks(&shown.list(), &CamList::Click);
+        const auto twice = [&](const QString& text) {
+            QWidget* rows = shown.tree().viewport();
+            const QPoint place = shown.tree().visualRect(shown.node(text)).center();
+            QTest::mouseClick(rows, Qt::LeftButton, {}, place);
+            QTest::mouseDClick(rows, Qt::LeftButton, {}, place);
+            QTest::mouseRelease(rows, Qt::LeftButton, {}, place);
+        };
+        twice("Tower");
+        QCOMPARE(clicks.size(), 1);
+        shown.click("Bridge");
+        QCOMPARE(clicks.size(), 2);
+        twice("Cities");
+        QVERIFY(!shown.tree().isExpanded(shown.node("Cities")));
+    }
+
+    void enterChoosesAndArrowsDoNot()
+    {
+        ShownList shown;
+        shown.load(m_list);
+        QSignalSpy clicks(&shown.list(), &CamList::Click);
+        for (const Qt::Key key : {Qt::Key_Home, Qt::Key_Down})
+            QTest::keyClick(&shown.tree(), key);
+        QCOMPARE(shown.tree().selected(), shown.node("Harbour"));
+        QCOMPARE(clicks.size(), 0);
+        QTest::keyClick(&shown.tree(), Qt::Key_Return);
+        QCOMPARE(clicks.size(), 1);
+        QCOMPARE(clicks.first(), QVariantList({"Harbour", "URL1"}));
+        QTest::keyClick(&shown.tree(), Qt::Key_Enter, Qt::KeypadModifier);
+        QCOMPARE(clicks.size(), 2);
+        // One that is held down asks for the camera once.
+        QTest::simulateEvent(&shown.tree(), true, Qt::Key_Return, {}, {}, true);
+        QCOMPARE(clicks.size(), 2);
+
+        QTest::keyClick(&shown.tree(), Qt::Key_Home);
+        QTest::keyClick(&shown.tree(), Qt::Key_Return);
+        QVERIFY(!shown.tree().isExpanded(shown.node("Cities")));
+        QCOMPARE(clicks.size(), 2);
+    }
+
+    void plusAndMinusOpenAndClose()
+    {
+        ShownList shown;
+        shown.load(m_list);
+        QTest::keyClick(&shown.tree(), Qt::Key_Home);
+        QTest::keyClick(&shown.tree(), Qt::Key_Minus);
+        QVERIFY(!shown.tree().isExpanded(shown.node("Cities")));
+        QTest::keyClick(&shown.tree(), Qt::Key_Plus);
+        QVERIFY(shown.tree().isExpanded(shown.node("Cities")));
+        QTest::keyClick(&shown.tree(), Qt::Key_Left);
+        QVERIFY(!shown.tree().isExpanded(shown.node("Cities")));
+    }
+
+    void typingFindsACamera()
+    {
+        ShownList shown;
+        shown.load(m_list);
+        QTest::keyClicks(&shown.tree(), "bri");
+        QCOMPARE(shown.tree().selected(), shown.node("Bridge"));
+    }
+
+    void theMenuComesWithTheReleaseOfTheRightButton()
+    {
+        ShownList shown;
+        shown.load(m_list);
+        auto* menu = shown.list().findChild<QMenu*>("mnu");
+        QWidget* rows = shown.tree().viewport();
+        const QPoint place = shown.tree().visualRect(shown.node("Bridge")).center();
+        QTest::mousePress(rows, Qt::RightButton, {}, place);
+        QContextMenuEvent withThePress(QContextMenuEvent::Mouse, place, rows->mapToGlobal(place));
+        QApplication::sendEvent(rows, &withThePress);
+        QVERIFY(!menu->isVisible());
+        QTest::mouseRelease(rows, Qt::RightButton, {}, place);
+        QVERIFY(menu->isVisible());
+        QCOMPARE(menu->pos(), rows->mapToGlobal(place));
+        QCOMPARE(shown.tree().selected(), shown.node("Bridge"));
+        QTest::keyClick(menu, Qt::Key_Escape);
+        QVERIFY(!menu->isVisible());
+    }
+
+    void theMenuKeyOpensTheMenuAtTheNode()
+    {
+        ShownList shown;
+        shown.load(m_list);
+        // The keyboard is at the node although it is not selected yet, as after the Tab key.
+        shown.tree().selectionModel()->setCurrentIndex(shown.node("Tower"),
+                                                       QItemSelectionModel::NoUpdate);
+        QVERIFY(!shown.tree().selected().isValid());
+        auto* menu = shown.list().findChild<QMenu*>("mnu");
+        QContextMenuEvent byKey(QContextMenuEvent::Keyboard, QPoint(1, 1), QPoint(1, 1));
+        QApplication::sendEvent(&shown.tree(), &byKey);
+        QVERIFY(menu->isVisible());
+        const QRect row = shown.tree().visualRect(shown.node("Tower"));
+        QVERIFY(row.contains(shown.tree().viewport()->mapFromGlobal(menu->pos())));
+        QCOMPARE(shown.tree().selected(), shown.node("Tower"));
+        QVERIFY(shown.entry("mnuEdit").isEnabled());
+        menu->close();
+    }
+
+    void theMenuHasItsEntries()
+    {
+        ShownList shown;
+        QStringList captions;
+        for (const QAction* entry : shown.list().findChild<QMenu*>("mnu")->actions())
+            captions.append(entry->isSeparator() ? "-" : entry->text());
+        QCOMPARE(captions, QStringList({"Add to Favorites", "-", "Select", "Copy Url", "-", "Edit",
+                                        "Remove"}));
+    }
+
+    void entriesActOnTheSelectedNode_data()
+    {
+        QTest::addColumn<QString>("entry");
+        QTest::addColumn<QString>("node");
+        QTest::addColumn<QString>("key");
+        for (const char* entry : {"mnuFav", "mnuSel"}) {
+            QTest::addRow("%s, a camera", entry) << entry << "Tower"
+                                                 << "URL2\x01"
+                                                    "Cookie: a=1";
+            QTest::addRow("%s, a category", entry) << entry << "Sights"
+                                                   << "Sights";
+        }
+    }
+
+    void entriesActOnTheSelectedNode()
+    {
+        QFETCH(QString, entry);
+        QFETCH(QString, node);
+        QFETCH(QString, key);
+        ShownList shown;
+        shown.load(m_list);
+        QSignalSpy clicks(&shown.list(), &CamList::Click);
+        QSignalSpy favourites(&shown.list(), &CamList::AddFavorite);
+        shown.choose(node, entry);
+        const bool select = entry == "mnuSel";
+        QCOMPARE(clicks.size(), select ? 1 : 0);
+        QCOMPARE(favourites.size(), select ? 0 : 1);
+        QCOMPARE((select ? clicks : favourites).first(), QVariantList({node, key}));
+        QVERIFY(!shown.entry("mnuEdit").isEnabled() || node == "Tower");
+    }
+
+    void withNothingSelectedEntriesDoNothing()
+    {
+        ShownList shown;
+        shown.load(m_list);
+        QGuiApplication::clipboard()->setText("mine");
+        QSignalSpy clicks(&shown.list(), &CamList::Click);
+        QSignalSpy favourites(&shown.list(), &CamList::AddFavorite);
+        const QStringList before = shown.all();
+        for (const char* entry : {"mnuFav", "mnuSel", "mnuCopy", "mnuEdit", "mnuRem"}) {
+            QVERIFY2(!shown.entry(entry).isEnabled(), entry);
+            emit shown.entry(entry).triggered();
+        }
+        QCOMPARE(clicks.size() + favourites.size(), 0);
+        QCOMPARE(QGuiApplication::clipboard()->text(), "mine");
+        QCOMPARE(shown.all(), before);
+        // On the empty part below the nodes the menu opens all the same.
+        QTest::mouseClick(shown.tree().viewport(), Qt::RightButton, {},
+                          shown.tree().viewport()->rect().bottomRight() - QPoint(5, 5));
+        QVERIFY(shown.list().findChild<QMenu*>("mnu")->isVisible());
+        shown.list().findChild<QMenu*>("mnu")->close();
+    }
+
+    void aClickBelowTheNodesKeepsTheSelection()
+    {
+        ShownList shown;
+        shown.load(m_list);
+        shown.tree().select(shown.node("Tower"));
+        const QPoint below = shown.tree().viewport()->rect().bottomRight() - QPoint(5, 5);
+        for (const auto button : {Qt::LeftButton, Qt::RightButton}) {
+            QTest::mouseClick(shown.tree().viewport(), button, {}, below);
+            QCOMPARE(shown.tree().selected(), shown.node("Tower"));
+        }
+        QVERIFY(shown.list().findChild<QMenu*>("mnu")->isVisible());
+        QVERIFY(shown.entry("mnuEdit").isEnabled());
+        shown.list().findChild<QMenu*>("mnu")->close();
+    }
+
+    void theWholeKeyIsCopied()
+    {
+        ShownList shown;
+        shown.load(m_list);
+        shown.choose("Tower", "mnuCopy");
+        QCOMPARE(QGuiApplication::clipboard()->text(), "URL2\x01"
+                                                       "Cookie: a=1");
+        shown.choose("Cities", "mnuCopy");
+        QCOMPARE(QGuiApplication::clipboard()->text(), "Cities");
+    }
+
+    void deleteRemovesACameraAtOnce()
+    {
+        ShownList shown;
+        shown.load(m_list);
+        QSignalSpy clicks(&shown.list(), &CamList::Click);
+        shown.tree().select(shown.node("Tower"));
+        QTest::keyClick(&shown.tree(), Qt::Key_Delete);
+        QCOMPARE(shown.all(), QStringList({"Cities", "Cities/Harbour", "Sights", "Sights/Bridge"}));
+        shown.choose("Bridge", "mnuRem");
+        QCOMPARE(shown.all(), QStringList({"Cities", "Cities/Harbour", "Sights"}));
+        QCOMPARE(clicks.size(), 0);
+    }
+
+    void deleteElsewhereRemovesNothing()
+    {
+        ShownList shown;
+        shown.load(m_list);
+        shown.tree().select(shown.node("Tower"));
+        QPushButton other(&shown.window());
+        other.show();
+        other.setFocus();
+        QTest::keyClick(&other, Qt::Key_Delete);
+        QCOMPARE(shown.all().size(), 5);
+    }
+
+    void aHeldDeleteRemovesOneCamera()
+    {
+        ShownList shown;
+        shown.load(m_list);
+        shown.tree().select(shown.node("Tower"));
+        QTest::keyPress(&shown.tree(), Qt::Key_Delete);
+        for (int i = 0; i < 3; ++i) {
+            QTest::simulateEvent(&shown.tree(), true, Qt::Key_Delete, {}, {}, true);
+            QCOMPARE(shown.all().size(), 4);
+        }
+        QTest::keyRelease(&shown.tree(), Qt::Key_Delete);
+    }
+
+    void removingACategoryAsks()
+    {
+        ShownList shown;
+        shown.load(m_list);
+        const QStringList before = shown.all();
+        shown.choose("Sights", "mnuRem");
+        // Enter alone removes nothing.
+        QTRY_VERIFY(openDialog<QMessageBox>());
+        QCOMPARE(openDialog<QMessageBox>()->defaultButton(),
+                 openDialog<QMessageBox>()->button(QMessageBox::No));
+        const ShownMessage question = answerMessage(QMessageBox::No);
+        QCOMPARE(question.text, "Remove Category and all its contents?");
+        QCOMPARE(question.title, "Remove");
+        QCOMPARE(question.icon, QMessageBox::Question);
+        QCOMPARE(shown.all(), before);
+        shown.tree().select(shown.node("Sights"));
+        QTest::keyClick(&shown.tree(), Qt::Key_Delete);
+        QVERIFY(answerMessage(QMessageBox::Yes).shown);
+        QCOMPARE(shown.all(), QStringList({"Cities", "Cities/Harbour"}));
+    }
+
+    void theTreeFillsTheControl()
+    {
+        ShownList shown;
+        shown.list().resize(123, 77);
+        QCOMPARE(shown.tree().geometry(), QRect(0, 0, 123, 77));
+    }
+
+    void aScreenReaderFindsTheCameras()
+    {
+        ShownList shown;
+        shown.load(m_list);
+        QCOMPARE(shown.tree().accessibleName(), "Cameras");
+        auto* spoken = QAccessible::queryAccessibleInterface(&shown.tree());
+        QVERIFY(spoken && spoken->tableInterface());
+        QCOMPARE(spoken->tableInterface()->cellAt(1, 0)->text(QAccessible::Name), "Harbour");
+    }
 
 private:
     const QByteArray m_list = "Cities\xFFHarbour\xFFURL1\xFFSights\xFFTower\xFFURL2\x01"
                               "Cookie: a=1\xFFSights\xFF"
                               "Bridge\xFFURL3\r\n";
 };
-
-void CamListUseTest::aClickOnACameraChoosesIt()
-{
-    ShownList shown;
-    shown.load(m_list);
-    QSignalSpy clicks(&shown.list(), &CamList::Click);
-    shown.click("Tower");
-    QCOMPARE(clicks.size(), 1);
-    QCOMPARE(clicks.first(), QVariantList({"Tower", "URL2\x01"
-                                                    "Cookie: a=1"}));
-    // The one that is shown already can be asked for again.
-    shown.click("Tower");
-    QCOMPARE(clicks.size(), 2);
-    shown.click("Bridge", Qt::RightButton);
-    QCOMPARE(clicks.size(), 2);
-}
-
-void CamListUseTest::aClickOnACategoryOpensAndClosesIt()
-{
-    ShownList shown;
-    shown.load(m_list);
-    QSignalSpy clicks(&shown.list(), &CamList::Click);
-    shown.click("Cities");
-    QVERIFY(!shown.tree().isExpanded(shown.node("Cities")));
-    shown.click("Cities");
-    QVERIFY(shown.tree().isExpanded(shown.node("Cities")));
-    QCOMPARE(clicks.size(), 0);
-}
-
-void CamListUseTest::theSecondClickOfTwoCountsForNothing()
-{
-    ShownList shown;
-    shown.load(m_list);
-    QSignalSpy clicks(&shown.list(), &CamList::Click);
-    const auto twice = [&](const QString& text) {
-        QWidget* rows = shown.tree().viewport();
-        const QPoint place = shown.tree().visualRect(shown.node(text)).center();
-        QTest::mouseClick(rows, Qt::LeftButton, {}, place);
-        QTest::mouseDClick(rows, Qt::LeftButton, {}, place);
-        QTest::mouseRelease(rows, Qt::LeftButton, {}, place);
-    };
-    twice("Tower");
-    QCOMPARE(clicks.size(), 1);
-    shown.click("Bridge");
-    QCOMPARE(clicks.size(), 2);
-    twice("Cities");
-    QVERIFY(!shown.tree().isExpanded(shown.node("Cities")));
-}
-
-void CamListUseTest::enterChoosesAndArrowsDoNot()
-{
-    ShownList shown;
-    shown.load(m_list);
-    QSignalSpy clicks(&shown.list(), &CamList::Click);
-    for (const Qt::Key key : {Qt::Key_Home, Qt::Key_Down})
-        QTest::keyClick(&shown.tree(), key);
-    QCOMPARE(shown.tree().selected(), shown.node("Harbour"));
-    QCOMPARE(clicks.size(), 0);
-    QTest::keyClick(&shown.tree(), Qt::Key_Return);
-    QCOMPARE(clicks.size(), 1);
-    QCOMPARE(clicks.first(), QVariantList({"Harbour", "URL1"}));
-    QTest::keyClick(&shown.tree(), Qt::Key_Enter, Qt::KeypadModifier);
-    QCOMPARE(clicks.size(), 2);
-    // One that is held down asks for the camera once.
-    QTest::simulateEvent(&shown.tree(), true, Qt::Key_Return, {}, {}, true);
-    QCOMPARE(clicks.size(), 2);
-
-    QTest::keyClick(&shown.tree(), Qt::Key_Home);
-    QTest::keyClick(&shown.tree(), Qt::Key_Return);
-    QVERIFY(!shown.tree().isExpanded(shown.node("Cities")));
-    QCOMPARE(clicks.size(), 2);
-}
-
-void CamListUseTest::plusAndMinusOpenAndClose()
-{
-    ShownList shown;
-    shown.load(m_list);
-    QTest::keyClick(&shown.tree(), Qt::Key_Home);
-    QTest::keyClick(&shown.tree(), Qt::Key_Minus);
-    QVERIFY(!shown.tree().isExpanded(shown.node("Cities")));
-    QTest::keyClick(&shown.tree(), Qt::Key_Plus);
-    QVERIFY(shown.tree().isExpanded(shown.node("Cities")));
-    QTest::keyClick(&shown.tree(), Qt::Key_Left);
-    QVERIFY(!shown.tree().isExpanded(shown.node("Cities")));
-}
-
-void CamListUseTest::typingFindsACamera()
-{
-    ShownList shown;
-    shown.load(m_list);
-    QTest::keyClicks(&shown.tree(), "bri");
-    QCOMPARE(shown.tree().selected(), shown.node("Bridge"));
-}
-
-void CamListUseTest::theMenuComesWithTheReleaseOfTheRightButton()
-{
-    ShownList shown;
-    shown.load(m_list);
-    auto* menu = shown.list().findChild<QMenu*>("mnu");
-    QWidget* rows = shown.tree().viewport();
-    const QPoint place = shown.tree().visualRect(shown.node("Bridge")).center();
-    QTest::mousePress(rows, Qt::RightButton, {}, place);
-    QContextMenuEvent withThePress(QContextMenuEvent::Mouse, place, rows->mapToGlobal(place));
-    QApplication::sendEvent(rows, &withThePress);
-    QVERIFY(!menu->isVisible());
-    QTest::mouseRelease(rows, Qt::RightButton, {}, place);
-    QVERIFY(menu->isVisible());
-    QCOMPARE(menu->pos(), rows->mapToGlobal(place));
-    QCOMPARE(shown.tree().selected(), shown.node("Bridge"));
-    QTest::keyClick(menu, Qt::Key_Escape);
-    QVERIFY(!menu->isVisible());
-}
-
-void CamListUseTest::theMenuKeyOpensTheMenuAtTheNode()
-{
-    ShownList shown;
-    shown.load(m_list);
-    // The keyboard is at the node although it is not selected yet, as after the Tab key.
-    shown.tree().selectionModel()->setCurrentIndex(shown.node("Tower"),
-                                                   QItemSelectionModel::NoUpdate);
-    QVERIFY(!shown.tree().selected().isValid());
-    auto* menu = shown.list().findChild<QMenu*>("mnu");
-    QContextMenuEvent byKey(QContextMenuEvent::Keyboard, QPoint(1, 1), QPoint(1, 1));
-    QApplication::sendEvent(&shown.tree(), &byKey);
-    QVERIFY(menu->isVisible());
-    const QRect row = shown.tree().visualRect(shown.node("Tower"));
-    QVERIFY(row.contains(shown.tree().viewport()->mapFromGlobal(menu->pos())));
-    QCOMPARE(shown.tree().selected(), shown.node("Tower"));
-    QVERIFY(shown.entry("mnuEdit").isEnabled());
-    menu->close();
-}
-
-void CamListUseTest::theMenuHasItsEntries()
-{
-    ShownList shown;
-    QStringList captions;
-    for (const QAction* entry : shown.list().findChild<QMenu*>("mnu")->actions())
-        captions.append(entry->isSeparator() ? "-" : entry->text());
-    QCOMPARE(captions,
-             QStringList({"Add to Favorites", "-", "Select", "Copy Url", "-", "Edit", "Remove"}));
-}
-
-void CamListUseTest::entriesActOnTheSelectedNode_data()
-{
-    QTest::addColumn<QString>("entry");
-    QTest::addColumn<QString>("node");
-    QTest::addColumn<QString>("key");
-    for (const char* entry : {"mnuFav", "mnuSel"}) {
-        QTest::addRow("%s, a camera", entry) << entry << "Tower"
-                                             << "URL2\x01"
-                                                "Cookie: a=1";
-        QTest::addRow("%s, a category", entry) << entry << "Sights"
-                                               << "Sights";
-    }
-}
-
-void CamListUseTest::entriesActOnTheSelectedNode()
-{
-    QFETCH(QString, entry);
-    QFETCH(QString, node);
-    QFETCH(QString, key);
-    ShownList shown;
-    shown.load(m_list);
-    QSignalSpy clicks(&shown.list(), &CamList::Click);
-    QSignalSpy favourites(&shown.list(), &CamList::AddFavorite);
-    shown.choose(node, entry);
-    const bool select = entry == "mnuSel";
-    QCOMPARE(clicks.size(), select ? 1 : 0);
-    QCOMPARE(favourites.size(), select ? 0 : 1);
-    QCOMPARE((select ? clicks : favourites).first(), QVariantList({node, key}));
-    QVERIFY(!shown.entry("mnuEdit").isEnabled() || node == "Tower");
-}
-
-void CamListUseTest::withNothingSelectedEntriesDoNothing()
-{
-    ShownList shown;
-    shown.load(m_list);
-    QGuiApplication::clipboard()->setText("mine");
-    QSignalSpy clicks(&shown.list(), &CamList::Click);
-    QSignalSpy favourites(&shown.list(), &CamList::AddFavorite);
-    const QStringList before = shown.all();
-    for (const char* entry : {"mnuFav", "mnuSel", "mnuCopy", "mnuEdit", "mnuRem"}) {
-        QVERIFY2(!shown.entry(entry).isEnabled(), entry);
-        emit shown.entry(entry).triggered();
-    }
-    QCOMPARE(clicks.size() + favourites.size(), 0);
-    QCOMPARE(QGuiApplication::clipboard()->text(), "mine");
-    QCOMPARE(shown.all(), before);
-    // On the empty part below the nodes the menu opens all the same.
-    QTest::mouseClick(shown.tree().viewport(), Qt::RightButton, {},
-                      shown.tree().viewport()->rect().bottomRight() - QPoint(5, 5));
-    QVERIFY(shown.list().findChild<QMenu*>("mnu")->isVisible());
-    shown.list().findChild<QMenu*>("mnu")->close();
-}
-
-void CamListUseTest::aClickBelowTheNodesKeepsTheSelection()
-{
-    ShownList shown;
-    shown.load(m_list);
-    shown.tree().select(shown.node("Tower"));
-    const QPoint below = shown.tree().viewport()->rect().bottomRight() - QPoint(5, 5);
-    for (const auto button : {Qt::LeftButton, Qt::RightButton}) {
-        QTest::mouseClick(shown.tree().viewport(), button, {}, below);
-        QCOMPARE(shown.tree().selected(), shown.node("Tower"));
-    }
-    QVERIFY(shown.list().findChild<QMenu*>("mnu")->isVisible());
-    QVERIFY(shown.entry("mnuEdit").isEnabled());
-    shown.list().findChild<QMenu*>("mnu")->close();
-}
-
-void CamListUseTest::theWholeKeyIsCopied()
-{
-    ShownList shown;
-    shown.load(m_list);
-    shown.choose("Tower", "mnuCopy");
-    QCOMPARE(QGuiApplication::clipboard()->text(), "URL2\x01"
-                                                   "Cookie: a=1");
-    shown.choose("Cities", "mnuCopy");
-    QCOMPARE(QGuiApplication::clipboard()->text(), "Cities");
-}
-
-void CamListUseTest::deleteRemovesACameraAtOnce()
-{
-    ShownList shown;
-    shown.load(m_list);
-    QSignalSpy clicks(&shown.list(), &CamList::Click);
-    shown.tree().select(shown.node("Tower"));
-    QTest::keyClick(&shown.tree(), Qt::Key_Delete);
-    QCOMPARE(shown.all(), QStringList({"Cities", "Cities/Harbour", "Sights", "Sights/Bridge"}));
-    shown.choose("Bridge", "mnuRem");
-    QCOMPARE(shown.all(), QStringList({"Cities", "Cities/Harbour", "Sights"}));
-    QCOMPARE(clicks.size(), 0);
-}
-
-void CamListUseTest::deleteElsewhereRemovesNothing()
-{
-    ShownList shown;
-    shown.load(m_list);
-    shown.tree().select(shown.node("Tower"));
-    QPushButton other(&shown.window());
-    other.show();
-    other.setFocus();
-    QTest::keyClick(&other, Qt::Key_Delete);
-    QCOMPARE(shown.all().size(), 5);
-}
-
-void CamListUseTest::aHeldDeleteRemovesOneCamera()
-{
-    ShownList shown;
-    shown.load(m_list);
-    shown.tree().select(shown.node("Tower"));
-    QTest::keyPress(&shown.tree(), Qt::Key_Delete);
-    for (int i = 0; i < 3; ++i) {
-        QTest::simulateEvent(&shown.tree(), true, Qt::Key_Delete, {}, {}, true);
-        QCOMPARE(shown.all().size(), 4);
-    }
-    QTest::keyRelease(&shown.tree(), Qt::Key_Delete);
-}
-
-void CamListUseTest::removingACategoryAsks()
-{
-    ShownList shown;
-    shown.load(m_list);
-    const QStringList before = shown.all();
-    shown.choose("Sights", "mnuRem");
-    // Enter alone removes nothing.
-    QTRY_VERIFY(openDialog<QMessageBox>());
-    QCOMPARE(openDialog<QMessageBox>()->defaultButton(),
-             openDialog<QMessageBox>()->button(QMessageBox::No));
-    const ShownMessage question = answerMessage(QMessageBox::No);
-    QCOMPARE(question.text, "Remove Category and all its contents?");
-    QCOMPARE(question.title, "Remove");
-    QCOMPARE(question.icon, QMessageBox::Question);
-    QCOMPARE(shown.all(), before);
-    shown.tree().select(shown.node("Sights"));
-    QTest::keyClick(&shown.tree(), Qt::Key_Delete);
-    QVERIFY(answerMessage(QMessageBox::Yes).shown);
-    QCOMPARE(shown.all(), QStringList({"Cities", "Cities/Harbour"}));
-}
-
-void CamListUseTest::theTreeFillsTheControl()
-{
-    ShownList shown;
-    shown.list().resize(123, 77);
-    QCOMPARE(shown.tree().geometry(), QRect(0, 0, 123, 77));
-}
-
-void CamListUseTest::aScreenReaderFindsTheCameras()
-{
-    ShownList shown;
-    shown.load(m_list);
-    QCOMPARE(shown.tree().accessibleName(), "Cameras");
-    auto* spoken = QAccessible::queryAccessibleInterface(&shown.tree());
-    QVERIFY(spoken && spoken->tableInterface());
-    QCOMPARE(spoken->tableInterface()->cellAt(1, 0)->text(QAccessible::Name), "Harbour");
-}
 
 QTEST_MAIN(CamListUseTest)
 #include "tst_CamListUse.moc"

@@ -5,30 +5,312 @@
 
 using namespace Qt::Literals::StringLiterals;
 
+static const std::optional<QByteArray> EmptyList = QByteArray();
+
+/// Puts something in the place of `path` that no user can read as a list.
+static void makeUnreadable(const QString& path, const QByteArray& kind)
+{
+    if (kind == "folder")
+        QVERIFY(QDir().mkpath(path + "/inner"));
+    else if (kind == "pipe")
+        QCOMPARE(QProcess::execute("mkfifo", {path}), 0);
+    else if (kind == "too long")
+        QVERIFY(QFile(path).open(QIODevice::WriteOnly) &&
+                QFile::resize(path, CameraListFile::MaxBytes + 1));
+    else if (kind == "link to itself")
+        QVERIFY(QFile::link(path, path));
+}
+
+/// Takes all of the small disk that `folder` lies on but so much.
+static void fillDisk(const QString& folder, int freeKilobytes)
+{
+    QFile filler(folder + "/filler");
+    QVERIFY(filler.open(QIODevice::WriteOnly | QIODevice::Unbuffered));
+    const QByteArray page(4096, 'f');
+    while (filler.write(page) == page.size()) {
+    }
+    QVERIFY(filler.resize(filler.size() - freeKilobytes * 1024));
+}
+
 /// What list.dat holds, and how it is replaced. What is kept of an old one beside it: see
 /// tst_CameraListFileKept.
 class CameraListFileTest : public QObject
 {
     Q_OBJECT
 private slots:
-    void init();
+    void init() { m_file = std::make_unique<ScratchFile>("list.dat"); }
 
-    void aMissingOrEmptyFileIsAnEmptyList();
-    void readsTheLineWithoutItsEnd_data();
-    void readsTheLineWithoutItsEnd();
-    void whatCannotBeReadIsNoEmptyList_data();
-    void whatCannotBeReadIsNoEmptyList();
-    void whatMayNotBeReadIsNoEmptyList();
+    void aMissingOrEmptyFileIsAnEmptyList()
+    {
+        QCOMPARE(CameraListFile(m_file->folder()).read(), EmptyList);
+        QCOMPARE(CameraListFile(m_file->folder() + "/none").read(), EmptyList);
+        QVERIFY(QFile::link(m_file->folder() + "/none", m_file->path()));
+        QCOMPARE(CameraListFile(m_file->folder()).read(), EmptyList);
+        QVERIFY(QFile::remove(m_file->path()));
+        m_file->setContent({});
+        QCOMPARE(CameraListFile(m_file->folder()).read(), EmptyList);
+        QCOMPARE(CameraListFile(m_file->folder() + "/").read(), EmptyList);
+    }
 
-    void writesTheLineAndItsEnd();
-    void anEmptyLineRemovesTheFile();
-    void camerasSurvive();
-    void whatCouldNotBeReadBackIsNotWritten();
-    void aLinkStaysALink();
-    void aFullDiskKeepsTheOldFile_data();
-    void aFullDiskKeepsTheOldFile();
-    void aFolderThatCannotBeWrittenKeepsTheOldFile();
-    void aMissingFolderIsNotMade();
+    void readsTheLineWithoutItsEnd_data()
+    {
+        QTest::addColumn<QByteArray>("content");
+        QTest::addColumn<QByteArray>("line");
+        QTest::newRow("CR LF") << QByteArray("c\xFFn\xFFk\r\n") << QByteArray("c\xFFn\xFFk");
+        QTest::newRow("LF") << QByteArray("c\xFFn\xFFk\n") << QByteArray("c\xFFn\xFFk");
+        QTest::newRow("CR") << QByteArray("c\xFFn\xFFk\r") << QByteArray("c\xFFn\xFFk");
+        QTest::newRow("none") << QByteArray("c\xFFn\xFFk") << QByteArray("c\xFFn\xFFk");
+        QTest::newRow("two CR LF") << QByteArray("k\r\n\r\n") << QByteArray("k\r\n");
+        QTest::newRow("two LF") << QByteArray("k\n\n") << QByteArray("k\n");
+        QTest::newRow("two CR") << QByteArray("k\r\r") << QByteArray("k\r");
+        QTest::newRow("a line end only") << QByteArray("\r\n") << QByteArray();
+        QTest::newRow("one letter") << QByteArray("k") << QByteArray("k");
+        QTest::newRow("blank at the end") << QByteArray(" k ") << QByteArray(" k ");
+        QTest::newRow("line end inside") << QByteArray("\na\r\nb") << QByteArray("\na\r\nb");
+        QTest::newRow("mark") << QByteArray("\xEF\xBB\xBFk\r\n") << QByteArray("k");
+        QTest::newRow("mark only") << QByteArray("\xEF\xBB\xBF") << QByteArray();
+        QTest::newRow("mark and line end") << QByteArray("\xEF\xBB\xBF\n") << QByteArray();
+        QTest::newRow("two marks")
+            << QByteArray("\xEF\xBB\xBF\xEF\xBB\xBFk") << QByteArray("\xEF\xBB\xBFk");
+        QTest::newRow("no import") << QByteArray("CAMZc\r\n") << QByteArray("CAMZc");
+    }
+
+    void readsTheLineWithoutItsEnd()
+    {
+        QFETCH(QByteArray, content);
+        QFETCH(QByteArray, line);
+        m_file->setContent(content);
+        QCOMPARE(CameraListFile(m_file->folder()).read(), std::optional(line));
+        // Reading changes nothing.
+        QCOMPARE(m_file->content(), content);
+        QCOMPARE(names(), QStringList("list.dat"));
+    }
+
+    void whatCannotBeReadIsNoEmptyList_data()
+    {
+        QTest::addColumn<QByteArray>("kind");
+        for (const char* kind : {"folder", "pipe", "too long", "link to itself"})
+            QTest::newRow(kind) << QByteArray(kind);
+    }
+
+    void whatCannotBeReadIsNoEmptyList()
+    {
+        QFETCH(QByteArray, kind);
+        makeUnreadable(m_file->path(), kind);
+        CameraListFile list(m_file->folder());
+        QCOMPARE(list.read(), std::nullopt);
+        QCOMPARE(readImportedList(m_file->path()), std::nullopt);
+        // An empty list does not remove it.
+        QVERIFY(!list.write({}));
+        QCOMPARE(names(), QStringList("list.dat"));
+        QCOMPARE(list.read(), std::nullopt);
+
+        // Nor where it was a good list when it was read.
+        QVERIFY(QFile::rename(m_file->path(), m_file->folder() + "/odd"));
+        m_file->setContent("old\r\n");
+        QCOMPARE(list.read(), std::optional(QByteArray("old")));
+        QVERIFY(QFile::remove(m_file->path()));
+        makeUnreadable(m_file->path(), kind);
+        QVERIFY(!list.write({}));
+        QCOMPARE(names(), QStringList({"list.dat", "odd"}));
+    }
+
+    void whatMayNotBeReadIsNoEmptyList()
+    {
+        if (!runsAgain()) {
+            QCOMPARE(runAgainAsOrdinaryUser("whatMayNotBeReadIsNoEmptyList"), "passed");
+            return;
+        }
+        m_file->setContent("CAMZold\r\n");
+        QVERIFY(QFile::setPermissions(m_file->path(), {}));
+        CameraListFile list(m_file->folder());
+        QCOMPARE(list.read(), std::nullopt);
+        QCOMPARE(readImportedList(m_file->path()), std::nullopt);
+        QVERIFY(!list.write({}));
+        QCOMPARE(names(), QStringList("list.dat"));
+        // Also not where it can be read by now: nobody has seen what is in it.
+        QVERIFY(QFile::setPermissions(m_file->path(), QFile::ReadOwner | QFile::WriteOwner));
+        QVERIFY(!list.write({}));
+        QCOMPARE(content(), QByteArray("CAMZold\r\n"));
+        QCOMPARE(list.read(), std::optional(QByteArray("CAMZold")));
+        QVERIFY(list.write({}));
+        QCOMPARE(names(), QStringList());
+
+        // A folder that may not be looked into is not one without a list.
+        QVERIFY(QDir(m_file->folder()).mkdir("inner"));
+        const QString inner = m_file->folder() + "/inner";
+        QVERIFY(QFile::setPermissions(inner, {}));
+        CameraListFile hidden(inner);
+        QCOMPARE(hidden.read(), std::nullopt);
+        QVERIFY(!hidden.write({}));
+        QVERIFY(!hidden.write("new"));
+        QVERIFY(
+            QFile::setPermissions(inner, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner));
+    }
+
+    void writesTheLineAndItsEnd()
+    {
+        CameraListFile list = loaded();
+        const QByteArray first("c\xFFn\xFFk\x01h");
+        QVERIFY(list.write(first));
+        QCOMPARE(content(), first + "\r\n");
+        // Again and again, longer and shorter, without a list kept beside: it is this program's
+        // own.
+        for (const QByteArray& line :
+             {first.repeated(100'000), QByteArray("short"), QByteArray("\r"), QByteArray("\n"),
+              QByteArray("CAMZ"), QByteArray("\xFF\xFF")}) {
+            QVERIFY(list.write(line));
+            QCOMPARE(content(), line + "\r\n");
+            QCOMPARE(CameraListFile(m_file->folder()).read(), std::optional(line));
+            QCOMPARE(names(), QStringList("list.dat"));
+        }
+        QVERIFY(list.read().has_value());
+        QVERIFY(list.write("after reading"));
+        QVERIFY(loaded().write("by the next run"));
+        QCOMPARE(content(), QByteArray("by the next run\r\n"));
+        QCOMPARE(names(), QStringList("list.dat"));
+    }
+
+    void anEmptyLineRemovesTheFile()
+    {
+        CameraListFile list = loaded();
+        QVERIFY(list.write({}));
+        QCOMPARE(names(), QStringList());
+        QVERIFY(list.write("line"));
+        QVERIFY(list.write({}));
+        QCOMPARE(names(), QStringList());
+        QVERIFY(list.write({}));
+        QVERIFY(list.write("line"));
+        QCOMPARE(names(), QStringList("list.dat"));
+        QVERIFY(loaded().write({}));
+        QCOMPARE(names(), QStringList());
+    }
+
+    void camerasSurvive()
+    {
+        const QString odd = u"<b>AT&T</b> \u05D7\u05D9 東京 Zürich \U0001F4F7"_s;
+        const QList<QList<CameraRecord>> lists{
+            {{"Cities", "L.A., CA", "url"}, {"Sights", odd, "url2"}},
+            {{"c", QString(10'000, 'n'), QString(10'000, QChar(0x05D0))}},
+            // Line ends at the end of the file that belong to the last field.
+            {{"c", "n", "k\r\n"}},
+            {{"c", "n", "k\n"}},
+            {{"c", "n", "k\r"}},
+            {{"c\r\n", "n\r\n", "k\u0001h\r\n"}},
+            // First fields that look like a byte order mark, in UTF-8 and in the code page.
+            {{u"\uFEFFc"_s, "n", "k"}},
+            {{u"ï»¿é"_s, "n", "k"}},
+            {{u"\uFEFF"_s, "", ""}},
+            {{"", "", ""}},
+        };
+        CameraListFile list = loaded();
+        for (const QList<CameraRecord>& cameras : lists) {
+            QVERIFY(list.write(writeCameraListLine(cameras)));
+            const auto line = CameraListFile(m_file->folder()).read();
+            QVERIFY(line.has_value());
+            QVERIFY2(readCameraListLine(*line) == cameras, content().toPercentEncoding().left(100));
+        }
+        QCOMPARE(names(), QStringList("list.dat"));
+    }
+
+    void whatCouldNotBeReadBackIsNotWritten()
+    {
+        CameraListFile list = loaded();
+        QByteArray line(CameraListFile::MaxBytes - 2, 'x');
+        QVERIFY(list.write(line));
+        QCOMPARE(QFileInfo(m_file->path()).size(), CameraListFile::MaxBytes);
+        QCOMPARE(list.read(), std::optional(line));
+        line.append('y');
+        QVERIFY(!list.write(line));
+        QVERIFY(list.read()->endsWith('x'));
+    }
+
+    void aLinkStaysALink()
+    {
+        QVERIFY(QDir(m_file->folder()).mkdir("other"));
+        const QString target = m_file->folder() + "/other/real";
+        QVERIFY(QFile::link("other/real", m_file->path()));
+        QVERIFY(loaded().write("one"));
+        QVERIFY(loaded().write("two"));
+        QVERIFY(QFileInfo(m_file->path()).isSymLink());
+        QCOMPARE(contentOf(target), QByteArray("two\r\n"));
+        QCOMPARE(names(), QStringList({"list.dat", "other"}));
+    }
+
+    void aFullDiskKeepsTheOldFile_data()
+    {
+        QTest::addColumn<QByteArray>("changed");
+        QTest::newRow("own list") << QByteArray();
+        QTest::newRow("another's list") << QByteArray("another's\r\n");
+        QTest::newRow("a list that cannot be read") << QByteArray("folder");
+    }
+
+    void aFullDiskKeepsTheOldFile()
+    {
+        if (!runsAgain()) {
+            QCOMPARE(runAgainWithOwnMounts("aFullDiskKeepsTheOldFile"), "passed");
+            return;
+        }
+        QFETCH(QByteArray, changed);
+        QCOMPARE(mountSmallDisk(m_file->folder(), 512), "mounted");
+        const bool unreadable = changed == "folder";
+        QByteArray old = "old\r\n";
+        if (unreadable)
+            makeUnreadable(m_file->path(), "folder");
+        else
+            m_file->setContent(old);
+        CameraListFile list = loaded();
+        if (!unreadable && !changed.isEmpty()) {
+            old = changed;
+            m_file->setContent(changed);
+        }
+        // None of it fits; then a part.
+        const QByteArray line(200'000, 'n');
+        for (const int freeKilobytes : {0, 100}) {
+            fillDisk(m_file->folder(), freeKilobytes);
+            QVERIFY(!list.write(line));
+            QVERIFY(unreadable ? QFileInfo(m_file->path() + "/inner").isDir() : content() == old);
+            QVERIFY(!names().contains("list.dat.new"));
+            QVERIFY(QFile::remove(m_file->folder() + "/filler"));
+        }
+        QVERIFY(list.write(line));
+        QCOMPARE(content(), line + "\r\n");
+        QCOMPARE(names().contains("list.dat.bak"), !changed.isEmpty());
+    }
+
+    void aFolderThatCannotBeWrittenKeepsTheOldFile()
+    {
+        if (!runsAgain()) {
+            QCOMPARE(runAgainAsOrdinaryUser("aFolderThatCannotBeWrittenKeepsTheOldFile"), "passed");
+            return;
+        }
+        m_file->setContent("old\r\n");
+        CameraListFile own = loaded();
+        CameraListFile changed(m_file->folder()); // has not seen it
+        const auto readable = QFile::ReadOwner | QFile::ExeOwner;
+        QVERIFY(QFile::setPermissions(m_file->folder(), readable));
+        for (CameraListFile* list : {&own, &changed}) {
+            QVERIFY(!list->write("new"));
+            QVERIFY(!list->write({}));
+            QCOMPARE(content(), QByteArray("old\r\n"));
+            QCOMPARE(names(), QStringList("list.dat"));
+        }
+        QVERIFY(QFile::setPermissions(m_file->folder(), readable | QFile::WriteOwner));
+        // A failure forgets nothing.
+        QVERIFY(own.write("new"));
+        QCOMPARE(names(), QStringList("list.dat"));
+        QVERIFY(changed.write("newer"));
+        QCOMPARE(names(), QStringList({"list.dat", "list.dat.bak"}));
+    }
+
+    void aMissingFolderIsNotMade()
+    {
+        CameraListFile list(m_file->folder() + "/none");
+        QCOMPARE(list.read(), EmptyList);
+        QVERIFY(!list.write("line"));
+        QVERIFY(list.write({}));
+        QCOMPARE(names(), QStringList());
+    }
 
 private:
     QByteArray content() const { return m_file->content(); }
@@ -47,307 +329,6 @@ private:
 
     std::unique_ptr<ScratchFile> m_file;
 };
-
-static const std::optional<QByteArray> EmptyList = QByteArray();
-
-void CameraListFileTest::init()
-{
-    m_file = std::make_unique<ScratchFile>("list.dat");
-}
-
-void CameraListFileTest::aMissingOrEmptyFileIsAnEmptyList()
-{
-    QCOMPARE(CameraListFile(m_file->folder()).read(), EmptyList);
-    QCOMPARE(CameraListFile(m_file->folder() + "/none").read(), EmptyList);
-    QVERIFY(QFile::link(m_file->folder() + "/none", m_file->path()));
-    QCOMPARE(CameraListFile(m_file->folder()).read(), EmptyList);
-    QVERIFY(QFile::remove(m_file->path()));
-    m_file->setContent({});
-    QCOMPARE(CameraListFile(m_file->folder()).read(), EmptyList);
-    QCOMPARE(CameraListFile(m_file->folder() + "/").read(), EmptyList);
-}
-
-void CameraListFileTest::readsTheLineWithoutItsEnd_data()
-{
-    QTest::addColumn<QByteArray>("content");
-    QTest::addColumn<QByteArray>("line");
-    QTest::newRow("CR LF") << QByteArray("c\xFFn\xFFk\r\n") << QByteArray("c\xFFn\xFFk");
-    QTest::newRow("LF") << QByteArray("c\xFFn\xFFk\n") << QByteArray("c\xFFn\xFFk");
-    QTest::newRow("CR") << QByteArray("c\xFFn\xFFk\r") << QByteArray("c\xFFn\xFFk");
-    QTest::newRow("none") << QByteArray("c\xFFn\xFFk") << QByteArray("c\xFFn\xFFk");
-    QTest::newRow("two CR LF") << QByteArray("k\r\n\r\n") << QByteArray("k\r\n");
-    QTest::newRow("two LF") << QByteArray("k\n\n") << QByteArray("k\n");
-    QTest::newRow("two CR") << QByteArray("k\r\r") << QByteArray("k\r");
-    QTest::newRow("a line end only") << QByteArray("\r\n") << QByteArray();
-    QTest::newRow("one letter") << QByteArray("k") << QByteArray("k");
-    QTest::newRow("blank at the end") << QByteArray(" k ") << QByteArray(" k ");
-    QTest::newRow("line end inside") << QByteArray("\na\r\nb") << QByteArray("\na\r\nb");
-    QTest::newRow("mark") << QByteArray("\xEF\xBB\xBFk\r\n") << QByteArray("k");
-    QTest::newRow("mark only") << QByteArray("\xEF\xBB\xBF") << QByteArray();
-    QTest::newRow("mark and line end") << QByteArray("\xEF\xBB\xBF\n") << QByteArray();
-    QTest::newRow("two marks") << QByteArray("\xEF\xBB\xBF\xEF\xBB\xBFk")
-                               << QByteArray("\xEF\xBB\xBFk");
-    QTest::newRow("no import") << QByteArray("CAMZc\r\n") << QByteArray("CAMZc");
-}
-
-void CameraListFileTest::readsTheLineWithoutItsEnd()
-{
-    QFETCH(QByteArray, content);
-    QFETCH(QByteArray, line);
-    m_file->setContent(content);
-    QCOMPARE(CameraListFile(m_file->folder()).read(), std::optional(line));
-    // Reading changes nothing.
-    QCOMPARE(m_file->content(), content);
-    QCOMPARE(names(), QStringList("list.dat"));
-}
-
-/// Puts something in the place of `path` that no user can read as a list.
-static void makeUnreadable(const QString& path, const QByteArray& kind)
-{
-    if (kind == "folder")
-        QVERIFY(QDir().mkpath(path + "/inner"));
-    else if (kind == "pipe")
-        QCOMPARE(QProcess::execute("mkfifo", {path}), 0);
-    else if (kind == "too long")
-        QVERIFY(QFile(path).open(QIODevice::WriteOnly) &&
-                QFile::resize(path, CameraListFile::MaxBytes + 1));
-    else if (kind == "link to itself")
-        QVERIFY(QFile::link(path, path));
-}
-
-void CameraListFileTest::whatCannotBeReadIsNoEmptyList_data()
-{
-    QTest::addColumn<QByteArray>("kind");
-    for (const char* kind : {"folder", "pipe", "too long", "link to itself"})
-        QTest::newRow(kind) << QByteArray(kind);
-}
-
-void CameraListFileTest::whatCannotBeReadIsNoEmptyList()
-{
-    QFETCH(QByteArray, kind);
-    makeUnreadable(m_file->path(), kind);
-    CameraListFile list(m_file->folder());
-    QCOMPARE(list.read(), std::nullopt);
-    QCOMPARE(readImportedList(m_file->path()), std::nullopt);
-    // An empty list does not remove it.
-    QVERIFY(!list.write({}));
-    QCOMPARE(names(), QStringList("list.dat"));
-    QCOMPARE(list.read(), std::nullopt);
-
-    // Nor where it was a good list when it was read.
-    QVERIFY(QFile::rename(m_file->path(), m_file->folder() + "/odd"));
-    m_file->setContent("old\r\n");
-    QCOMPARE(list.read(), std::optional(QByteArray("old")));
-    QVERIFY(QFile::remove(m_file->path()));
-    makeUnreadable(m_file->path(), kind);
-    QVERIFY(!list.write({}));
-    QCOMPARE(names(), QStringList({"list.dat", "odd"}));
-}
-
-void CameraListFileTest::whatMayNotBeReadIsNoEmptyList()
-{
-    if (!runsAgain()) {
-        QCOMPARE(runAgainAsOrdinaryUser("whatMayNotBeReadIsNoEmptyList"), "passed");
-        return;
-    }
-    m_file->setContent("CAMZold\r\n");
-    QVERIFY(QFile::setPermissions(m_file->path(), {}));
-    CameraListFile list(m_file->folder());
-    QCOMPARE(list.read(), std::nullopt);
-    QCOMPARE(readImportedList(m_file->path()), std::nullopt);
-    QVERIFY(!list.write({}));
-    QCOMPARE(names(), QStringList("list.dat"));
-    // Also not where it can be read by now: nobody has seen what is in it.
-    QVERIFY(QFile::setPermissions(m_file->path(), QFile::ReadOwner | QFile::WriteOwner));
-    QVERIFY(!list.write({}));
-    QCOMPARE(content(), QByteArray("CAMZold\r\n"));
-    QCOMPARE(list.read(), std::optional(QByteArray("CAMZold")));
-    QVERIFY(list.write({}));
-    QCOMPARE(names(), QStringList());
-
-    // A folder that may not be looked into is not one without a list.
-    QVERIFY(QDir(m_file->folder()).mkdir("inner"));
-    const QString inner = m_file->folder() + "/inner";
-    QVERIFY(QFile::setPermissions(inner, {}));
-    CameraListFile hidden(inner);
-    QCOMPARE(hidden.read(), std::nullopt);
-    QVERIFY(!hidden.write({}));
-    QVERIFY(!hidden.write("new"));
-    QVERIFY(QFile::setPermissions(inner, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner));
-}
-
-void CameraListFileTest::writesTheLineAndItsEnd()
-{
-    CameraListFile list = loaded();
-    const QByteArray first("c\xFFn\xFFk\x01h");
-    QVERIFY(list.write(first));
-    QCOMPARE(content(), first + "\r\n");
-    // Again and again, longer and shorter, without a list kept beside: it is this program's own.
-    for (const QByteArray& line : {first.repeated(100'000), QByteArray("short"), QByteArray("\r"),
-                                   QByteArray("\n"), QByteArray("CAMZ"), QByteArray("\xFF\xFF")}) {
-        QVERIFY(list.write(line));
-        QCOMPARE(content(), line + "\r\n");
-        QCOMPARE(CameraListFile(m_file->folder()).read(), std::optional(line));
-        QCOMPARE(names(), QStringList("list.dat"));
-    }
-    QVERIFY(list.read().has_value());
-    QVERIFY(list.write("after reading"));
-    QVERIFY(loaded().write("by the next run"));
-    QCOMPARE(content(), QByteArray("by the next run\r\n"));
-    QCOMPARE(names(), QStringList("list.dat"));
-}
-
-void CameraListFileTest::anEmptyLineRemovesTheFile()
-{
-    CameraListFile list = loaded();
-    QVERIFY(list.write({}));
-    QCOMPARE(names(), QStringList());
-    QVERIFY(list.write("line"));
-    QVERIFY(list.write({}));
-    QCOMPARE(names(), QStringList());
-    QVERIFY(list.write({}));
-    QVERIFY(list.write("line"));
-    QCOMPARE(names(), QStringList("list.dat"));
-    QVERIFY(loaded().write({}));
-    QCOMPARE(names(), QStringList());
-}
-
-void CameraListFileTest::camerasSurvive()
-{
-    const QString odd = u"<b>AT&T</b> \u05D7\u05D9 東京 Zürich \U0001F4F7"_s;
-    const QList<QList<CameraRecord>> lists{
-        {{"Cities", "L.A., CA", "url"}, {"Sights", odd, "url2"}},
-        {{"c", QString(10'000, 'n'), QString(10'000, QChar(0x05D0))}},
-        // Line ends at the end of the file that belong to the last field.
-        {{"c", "n", "k\r\n"}},
-        {{"c", "n", "k\n"}},
-        {{"c", "n", "k\r"}},
-        {{"c\r\n", "n\r\n", "k\u0001h\r\n"}},
-        // First fields that look like a byte order mark, in UTF-8 and in the code page.
-        {{u"\uFEFFc"_s, "n", "k"}},
-        {{u"ï»¿é"_s, "n", "k"}},
-        {{u"\uFEFF"_s, "", ""}},
-        {{"", "", ""}},
-    };
-    CameraListFile list = loaded();
-    for (const QList<CameraRecord>& cameras : lists) {
-        QVERIFY(list.write(writeCameraListLine(cameras)));
-        const auto line = CameraListFile(m_file->folder()).read();
-        QVERIFY(line.has_value());
-        QVERIFY2(readCameraListLine(*line) == cameras, content().toPercentEncoding().left(100));
-    }
-    QCOMPARE(names(), QStringList("list.dat"));
-}
-
-void CameraListFileTest::whatCouldNotBeReadBackIsNotWritten()
-{
-    CameraListFile list = loaded();
-    QByteArray line(CameraListFile::MaxBytes - 2, 'x');
-    QVERIFY(list.write(line));
-    QCOMPARE(QFileInfo(m_file->path()).size(), CameraListFile::MaxBytes);
-    QCOMPARE(list.read(), std::optional(line));
-    line.append('y');
-    QVERIFY(!list.write(line));
-    QVERIFY(list.read()->endsWith('x'));
-}
-
-void CameraListFileTest::aLinkStaysALink()
-{
-    QVERIFY(QDir(m_file->folder()).mkdir("other"));
-    const QString target = m_file->folder() + "/other/real";
-    QVERIFY(QFile::link("other/real", m_file->path()));
-    QVERIFY(loaded().write("one"));
-    QVERIFY(loaded().write("two"));
-    QVERIFY(QFileInfo(m_file->path()).isSymLink());
-    QCOMPARE(contentOf(target), QByteArray("two\r\n"));
-    QCOMPARE(names(), QStringList({"list.dat", "other"}));
-}
-
-/// Takes all of the small disk that `folder` lies on but so much.
-static void fillDisk(const QString& folder, int freeKilobytes)
-{
-    QFile filler(folder + "/filler");
-    QVERIFY(filler.open(QIODevice::WriteOnly | QIODevice::Unbuffered));
-    const QByteArray page(4096, 'f');
-    while (filler.write(page) == page.size()) {
-    }
-    QVERIFY(filler.resize(filler.size() - freeKilobytes * 1024));
-}
-
-void CameraListFileTest::aFullDiskKeepsTheOldFile_data()
-{
-    QTest::addColumn<QByteArray>("changed");
-    QTest::newRow("own list") << QByteArray();
-    QTest::newRow("another's list") << QByteArray("another's\r\n");
-    QTest::newRow("a list that cannot be read") << QByteArray("folder");
-}
-
-void CameraListFileTest::aFullDiskKeepsTheOldFile()
-{
-    if (!runsAgain()) {
-        QCOMPARE(runAgainWithOwnMounts("aFullDiskKeepsTheOldFile"), "passed");
-        return;
-    }
-    QFETCH(QByteArray, changed);
-    QCOMPARE(mountSmallDisk(m_file->folder(), 512), "mounted");
-    const bool unreadable = changed == "folder";
-    QByteArray old = "old\r\n";
-    if (unreadable)
-        makeUnreadable(m_file->path(), "folder");
-    else
-        m_file->setContent(old);
-    CameraListFile list = loaded();
-    if (!unreadable && !changed.isEmpty()) {
-        old = changed;
-        m_file->setContent(changed);
-    }
-    // None of it fits; then a part.
-    const QByteArray line(200'000, 'n');
-    for (const int freeKilobytes : {0, 100}) {
-        fillDisk(m_file->folder(), freeKilobytes);
-        QVERIFY(!list.write(line));
-        QVERIFY(unreadable ? QFileInfo(m_file->path() + "/inner").isDir() : content() == old);
-        QVERIFY(!names().contains("list.dat.new"));
-        QVERIFY(QFile::remove(m_file->folder() + "/filler"));
-    }
-    QVERIFY(list.write(line));
-    QCOMPARE(content(), line + "\r\n");
-    QCOMPARE(names().contains("list.dat.bak"), !changed.isEmpty());
-}
-
-void CameraListFileTest::aFolderThatCannotBeWrittenKeepsTheOldFile()
-{
-    if (!runsAgain()) {
-        QCOMPARE(runAgainAsOrdinaryUser("aFolderThatCannotBeWrittenKeepsTheOldFile"), "passed");
-        return;
-    }
-    m_file->setContent("old\r\n");
-    CameraListFile own = loaded();
-    CameraListFile changed(m_file->folder()); // has not seen it
-    const auto readable = QFile::ReadOwner | QFile::ExeOwner;
-    QVERIFY(QFile::setPermissions(m_file->folder(), readable));
-    for (CameraListFile* list : {&own, &changed}) {
-        QVERIFY(!list->write("new"));
-        QVERIFY(!list->write({}));
-        QCOMPARE(content(), QByteArray("old\r\n"));
-        QCOMPARE(names(), QStringList("list.dat"));
-    }
-    QVERIFY(QFile::setPermissions(m_file->folder(), readable | QFile::WriteOwner));
-    // A failure forgets nothing.
-    QVERIFY(own.write("new"));
-    QCOMPARE(names(), QStringList("list.dat"));
-    QVERIFY(changed.write("newer"));
-    QCOMPARE(names(), QStringList({"list.dat", "list.dat.bak"}));
-}
-
-void CameraListFileTest::aMissingFolderIsNotMade()
-{
-    CameraListFile list(m_file->folder() + "/none");
-    QCOMPARE(list.read(), EmptyList);
-    QVERIFY(!list.write("line"));
-    QVERIFY(list.write({}));
-    QCOMPARE(names(), QStringList());
-}
 
 QTEST_GUILESS_MAIN(CameraListFileTest)
 #include "tst_CameraListFile.moc"

@@ -11,255 +11,13 @@
 #include <sys/stat.h>
 #include <sys/syscall.h>
 
-/// What is kept as list.dat.bak before list.dat is replaced or removed.
-class CameraListFileKeptTest : public QObject
-{
-    Q_OBJECT
-private slots:
-    void init();
-
-    void whatAnotherWroteIsKept_data();
-    void whatAnotherWroteIsKept();
-    void whatAnotherWroteAlikeIsNotKept();
-    void whatIsNoListIsKept();
-    void whatAnotherMadeIsKept();
-    void whatWasNeverReadIsKept();
-    void aChangeBackIsNoChange();
-    void aChangeWithinOneStepOfTheClockIsKept();
-    void theNewestIsKept();
-    void aCopyHasTheRightsOfTheList();
-    void aLinkedListIsCopied();
-
-    void whatCannotBeReadIsKept_data();
-    void whatCannotBeReadIsKept();
-    void whatCannotBeReadIsKeptWhereNamesCannotBeExchanged_data() { whatCannotBeReadIsKept_data(); }
-    void whatCannotBeReadIsKeptWhereNamesCannotBeExchanged();
-    void whatMayNotBeReadIsKept();
-    void whatBecameReadableIsKept();
-    void aLinkToWhatCannotBeReadIsKept();
-
-    void aLeftoverIsNoHindrance();
-    void withoutABackupTheOldListStays_data();
-    void withoutABackupTheOldListStays();
-
-private:
-    QByteArray content() const { return m_file->content(); }
-    QByteArray backup() const { return contentOf(m_file->path() + ".bak"); }
-    QStringList names() const
-    {
-        return QDir(m_file->folder())
-            .entryList(QDir::AllEntries | QDir::System | QDir::Hidden | QDir::NoDotAndDotDot);
-    }
-    void keepsWhatCannotBeRead(const QByteArray& kind);
-
-    std::unique_ptr<ScratchFile> m_file;
-    std::unique_ptr<CameraListFile> m_list;
-};
-
 static const QStringList Both{"list.dat", "list.dat.bak"};
-
-void CameraListFileKeptTest::init()
-{
-    m_file = std::make_unique<ScratchFile>("list.dat");
-    m_list = std::make_unique<CameraListFile>(m_file->folder());
-}
-
-void CameraListFileKeptTest::whatAnotherWroteIsKept_data()
-{
-    QTest::addColumn<QByteArray>("theirs");
-    QTest::addColumn<QByteArray>("ours");
-    // Kept byte for byte, whatever it is.
-    QTest::newRow("longer") << QByteArray("their list\r\n") << QByteArray("new");
-    QTest::newRow("as long") << QByteArray("ale\r\n") << QByteArray("new");
-    QTest::newRow("empty") << QByteArray("") << QByteArray("new");
-    QTest::newRow("no line end") << QByteArray("\xEF\xBB\xBF\0\xFFx", 6) << QByteArray("new");
-    QTest::newRow("large") << QByteArray(3'000'000, 'l') << QByteArray("new");
-    QTest::newRow("removed by us") << QByteArray("their list\r\n") << QByteArray();
-}
-
-void CameraListFileKeptTest::whatAnotherWroteIsKept()
-{
-    QFETCH(QByteArray, theirs);
-    QFETCH(QByteArray, ours);
-    m_file->setContent("old\r\n");
-    QVERIFY(m_list->read().has_value());
-    m_file->setContent(theirs); // after it was read
-    QVERIFY(m_list->write(ours));
-    QCOMPARE(content(), ours.isEmpty() ? "none" : ours + "\r\n");
-    QCOMPARE(backup(), theirs);
-
-    QVERIFY(QFile::remove(m_file->path() + ".bak"));
-    QVERIFY(m_list->write("mine"));
-    QVERIFY(!names().contains("list.dat.bak"));
-    m_file->setContent(theirs); // after it was written
-    QVERIFY(m_list->write(ours));
-    QCOMPARE(backup(), theirs);
-    QCOMPARE(names(), ours.isEmpty() ? QStringList("list.dat.bak") : Both);
-}
-
-void CameraListFileKeptTest::whatAnotherWroteAlikeIsNotKept()
-{
-    m_file->setContent("old\r\n");
-    QVERIFY(m_list->read().has_value());
-    m_file->setContent("ours\r\n");
-    QVERIFY(m_list->write("ours"));
-    QCOMPARE(names(), QStringList("list.dat"));
-}
-
-void CameraListFileKeptTest::whatIsNoListIsKept()
-{
-    m_file->setContent("no list\r\n");
-    QVERIFY(m_list->read().has_value());
-    m_list->distrust();
-    QVERIFY(!m_list->write({}));
-    QCOMPARE(content(), QByteArray("no list\r\n"));
-    QVERIFY(m_list->write("ours"));
-    QCOMPARE(content(), QByteArray("ours\r\n"));
-    QCOMPARE(backup(), QByteArray("no list\r\n"));
-}
-
-void CameraListFileKeptTest::whatAnotherMadeIsKept()
-{
-    QCOMPARE(m_list->read(), std::optional(QByteArray())); // none there
-    m_file->setContent("theirs\r\n");
-    QVERIFY(m_list->write("ours"));
-    QCOMPARE(backup(), QByteArray("theirs\r\n"));
-    // The same after this one removed it.
-    QVERIFY(m_list->write({}));
-    m_file->setContent("their second\r\n");
-    QVERIFY(m_list->write({}));
-    QCOMPARE(backup(), QByteArray("their second\r\n"));
-    QCOMPARE(names(), QStringList("list.dat.bak"));
-    // One that another removed leaves nothing to keep.
-    QVERIFY(m_list->write("ours"));
-    QVERIFY(QFile::remove(m_file->path()));
-    QVERIFY(m_list->write("ours again"));
-    QCOMPARE(backup(), QByteArray("their second\r\n"));
-}
-
-void CameraListFileKeptTest::whatWasNeverReadIsKept()
-{
-    m_file->setContent("old\r\n");
-    QVERIFY(m_list->write("new"));
-    QCOMPARE(backup(), QByteArray("old\r\n"));
-}
-
-void CameraListFileKeptTest::aChangeBackIsNoChange()
-{
-    m_file->setContent("old\r\n");
-    QVERIFY(m_list->read().has_value());
-    m_file->setContent("other\r\n");
-    m_file->setContent("old\r\n");
-    QVERIFY(QFile::setPermissions(m_file->path(), QFile::ReadOwner | QFile::WriteOwner));
-    QVERIFY(QFile::link(m_file->path(), m_file->folder() + "/link"));
-    QVERIFY(m_list->write("new"));
-    QCOMPARE(names(), QStringList({"link", "list.dat"}));
-}
-
-void CameraListFileKeptTest::aChangeWithinOneStepOfTheClockIsKept()
-{
-    if (!runsAgain()) {
-        QCOMPARE(runAgainWithOwnMounts("aChangeWithinOneStepOfTheClockIsKept"), "passed");
-        return;
-    }
-    QCOMPARE(mountCoarseClock(m_file->folder()), "mounted");
-    int sameTime = 0;
-    for (int i = 100; i < 300; ++i) {
-        const QByteArray theirs = QByteArray::number(i) + "\r\n";
-        QVERIFY(m_list->write("our"));
-        const QDateTime before = QFileInfo(m_file->path()).lastModified();
-        m_file->setContent(theirs);
-        sameTime += QFileInfo(m_file->path()).lastModified() == before;
-        QVERIFY(m_list->write("new"));
-        QCOMPARE(backup(), theirs);
-    }
-    QVERIFY(sameTime > 0); // or it was no test
-}
-
-void CameraListFileKeptTest::theNewestIsKept()
-{
-    for (const QByteArray& theirs : QByteArrayList{"one, the longest", "two", "three"}) {
-        m_file->setContent(theirs);
-        QVERIFY(m_list->write("ours"));
-        QCOMPARE(backup(), theirs);
-        QCOMPARE(names(), Both);
-    }
-}
-
-void CameraListFileKeptTest::aCopyHasTheRightsOfTheList()
-{
-    const auto privately =
-        QFile::ReadOwner | QFile::WriteOwner | QFile::ReadUser | QFile::WriteUser;
-    const QString path = m_file->path() + ".bak";
-    m_file->setContent("theirs\r\n");
-    QVERIFY(QFile::setPermissions(m_file->path(), privately));
-    QVERIFY(m_list->write("ours"));
-    QCOMPARE(QFile::permissions(path), privately);
-    QCOMPARE(QFile::permissions(m_file->path()), privately);
-    // Whatever an older one has.
-    QVERIFY(QFile::setPermissions(path, privately | QFile::ReadOther));
-    m_file->setContent("their second\r\n");
-    QVERIFY(m_list->write("ours"));
-    QCOMPARE(QFile::permissions(path), privately);
-    QCOMPARE(backup(), QByteArray("their second\r\n"));
-}
-
-void CameraListFileKeptTest::aLinkedListIsCopied()
-{
-    QVERIFY(QDir(m_file->folder()).mkdir("other"));
-    QVERIFY(QFile::link("other/real", m_file->path()));
-    m_file->setContent("theirs\r\n");
-    QVERIFY(m_list->write("ours"));
-    QCOMPARE(contentOf(m_file->folder() + "/other/real"), QByteArray("ours\r\n"));
-    QVERIFY(QFileInfo(m_file->path()).isSymLink());
-    QVERIFY(!QFileInfo(m_file->path() + ".bak").isSymLink());
-    QCOMPARE(backup(), QByteArray("theirs\r\n"));
-}
 
 /// The number of a file, which goes with it when its name changes.
 static quint64 numberOf(const QString& path)
 {
     struct stat info = {};
     return lstat(QFile::encodeName(path).constData(), &info) == 0 ? info.st_ino : 0;
-}
-
-void CameraListFileKeptTest::whatCannotBeReadIsKept_data()
-{
-    QTest::addColumn<QByteArray>("kind");
-    for (const char* kind : {"folder", "pipe", "too long"})
-        QTest::newRow(kind) << QByteArray(kind);
-}
-
-void CameraListFileKeptTest::keepsWhatCannotBeRead(const QByteArray& kind)
-{
-    // Once without an older backup, once with one.
-    for (const QByteArray& line : QByteArrayList{"first", "second"}) {
-        QFile::remove(m_file->path());
-        if (kind == "folder")
-            QVERIFY(QDir().mkpath(m_file->path() + "/inner"));
-        else if (kind == "pipe")
-            QCOMPARE(QProcess::execute("mkfifo", {m_file->path()}), 0);
-        else
-            QVERIFY(QFile(m_file->path()).open(QIODevice::WriteOnly) &&
-                    QFile::resize(m_file->path(), CameraListFile::MaxBytes + 1));
-        const quint64 number = numberOf(m_file->path());
-        QCOMPARE(m_list->read(), std::nullopt);
-        QVERIFY(m_list->write(line));
-        QCOMPARE(content(), line + "\r\n");
-        QCOMPARE(numberOf(m_file->path() + ".bak"), number);
-        QCOMPARE(names(), Both);
-        // From here on it is a list like any other.
-        QVERIFY(m_list->write("more"));
-        QCOMPARE(numberOf(m_file->path() + ".bak"), number);
-        if (kind == "folder") // which nothing removes by itself
-            QVERIFY(QDir(m_file->path() + ".bak").removeRecursively());
-    }
-}
-
-void CameraListFileKeptTest::whatCannotBeReadIsKept()
-{
-    QFETCH(QByteArray, kind);
-    keepsWhatCannotBeRead(kind);
 }
 
 /// From here on the system refuses this process to exchange two names, as it does on many file
@@ -281,123 +39,340 @@ static bool refuseExchange()
            prctl(PR_SET_SECCOMP, SECCOMP_MODE_FILTER, &program) == 0;
 }
 
-void CameraListFileKeptTest::whatCannotBeReadIsKeptWhereNamesCannotBeExchanged()
+/// What is kept as list.dat.bak before list.dat is replaced or removed.
+class CameraListFileKeptTest : public QObject
 {
-    if (!runsAgain()) {
-        QCOMPARE(runAgainAsOrdinaryUser("whatCannotBeReadIsKeptWhereNamesCannotBeExchanged"),
-                 "passed");
-        return;
+    Q_OBJECT
+private slots:
+    void init()
+    {
+        m_file = std::make_unique<ScratchFile>("list.dat");
+        m_list = std::make_unique<CameraListFile>(m_file->folder());
     }
-    QFETCH(QByteArray, kind);
-    QVERIFY(refuseExchange());
-    keepsWhatCannotBeRead(kind);
-}
 
-void CameraListFileKeptTest::whatMayNotBeReadIsKept()
-{
-    if (!runsAgain()) {
-        QCOMPARE(runAgainAsOrdinaryUser("whatMayNotBeReadIsKept"), "passed");
-        return;
+    void whatAnotherWroteIsKept_data()
+    {
+        QTest::addColumn<QByteArray>("theirs");
+        QTest::addColumn<QByteArray>("ours");
+        // Kept byte for byte, whatever it is.
+        QTest::newRow("longer") << QByteArray("their list\r\n") << QByteArray("new");
+        QTest::newRow("as long") << QByteArray("ale\r\n") << QByteArray("new");
+        QTest::newRow("empty") << QByteArray("") << QByteArray("new");
+        QTest::newRow("no line end") << QByteArray("\xEF\xBB\xBF\0\xFFx", 6) << QByteArray("new");
+        QTest::newRow("large") << QByteArray(3'000'000, 'l') << QByteArray("new");
+        QTest::newRow("removed by us") << QByteArray("their list\r\n") << QByteArray();
     }
-    const QString path = m_file->path() + ".bak";
-    // The second time an older one is in the way that may not be read or written either.
-    for (const QByteArray& old : QByteArrayList{"old\r\n", "old, but later\r\n"}) {
-        m_file->setContent(old);
-        QVERIFY(QFile::setPermissions(m_file->path(), {}));
+
+    void whatAnotherWroteIsKept()
+    {
+        QFETCH(QByteArray, theirs);
+        QFETCH(QByteArray, ours);
+        m_file->setContent("old\r\n");
+        QVERIFY(m_list->read().has_value());
+        m_file->setContent(theirs); // after it was read
+        QVERIFY(m_list->write(ours));
+        QCOMPARE(content(), ours.isEmpty() ? "none" : ours + "\r\n");
+        QCOMPARE(backup(), theirs);
+
+        QVERIFY(QFile::remove(m_file->path() + ".bak"));
+        QVERIFY(m_list->write("mine"));
+        QVERIFY(!names().contains("list.dat.bak"));
+        m_file->setContent(theirs); // after it was written
+        QVERIFY(m_list->write(ours));
+        QCOMPARE(backup(), theirs);
+        QCOMPARE(names(), ours.isEmpty() ? QStringList("list.dat.bak") : Both);
+    }
+
+    void whatAnotherWroteAlikeIsNotKept()
+    {
+        m_file->setContent("old\r\n");
+        QVERIFY(m_list->read().has_value());
+        m_file->setContent("ours\r\n");
+        QVERIFY(m_list->write("ours"));
+        QCOMPARE(names(), QStringList("list.dat"));
+    }
+
+    void whatIsNoListIsKept()
+    {
+        m_file->setContent("no list\r\n");
+        QVERIFY(m_list->read().has_value());
+        m_list->distrust();
+        QVERIFY(!m_list->write({}));
+        QCOMPARE(content(), QByteArray("no list\r\n"));
+        QVERIFY(m_list->write("ours"));
+        QCOMPARE(content(), QByteArray("ours\r\n"));
+        QCOMPARE(backup(), QByteArray("no list\r\n"));
+    }
+
+    void whatAnotherMadeIsKept()
+    {
+        QCOMPARE(m_list->read(), std::optional(QByteArray())); // none there
+        m_file->setContent("theirs\r\n");
+        QVERIFY(m_list->write("ours"));
+        QCOMPARE(backup(), QByteArray("theirs\r\n"));
+        // The same after this one removed it.
+        QVERIFY(m_list->write({}));
+        m_file->setContent("their second\r\n");
+        QVERIFY(m_list->write({}));
+        QCOMPARE(backup(), QByteArray("their second\r\n"));
+        QCOMPARE(names(), QStringList("list.dat.bak"));
+        // One that another removed leaves nothing to keep.
+        QVERIFY(m_list->write("ours"));
+        QVERIFY(QFile::remove(m_file->path()));
+        QVERIFY(m_list->write("ours again"));
+        QCOMPARE(backup(), QByteArray("their second\r\n"));
+    }
+
+    void whatWasNeverReadIsKept()
+    {
+        m_file->setContent("old\r\n");
+        QVERIFY(m_list->write("new"));
+        QCOMPARE(backup(), QByteArray("old\r\n"));
+    }
+
+    void aChangeBackIsNoChange()
+    {
+        m_file->setContent("old\r\n");
+        QVERIFY(m_list->read().has_value());
+        m_file->setContent("other\r\n");
+        m_file->setContent("old\r\n");
+        QVERIFY(QFile::setPermissions(m_file->path(), QFile::ReadOwner | QFile::WriteOwner));
+        QVERIFY(QFile::link(m_file->path(), m_file->folder() + "/link"));
+        QVERIFY(m_list->write("new"));
+        QCOMPARE(names(), QStringList({"link", "list.dat"}));
+    }
+
+    void aChangeWithinOneStepOfTheClockIsKept()
+    {
+        if (!runsAgain()) {
+            QCOMPARE(runAgainWithOwnMounts("aChangeWithinOneStepOfTheClockIsKept"), "passed");
+            return;
+        }
+        QCOMPARE(mountCoarseClock(m_file->folder()), "mounted");
+        int sameTime = 0;
+        for (int i = 100; i < 300; ++i) {
+            const QByteArray theirs = QByteArray::number(i) + "\r\n";
+            QVERIFY(m_list->write("our"));
+            const QDateTime before = QFileInfo(m_file->path()).lastModified();
+            m_file->setContent(theirs);
+            sameTime += QFileInfo(m_file->path()).lastModified() == before;
+            QVERIFY(m_list->write("new"));
+            QCOMPARE(backup(), theirs);
+        }
+        QVERIFY(sameTime > 0); // or it was no test
+    }
+
+    void theNewestIsKept()
+    {
+        for (const QByteArray& theirs : QByteArrayList{"one, the longest", "two", "three"}) {
+            m_file->setContent(theirs);
+            QVERIFY(m_list->write("ours"));
+            QCOMPARE(backup(), theirs);
+            QCOMPARE(names(), Both);
+        }
+    }
+
+    void aCopyHasTheRightsOfTheList()
+    {
+        const auto privately =
+            QFile::ReadOwner | QFile::WriteOwner | QFile::ReadUser | QFile::WriteUser;
+        const QString path = m_file->path() + ".bak";
+        m_file->setContent("theirs\r\n");
+        QVERIFY(QFile::setPermissions(m_file->path(), privately));
+        QVERIFY(m_list->write("ours"));
+        QCOMPARE(QFile::permissions(path), privately);
+        QCOMPARE(QFile::permissions(m_file->path()), privately);
+        // Whatever an older one has.
+        QVERIFY(QFile::setPermissions(path, privately | QFile::ReadOther));
+        m_file->setContent("their second\r\n");
+        QVERIFY(m_list->write("ours"));
+        QCOMPARE(QFile::permissions(path), privately);
+        QCOMPARE(backup(), QByteArray("their second\r\n"));
+    }
+
+    void aLinkedListIsCopied()
+    {
+        QVERIFY(QDir(m_file->folder()).mkdir("other"));
+        QVERIFY(QFile::link("other/real", m_file->path()));
+        m_file->setContent("theirs\r\n");
+        QVERIFY(m_list->write("ours"));
+        QCOMPARE(contentOf(m_file->folder() + "/other/real"), QByteArray("ours\r\n"));
+        QVERIFY(QFileInfo(m_file->path()).isSymLink());
+        QVERIFY(!QFileInfo(m_file->path() + ".bak").isSymLink());
+        QCOMPARE(backup(), QByteArray("theirs\r\n"));
+    }
+
+    void whatCannotBeReadIsKept_data()
+    {
+        QTest::addColumn<QByteArray>("kind");
+        for (const char* kind : {"folder", "pipe", "too long"})
+            QTest::newRow(kind) << QByteArray(kind);
+    }
+
+    void whatCannotBeReadIsKept()
+    {
+        QFETCH(QByteArray, kind);
+        keepsWhatCannotBeRead(kind);
+    }
+
+    void whatCannotBeReadIsKeptWhereNamesCannotBeExchanged_data() { whatCannotBeReadIsKept_data(); }
+
+    void whatCannotBeReadIsKeptWhereNamesCannotBeExchanged()
+    {
+        if (!runsAgain()) {
+            QCOMPARE(runAgainAsOrdinaryUser("whatCannotBeReadIsKeptWhereNamesCannotBeExchanged"),
+                     "passed");
+            return;
+        }
+        QFETCH(QByteArray, kind);
+        QVERIFY(refuseExchange());
+        keepsWhatCannotBeRead(kind);
+    }
+
+    void whatMayNotBeReadIsKept()
+    {
+        if (!runsAgain()) {
+            QCOMPARE(runAgainAsOrdinaryUser("whatMayNotBeReadIsKept"), "passed");
+            return;
+        }
+        const QString path = m_file->path() + ".bak";
+        // The second time an older one is in the way that may not be read or written either.
+        for (const QByteArray& old : QByteArrayList{"old\r\n", "old, but later\r\n"}) {
+            m_file->setContent(old);
+            QVERIFY(QFile::setPermissions(m_file->path(), {}));
+            QCOMPARE(m_list->read(), std::nullopt);
+            QVERIFY(m_list->write("new"));
+            QCOMPARE(content(), QByteArray("new\r\n")); // and can be read
+            QCOMPARE(QFile::permissions(path), QFile::Permissions());
+            QVERIFY(QFile::setPermissions(path, QFile::ReadOwner));
+            QCOMPARE(backup(), old);
+            QVERIFY(QFile::setPermissions(path, {}));
+            QCOMPARE(names(), Both);
+        }
+        // A copy, too, takes its place.
+        m_file->setContent("theirs\r\n");
+        QVERIFY(m_list->write("new"));
+        QCOMPARE(backup(), QByteArray("theirs\r\n"));
+    }
+
+    void whatBecameReadableIsKept()
+    {
+        QVERIFY(QDir().mkdir(m_file->path()));
+        QCOMPARE(m_list->read(), std::nullopt);
+        QVERIFY(QDir().rmdir(m_file->path()));
+        m_file->setContent("theirs\r\n");
+        QVERIFY(m_list->write("ours"));
+        QCOMPARE(content(), QByteArray("ours\r\n"));
+        QCOMPARE(backup(), QByteArray("theirs\r\n"));
+    }
+
+    void aLinkToWhatCannotBeReadIsKept()
+    {
+        QVERIFY(QDir(m_file->folder()).mkdir("other"));
+        QVERIFY(QFile::link("other", m_file->path()));
         QCOMPARE(m_list->read(), std::nullopt);
         QVERIFY(m_list->write("new"));
-        QCOMPARE(content(), QByteArray("new\r\n")); // and can be read
-        QCOMPARE(QFile::permissions(path), QFile::Permissions());
-        QVERIFY(QFile::setPermissions(path, QFile::ReadOwner));
-        QCOMPARE(backup(), old);
-        QVERIFY(QFile::setPermissions(path, {}));
-        QCOMPARE(names(), Both);
+        QCOMPARE(content(), QByteArray("new\r\n"));
+        QCOMPARE(QFile::symLinkTarget(m_file->path() + ".bak"), m_file->folder() + "/other");
+        QCOMPARE(names(), QStringList({"list.dat", "list.dat.bak", "other"}));
     }
-    // A copy, too, takes its place.
-    m_file->setContent("theirs\r\n");
-    QVERIFY(m_list->write("new"));
-    QCOMPARE(backup(), QByteArray("theirs\r\n"));
-}
 
-void CameraListFileKeptTest::whatBecameReadableIsKept()
-{
-    QVERIFY(QDir().mkdir(m_file->path()));
-    QCOMPARE(m_list->read(), std::nullopt);
-    QVERIFY(QDir().rmdir(m_file->path()));
-    m_file->setContent("theirs\r\n");
-    QVERIFY(m_list->write("ours"));
-    QCOMPARE(content(), QByteArray("ours\r\n"));
-    QCOMPARE(backup(), QByteArray("theirs\r\n"));
-}
+    void aLeftoverIsNoHindrance()
+    {
+        const QString bystander = m_file->folder() + "/bystander";
+        QFile file(bystander);
+        QVERIFY(file.open(QIODevice::WriteOnly));
+        file.close();
+        for (const bool readable : {true, false}) {
+            QVERIFY(QFile::link(bystander, m_file->path() + ".new"));
+            if (readable)
+                m_file->setContent("theirs\r\n");
+            else
+                QVERIFY(QFile::remove(m_file->path()) && QDir().mkdir(m_file->path()));
+            QVERIFY(m_list->write("ours"));
+            QCOMPARE(content(), QByteArray("ours\r\n"));
+            QVERIFY(!QFileInfo(m_file->path()).isSymLink());
+            QVERIFY(!QFileInfo(m_file->path() + ".bak").isSymLink());
+            QCOMPARE(contentOf(bystander), QByteArray());
+            QCOMPARE(names(), QStringList{"bystander"} + Both);
+        }
+    }
 
-void CameraListFileKeptTest::aLinkToWhatCannotBeReadIsKept()
-{
-    QVERIFY(QDir(m_file->folder()).mkdir("other"));
-    QVERIFY(QFile::link("other", m_file->path()));
-    QCOMPARE(m_list->read(), std::nullopt);
-    QVERIFY(m_list->write("new"));
-    QCOMPARE(content(), QByteArray("new\r\n"));
-    QCOMPARE(QFile::symLinkTarget(m_file->path() + ".bak"), m_file->folder() + "/other");
-    QCOMPARE(names(), QStringList({"list.dat", "list.dat.bak", "other"}));
-}
+    void withoutABackupTheOldListStays_data()
+    {
+        QTest::addColumn<QString>("inTheWay");
+        QTest::addColumn<bool>("readable");
+        for (const bool readable : {true, false}) {
+            const char* kind = readable ? "another's" : "unreadable";
+            QTest::addRow("no name for the backup, %s", kind) << "list.dat.bak" << readable;
+            QTest::addRow("no place to make it, %s", kind) << "list.dat.new" << readable;
+        }
+    }
 
-void CameraListFileKeptTest::aLeftoverIsNoHindrance()
-{
-    const QString bystander = m_file->folder() + "/bystander";
-    QFile file(bystander);
-    QVERIFY(file.open(QIODevice::WriteOnly));
-    file.close();
-    for (const bool readable : {true, false}) {
-        QVERIFY(QFile::link(bystander, m_file->path() + ".new"));
+    void withoutABackupTheOldListStays()
+    {
+        QFETCH(QString, inTheWay);
+        QFETCH(bool, readable);
+        QVERIFY(QDir(m_file->folder()).mkpath(inTheWay + "/inner"));
         if (readable)
             m_file->setContent("theirs\r\n");
         else
-            QVERIFY(QFile::remove(m_file->path()) && QDir().mkdir(m_file->path()));
-        QVERIFY(m_list->write("ours"));
-        QCOMPARE(content(), QByteArray("ours\r\n"));
-        QVERIFY(!QFileInfo(m_file->path()).isSymLink());
-        QVERIFY(!QFileInfo(m_file->path() + ".bak").isSymLink());
-        QCOMPARE(contentOf(bystander), QByteArray());
-        QCOMPARE(names(), QStringList{"bystander"} + Both);
+            QVERIFY(QDir().mkpath(m_file->path() + "/inner"));
+        const quint64 number = numberOf(m_file->path());
+        for (const QByteArray& line : {QByteArray("new"), QByteArray()}) {
+            // A removed list needs no place to make a copy.
+            if (line.isEmpty() && readable && inTheWay == "list.dat.new")
+                break;
+            QVERIFY(!m_list->write(line));
+            QCOMPARE(numberOf(m_file->path()), number);
+            QVERIFY(!readable || content() == "theirs\r\n");
+            QCOMPARE(names(), QStringList({"list.dat", inTheWay}));
+        }
+        // A failure forgets nothing: it is kept as soon as it can be.
+        QVERIFY(QDir(m_file->folder() + "/" + inTheWay).removeRecursively());
+        QVERIFY(m_list->write("new"));
+        QCOMPARE(numberOf(m_file->path() + ".bak") == number, !readable);
+        QCOMPARE(names(), Both);
     }
-}
 
-void CameraListFileKeptTest::withoutABackupTheOldListStays_data()
-{
-    QTest::addColumn<QString>("inTheWay");
-    QTest::addColumn<bool>("readable");
-    for (const bool readable : {true, false}) {
-        const char* kind = readable ? "another's" : "unreadable";
-        QTest::addRow("no name for the backup, %s", kind) << "list.dat.bak" << readable;
-        QTest::addRow("no place to make it, %s", kind) << "list.dat.new" << readable;
+private:
+    QByteArray content() const { return m_file->content(); }
+    QByteArray backup() const { return contentOf(m_file->path() + ".bak"); }
+    QStringList names() const
+    {
+        return QDir(m_file->folder())
+            .entryList(QDir::AllEntries | QDir::System | QDir::Hidden | QDir::NoDotAndDotDot);
     }
-}
 
-void CameraListFileKeptTest::withoutABackupTheOldListStays()
-{
-    QFETCH(QString, inTheWay);
-    QFETCH(bool, readable);
-    QVERIFY(QDir(m_file->folder()).mkpath(inTheWay + "/inner"));
-    if (readable)
-        m_file->setContent("theirs\r\n");
-    else
-        QVERIFY(QDir().mkpath(m_file->path() + "/inner"));
-    const quint64 number = numberOf(m_file->path());
-    for (const QByteArray& line : {QByteArray("new"), QByteArray()}) {
-        // A removed list needs no place to make a copy.
-        if (line.isEmpty() && readable && inTheWay == "list.dat.new")
-            break;
-        QVERIFY(!m_list->write(line));
-        QCOMPARE(numberOf(m_file->path()), number);
-        QVERIFY(!readable || content() == "theirs\r\n");
-        QCOMPARE(names(), QStringList({"list.dat", inTheWay}));
+    void keepsWhatCannotBeRead(const QByteArray& kind)
+    {
+        // Once without an older backup, once with one.
+        for (const QByteArray& line : QByteArrayList{"first", "second"}) {
+            QFile::remove(m_file->path());
+            if (kind == "folder")
+                QVERIFY(QDir().mkpath(m_file->path() + "/inner"));
+            else if (kind == "pipe")
+                QCOMPARE(QProcess::execute("mkfifo", {m_file->path()}), 0);
+            else
+                QVERIFY(QFile(m_file->path()).open(QIODevice::WriteOnly) &&
+                        QFile::resize(m_file->path(), CameraListFile::MaxBytes + 1));
+            const quint64 number = numberOf(m_file->path());
+            QCOMPARE(m_list->read(), std::nullopt);
+            QVERIFY(m_list->write(line));
+            QCOMPARE(content(), line + "\r\n");
+            QCOMPARE(numberOf(m_file->path() + ".bak"), number);
+            QCOMPARE(names(), Both);
+            // From here on it is a list like any other.
+            QVERIFY(m_list->write("more"));
+            QCOMPARE(numberOf(m_file->path() + ".bak"), number);
+            if (kind == "folder") // which nothing removes by itself
+                QVERIFY(QDir(m_file->path() + ".bak").removeRecursively());
+        }
     }
-    // A failure forgets nothing: it is kept as soon as it can be.
-    QVERIFY(QDir(m_file->folder() + "/" + inTheWay).removeRecursively());
-    QVERIFY(m_list->write("new"));
-    QCOMPARE(numberOf(m_file->path() + ".bak") == number, !readable);
-    QCOMPARE(names(), Both);
-}
+
+    std::unique_ptr<ScratchFile> m_file;
+    std::unique_ptr<CameraListFile> m_list;
+};
 
 QTEST_GUILESS_MAIN(CameraListFileKeptTest)
 #include "tst_CameraListFileKept.moc"

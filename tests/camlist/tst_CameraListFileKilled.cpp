@@ -8,16 +8,6 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
-/// A program that is killed at any moment of a save leaves the old list or the new one.
-class CameraListFileKilledTest : public QObject
-{
-    Q_OBJECT
-private slots:
-    void theOldListOrTheNewOneIsThere_data();
-    void theOldListOrTheNewOneIsThere();
-    void whatIsCutIsSeen();
-};
-
 static const QByteArray& ours(int number)
 {
     static const QByteArray lines[] = {QByteArray("Cities\xFFHarbour\xFFhttp").repeated(12'000),
@@ -162,33 +152,39 @@ static Found foundAfterKills(Save save, int count)
     return found;
 }
 
-void CameraListFileKilledTest::theOldListOrTheNewOneIsThere_data()
+/// A program that is killed at any moment of a save leaves the old list or the new one.
+class CameraListFileKilledTest : public QObject
 {
-    QTest::addColumn<Save>("save");
-    QTest::addColumn<int>("count");
-    QTest::newRow("own list") << Save(saveOwn) << 200;
-    QTest::newRow("another's list is kept beside") << Save(saveOverAnothers) << 100;
-    QTest::newRow("an unreadable list is kept beside") << Save(saveOverUnreadable) << 100;
-}
+    Q_OBJECT
+private slots:
+    void theOldListOrTheNewOneIsThere_data()
+    {
+        QTest::addColumn<Save>("save");
+        QTest::addColumn<int>("count");
+        QTest::newRow("own list") << Save(saveOwn) << 200;
+        QTest::newRow("another's list is kept beside") << Save(saveOverAnothers) << 100;
+        QTest::newRow("an unreadable list is kept beside") << Save(saveOverUnreadable) << 100;
+    }
 
-void CameraListFileKilledTest::theOldListOrTheNewOneIsThere()
-{
-    QFETCH(Save, save);
-    QFETCH(int, count);
-    const Found found = foundAfterKills(save, count);
-    QCOMPARE(found.cut, 0);
-    QCOMPARE(found.cutBackups, 0);
-    QCOMPARE(found.ours + found.theirs, count);
-    QVERIFY(found.ours > 0);
-    QCOMPARE(found.theirs > 0, save != saveOwn);
-}
+    void theOldListOrTheNewOneIsThere()
+    {
+        QFETCH(Save, save);
+        QFETCH(int, count);
+        const Found found = foundAfterKills(save, count);
+        QCOMPARE(found.cut, 0);
+        QCOMPARE(found.cutBackups, 0);
+        QCOMPARE(found.ours + found.theirs, count);
+        QVERIFY(found.ours > 0);
+        QCOMPARE(found.theirs > 0, save != saveOwn);
+    }
 
-/// The same look at a careless program finds the cut lists.
-void CameraListFileKilledTest::whatIsCutIsSeen()
-{
-    const Found found = foundAfterKills(saveCarelessly, 50);
-    QVERIFY(found.cut > 5);
-}
+    /// The same look at a careless program finds the cut lists.
+    void whatIsCutIsSeen()
+    {
+        const Found found = foundAfterKills(saveCarelessly, 50);
+        QVERIFY(found.cut > 5);
+    }
+};
 
 QTEST_GUILESS_MAIN(CameraListFileKilledTest)
 #include "tst_CameraListFileKilled.moc"

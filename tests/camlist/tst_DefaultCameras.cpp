@@ -6,87 +6,81 @@ class DefaultCamerasTest : public QObject
 {
     Q_OBJECT
 private slots:
-    void theTwelveCamerasInTheirOrder();
-    void noneHasAnExtraHeader();
-    void everyKeyIsTheAddressWithoutItsScheme();
-    void aListOfThemIsWrittenAndReadUnchanged();
-    void everyRowSaysWhereItsAddressIsFrom();
+    void theTwelveCamerasInTheirOrder()
+    {
+        QStringList found;
+        for (const CameraRecord& camera : defaultCameras())
+            found << camera.category + ": " + camera.name;
+        QCOMPARE(found,
+                 (QStringList{"Cities: NewYork, NY", "Cities: Miami, FL", "Cities: Boston, MA",
+                              "Cities: Las Vegas, NV", "Cities: L.A., CA", "Cities: Seattle, WA",
+                              "Cities: Trafalgar Sq., London", "Cities: Dublin, Ireland",
+                              "Cities: Quito, Ecuador", "Cities: Maui, HI", "Cities: Howell, MI",
+                              "Sights: Big Ben"}));
+    }
+
+    void noneHasAnExtraHeader()
+    {
+        for (const CameraRecord& camera : defaultCameras())
+            QCOMPARE(camera.key.count(HeaderMark), 0);
+    }
+
+    void everyKeyIsTheAddressWithoutItsScheme()
+    {
+        QSet<QString> nodes;
+        const QList<CameraRecord> cameras = defaultCameras();
+        const QList<QStringList> all = rows();
+        QCOMPARE(cameras.size(), all.size());
+        for (qsizetype i = 0; i < all.size(); ++i) {
+            const QString address = all[i][2];
+            QVERIFY2(address.startsWith("http://"), qPrintable(address));
+            QCOMPARE(cameras[i].key, address.mid(7));
+            const QUrl url(address, QUrl::StrictMode);
+            QVERIFY2(url.isValid() && url.host().contains('.') && !url.path().isEmpty(),
+                     qPrintable(address));
+            nodes << cameras[i].key << cameras[i].category;
+        }
+        // In the tree a key is unlike every other and unlike every category.
+        QCOMPARE(nodes.size(), 12 + 2);
+    }
+
+    void aListOfThemIsWrittenAndReadUnchanged()
+    {
+        const QList<CameraRecord> cameras = defaultCameras();
+        QCOMPARE(cameras.size(), 12);
+        QCOMPARE(readCameraListLine(writeCameraListLine(cameras)), cameras);
+    }
+
+    void everyRowSaysWhereItsAddressIsFrom()
+    {
+        for (const QStringList& row : rows()) {
+            QCOMPARE(row.size(), 7);
+            for (const QString& column : row)
+                QVERIFY2(!column.isEmpty() && column == column.trimmed(), qPrintable(column));
+            const QUrl page(row[3], QUrl::StrictMode);
+            QVERIFY2(page.isValid() && page.scheme().startsWith("http") && !page.host().isEmpty(),
+                     qPrintable(row[3]));
+            QVERIFY2(QDate::fromString(row[4], Qt::ISODate).isValid(), qPrintable(row[4]));
+            QCOMPARE(row[5], "no");
+        }
+    }
 
 private:
     /// The rows of the data file without that of the columns' names.
-    static QList<QStringList> rows();
+    static QList<QStringList> rows()
+    {
+        QFile file(PEVORA_SOURCE_DIR "/resources/default-cameras.tsv");
+        if (!file.open(QIODevice::ReadOnly))
+            qFatal("no data file");
+        QList<QStringList> rows;
+        for (const QString& line :
+             QString::fromUtf8(file.readAll()).split('\n', Qt::SkipEmptyParts))
+            rows << line.split('\t');
+        if (rows.takeFirst().join(' ') != "category name address page date checked note")
+            qFatal("other columns");
+        return rows;
+    }
 };
-
-QList<QStringList> DefaultCamerasTest::rows()
-{
-    QFile file(PEVORA_SOURCE_DIR "/resources/default-cameras.tsv");
-    if (!file.open(QIODevice::ReadOnly))
-        qFatal("no data file");
-    QList<QStringList> rows;
-    for (const QString& line : QString::fromUtf8(file.readAll()).split('\n', Qt::SkipEmptyParts))
-        rows << line.split('\t');
-    if (rows.takeFirst().join(' ') != "category name address page date checked note")
-        qFatal("other columns");
-    return rows;
-}
-
-void DefaultCamerasTest::theTwelveCamerasInTheirOrder()
-{
-    QStringList found;
-    for (const CameraRecord& camera : defaultCameras())
-        found << camera.category + ": " + camera.name;
-    QCOMPARE(found, (QStringList{"Cities: NewYork, NY", "Cities: Miami, FL", "Cities: Boston, MA",
-                                 "Cities: Las Vegas, NV", "Cities: L.A., CA", "Cities: Seattle, WA",
-                                 "Cities: Trafalgar Sq., London", "Cities: Dublin, Ireland",
-                                 "Cities: Quito, Ecuador", "Cities: Maui, HI", "Cities: Howell, MI",
-                                 "Sights: Big Ben"}));
-}
-
-void DefaultCamerasTest::noneHasAnExtraHeader()
-{
-    for (const CameraRecord& camera : defaultCameras())
-        QCOMPARE(camera.key.count(HeaderMark), 0);
-}
-
-void DefaultCamerasTest::everyKeyIsTheAddressWithoutItsScheme()
-{
-    QSet<QString> nodes;
-    const QList<CameraRecord> cameras = defaultCameras();
-    const QList<QStringList> all = rows();
-    QCOMPARE(cameras.size(), all.size());
-    for (qsizetype i = 0; i < all.size(); ++i) {
-        const QString address = all[i][2];
-        QVERIFY2(address.startsWith("http://"), qPrintable(address));
-        QCOMPARE(cameras[i].key, address.mid(7));
-        const QUrl url(address, QUrl::StrictMode);
-        QVERIFY2(url.isValid() && url.host().contains('.') && !url.path().isEmpty(),
-                 qPrintable(address));
-        nodes << cameras[i].key << cameras[i].category;
-    }
-    // In the tree a key is unlike every other and unlike every category.
-    QCOMPARE(nodes.size(), 12 + 2);
-}
-
-void DefaultCamerasTest::aListOfThemIsWrittenAndReadUnchanged()
-{
-    const QList<CameraRecord> cameras = defaultCameras();
-    QCOMPARE(cameras.size(), 12);
-    QCOMPARE(readCameraListLine(writeCameraListLine(cameras)), cameras);
-}
-
-void DefaultCamerasTest::everyRowSaysWhereItsAddressIsFrom()
-{
-    for (const QStringList& row : rows()) {
-        QCOMPARE(row.size(), 7);
-        for (const QString& column : row)
-            QVERIFY2(!column.isEmpty() && column == column.trimmed(), qPrintable(column));
-        const QUrl page(row[3], QUrl::StrictMode);
-        QVERIFY2(page.isValid() && page.scheme().startsWith("http") && !page.host().isEmpty(),
-                 qPrintable(row[3]));
-        QVERIFY2(QDate::fromString(row[4], Qt::ISODate).isValid(), qPrintable(row[4]));
-        QCOMPARE(row[5], "no");
-    }
-}
 
 QTEST_GUILESS_MAIN(DefaultCamerasTest)
 #include "tst_DefaultCameras.moc"

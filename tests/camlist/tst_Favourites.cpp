@@ -7,307 +7,287 @@ class FavouritesTest : public QObject
 {
     Q_OBJECT
 private slots:
-    void entryZeroIsHiddenAtFirst();
-    void readsWhatTheFileHolds();
-    void withoutACountThereAreNone_data();
-    void withoutACountThereAreNone();
-    void aCountBeyondTheFileMakesNoEntries();
-    void writesFullPairsWithoutGapsAndTheCountLast();
-    void longerListsLeaveTheirPairsBehind();
-    void tenThousandAreReadAndWrittenWithinASecond();
-    void addedOnesFollowTheOthers();
-    void theFirstOneAddedLeavesEntryZeroHidden();
-    void withoutANameOrAKeyNothingIsAdded();
-    void theSameOneCanBeAddedTwice();
-    void allCanBeReplaced();
-    void withoutAnyEntryZeroIsHiddenAgain();
-    void noSeparatorComesIn();
-    void textsSurviveTheFile_data();
-    void textsSurviveTheFile();
-    void whatHappensDuringASaveIsNotWritten();
-    void aNameIsShownOnOneLine();
+    void entryZeroIsHiddenAtFirst()
+    {
+        Favourites favourites;
+        QCOMPARE(favourites.entries().size(), 1);
+        QVERIFY(favourites.isHidden(0));
+        QVERIFY(favourites.entries()[0].name.isEmpty());
+        QVERIFY(favourites.entries()[0].key.isEmpty());
+        const QString path = file({});
+        favourites.save(path);
+        QCOMPARE(GetFromINI("FAVORITES", "COUNT", path), "0");
+        QCOMPARE(GetFromINI("FAVORITES", "NAME[0]", path), "");
+    }
+
+    void readsWhatTheFileHolds()
+    {
+        Favourites favourites;
+        QSignalSpy changed(&favourites, &Favourites::Changed);
+        favourites.load(file("[favorites]\r\nname[0]=Harbour\r\nurl[0]=cam/h.jpg\x01"
+                             "Cookie: a\r\n"
+                             "NAME[1]=AT&T\r\nURL[1]=att/a\r\nCOUNT=2\r\n"));
+        QCOMPARE(changed.count(), 1);
+        QCOMPARE(favourites.entries().size(), 2);
+        QCOMPARE(favourites.entries()[0].name, "Harbour");
+        QCOMPARE(favourites.entries()[0].key, QString("cam/h.jpg\x01") + "Cookie: a");
+        QCOMPARE(favourites.entries()[1].name, "AT&T");
+        QVERIFY(!favourites.isHidden(0));
+    }
+
+    void withoutACountThereAreNone_data()
+    {
+        QTest::addColumn<QByteArray>("count");
+        QTest::newRow("absent") << QByteArray();
+        QTest::newRow("empty") << QByteArray("COUNT=\r\n");
+        QTest::newRow("zero") << QByteArray("COUNT=0\r\n");
+        QTest::newRow("word") << QByteArray("COUNT=two\r\n");
+        QTest::newRow("negative") << QByteArray("COUNT=-1\r\n");
+    }
+
+    void withoutACountThereAreNone()
+    {
+        QFETCH(QByteArray, count);
+        Favourites favourites;
+        favourites.load(file("[FAVORITES]\r\nNAME[0]=a\r\nURL[0]=b\r\n" + count));
+        QCOMPARE(favourites.entries().size(), 1);
+        QVERIFY(favourites.isHidden(0));
+    }
+
+    void aCountBeyondTheFileMakesNoEntries()
+    {
+        for (const char* count : {"2000000000", "9223372036854775807", "100"}) {
+            Favourites favourites;
+            favourites.load(file(QByteArray("[FAVORITES]\r\nNAME[0]=a\r\nURL[0]=b\r\nCOUNT=") +
+                                 count + "\r\n"));
+            QVERIFY(favourites.entries().size() <= 3);
+            QCOMPARE(favourites.entries()[0].name, "a");
+        }
+    }
+
+    void writesFullPairsWithoutGapsAndTheCountLast()
+    {
+        // The middle one of three has no caption, a fourth no address.
+        const QString from =
+            file("[FAVORITES]\r\nNAME[0]=one\r\nURL[0]=1\r\nNAME[1]=\r\nURL[1]=2\r\n"
+                 "NAME[2]=three\r\nURL[2]=3\r\nNAME[3]=four\r\nURL[3]=\r\nCOUNT=4\r\n");
+        Favourites favourites;
+        favourites.load(from);
+        QCOMPARE(favourites.entries().size(), 4);
+        const QString to = m_folder.filePath("written.ini");
+        favourites.save(to);
+        QVERIFY(FlushINI());
+        QFile written(to);
+        QVERIFY(written.open(QIODevice::ReadOnly));
+        QCOMPARE(written.readAll(), "[FAVORITES]\r\nNAME[0]=one\r\nURL[0]=1\r\nNAME[1]=three\r\n"
+                                    "URL[1]=3\r\nCOUNT=2\r\n");
+    }
+
+    void longerListsLeaveTheirPairsBehind()
+    {
+        const QString path =
+            file("[FAVORITES]\r\nNAME[0]=a\r\nURL[0]=1\r\nNAME[7]=old\r\nURL[7]=8\r\n"
+                 "COUNT=1\r\n");
+        Favourites favourites;
+        favourites.load(path);
+        favourites.save(path);
+        QCOMPARE(GetFromINI("FAVORITES", "NAME[7]", path), "old");
+        QCOMPARE(GetFromINI("FAVORITES", "COUNT", path), "1");
+    }
+
+    void tenThousandAreReadAndWrittenWithinASecond()
+    {
+        QByteArray content = "[FAVORITES]\r\n";
+        for (int i = 0; i < 10'000; ++i) {
+            const QByteArray n = QByteArray::number(i);
+            content += "NAME[" + n + "]=Camera number " + n + "\r\nURL[" + n +
+                       "]=cam.example/pictures/" + n + ".jpg\r\n";
+        }
+        const QString path = file(content + "COUNT=10000\r\n");
+        QElapsedTimer clock;
+        clock.start();
+        Favourites favourites;
+        favourites.load(path);
+        favourites.save(path);
+        QVERIFY(FlushINI());
+        const auto elapsed = clock.elapsed();
+        QCOMPARE(favourites.entries().size(), 10'000);
+        QCOMPARE(favourites.entries().last().key, "cam.example/pictures/9999.jpg");
+        qInfo("10,000 favourites read and written in %lld ms", static_cast<long long>(elapsed));
+        QVERIFY2(elapsed < 1000 * Slower, qPrintable(QString::number(elapsed)));
+    }
+
+    void addedOnesFollowTheOthers()
+    {
+        Favourites favourites;
+        favourites.load(file("[FAVORITES]\r\nNAME[0]=a\r\nURL[0]=1\r\nCOUNT=1\r\n"));
+        QSignalSpy changed(&favourites, &Favourites::Changed);
+        favourites.add("Tom & Jerry", "cam/t\x01Cookie: a");
+        QCOMPARE(changed.count(), 1);
+        QCOMPARE(favourites.entries().size(), 2);
+        QCOMPARE(favourites.entries()[0].name, "a");
+        QCOMPARE(favourites.entries()[1].name, "Tom & Jerry");
+        QCOMPARE(favourites.entries()[1].key, "cam/t\x01Cookie: a");
+        QVERIFY(!favourites.isHidden(1));
+    }
+
+    void theFirstOneAddedLeavesEntryZeroHidden()
+    {
+        Favourites favourites;
+        favourites.add("first", "cam/1");
+        QCOMPARE(favourites.entries().size(), 2);
+        QVERIFY(favourites.isHidden(0));
+        QVERIFY(favourites.entries()[0].name.isEmpty());
+        QVERIFY(favourites.entries()[0].key.isEmpty());
+        QCOMPARE(favourites.entries()[1].name, "first");
+        favourites.add("second", "cam/2");
+        QCOMPARE(favourites.entries().size(), 3);
+        QVERIFY(favourites.isHidden(0));
+        // The file knows no gap, and so the next start closes it.
+        const QString path = file({});
+        favourites.save(path);
+        Favourites next;
+        next.load(path);
+        QCOMPARE(next.entries().size(), 2);
+        QVERIFY(!next.isHidden(0));
+        QCOMPARE(next.entries()[0].name, "first");
+    }
+
+    void withoutANameOrAKeyNothingIsAdded()
+    {
+        Favourites favourites;
+        QSignalSpy changed(&favourites, &Favourites::Changed);
+        favourites.add("", "cam/1");
+        favourites.add("first", "");
+        favourites.add({}, {});
+        QCOMPARE(favourites.entries().size(), 1);
+        QVERIFY(favourites.isHidden(0));
+        QCOMPARE(changed.count(), 0);
+    }
+
+    void theSameOneCanBeAddedTwice()
+    {
+        Favourites favourites;
+        favourites.add("a", "cam/1");
+        favourites.add("a", "cam/1");
+        QCOMPARE(favourites.entries().size(), 3);
+        QCOMPARE(favourites.entries()[1].key, favourites.entries()[2].key);
+        const QString path = file({});
+        favourites.save(path);
+        QCOMPARE(GetFromINI("FAVORITES", "COUNT", path), "2");
+    }
+
+    void allCanBeReplaced()
+    {
+        Favourites favourites;
+        favourites.add("gone", "cam/0");
+        QSignalSpy changed(&favourites, &Favourites::Changed);
+        favourites.replaceAll({{"one", "cam/1"}, {"two", "cam/2"}, {"three", "cam/3"}});
+        QCOMPARE(changed.count(), 1);
+        QCOMPARE(favourites.entries().size(), 3);
+        QVERIFY(!favourites.isHidden(0));
+        QCOMPARE(favourites.entries()[0].name, "one");
+        QCOMPARE(favourites.entries()[2].key, "cam/3");
+    }
+
+    void withoutAnyEntryZeroIsHiddenAgain()
+    {
+        Favourites favourites;
+        favourites.replaceAll({{"one", "cam/1"}, {"two", "cam/2"}});
+        favourites.replaceAll({});
+        QCOMPARE(favourites.entries().size(), 1);
+        QVERIFY(favourites.isHidden(0));
+        QVERIFY(favourites.entries()[0].name.isEmpty());
+        QVERIFY(favourites.entries()[0].key.isEmpty());
+    }
+
+    void noSeparatorComesIn()
+    {
+        const QString separator(FieldSeparator);
+        const QString harmless = QString("y") + QChar(0x308);
+        Favourites added;
+        added.add("n" + separator, "k" + separator + "x");
+        Favourites replaced;
+        replaced.replaceAll({{}, {"n" + separator, "k" + separator + "x"}});
+        Favourites loaded;
+        loaded.load(file("[FAVORITES]\r\nNAME[0]=a\r\nURL[0]=1\r\nNAME[1]=n\xFF\r\n"
+                         "URL[1]=k\xFFx\r\nCOUNT=2\r\n"));
+        for (const auto* one : {&added, &replaced, &loaded}) {
+            QCOMPARE(one->entries().size(), 2);
+            QCOMPARE(one->entries()[1].name, "n" + harmless);
+            QCOMPARE(one->entries()[1].key, "k" + harmless + "x");
+        }
+    }
+
+    void textsSurviveTheFile_data()
+    {
+        QTest::addColumn<QString>("name");
+        QTest::newRow("ampersand") << "AT&T";
+        QTest::newRow("two ampersands") << "a && b &c &";
+        QTest::newRow("markup") << "<b>bold</b> &amp;";
+        QTest::newRow("brackets and equals signs") << "[a]=b;c";
+        QTest::newRow("quotes and outer blanks") << " \"quoted\" ";
+        QTest::newRow("accents") << QString::fromUtf8("K\u00f6ln Sk\u00e5ne");
+        QTest::newRow("other letters") << QString::fromUtf8("\u041c\u043e\u0441\u043a\u0432\u0430 "
+                                                            "\u6771\u4eac \U0001F4F7");
+        QTest::newRow("right to left") << QString::fromUtf8("\u05d7\u05d9\u05e4\u05d4 cam");
+        QTest::newRow("separator") << QString(u'\u00ff');
+        QTest::newRow("tab") << "left\tright";
+    }
+
+    void textsSurviveTheFile()
+    {
+        QFETCH(QString, name);
+        const QString path = file({});
+        Favourites first;
+        first.replaceAll({{name, name}});
+        const Favourite kept = first.entries()[0];
+        first.save(path);
+        for (int run = 0; run < 3; ++run) {
+            QVERIFY(FlushINI());
+            Favourites next;
+            next.load(path);
+            QCOMPARE(next.entries().size(), 1);
+            QCOMPARE(next.entries()[0].name, kept.name);
+            QCOMPARE(next.entries()[0].key, kept.key);
+            next.save(path);
+        }
+    }
+
+    void whatHappensDuringASaveIsNotWritten()
+    {
+        Favourites favourites;
+        favourites.replaceAll({{"one", "cam/1"}, {"two", "cam/2"}, {"three", "cam/3"}});
+        const QString path = file({});
+        QTimer::singleShot(0, &favourites, [&] { favourites.replaceAll({}); });
+        favourites.save(path);
+        QVERIFY(favourites.isHidden(0)); // it did happen
+        QCOMPARE(GetFromINI("FAVORITES", "COUNT", path), "3");
+        QCOMPARE(GetFromINI("FAVORITES", "NAME[2]", path), "three");
+    }
+
+    void aNameIsShownOnOneLine()
+    {
+        QString name = "a\r\nb\tc";
+        name += QChar(QChar::LineSeparator);
+        name += QChar(QChar::ParagraphSeparator);
+        QCOMPARE((Favourite{name + "&<d>", {}}.shownName()), "a  b c  &<d>");
+        QCOMPARE((Favourite{"as  it is", {}}.shownName()), "as  it is");
+    }
 
 private:
-    QString file(const QByteArray& content);
+    QString file(const QByteArray& content)
+    {
+        const QString path = m_folder.filePath(QString("pref%1.ini").arg(++m_files));
+        QFile ini(path);
+        if (!ini.open(QIODevice::WriteOnly) || ini.write(content) != content.size())
+            qFatal("cannot write %s", qPrintable(path));
+        return path;
+    }
+
     QTemporaryDir m_folder;
     int m_files = 0;
 };
-
-QString FavouritesTest::file(const QByteArray& content)
-{
-    const QString path = m_folder.filePath(QString("pref%1.ini").arg(++m_files));
-    QFile ini(path);
-    if (!ini.open(QIODevice::WriteOnly) || ini.write(content) != content.size())
-        qFatal("cannot write %s", qPrintable(path));
-    return path;
-}
-
-void FavouritesTest::entryZeroIsHiddenAtFirst()
-{
-    Favourites favourites;
-    QCOMPARE(favourites.entries().size(), 1);
-    QVERIFY(favourites.isHidden(0));
-    QVERIFY(favourites.entries()[0].name.isEmpty());
-    QVERIFY(favourites.entries()[0].key.isEmpty());
-    const QString path = file({});
-    favourites.save(path);
-    QCOMPARE(GetFromINI("FAVORITES", "COUNT", path), "0");
-    QCOMPARE(GetFromINI("FAVORITES", "NAME[0]", path), "");
-}
-
-void FavouritesTest::readsWhatTheFileHolds()
-{
-    Favourites favourites;
-    QSignalSpy changed(&favourites, &Favourites::Changed);
-    favourites.load(file("[favorites]\r\nname[0]=Harbour\r\nurl[0]=cam/h.jpg\x01"
-                         "Cookie: a\r\n"
-                         "NAME[1]=AT&T\r\nURL[1]=att/a\r\nCOUNT=2\r\n"));
-    QCOMPARE(changed.count(), 1);
-    QCOMPARE(favourites.entries().size(), 2);
-    QCOMPARE(favourites.entries()[0].name, "Harbour");
-    QCOMPARE(favourites.entries()[0].key, QString("cam/h.jpg\x01") + "Cookie: a");
-    QCOMPARE(favourites.entries()[1].name, "AT&T");
-    QVERIFY(!favourites.isHidden(0));
-}
-
-void FavouritesTest::withoutACountThereAreNone_data()
-{
-    QTest::addColumn<QByteArray>("count");
-    QTest::newRow("absent") << QByteArray();
-    QTest::newRow("empty") << QByteArray("COUNT=\r\n");
-    QTest::newRow("zero") << QByteArray("COUNT=0\r\n");
-    QTest::newRow("word") << QByteArray("COUNT=two\r\n");
-    QTest::newRow("negative") << QByteArray("COUNT=-1\r\n");
-}
-
-void FavouritesTest::withoutACountThereAreNone()
-{
-    QFETCH(QByteArray, count);
-    Favourites favourites;
-    favourites.load(file("[FAVORITES]\r\nNAME[0]=a\r\nURL[0]=b\r\n" + count));
-    QCOMPARE(favourites.entries().size(), 1);
-    QVERIFY(favourites.isHidden(0));
-}
-
-void FavouritesTest::aCountBeyondTheFileMakesNoEntries()
-{
-    for (const char* count : {"2000000000", "9223372036854775807", "100"}) {
-        Favourites favourites;
-        favourites.load(
-            file(QByteArray("[FAVORITES]\r\nNAME[0]=a\r\nURL[0]=b\r\nCOUNT=") + count + "\r\n"));
-        QVERIFY(favourites.entries().size() <= 3);
-        QCOMPARE(favourites.entries()[0].name, "a");
-    }
-}
-
-void FavouritesTest::writesFullPairsWithoutGapsAndTheCountLast()
-{
-    // The middle one of three has no caption, a fourth no address.
-    const QString from =
-        file("[FAVORITES]\r\nNAME[0]=one\r\nURL[0]=1\r\nNAME[1]=\r\nURL[1]=2\r\n"
-             "NAME[2]=three\r\nURL[2]=3\r\nNAME[3]=four\r\nURL[3]=\r\nCOUNT=4\r\n");
-    Favourites favourites;
-    favourites.load(from);
-    QCOMPARE(favourites.entries().size(), 4);
-    const QString to = m_folder.filePath("written.ini");
-    favourites.save(to);
-    QVERIFY(FlushINI());
-    QFile written(to);
-    QVERIFY(written.open(QIODevice::ReadOnly));
-    QCOMPARE(written.readAll(), "[FAVORITES]\r\nNAME[0]=one\r\nURL[0]=1\r\nNAME[1]=three\r\n"
-                                "URL[1]=3\r\nCOUNT=2\r\n");
-}
-
-void FavouritesTest::longerListsLeaveTheirPairsBehind()
-{
-    const QString path = file("[FAVORITES]\r\nNAME[0]=a\r\nURL[0]=1\r\nNAME[7]=old\r\nURL[7]=8\r\n"
-                              "COUNT=1\r\n");
-    Favourites favourites;
-    favourites.load(path);
-    favourites.save(path);
-    QCOMPARE(GetFromINI("FAVORITES", "NAME[7]", path), "old");
-    QCOMPARE(GetFromINI("FAVORITES", "COUNT", path), "1");
-}
-
-void FavouritesTest::tenThousandAreReadAndWrittenWithinASecond()
-{
-    QByteArray content = "[FAVORITES]\r\n";
-    for (int i = 0; i < 10'000; ++i) {
-        const QByteArray n = QByteArray::number(i);
-        content += "NAME[" + n + "]=Camera number " + n + "\r\nURL[" + n +
-                   "]=cam.example/pictures/" + n + ".jpg\r\n";
-    }
-    const QString path = file(content + "COUNT=10000\r\n");
-    QElapsedTimer clock;
-    clock.start();
-    Favourites favourites;
-    favourites.load(path);
-    favourites.save(path);
-    QVERIFY(FlushINI());
-    const auto elapsed = clock.elapsed();
-    QCOMPARE(favourites.entries().size(), 10'000);
-    QCOMPARE(favourites.entries().last().key, "cam.example/pictures/9999.jpg");
-    qInfo("10,000 favourites read and written in %lld ms", static_cast<long long>(elapsed));
-    QVERIFY2(elapsed < 1000 * Slower, qPrintable(QString::number(elapsed)));
-}
-
-void FavouritesTest::addedOnesFollowTheOthers()
-{
-    Favourites favourites;
-    favourites.load(file("[FAVORITES]\r\nNAME[0]=a\r\nURL[0]=1\r\nCOUNT=1\r\n"));
-    QSignalSpy changed(&favourites, &Favourites::Changed);
-    favourites.add("Tom & Jerry", "cam/t\x01Cookie: a");
-    QCOMPARE(changed.count(), 1);
-    QCOMPARE(favourites.entries().size(), 2);
-    QCOMPARE(favourites.entries()[0].name, "a");
-    QCOMPARE(favourites.entries()[1].name, "Tom & Jerry");
-    QCOMPARE(favourites.entries()[1].key, "cam/t\x01Cookie: a");
-    QVERIFY(!favourites.isHidden(1));
-}
-
-void FavouritesTest::theFirstOneAddedLeavesEntryZeroHidden()
-{
-    Favourites favourites;
-    favourites.add("first", "cam/1");
-    QCOMPARE(favourites.entries().size(), 2);
-    QVERIFY(favourites.isHidden(0));
-    QVERIFY(favourites.entries()[0].name.isEmpty());
-    QVERIFY(favourites.entries()[0].key.isEmpty());
-    QCOMPARE(favourites.entries()[1].name, "first");
-    favourites.add("second", "cam/2");
-    QCOMPARE(favourites.entries().size(), 3);
-    QVERIFY(favourites.isHidden(0));
-    // The file knows no gap, and so the next start closes it.
-    const QString path = file({});
-    favourites.save(path);
-    Favourites next;
-    next.load(path);
-    QCOMPARE(next.entries().size(), 2);
-    QVERIFY(!next.isHidden(0));
-    QCOMPARE(next.entries()[0].name, "first");
-}
-
-void FavouritesTest::withoutANameOrAKeyNothingIsAdded()
-{
-    Favourites favourites;
-    QSignalSpy changed(&favourites, &Favourites::Changed);
-    favourites.add("", "cam/1");
-    favourites.add("first", "");
-    favourites.add({}, {});
-    QCOMPARE(favourites.entries().size(), 1);
-    QVERIFY(favourites.isHidden(0));
-    QCOMPARE(changed.count(), 0);
-}
-
-void FavouritesTest::theSameOneCanBeAddedTwice()
-{
-    Favourites favourites;
-    favourites.add("a", "cam/1");
-    favourites.add("a", "cam/1");
-    QCOMPARE(favourites.entries().size(), 3);
-    QCOMPARE(favourites.entries()[1].key, favourites.entries()[2].key);
-    const QString path = file({});
-    favourites.save(path);
-    QCOMPARE(GetFromINI("FAVORITES", "COUNT", path), "2");
-}
-
-void FavouritesTest::allCanBeReplaced()
-{
-    Favourites favourites;
-    favourites.add("gone", "cam/0");
-    QSignalSpy changed(&favourites, &Favourites::Changed);
-    favourites.replaceAll({{"one", "cam/1"}, {"two", "cam/2"}, {"three", "cam/3"}});
-    QCOMPARE(changed.count(), 1);
-    QCOMPARE(favourites.entries().size(), 3);
-    QVERIFY(!favourites.isHidden(0));
-    QCOMPARE(favourites.entries()[0].name, "one");
-    QCOMPARE(favourites.entries()[2].key, "cam/3");
-}
-
-void FavouritesTest::withoutAnyEntryZeroIsHiddenAgain()
-{
-    Favourites favourites;
-    favourites.replaceAll({{"one", "cam/1"}, {"two", "cam/2"}});
-    favourites.replaceAll({});
-    QCOMPARE(favourites.entries().size(), 1);
-    QVERIFY(favourites.isHidden(0));
-    QVERIFY(favourites.entries()[0].name.isEmpty());
-    QVERIFY(favourites.entries()[0].key.isEmpty());
-}
-
-void FavouritesTest::noSeparatorComesIn()
-{
-    const QString separator(FieldSeparator);
-    const QString harmless = QString("y") + QChar(0x308);
-    Favourites added;
-    added.add("n" + separator, "k" + separator + "x");
-    Favourites replaced;
-    replaced.replaceAll({{}, {"n" + separator, "k" + separator + "x"}});
-    Favourites loaded;
-    loaded.load(file("[FAVORITES]\r\nNAME[0]=a\r\nURL[0]=1\r\nNAME[1]=n\xFF\r\n"
-                     "URL[1]=k\xFFx\r\nCOUNT=2\r\n"));
-    for (const auto* one : {&added, &replaced, &loaded}) {
-        QCOMPARE(one->entries().size(), 2);
-        QCOMPARE(one->entries()[1].name, "n" + harmless);
-        QCOMPARE(one->entries()[1].key, "k" + harmless + "x");
-    }
-}
-
-void FavouritesTest::textsSurviveTheFile_data()
-{
-    QTest::addColumn<QString>("name");
-    QTest::newRow("ampersand") << "AT&T";
-    QTest::newRow("two ampersands") << "a && b &c &";
-    QTest::newRow("markup") << "<b>bold</b> &amp;";
-    QTest::newRow("brackets and equals signs") << "[a]=b;c";
-    QTest::newRow("quotes and outer blanks") << " \"quoted\" ";
-    QTest::newRow("accents") << QString::fromUtf8("K\u00f6ln Sk\u00e5ne");
-    QTest::newRow("other letters") << QString::fromUtf8("\u041c\u043e\u0441\u043a\u0432\u0430 "
-                                                        "\u6771\u4eac \U0001F4F7");
-    QTest::newRow("right to left") << QString::fromUtf8("\u05d7\u05d9\u05e4\u05d4 cam");
-    QTest::newRow("separator") << QString(u'\u00ff');
-    QTest::newRow("tab") << "left\tright";
-}
-
-void FavouritesTest::textsSurviveTheFile()
-{
-    QFETCH(QString, name);
-    const QString path = file({});
-    Favourites first;
-    first.replaceAll({{name, name}});
-    const Favourite kept = first.entries()[0];
-    first.save(path);
-    for (int run = 0; run < 3; ++run) {
-        QVERIFY(FlushINI());
-        Favourites next;
-        next.load(path);
-        QCOMPARE(next.entries().size(), 1);
-        QCOMPARE(next.entries()[0].name, kept.name);
-        QCOMPARE(next.entries()[0].key, kept.key);
-        next.save(path);
-    }
-}
-
-void FavouritesTest::whatHappensDuringASaveIsNotWritten()
-{
-    Favourites favourites;
-    favourites.replaceAll({{"one", "cam/1"}, {"two", "cam/2"}, {"three", "cam/3"}});
-    const QString path = file({});
-    QTimer::singleShot(0, &favourites, [&] { favourites.replaceAll({}); });
-    favourites.save(path);
-    QVERIFY(favourites.isHidden(0)); // it did happen
-    QCOMPARE(GetFromINI("FAVORITES", "COUNT", path), "3");
-    QCOMPARE(GetFromINI("FAVORITES", "NAME[2]", path), "three");
-}
-
-void FavouritesTest::aNameIsShownOnOneLine()
-{
-    QString name = "a\r\nb\tc";
-    name += QChar(QChar::LineSeparator);
-    name += QChar(QChar::ParagraphSeparator);
-    QCOMPARE((Favourite{name + "&<d>", {}}.shownName()), "a  b c  &<d>");
-    QCOMPARE((Favourite{"as  it is", {}}.shownName()), "as  it is");
-}
 
 QTEST_GUILESS_MAIN(FavouritesTest)
 #include "tst_Favourites.moc"

@@ -5,76 +5,72 @@ class ImportedListTest : public QObject
 {
     Q_OBJECT
 private slots:
-    void anImportedListBeginsWithFourLetters_data();
-    void anImportedListBeginsWithFourLetters();
-    void whatCannotBeReadIsNoImportedList();
+    void anImportedListBeginsWithFourLetters_data()
+    {
+        QTest::addColumn<QByteArray>("content");
+        QTest::addColumn<std::optional<QByteArray>>("line");
+        const auto good = [](const char* name, const QByteArray& content, const QByteArray& line) {
+            QTest::newRow(name) << content << std::optional(line);
+        };
+        const auto bad = [](const char* name, const QByteArray& content) {
+            QTest::newRow(name) << content << std::optional<QByteArray>();
+        };
+        good("CR LF", "CAMZc\xFFn\xFFk\r\n", "c\xFFn\xFFk");
+        good("LF", "CAMZc\xFFn\xFFk\n", "c\xFFn\xFFk");
+        good("CR", "CAMZc\xFFn\xFFk\r", "c\xFFn\xFFk");
+        good("no line end", "CAMZc\xFFn\xFFk", "c\xFFn\xFFk");
+        good("two line ends", "CAMZk\n\r\n", "k\n");
+        good("mark",
+             "\xEF\xBB\xBF"
+             "CAMZk\r\n",
+             "k");
+        good("mark behind the letters", "CAMZ\xEF\xBB\xBFk\r\n", "\xEF\xBB\xBFk");
+        good("twice", "CAMZCAMZk", "CAMZk");
+        good("empty first field", "CAMZ\xFFn\xFFk\r\n", "\xFFn\xFFk");
+        good("nothing more", "CAMZ", "");
+        good("nothing more but a line end", "CAMZ\r\n", "");
+        bad("empty", "");
+        bad("line end", "\r\n");
+        bad("three letters", "CAM");
+        bad("three letters and a line end", "CAM\r\n");
+        bad("small letters", "camzk\r\n");
+        bad("one small letter", "CAMzk\r\n");
+        bad("blank before", " CAMZk\r\n");
+        bad("line end before", "\r\nCAMZk\r\n");
+        bad("letters cut", "CAM\nZk");
+        bad("no letters", "c\xFFn\xFFk\r\n");
+        bad("a real archive", "PK\x03\x04"
+                              "CAMZ");
+    }
+
+    void anImportedListBeginsWithFourLetters()
+    {
+        QFETCH(QByteArray, content);
+        QFETCH(std::optional<QByteArray>, line);
+        m_file.setContent(content);
+        QCOMPARE(readImportedList(m_file.path()), line);
+        QCOMPARE(m_file.content(), content);
+    }
+
+    void whatCannotBeReadIsNoImportedList()
+    {
+        QVERIFY(!QFile::exists(m_file.path()) || QFile::remove(m_file.path()));
+        QCOMPARE(readImportedList(m_file.path()), std::nullopt);
+        QCOMPARE(readImportedList({}), std::nullopt);
+        QCOMPARE(readImportedList(m_file.folder()), std::nullopt);
+        QByteArray longest(CameraListFile::MaxBytes, 'x');
+        longest.replace(0, 4, "CAMZ");
+        m_file.setContent(longest);
+        const auto line = readImportedList(m_file.path());
+        QVERIFY(line.has_value());
+        QCOMPARE(line->size(), longest.size() - 4);
+        m_file.setContent(longest + "x");
+        QCOMPARE(readImportedList(m_file.path()), std::nullopt);
+    }
 
 private:
     ScratchFile m_file{"icl.zip"};
 };
-
-void ImportedListTest::anImportedListBeginsWithFourLetters_data()
-{
-    QTest::addColumn<QByteArray>("content");
-    QTest::addColumn<std::optional<QByteArray>>("line");
-    const auto good = [](const char* name, const QByteArray& content, const QByteArray& line) {
-        QTest::newRow(name) << content << std::optional(line);
-    };
-    const auto bad = [](const char* name, const QByteArray& content) {
-        QTest::newRow(name) << content << std::optional<QByteArray>();
-    };
-    good("CR LF", "CAMZc\xFFn\xFFk\r\n", "c\xFFn\xFFk");
-    good("LF", "CAMZc\xFFn\xFFk\n", "c\xFFn\xFFk");
-    good("CR", "CAMZc\xFFn\xFFk\r", "c\xFFn\xFFk");
-    good("no line end", "CAMZc\xFFn\xFFk", "c\xFFn\xFFk");
-    good("two line ends", "CAMZk\n\r\n", "k\n");
-    good("mark",
-         "\xEF\xBB\xBF"
-         "CAMZk\r\n",
-         "k");
-    good("mark behind the letters", "CAMZ\xEF\xBB\xBFk\r\n", "\xEF\xBB\xBFk");
-    good("twice", "CAMZCAMZk", "CAMZk");
-    good("empty first field", "CAMZ\xFFn\xFFk\r\n", "\xFFn\xFFk");
-    good("nothing more", "CAMZ", "");
-    good("nothing more but a line end", "CAMZ\r\n", "");
-    bad("empty", "");
-    bad("line end", "\r\n");
-    bad("three letters", "CAM");
-    bad("three letters and a line end", "CAM\r\n");
-    bad("small letters", "camzk\r\n");
-    bad("one small letter", "CAMzk\r\n");
-    bad("blank before", " CAMZk\r\n");
-    bad("line end before", "\r\nCAMZk\r\n");
-    bad("letters cut", "CAM\nZk");
-    bad("no letters", "c\xFFn\xFFk\r\n");
-    bad("a real archive", "PK\x03\x04"
-                          "CAMZ");
-}
-
-void ImportedListTest::anImportedListBeginsWithFourLetters()
-{
-    QFETCH(QByteArray, content);
-    QFETCH(std::optional<QByteArray>, line);
-    m_file.setContent(content);
-    QCOMPARE(readImportedList(m_file.path()), line);
-    QCOMPARE(m_file.content(), content);
-}
-
-void ImportedListTest::whatCannotBeReadIsNoImportedList()
-{
-    QVERIFY(!QFile::exists(m_file.path()) || QFile::remove(m_file.path()));
-    QCOMPARE(readImportedList(m_file.path()), std::nullopt);
-    QCOMPARE(readImportedList({}), std::nullopt);
-    QCOMPARE(readImportedList(m_file.folder()), std::nullopt);
-    QByteArray longest(CameraListFile::MaxBytes, 'x');
-    longest.replace(0, 4, "CAMZ");
-    m_file.setContent(longest);
-    const auto line = readImportedList(m_file.path());
-    QVERIFY(line.has_value());
-    QCOMPARE(line->size(), longest.size() - 4);
-    m_file.setContent(longest + "x");
-    QCOMPARE(readImportedList(m_file.path()), std::nullopt);
-}
 
 QTEST_GUILESS_MAIN(ImportedListTest)
 #include "tst_ImportedList.moc"

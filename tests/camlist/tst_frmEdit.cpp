@@ -61,250 +61,231 @@ class frmEditTest : public QObject
 {
     Q_OBJECT
 private slots:
-    void theMenuOpensIt();
-    void itShowsTheCamera();
-    void aKeyWithoutAHeaderIsTheAddress();
-    void itSaysWhatItAlwaysSaid();
-    void aCategoryHasNoProperties();
-    void updatingTheNameMovesTheCameraToTheEnd();
-    void aNewCategoryComesToTheEnd();
-    void theOldCategoryStaysEmpty();
-    void theHeaderJoinsTheAddress_data();
-    void theHeaderJoinsTheAddress();
-    void aKeyThatAnotherCameraHasLosesTheEditedOne();
-    void cancellingChangesNothing_data();
-    void cancellingChangesNothing();
-    void enterUpdates();
-    void aPastedKeyFillsBothBoxes();
-    void whatIsTypedIsMadeFit();
-    void whatIsNotTouchedStaysAsItWas();
-    void aTypedCategoryIsNotFinishedForTheUser();
-    void aListReloadedBeneathLosesNothing();
-    void everyBoxHasANameToBeSpoken();
-};
-
-void frmEditTest::theMenuOpensIt()
-{
-    ShownList shown;
-    shown.load(OpenEditor::List);
-    shown.choose("Tower", "mnuEdit");
-    const auto* editor = shown.window().findChild<frmEdit*>();
-    QVERIFY(editor && editor->isVisible());
-    QCOMPARE(editor->windowTitle(), "Tower Properties");
-}
-
-void frmEditTest::itShowsTheCamera()
-{
-    const OpenEditor open("Tower");
-    QCOMPARE(open.editor->windowTitle(), "Tower Properties");
-    QVERIFY(open.editor->isModal());
-    QCOMPARE(open.category().currentText(), "Sights");
-    QCOMPARE(open.category().count(), 2);
-    QCOMPARE(open.category().itemText(0), "Cities");
-    QCOMPARE(open.category().itemText(1), "Sights");
-    QCOMPARE(open.box("txtName").text(), "Tower");
-    QCOMPARE(open.box("txtUrl").text(), "URL2");
-    QCOMPARE(open.box("txtExtra").text(), "Cookie: a=1");
-}
-
-void frmEditTest::aKeyWithoutAHeaderIsTheAddress()
-{
-    const OpenEditor open("Harbour");
-    QCOMPARE(open.box("txtUrl").text(), "URL1");
-    QCOMPARE(open.box("txtExtra").text(), "");
-}
-
-void frmEditTest::itSaysWhatItAlwaysSaid()
-{
-    const OpenEditor open("Tower");
-    QStringList labels;
-    for (const auto* label : open.editor->findChildren<QLabel*>())
-        labels.append(label->text());
-    QCOMPARE(labels, QStringList({"Catagory: ", "Name: ", "Url: ", "Extra: "}));
-    QCOMPARE(open.editor->findChild<QPushButton*>("cmdGo")->text(), "Update");
-    QCOMPARE(open.editor->findChild<QPushButton*>("cmdCan")->text(), "Cancel");
-
-    const OpenEditor broken("a  b", "C\xFF"
-                                    "a\r\nb\xFFk");
-    QCOMPARE(broken.editor->windowTitle(), "a  b Properties");
-    const OpenEditor odd("a[*]&b", "C\xFF"
-                                   "a[*]&b\xFFk");
-    QCOMPARE(odd.editor->windowTitle(), "a[*][*]&b Properties"); // shown with one
-}
-
-void frmEditTest::aCategoryHasNoProperties()
-{
-    ShownList shown;
-    shown.load(OpenEditor::List);
-    shown.tree().select(shown.node("Sights"));
-    QVERIFY(!shown.entry("mnuEdit").isEnabled());
-    shown.entry("mnuEdit").trigger();
-    QVERIFY(!shown.window().findChild<frmEdit*>());
-}
-
-void frmEditTest::updatingTheNameMovesTheCameraToTheEnd()
-{
-    OpenEditor open("Tower");
-    OpenEditor::type(open.box("txtName"), "High Tower");
-    open.press("cmdGo");
-    QTRY_VERIFY(!open.editor);
-    QCOMPARE(open.saved(), "Cities\xFFHarbour\xFFURL1\xFFSights\xFF"
-                           "Bridge\xFFURL3\xFFSights\xFFHigh Tower\xFFURL2\x01"
-                           "Cookie: a=1\r\n");
-    QCOMPARE(open.shown.all().last(), "Sights/High Tower");
-    QCOMPARE(open.shown.tree().selected(), open.shown.node("High Tower"));
-}
-
-void frmEditTest::aNewCategoryComesToTheEnd()
-{
-    const QByteArray list = OpenEditor::List.chopped(2) + "\xFFZoos\xFFOwl\xFFURL4\r\n";
-    OpenEditor open("Tower", list);
-    OpenEditor::type(*open.category().lineEdit(), "Castles");
-    open.press("cmdGo");
-    QCOMPARE(open.shown.all(), QStringList({"Cities", "Cities/Harbour", "Sights", "Sights/Bridge",
-                                            "Zoos", "Zoos/Owl", "Castles", "Castles/Tower"}));
-}
-
-void frmEditTest::theOldCategoryStaysEmpty()
-{
-    OpenEditor open("Harbour");
-    open.category().setCurrentIndex(1);
-    open.press("cmdGo");
-    QCOMPARE(open.shown.all(),
-             QStringList({"Cities", "Sights", "Sights/Tower", "Sights/Bridge", "Sights/Harbour"}));
-}
-
-void frmEditTest::theHeaderJoinsTheAddress_data()
-{
-    QTest::addColumn<QString>("camera");
-    QTest::addColumn<QString>("extra");
-    QTest::addColumn<QString>("key");
-    QTest::newRow("another") << "Tower"
-                             << "Cookie: b=2"
-                             << "URL2\x01"
-                                "Cookie: b=2";
-    QTest::newRow("taken away") << "Tower"
-                                << ""
-                                << "URL2";
-    QTest::newRow("given") << "Bridge"
-                           << "X: 1"
-                           << "URL3\x01X: 1";
-}
-
-void frmEditTest::theHeaderJoinsTheAddress()
-{
-    QFETCH(QString, camera);
-    QFETCH(QString, extra);
-    OpenEditor open(camera);
-    OpenEditor::type(open.box("txtExtra"), extra);
-    open.press("cmdGo");
-    QTEST(open.shown.list().ReturnUrlViaName(camera), "key");
-}
-
-void frmEditTest::aKeyThatAnotherCameraHasLosesTheEditedOne()
-{
-    OpenEditor open("Bridge");
-    OpenEditor::type(open.box("txtUrl"), "URL1");
-    open.press("cmdGo");
-    QCOMPARE(answerMessage(QMessageBox::Ok).text, "Cam is already in your list.");
-    QCOMPARE(open.shown.all(), QStringList({"Cities", "Cities/Harbour", "Sights", "Sights/Tower"}));
-}
-
-void frmEditTest::cancellingChangesNothing_data()
-{
-    QTest::addColumn<bool>("byKey");
-    QTest::newRow("by the button") << false;
-    QTest::newRow("by Escape") << true;
-}
-
-void frmEditTest::cancellingChangesNothing()
-{
-    QFETCH(bool, byKey);
-    OpenEditor open("Bridge");
-    OpenEditor::type(open.box("txtName"), "Other");
-    if (byKey)
-        QTest::keyClick(open.editor.data(), Qt::Key_Escape);
-    else
-        open.press("cmdCan");
-    QTRY_VERIFY(!open.editor);
-    QCOMPARE(open.saved(), OpenEditor::List);
-}
-
-void frmEditTest::enterUpdates()
-{
-    OpenEditor open("Bridge");
-    QTRY_VERIFY(open.box("txtName").hasFocus());
-    QTest::keyClicks(&open.box("txtName"), "Ferry"); // all of the name is selected
-    QTest::keyClick(&open.box("txtName"), Qt::Key_Return);
-    QTRY_VERIFY(!open.editor);
-    QCOMPARE(open.shown.all().last(), "Sights/Ferry");
-}
-
-void frmEditTest::aPastedKeyFillsBothBoxes()
-{
-    OpenEditor open("Bridge");
-    QGuiApplication::clipboard()->setText("host/x.jpg\x01"
-                                          "Cookie: c=3");
-    open.box("txtUrl").selectAll();
-    QTest::keySequence(&open.box("txtUrl"), QKeySequence::Paste);
-    QCOMPARE(open.box("txtUrl").text(), "host/x.jpg");
-    QCOMPARE(open.box("txtExtra").text(), "Cookie: c=3");
-    open.press("cmdGo");
-    QCOMPARE(open.shown.list().ReturnUrlViaName("Bridge"), "host/x.jpg\x01"
-                                                           "Cookie: c=3");
-}
-
-void frmEditTest::whatIsTypedIsMadeFit()
-{
-    OpenEditor open("Bridge");
-    QGuiApplication::clipboard()->setText(QStringLiteral("a\u00FF\r\nb\x01"
-                                                         "c"));
-    for (QLineEdit* box :
-         {&open.box("txtName"), &open.box("txtExtra"), open.category().lineEdit()}) {
-        box->selectAll();
-        QTest::keySequence(box, QKeySequence::Paste);
-        QCOMPARE(box->text(), QStringLiteral("ay\u0308bc"));
+    void theMenuOpensIt()
+    {
+        ShownList shown;
+        shown.load(OpenEditor::List);
+        shown.choose("Tower", "mnuEdit");
+        const auto* editor = shown.window().findChild<frmEdit*>();
+        QVERIFY(editor && editor->isVisible());
+        QCOMPARE(editor->windowTitle(), "Tower Properties");
     }
-}
 
-void frmEditTest::whatIsNotTouchedStaysAsItWas()
-{
-    const QByteArray name = "a\r\nb" + QByteArray(40'000, 'n') + "&<b>";
-    const QByteArray list = "C\nD\xFF" + name + "\xFFURL1\x01X: 1\x01Y: 2\r\n";
-    OpenEditor open(QString(name).replace('\r', ' ').replace('\n', ' ').left(10'000), list);
-    open.press("cmdGo");
-    QTRY_VERIFY(!open.editor);
-    QVERIFY(open.saved() == list);
-}
+    void itShowsTheCamera()
+    {
+        const OpenEditor open("Tower");
+        QCOMPARE(open.editor->windowTitle(), "Tower Properties");
+        QVERIFY(open.editor->isModal());
+        QCOMPARE(open.category().currentText(), "Sights");
+        QCOMPARE(open.category().count(), 2);
+        QCOMPARE(open.category().itemText(0), "Cities");
+        QCOMPARE(open.category().itemText(1), "Sights");
+        QCOMPARE(open.box("txtName").text(), "Tower");
+        QCOMPARE(open.box("txtUrl").text(), "URL2");
+        QCOMPARE(open.box("txtExtra").text(), "Cookie: a=1");
+    }
 
-void frmEditTest::aTypedCategoryIsNotFinishedForTheUser()
-{
-    OpenEditor open("Bridge");
-    OpenEditor::type(*open.category().lineEdit(), "cit");
-    open.press("cmdGo");
-    QCOMPARE(open.shown.all().last(), "cit/Bridge");
-}
+    void aKeyWithoutAHeaderIsTheAddress()
+    {
+        const OpenEditor open("Harbour");
+        QCOMPARE(open.box("txtUrl").text(), "URL1");
+        QCOMPARE(open.box("txtExtra").text(), "");
+    }
 
-void frmEditTest::aListReloadedBeneathLosesNothing()
-{
-    OpenEditor open("Bridge");
-    open.shown.list().LoadFile();
-    OpenEditor::type(open.box("txtUrl"), "URL9");
-    open.press("cmdGo");
-    // The camera that was edited is no longer the one in the tree: both are there.
-    QCOMPARE(open.shown.all(), QStringList({"Cities", "Cities/Harbour", "Sights", "Sights/Tower",
-                                            "Sights/Bridge", "Sights/Bridge"}));
-}
+    void itSaysWhatItAlwaysSaid()
+    {
+        const OpenEditor open("Tower");
+        QStringList labels;
+        for (const auto* label : open.editor->findChildren<QLabel*>())
+            labels.append(label->text());
+        QCOMPARE(labels, QStringList({"Catagory: ", "Name: ", "Url: ", "Extra: "}));
+        QCOMPARE(open.editor->findChild<QPushButton*>("cmdGo")->text(), "Update");
+        QCOMPARE(open.editor->findChild<QPushButton*>("cmdCan")->text(), "Cancel");
 
-void frmEditTest::everyBoxHasANameToBeSpoken()
-{
-    const OpenEditor open("Tower");
-    QCOMPARE(open.category().accessibleName(), "Category");
-    QCOMPARE(open.category().lineEdit()->accessibleName(), "Category");
-    QCOMPARE(open.box("txtName").accessibleName(), "Name");
-    QCOMPARE(open.box("txtUrl").accessibleName(), "Address");
-    QCOMPARE(open.box("txtExtra").accessibleName(), "Extra header");
-}
+        const OpenEditor broken("a  b", "C\xFF"
+                                        "a\r\nb\xFFk");
+        QCOMPARE(broken.editor->windowTitle(), "a  b Properties");
+        const OpenEditor odd("a[*]&b", "C\xFF"
+                                       "a[*]&b\xFFk");
+        QCOMPARE(odd.editor->windowTitle(), "a[*][*]&b Properties"); // shown with one
+    }
+
+    void aCategoryHasNoProperties()
+    {
+        ShownList shown;
+        shown.load(OpenEditor::List);
+        shown.tree().select(shown.node("Sights"));
+        QVERIFY(!shown.entry("mnuEdit").isEnabled());
+        shown.entry("mnuEdit").trigger();
+        QVERIFY(!shown.window().findChild<frmEdit*>());
+    }
+
+    void updatingTheNameMovesTheCameraToTheEnd()
+    {
+        OpenEditor open("Tower");
+        OpenEditor::type(open.box("txtName"), "High Tower");
+        open.press("cmdGo");
+        QTRY_VERIFY(!open.editor);
+        QCOMPARE(open.saved(), "Cities\xFFHarbour\xFFURL1\xFFSights\xFF"
+                               "Bridge\xFFURL3\xFFSights\xFFHigh Tower\xFFURL2\x01"
+                               "Cookie: a=1\r\n");
+        QCOMPARE(open.shown.all().last(), "Sights/High Tower");
+        QCOMPARE(open.shown.tree().selected(), open.shown.node("High Tower"));
+    }
+
+    void aNewCategoryComesToTheEnd()
+    {
+        const QByteArray list = OpenEditor::List.chopped(2) + "\xFFZoos\xFFOwl\xFFURL4\r\n";
+        OpenEditor open("Tower", list);
+        OpenEditor::type(*open.category().lineEdit(), "Castles");
+        open.press("cmdGo");
+        QCOMPARE(open.shown.all(),
+                 QStringList({"Cities", "Cities/Harbour", "Sights", "Sights/Bridge", "Zoos",
+                              "Zoos/Owl", "Castles", "Castles/Tower"}));
+    }
+
+    void theOldCategoryStaysEmpty()
+    {
+        OpenEditor open("Harbour");
+        open.category().setCurrentIndex(1);
+        open.press("cmdGo");
+        QCOMPARE(open.shown.all(), QStringList({"Cities", "Sights", "Sights/Tower", "Sights/Bridge",
+                                                "Sights/Harbour"}));
+    }
+
+    void theHeaderJoinsTheAddress_data()
+    {
+        QTest::addColumn<QString>("camera");
+        QTest::addColumn<QString>("extra");
+        QTest::addColumn<QString>("key");
+        QTest::newRow("another") << "Tower"
+                                 << "Cookie: b=2"
+                                 << "URL2\x01"
+                                    "Cookie: b=2";
+        QTest::newRow("taken away") << "Tower"
+                                    << ""
+                                    << "URL2";
+        QTest::newRow("given") << "Bridge"
+                               << "X: 1"
+                               << "URL3\x01X: 1";
+    }
+
+    void theHeaderJoinsTheAddress()
+    {
+        QFETCH(QString, camera);
+        QFETCH(QString, extra);
+        OpenEditor open(camera);
+        OpenEditor::type(open.box("txtExtra"), extra);
+        open.press("cmdGo");
+        QTEST(open.shown.list().ReturnUrlViaName(camera), "key");
+    }
+
+    void aKeyThatAnotherCameraHasLosesTheEditedOne()
+    {
+        OpenEditor open("Bridge");
+        OpenEditor::type(open.box("txtUrl"), "URL1");
+        open.press("cmdGo");
+        QCOMPARE(answerMessage(QMessageBox::Ok).text, "Cam is already in your list.");
+        QCOMPARE(open.shown.all(),
+                 QStringList({"Cities", "Cities/Harbour", "Sights", "Sights/Tower"}));
+    }
+
+    void cancellingChangesNothing_data()
+    {
+        QTest::addColumn<bool>("byKey");
+        QTest::newRow("by the button") << false;
+        QTest::newRow("by Escape") << true;
+    }
+
+    void cancellingChangesNothing()
+    {
+        QFETCH(bool, byKey);
+        OpenEditor open("Bridge");
+        OpenEditor::type(open.box("txtName"), "Other");
+        if (byKey)
+            QTest::keyClick(open.editor.data(), Qt::Key_Escape);
+        else
+            open.press("cmdCan");
+        QTRY_VERIFY(!open.editor);
+        QCOMPARE(open.saved(), OpenEditor::List);
+    }
+
+    void enterUpdates()
+    {
+        OpenEditor open("Bridge");
+        QTRY_VERIFY(open.box("txtName").hasFocus());
+        QTest::keyClicks(&open.box("txtName"), "Ferry"); // all of the name is selected
+        QTest::keyClick(&open.box("txtName"), Qt::Key_Return);
+        QTRY_VERIFY(!open.editor);
+        QCOMPARE(open.shown.all().last(), "Sights/Ferry");
+    }
+
+    void aPastedKeyFillsBothBoxes()
+    {
+        OpenEditor open("Bridge");
+        QGuiApplication::clipboard()->setText("host/x.jpg\x01"
+                                              "Cookie: c=3");
+        open.box("txtUrl").selectAll();
+        QTest::keySequence(&open.box("txtUrl"), QKeySequence::Paste);
+        QCOMPARE(open.box("txtUrl").text(), "host/x.jpg");
+        QCOMPARE(open.box("txtExtra").text(), "Cookie: c=3");
+        open.press("cmdGo");
+        QCOMPARE(open.shown.list().ReturnUrlViaName("Bridge"), "host/x.jpg\x01"
+                                                               "Cookie: c=3");
+    }
+
+    void whatIsTypedIsMadeFit()
+    {
+        OpenEditor open("Bridge");
+        QGuiApplication::clipboard()->setText(QStringLiteral("a\u00FF\r\nb\x01"
+                                                             "c"));
+        for (QLineEdit* box :
+             {&open.box("txtName"), &open.box("txtExtra"), open.category().lineEdit()}) {
+            box->selectAll();
+            QTest::keySequence(box, QKeySequence::Paste);
+            QCOMPARE(box->text(), QStringLiteral("ay\u0308bc"));
+        }
+    }
+
+    void whatIsNotTouchedStaysAsItWas()
+    {
+        const QByteArray name = "a\r\nb" + QByteArray(40'000, 'n') + "&<b>";
+        const QByteArray list = "C\nD\xFF" + name + "\xFFURL1\x01X: 1\x01Y: 2\r\n";
+        OpenEditor open(QString(name).replace('\r', ' ').replace('\n', ' ').left(10'000), list);
+        open.press("cmdGo");
+        QTRY_VERIFY(!open.editor);
+        QVERIFY(open.saved() == list);
+    }
+
+    void aTypedCategoryIsNotFinishedForTheUser()
+    {
+        OpenEditor open("Bridge");
+        OpenEditor::type(*open.category().lineEdit(), "cit");
+        open.press("cmdGo");
+        QCOMPARE(open.shown.all().last(), "cit/Bridge");
+    }
+
+    void aListReloadedBeneathLosesNothing()
+    {
+        OpenEditor open("Bridge");
+        open.shown.list().LoadFile();
+        OpenEditor::type(open.box("txtUrl"), "URL9");
+        open.press("cmdGo");
+        // The camera that was edited is no longer the one in the tree: both are there.
+        QCOMPARE(open.shown.all(), QStringList({"Cities", "Cities/Harbour", "Sights",
+                                                "Sights/Tower", "Sights/Bridge", "Sights/Bridge"}));
+    }
+
+    void everyBoxHasANameToBeSpoken()
+    {
+        const OpenEditor open("Tower");
+        QCOMPARE(open.category().accessibleName(), "Category");
+        QCOMPARE(open.category().lineEdit()->accessibleName(), "Category");
+        QCOMPARE(open.box("txtName").accessibleName(), "Name");
+        QCOMPARE(open.box("txtUrl").accessibleName(), "Address");
+        QCOMPARE(open.box("txtExtra").accessibleName(), "Extra header");
+    }
+};
 
 QTEST_MAIN(frmEditTest)
 #include "tst_frmEdit.moc"

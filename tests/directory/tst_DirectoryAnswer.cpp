@@ -23,126 +23,120 @@ class DirectoryAnswerTest : public QObject
 {
     Q_OBJECT
 private slots:
-    void takesTriplesFromTheBody_data();
-    void takesTriplesFromTheBody();
-    void textIsReadFieldByField();
-    void aFloodIsBounded_data();
-    void aFloodIsBounded();
-};
+    void takesTriplesFromTheBody_data()
+    {
+        QTest::addColumn<QByteArray>("answer");
+        QTest::addColumn<QStringList>("rows");
+        const auto row = [](const char* name, const QByteArray& answer, const QStringList& rows) {
+            QTest::newRow(name) << answer << rows;
+        };
+        const QByteArray one = "Cities\xFFRome\xFFrome.example/a.jpg";
+        const QString rome = "Cities|Rome|rome.example/a.jpg";
+        row("one camera", Header + one, {rome});
+        row("two cameras",
+            Header + one +
+                "\xFF"
+                "B\xFF"
+                "C\xFF"
+                "d/\x01X: y",
+            {rome, "B|C|d/\x01X: y"});
+        row("a line end", Header + one + "\r\n", {rome});
+        row("half a line end", Header + one + "\n", {rome});
+        row("only one line end goes",
+            Header + "a\xFF"
+                     "b\xFF"
+                     "c\r\n\r\n",
+            {"a|b|c\r\n"});
+        row("a second empty line belongs to the body",
+            Header + "a\r\n\r\n\xFF"
+                     "b\xFF"
+                     "c",
+            {"a\r\n\r\n|b|c"});
+        row("cut in the name",
+            Header + one +
+                "\xFF"
+                "B\xFF"
+                "C",
+            {rome});
+        row("cut in the category",
+            Header + one +
+                "\xFF"
+                "B",
+            {rome});
+        row("cut behind a separator", Header + one + "\xFF", {rome});
+        row("an empty key",
+            Header + "a\xFF"
+                     "b\xFF",
+            {"a|b|"});
+        row("no body", Header, {});
+        row("a line end alone", Header + "\r\n", {});
+        row("nothing at all", "", {});
+        row("html", Header + "<html><body>404</body></html>", {});
+        row("no header: from the fourth byte on", "123" + one, {rome});
+        row("a header with bare line feeds is none",
+            "xyza\xFF"
+            "b\n\n\xFF"
+            "c",
+            {"a|b\n\n|c"});
+        row("shorter than that", "12", {});
+        row("exactly that", "123", {});
+        row("no luck", Header + "No Luck090877", {"none"});
+        row("no luck anywhere", Header + one + "<No Luck090877>\r\n", {"none"});
+        row("no luck in the header is nothing", "X: No Luck090877\r\n\r\n" + one, {rome});
+        row("no luck in other letters is nothing", Header + "no luck090877", {});
+    }
 
-void DirectoryAnswerTest::takesTriplesFromTheBody_data()
-{
-    QTest::addColumn<QByteArray>("answer");
-    QTest::addColumn<QStringList>("rows");
-    const auto row = [](const char* name, const QByteArray& answer, const QStringList& rows) {
-        QTest::newRow(name) << answer << rows;
-    };
-    const QByteArray one = "Cities\xFFRome\xFFrome.example/a.jpg";
-    const QString rome = "Cities|Rome|rome.example/a.jpg";
-    row("one camera", Header + one, {rome});
-    row("two cameras",
-        Header + one +
-            "\xFF"
-            "B\xFF"
-            "C\xFF"
-            "d/\x01X: y",
-        {rome, "B|C|d/\x01X: y"});
-    row("a line end", Header + one + "\r\n", {rome});
-    row("half a line end", Header + one + "\n", {rome});
-    row("only one line end goes",
-        Header + "a\xFF"
-                 "b\xFF"
-                 "c\r\n\r\n",
-        {"a|b|c\r\n"});
-    row("a second empty line belongs to the body",
-        Header + "a\r\n\r\n\xFF"
-                 "b\xFF"
-                 "c",
-        {"a\r\n\r\n|b|c"});
-    row("cut in the name",
-        Header + one +
-            "\xFF"
-            "B\xFF"
-            "C",
-        {rome});
-    row("cut in the category",
-        Header + one +
-            "\xFF"
-            "B",
-        {rome});
-    row("cut behind a separator", Header + one + "\xFF", {rome});
-    row("an empty key",
-        Header + "a\xFF"
-                 "b\xFF",
-        {"a|b|"});
-    row("no body", Header, {});
-    row("a line end alone", Header + "\r\n", {});
-    row("nothing at all", "", {});
-    row("html", Header + "<html><body>404</body></html>", {});
-    row("no header: from the fourth byte on", "123" + one, {rome});
-    row("a header with bare line feeds is none",
-        "xyza\xFF"
-        "b\n\n\xFF"
-        "c",
-        {"a|b\n\n|c"});
-    row("shorter than that", "12", {});
-    row("exactly that", "123", {});
-    row("no luck", Header + "No Luck090877", {"none"});
-    row("no luck anywhere", Header + one + "<No Luck090877>\r\n", {"none"});
-    row("no luck in the header is nothing", "X: No Luck090877\r\n\r\n" + one, {rome});
-    row("no luck in other letters is nothing", Header + "no luck090877", {});
-}
+    void takesTriplesFromTheBody()
+    {
+        QFETCH(QByteArray, answer);
+        QTEST(read(answer), "rows");
+    }
 
-void DirectoryAnswerTest::takesTriplesFromTheBody()
-{
-    QFETCH(QByteArray, answer);
-    QTEST(read(answer), "rows");
-}
+    void textIsReadFieldByField()
+    {
+        // One field in the code page, one in UTF-8.
+        QCOMPARE(read(Header + "Z\xFCrich\xFF\xE6\x9D\xB1\xE4\xBA\xAC\xFFk"),
+                 QStringList{QString::fromUtf8("Z\u00fcrich|\u6771\u4eac|k")});
+    }
 
-void DirectoryAnswerTest::textIsReadFieldByField()
-{
-    // One field in the code page, one in UTF-8.
-    QCOMPARE(read(Header + "Z\xFCrich\xFF\xE6\x9D\xB1\xE4\xBA\xAC\xFFk"),
-             QStringList{QString::fromUtf8("Z\u00fcrich|\u6771\u4eac|k")});
-}
-
-void DirectoryAnswerTest::aFloodIsBounded_data()
-{
-    QTest::addColumn<QByteArray>("body");
-    QTest::addColumn<qsizetype>("rows");
-    constexpr qsizetype size = 64 * 1024 * 1024;
-    QTest::newRow("separators only") << QByteArray(size, '\xFF') << MostFoundCameras;
-    QTest::newRow("tiny triples") << QByteArray("a\xFF"
+    void aFloodIsBounded_data()
+    {
+        QTest::addColumn<QByteArray>("body");
+        QTest::addColumn<qsizetype>("rows");
+        constexpr qsizetype size = 64 * 1024 * 1024;
+        QTest::newRow("separators only") << QByteArray(size, '\xFF') << MostFoundCameras;
+        QTest::newRow("tiny triples") << QByteArray("a\xFF"
+                                                    "b\xFF"
+                                                    "c\xFF")
+                                             .repeated(size / 6)
+                                      << MostFoundCameras;
+        QTest::newRow("one field") << QByteArray(size, 'x') << qsizetype(0);
+        QTest::newRow("as many as may be") << QByteArray("a\xFF"
+                                                         "b\xFF"
+                                                         "c\xFF")
+                                                  .repeated(MostFoundCameras)
+                                                  .chopped(1)
+                                           << MostFoundCameras;
+        QTest::newRow("one more") << QByteArray("a\xFF"
                                                 "b\xFF"
                                                 "c\xFF")
-                                         .repeated(size / 6)
+                                         .repeated(MostFoundCameras + 1)
+                                         .chopped(1)
                                   << MostFoundCameras;
-    QTest::newRow("one field") << QByteArray(size, 'x') << qsizetype(0);
-    QTest::newRow("as many as may be") << QByteArray("a\xFF"
-                                                     "b\xFF"
-                                                     "c\xFF")
-                                              .repeated(MostFoundCameras)
-                                              .chopped(1)
-                                       << MostFoundCameras;
-    QTest::newRow("one more") << QByteArray("a\xFF"
-                                            "b\xFF"
-                                            "c\xFF")
-                                     .repeated(MostFoundCameras + 1)
-                                     .chopped(1)
-                              << MostFoundCameras;
-}
+    }
 
-void DirectoryAnswerTest::aFloodIsBounded()
-{
-    QFETCH(QByteArray, body);
-    QElapsedTimer clock;
-    clock.start();
-    const auto cameras = readDirectoryAnswer(Header + body);
-    const auto elapsed = clock.elapsed();
-    QVERIFY(cameras);
-    QTEST(cameras->size(), "rows");
-    QVERIFY2(elapsed < 2000 * Slower, qPrintable(QString::number(elapsed)));
-}
+    void aFloodIsBounded()
+    {
+        QFETCH(QByteArray, body);
+        QElapsedTimer clock;
+        clock.start();
+        const auto cameras = readDirectoryAnswer(Header + body);
+        const auto elapsed = clock.elapsed();
+        QVERIFY(cameras);
+        QTEST(cameras->size(), "rows");
+        QVERIFY2(elapsed < 2000 * Slower, qPrintable(QString::number(elapsed)));
+    }
+};
 
 QTEST_GUILESS_MAIN(DirectoryAnswerTest)
 #include "tst_DirectoryAnswer.moc"

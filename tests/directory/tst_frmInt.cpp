@@ -45,331 +45,6 @@ void answerPrompt(const QString& text, bool ok = true)
 
 } // namespace
 
-class frmIntTest : public QObject
-{
-    Q_OBJECT
-private slots:
-    void hasItsParts();
-    void blocksNoOtherWindow();
-    void theColumnsHaveTheirWidths();
-    void aCategoryAsksForItsCaption();
-    void newestAsksForNew();
-    void aSearchSendsItsTermsAsTheyAre_data();
-    void aSearchSendsItsTermsAsTheyAre();
-    void thePromptAsksForTerms();
-    void withoutTermsNothingIsSent();
-    void termsHoldNoLineBreak();
-    void anAnswerOfOneCameraIsOneCams();
-    void anAnswerReplacesTheRows();
-    void noLuckEmptiesTheList();
-    void aKeyThatIsThereIsSkipped();
-    void categoriesAndSearchesAreSorted();
-    void newestKeepsTheServersOrder();
-    void rowsOfACategoryKeepTheirOrder();
-    void theRowsThereAreSortedWhenTheQueryIsSent();
-    void theHeaderDoesNotSort();
-    void theTitleTellsTheStatus();
-    void anErrorKeepsTheRows();
-    void whileAQueryRunsNoOtherBegins();
-    void anErrorEnablesTheControls();
-    void theTimerEnablesTheControls();
-    void theWindowClosesAmidAQuery();
-    void previewAsksForTheCamera();
-    void withoutRowsThereIsNoPreview();
-    void selectAllAndDeSelectAll();
-    void addSelectedHandsOverAFile();
-    void addSelectedKeepsTheRowsOrder();
-    void addSelectedWritesTextAsItWas();
-    void anEarlierFileIsReplaced();
-    void nothingCheckedIsSaid();
-    void aFileThatCannotBeWrittenIsSaid();
-    void theListAddsWhatItLacks();
-    void itMayEndWhileItsFileIsImported();
-};
-
-void frmIntTest::hasItsParts()
-{
-    const ShownDirectory d;
-    QCOMPARE(d.title(), "Internet List");
-    for (const auto& [name, caption] :
-         {std::pair{"cmdPre", "Preview"}, std::pair{"cmdAdd", "Add Selected"},
-          std::pair{"cmdAll", "Select All"}, std::pair{"cmdNone", "De-Select All"}}) {
-        QCOMPARE(d.button(name).text(), caption);
-        QVERIFY(d.button(name).isVisible());
-        QVERIFY(d.button(name).isEnabled());
-    }
-    auto* options = d.window->findChild<QMenu*>("mnuOpt");
-    QVERIFY(options);
-    QCOMPARE(options->title(), "&Options");
-    QVERIFY(d.window->findChild<QMenuBar*>()->actions().contains(options->menuAction()));
-    const auto shown = [](const QMenu& menu) {
-        QStringList entries;
-        for (const auto* one : menu.actions())
-            entries << (one->isSeparator() ? "-" : one->text());
-        return entries;
-    };
-    QCOMPARE(shown(*options), (QStringList{"Search", "Newest", "-", "Categories", "-", "Close"}));
-    auto* categories = d.window->findChild<QMenu*>("mnuOptDown");
-    QVERIFY(categories);
-    QVERIFY(options->actions().contains(categories->menuAction()));
-    QCOMPARE(shown(*categories), Categories);
-    for (int i = 0; i < 9; ++i)
-        QCOMPARE(d.entry(QString("mnuOptDownIt(%1)").arg(i)).text(), Categories[i]);
-    QCOMPARE(d.entry("mnuOptSearch").text(), "Search");
-    QCOMPARE(d.entry("mnuOptNew").text(), "Newest");
-    QCOMPARE(d.entry("mnuOptClose").text(), "Close");
-
-    const auto& model = *d.list().model();
-    QCOMPARE(model.columnCount(), 2);
-    QCOMPARE(model.rowCount(), 0);
-    QCOMPARE(model.headerData(0, Qt::Horizontal).toString(), "Catagory");
-    QCOMPARE(model.headerData(1, Qt::Horizontal).toString(), "Name");
-    QVERIFY(d.list().header()->isVisible());
-    QVERIFY(d.window->findChild<HTTP*>("HTTP1"));
-}
-
-void frmIntTest::blocksNoOtherWindow()
-{
-    const ShownDirectory d;
-    QVERIFY(!d.window->isModal());
-    QCOMPARE(d.window->windowType(), Qt::Window);
-    QVERIFY(!d.window->parentWidget());
-}
-
-void frmIntTest::theColumnsHaveTheirWidths()
-{
-    ShownDirectory d;
-    QCOMPARE(d.list().columnWidth(0), 133); // 2000 twips
-    QCOMPARE(d.list().columnWidth(1), d.list().width() - 133 - 33);
-    d.find(Three);
-    QCOMPARE(d.list().columnWidth(1), d.list().width() - 133 - 33);
-    // Later the user has them; but names take part in what the window gains.
-    d.list().setColumnWidth(0, 150);
-    d.list().setColumnWidth(1, 200);
-    d.window->hide();
-    d.window->show();
-    QCOMPARE(d.list().columnWidth(1), 200);
-    const int before = d.list().width();
-    d.window->resize(d.window->size() + QSize(200, 100));
-    QTRY_VERIFY(d.list().width() == before + 200);
-    QCOMPARE(d.list().columnWidth(0), 150);
-    QCOMPARE(d.list().columnWidth(1), 400);
-}
-
-void frmIntTest::aCategoryAsksForItsCaption()
-{
-    ShownDirectory d;
-    for (int i = 0; i < 9; ++i) {
-        d.find(Three, QString("mnuOptDownIt(%1)").arg(i));
-        QCOMPARE(requestLine(d),
-                 "GET /pevora/index.cgi?cat=" + Categories[i].toLatin1() + " HTTP/1.0");
-    }
-    QCOMPARE(d.server.requests()[2], "GET /pevora/index.cgi?cat=Cities HTTP/1.0\r\n"
-                                     "Referer: HTTP ActiveX Control\r\n"
-                                     "Connection: Keep-Alive\r\n"
-                                     "User-Agent: Default\r\n"
-                                     "Host: 127.0.0.1\r\n"
-                                     "Accept: */*\r\n"
-                                     "Accept-Language: en\r\n"
-                                     "\r\n");
-}
-
-void frmIntTest::newestAsksForNew()
-{
-    ShownDirectory d;
-    d.find(Three, "mnuOptNew");
-    QCOMPARE(requestLine(d), "GET /pevora/index.cgi?new=1 HTTP/1.0");
-}
-
-void frmIntTest::aSearchSendsItsTermsAsTheyAre_data()
-{
-    QTest::addColumn<QString>("terms");
-    QTest::addColumn<QByteArray>("sent");
-    QTest::newRow("one word") << "zoo" << QByteArray("zoo");
-    QTest::newRow("two words") << "two words" << QByteArray("two words");
-    QTest::newRow("blanks around") << "  zoo " << QByteArray("  zoo ");
-    QTest::newRow("blanks alone") << " " << QByteArray(" ");
-    QTest::newRow("special characters") << "a&b=c%20+?#/" << QByteArray("a&b=c%20+?#/");
-    QTest::newRow("the code page") << u"Zürich"_s << QByteArray("Z\xFCrich");
-    QTest::newRow("other text") << u"東京"_s << QByteArray("\xE6\x9D\xB1\xE4\xBA\xAC");
-}
-
-void frmIntTest::aSearchSendsItsTermsAsTheyAre()
-{
-    QFETCH(QString, terms);
-    QFETCH(QByteArray, sent);
-    ShownDirectory d;
-    d.server.play(httpAnswer(Three));
-    d.entry("mnuOptSearch").trigger();
-    answerPrompt(terms);
-    QTRY_COMPARE(d.title(), "Finished [Found 3 Cams]");
-    QCOMPARE(requestLine(d), "GET /pevora/index.cgi?q=" + sent + " HTTP/1.0");
-}
-
-void frmIntTest::thePromptAsksForTerms()
-{
-    const ShownDirectory d;
-    d.entry("mnuOptSearch").trigger();
-    auto* prompt = openDialog<QInputDialog>();
-    QVERIFY(prompt);
-    QCOMPARE(prompt->windowTitle(), "Search");
-    QCOMPARE(prompt->labelText(), "Enter search terms below.");
-    QCOMPARE(prompt->textValue(), "");
-    QCOMPARE(prompt->parentWidget(), d.window.data());
-    QCOMPARE(d.server.connections(), 0);
-    prompt->reject();
-}
-
-void frmIntTest::withoutTermsNothingIsSent()
-{
-    ShownDirectory d;
-    d.find(Three);
-    const QStringList before = d.rows();
-    for (const auto& [text, ok] :
-         {std::pair{"", true}, std::pair{"", false}, std::pair{"zoo", false}}) {
-        d.entry("mnuOptSearch").trigger();
-        answerPrompt(text, ok);
-        QCoreApplication::processEvents();
-        QVERIFY(d.entry("mnuOptNew").isEnabled());
-    }
-    QCOMPARE(d.rows(), before);
-    QCOMPARE(d.title(), "Finished [Found 3 Cams]");
-    QCOMPARE(d.server.connections(), 1);
-}
-
-void frmIntTest::termsHoldNoLineBreak()
-{
-    ShownDirectory d;
-    d.server.play(httpAnswer(Three));
-    d.entry("mnuOptSearch").trigger();
-    answerPrompt(u"a\r\nCookie: bÿ\tc"_s);
-    QTRY_COMPARE(d.title(), "Finished [Found 3 Cams]");
-    QCOMPARE(requestLine(d), u"GET /pevora/index.cgi?q=aCookie: by\u0308c HTTP/1.0"_s.toUtf8());
-    // Nothing is left of this one.
-    d.entry("mnuOptSearch").trigger();
-    answerPrompt("\r\n");
-    QCoreApplication::processEvents();
-    QCOMPARE(d.server.connections(), 1);
-}
-
-void frmIntTest::anAnswerOfOneCameraIsOneCams()
-{
-    ShownDirectory d;
-    d.find(directoryBody({"Cities|Rome|rome.example/r.jpg\x01"
-                          "Cookie: a"}) +
-           "\r\n");
-    QCOMPARE(d.title(), "Finished [Found 1 Cams]");
-    QCOMPARE(d.rows(), QStringList{"Cities|Rome"});
-    QCOMPARE(d.key(0), "rome.example/r.jpg\x01"
-                       "Cookie: a");
-}
-
-void frmIntTest::anAnswerReplacesTheRows()
-{
-    ShownDirectory d;
-    d.find(Three);
-    d.check(0);
-    QCOMPARE(d.rows(), (QStringList{"[x] Sights|Tower", "animals|Zoo", "Cities|Rome"}));
-    d.find(directoryBody({"A|B|c", "Sights|Tower|tower.example/a.jpg"}));
-    QCOMPARE(d.rows(), (QStringList{"A|B", "Sights|Tower"}));
-    QCOMPARE(d.title(), "Finished [Found 2 Cams]");
-    // The first row is at hand.
-    QCOMPARE(d.list().currentIndex().row(), 0);
-    QVERIFY(d.list().selectionModel()->isRowSelected(0));
-}
-
-void frmIntTest::noLuckEmptiesTheList()
-{
-    ShownDirectory d;
-    d.find(Three);
-    d.find("No Luck090877");
-    QCOMPARE(d.title(), "Finished [No Cams Found]");
-    QCOMPARE(d.rows(), QStringList());
-    QVERIFY(d.button("cmdAdd").isEnabled());
-}
-
-void frmIntTest::aKeyThatIsThereIsSkipped()
-{
-    ShownDirectory d;
-    d.find(directoryBody({"A|first|k", "B|second|k", "C|other|K", "D|empty|", "E|empty too|"}));
-    QCOMPARE(d.rows(), (QStringList{"A|first", "C|other", "D|empty"}));
-    QCOMPARE(d.title(), "Finished [Found 3 Cams]");
-}
-
-void frmIntTest::categoriesAndSearchesAreSorted()
-{
-    ShownDirectory d;
-    const QStringList sorted{"animals|Zoo", "Cities|Rome", "Sights|Tower"};
-    d.find(Three, "mnuOptDownIt(4)");
-    QCOMPARE(d.rows(), sorted);
-    QCOMPARE(d.key(0), "zoo.example");
-    d.find(Three, "mnuOptNew");
-    QVERIFY(d.rows() != sorted);
-    d.server.play(httpAnswer(Three));
-    d.entry("mnuOptSearch").trigger();
-    answerPrompt("x");
-    QTRY_COMPARE(d.title(), "Finished [Found 3 Cams]");
-    QCOMPARE(d.rows(), sorted);
-}
-
-void frmIntTest::newestKeepsTheServersOrder()
-{
-    ShownDirectory d;
-    d.find(Three, "mnuOptDownIt(0)");
-    d.find(Three, "mnuOptNew");
-    QCOMPARE(d.rows(), (QStringList{"Sights|Tower", "animals|Zoo", "Cities|Rome"}));
-}
-
-void frmIntTest::rowsOfACategoryKeepTheirOrder()
-{
-    ShownDirectory d;
-    QStringList cameras;
-    QStringList rows;
-    for (int i = 0; i < 50; ++i) {
-        cameras << QString("%1|%2|key %2").arg(i % 2 ? "cities" : "CITIES").arg(i);
-        rows << cameras.last().section('|', 0, 1);
-    }
-    cameras << "Animals|z|z";
-    d.find(directoryBody(cameras), "mnuOptDownIt(2)");
-    QCOMPARE(d.rows(), QStringList{"Animals|z"} + rows);
-}
-
-void frmIntTest::theRowsThereAreSortedWhenTheQueryIsSent()
-{
-    ShownDirectory d;
-    d.find(Three, "mnuOptNew");
-    d.check(0);
-    d.list().setCurrentIndex(d.list().model()->index(1, 1));
-    d.server.play(httpAnswer({}), Script::End::KeepOpen);
-    d.entry("mnuOptDownIt(2)").trigger();
-    QCOMPARE(d.rows(), (QStringList{"animals|Zoo", "Cities|Rome", "[x] Sights|Tower"}));
-    QCOMPARE(d.list().currentIndex(), d.list().model()->index(0, 1));
-}
-
-void frmIntTest::theHeaderDoesNotSort()
-{
-    ShownDirectory d;
-    d.find(Three, "mnuOptNew");
-    const QStringList before = d.rows();
-    QHeaderView& header = *d.list().header();
-    for (int x : {50, 50, 200}) {
-        QTest::mouseClick(header.viewport(), Qt::LeftButton, {}, QPoint(x, 5));
-        QCOMPARE(d.rows(), before);
-    }
-    QVERIFY(!header.isSortIndicatorShown());
-}
-
-void frmIntTest::theTitleTellsTheStatus()
-{
-    ShownDirectory d;
-    QStringList titles;
-    QObject::connect(d.window, &QWidget::windowTitleChanged, d.window,
-                     [&](const QString& title) { titles << title; });
-    d.find(Three);
-    QCOMPARE(titles,
-             (QStringList{"Connecting", "Connected", "Receiving Data", "Finished [Found 3 Cams]"}));
-}
-
 namespace {
 
 quint16 portOfNobody()
@@ -381,249 +56,539 @@ quint16 portOfNobody()
 
 } // namespace
 
-void frmIntTest::anErrorKeepsTheRows()
+class frmIntTest : public QObject
 {
-    ShownDirectory d;
-    d.find(Three);
-    const QStringList before = d.rows();
-    emit d.window->findChild<TcpClient*>("sckMain")->Error(1, "Host not found");
-    QCOMPARE(d.title(), "Error: Host not found");
-    QCOMPARE(d.rows(), before);
-}
+    Q_OBJECT
+private slots:
+    void hasItsParts()
+    {
+        const ShownDirectory d;
+        QCOMPARE(d.title(), "Internet List");
+        for (const auto& [name, caption] :
+             {std::pair{"cmdPre", "Preview"}, std::pair{"cmdAdd", "Add Selected"},
+              std::pair{"cmdAll", "Select All"}, std::pair{"cmdNone", "De-Select All"}}) {
+            QCOMPARE(d.button(name).text(), caption);
+            QVERIFY(d.button(name).isVisible());
+            QVERIFY(d.button(name).isEnabled());
+        }
+        auto* options = d.window->findChild<QMenu*>("mnuOpt");
+        QVERIFY(options);
+        QCOMPARE(options->title(), "&Options");
+        QVERIFY(d.window->findChild<QMenuBar*>()->actions().contains(options->menuAction()));
+        const auto shown = [](const QMenu& menu) {
+            QStringList entries;
+            for (const auto* one : menu.actions())
+                entries << (one->isSeparator() ? "-" : one->text());
+            return entries;
+        };
+        QCOMPARE(shown(*options),
+                 (QStringList{"Search", "Newest", "-", "Categories", "-", "Close"}));
+        auto* categories = d.window->findChild<QMenu*>("mnuOptDown");
+        QVERIFY(categories);
+        QVERIFY(options->actions().contains(categories->menuAction()));
+        QCOMPARE(shown(*categories), Categories);
+        for (int i = 0; i < 9; ++i)
+            QCOMPARE(d.entry(QString("mnuOptDownIt(%1)").arg(i)).text(), Categories[i]);
+        QCOMPARE(d.entry("mnuOptSearch").text(), "Search");
+        QCOMPARE(d.entry("mnuOptNew").text(), "Newest");
+        QCOMPARE(d.entry("mnuOptClose").text(), "Close");
 
-void frmIntTest::whileAQueryRunsNoOtherBegins()
-{
-    ShownDirectory d;
-    d.find(Three);
-    d.button("cmdAll").setFocus();
-    d.server.play(Script{{}, Script::End::KeepOpen});
-    d.entry("mnuOptNew").trigger();
-    const auto others = [&] {
-        QList<bool> enabled;
-        for (const char* name : {"mnuOptSearch", "mnuOptNew", "mnuOptDownIt(0)", "mnuOptDownIt(8)"})
-            enabled << d.entry(name).isEnabled();
-        for (const char* name : {"cmdAll", "cmdNone", "cmdAdd"})
-            enabled << d.button(name).isEnabled();
-        enabled << d.window->findChild<QMenu*>("mnuOptDown")->menuAction()->isEnabled();
-        return enabled;
-    };
-    const auto looking = [&] {
-        return d.list().isEnabled() && d.button("cmdPre").isEnabled() &&
-               d.entry("mnuOptClose").isEnabled();
-    };
-    QCOMPARE(others(), QList<bool>(8, false));
-    QVERIFY(looking());
-    QVERIFY(d.list().hasFocus());
-    d.press("cmdPre");
-    QCOMPARE(d.previews, QStringList{"tower.example/a.jpg"});
-    QTRY_COMPARE(d.server.requests().size(), 2);
-    d.server.sendMore(httpAnswer(Three));
-    QTRY_COMPARE(d.title(), "Receiving Data");
-    QCOMPARE(others(), QList<bool>(8, false));
-    QVERIFY(looking());
-    d.server.closeNewest();
-    QTRY_COMPARE(others(), QList<bool>(8, true));
-    QVERIFY(looking());
-}
+        const auto& model = *d.list().model();
+        QCOMPARE(model.columnCount(), 2);
+        QCOMPARE(model.rowCount(), 0);
+        QCOMPARE(model.headerData(0, Qt::Horizontal).toString(), "Catagory");
+        QCOMPARE(model.headerData(1, Qt::Horizontal).toString(), "Name");
+        QVERIFY(d.list().header()->isVisible());
+        QVERIFY(d.window->findChild<HTTP*>("HTTP1"));
+    }
 
-void frmIntTest::anErrorEnablesTheControls()
-{
-    const ShownDirectory d(portOfNobody());
-    d.query("mnuOptDownIt(2)");
-    QCOMPARE(d.title(), "Error: Connection refused");
-    for (const char* name : {"mnuOptSearch", "mnuOptNew", "mnuOptDownIt(0)"})
-        QVERIFY2(d.entry(name).isEnabled(), name);
-    for (const char* name : {"cmdAll", "cmdNone", "cmdAdd", "cmdPre"})
-        QVERIFY2(d.button(name).isEnabled(), name);
-    QVERIFY(d.window->findChild<QMenu*>("mnuOptDown")->isEnabled());
-}
+    void blocksNoOtherWindow()
+    {
+        const ShownDirectory d;
+        QVERIFY(!d.window->isModal());
+        QCOMPARE(d.window->windowType(), Qt::Window);
+        QVERIFY(!d.window->parentWidget());
+    }
 
-void frmIntTest::theTimerEnablesTheControls()
-{
-    ShownDirectory d;
-    d.server.play(httpAnswer(Three), Script::End::KeepOpen);
-    d.entry("mnuOptNew").trigger();
-    QTRY_COMPARE(d.title(), "Receiving Data");
-    timerOf(*d.window, "Timer1").elapse();
-    QCOMPARE(d.title(), "Finished [Found 3 Cams]");
-    QVERIFY(d.entry("mnuOptNew").isEnabled());
-}
+    void theColumnsHaveTheirWidths()
+    {
+        ShownDirectory d;
+        QCOMPARE(d.list().columnWidth(0), 133); // 2000 twips
+        QCOMPARE(d.list().columnWidth(1), d.list().width() - 133 - 33);
+        d.find(Three);
+        QCOMPARE(d.list().columnWidth(1), d.list().width() - 133 - 33);
+        // Later the user has them; but names take part in what the window gains.
+        d.list().setColumnWidth(0, 150);
+        d.list().setColumnWidth(1, 200);
+        d.window->hide();
+        d.window->show();
+        QCOMPARE(d.list().columnWidth(1), 200);
+        const int before = d.list().width();
+        d.window->resize(d.window->size() + QSize(200, 100));
+        QTRY_VERIFY(d.list().width() == before + 200);
+        QCOMPARE(d.list().columnWidth(0), 150);
+        QCOMPARE(d.list().columnWidth(1), 400);
+    }
 
-void frmIntTest::theWindowClosesAmidAQuery()
-{
-    ShownDirectory d;
-    d.server.play(httpAnswer(Three), Script::End::KeepOpen);
-    d.entry("mnuOptNew").trigger();
-    QTRY_COMPARE(d.title(), "Receiving Data");
-    d.entry("mnuOptClose").trigger();
-    QTRY_VERIFY(!d.window);
-    QTRY_COMPARE(d.server.openConnections(), 0);
-    // The next one starts afresh.
-    const ShownDirectory next;
-    QVERIFY(next.entry("mnuOptNew").isEnabled());
-    QVERIFY(next.button("cmdAdd").isEnabled());
-}
+    void aCategoryAsksForItsCaption()
+    {
+        ShownDirectory d;
+        for (int i = 0; i < 9; ++i) {
+            d.find(Three, QString("mnuOptDownIt(%1)").arg(i));
+            QCOMPARE(requestLine(d),
+                     "GET /pevora/index.cgi?cat=" + Categories[i].toLatin1() + " HTTP/1.0");
+        }
+        QCOMPARE(d.server.requests()[2], "GET /pevora/index.cgi?cat=Cities HTTP/1.0\r\n"
+                                         "Referer: HTTP ActiveX Control\r\n"
+                                         "Connection: Keep-Alive\r\n"
+                                         "User-Agent: Default\r\n"
+                                         "Host: 127.0.0.1\r\n"
+                                         "Accept: */*\r\n"
+                                         "Accept-Language: en\r\n"
+                                         "\r\n");
+    }
 
-void frmIntTest::previewAsksForTheCamera()
-{
-    ShownDirectory d;
-    d.find(directoryBody({"a|b|one.example", "c|d|two.example/x\x01"
-                                             "Cookie: y"}));
-    d.press("cmdPre");
-    QCOMPARE(d.previews, QStringList{"one.example"});
-    d.list().setCurrentIndex(d.list().model()->index(1, 1));
-    d.press("cmdPre");
-    QCOMPARE(d.previews.last(), "two.example/x\x01"
-                                "Cookie: y");
-    QVERIFY(d.window->isVisible());
-    QCOMPARE(d.title(), "Finished [Found 2 Cams]");
-}
+    void newestAsksForNew()
+    {
+        ShownDirectory d;
+        d.find(Three, "mnuOptNew");
+        QCOMPARE(requestLine(d), "GET /pevora/index.cgi?new=1 HTTP/1.0");
+    }
 
-void frmIntTest::withoutRowsThereIsNoPreview()
-{
-    ShownDirectory d;
-    d.press("cmdPre");
-    d.find(Three);
-    d.find("No Luck090877");
-    d.press("cmdPre");
-    QCOMPARE(d.previews, QStringList());
-}
+    void aSearchSendsItsTermsAsTheyAre_data()
+    {
+        QTest::addColumn<QString>("terms");
+        QTest::addColumn<QByteArray>("sent");
+        QTest::newRow("one word") << "zoo" << QByteArray("zoo");
+        QTest::newRow("two words") << "two words" << QByteArray("two words");
+        QTest::newRow("blanks around") << "  zoo " << QByteArray("  zoo ");
+        QTest::newRow("blanks alone") << " " << QByteArray(" ");
+        QTest::newRow("special characters") << "a&b=c%20+?#/" << QByteArray("a&b=c%20+?#/");
+        QTest::newRow("the code page") << u"Zürich"_s << QByteArray("Z\xFCrich");
+        QTest::newRow("other text") << u"東京"_s << QByteArray("\xE6\x9D\xB1\xE4\xBA\xAC");
+    }
 
-void frmIntTest::selectAllAndDeSelectAll()
-{
-    ShownDirectory d;
-    d.press("cmdAll");
-    d.find(Three);
-    QCOMPARE(d.rows(), (QStringList{"Sights|Tower", "animals|Zoo", "Cities|Rome"}));
-    d.check(1);
-    d.press("cmdAll");
-    QCOMPARE(d.rows(), (QStringList{"[x] Sights|Tower", "[x] animals|Zoo", "[x] Cities|Rome"}));
-    d.press("cmdNone");
-    QCOMPARE(d.rows(), (QStringList{"Sights|Tower", "animals|Zoo", "Cities|Rome"}));
-}
+    void aSearchSendsItsTermsAsTheyAre()
+    {
+        QFETCH(QString, terms);
+        QFETCH(QByteArray, sent);
+        ShownDirectory d;
+        d.server.play(httpAnswer(Three));
+        d.entry("mnuOptSearch").trigger();
+        answerPrompt(terms);
+        QTRY_COMPARE(d.title(), "Finished [Found 3 Cams]");
+        QCOMPARE(requestLine(d), "GET /pevora/index.cgi?q=" + sent + " HTTP/1.0");
+    }
 
-void frmIntTest::addSelectedHandsOverAFile()
-{
-    ShownDirectory d;
-    d.find(directoryBody({"a|b|c", "d|e|f\x01X: y", "g|h|i"}));
-    d.check(0);
-    d.check(1);
-    d.press("cmdAdd");
-    QCOMPARE(d.imports, QList<QByteArray>{"CAMZa\xFF"
-                                          "b\xFF"
-                                          "c\xFF"
-                                          "d\xFF"
-                                          "e\xFF"
-                                          "f\x01X: y\r\n"});
-    QVERIFY(!QFile::exists(d.path()));
-    QCOMPARE(QDir(d.folder.path()).entryList(QDir::Files | QDir::Hidden), QStringList());
-    QTRY_VERIFY(!d.window);
-}
+    void thePromptAsksForTerms()
+    {
+        const ShownDirectory d;
+        d.entry("mnuOptSearch").trigger();
+        auto* prompt = openDialog<QInputDialog>();
+        QVERIFY(prompt);
+        QCOMPARE(prompt->windowTitle(), "Search");
+        QCOMPARE(prompt->labelText(), "Enter search terms below.");
+        QCOMPARE(prompt->textValue(), "");
+        QCOMPARE(prompt->parentWidget(), d.window.data());
+        QCOMPARE(d.server.connections(), 0);
+        prompt->reject();
+    }
 
-void frmIntTest::addSelectedKeepsTheRowsOrder()
-{
-    ShownDirectory d;
-    d.find(Three, "mnuOptDownIt(0)");
-    d.press("cmdAll");
-    d.press("cmdAdd");
-    QCOMPARE(d.imports, QList<QByteArray>{"CAMZanimals\xFFZoo\xFFzoo.example\xFF"
-                                          "Cities\xFFRome\xFFrome.example/r\xFF"
-                                          "Sights\xFFTower\xFFtower.example/a.jpg\r\n"});
-}
+    void withoutTermsNothingIsSent()
+    {
+        ShownDirectory d;
+        d.find(Three);
+        const QStringList before = d.rows();
+        for (const auto& [text, ok] :
+             {std::pair{"", true}, std::pair{"", false}, std::pair{"zoo", false}}) {
+            d.entry("mnuOptSearch").trigger();
+            answerPrompt(text, ok);
+            QCoreApplication::processEvents();
+            QVERIFY(d.entry("mnuOptNew").isEnabled());
+        }
+        QCOMPARE(d.rows(), before);
+        QCOMPARE(d.title(), "Finished [Found 3 Cams]");
+        QCOMPARE(d.server.connections(), 1);
+    }
 
-void frmIntTest::addSelectedWritesTextAsItWas()
-{
-    const QByteArray body = "Z\xFCrich\xFF\xE6\x9D\xB1\xE4\xBA\xAC\xFF"
-                            "a b/\xE9?<b>&amp;";
-    ShownDirectory d;
-    d.find(body);
-    d.press("cmdAll");
-    d.press("cmdAdd");
-    QCOMPARE(d.imports, QList<QByteArray>{"CAMZ" + body + "\r\n"});
-}
+    void termsHoldNoLineBreak()
+    {
+        ShownDirectory d;
+        d.server.play(httpAnswer(Three));
+        d.entry("mnuOptSearch").trigger();
+        answerPrompt(u"a\r\nCookie: bÿ\tc"_s);
+        QTRY_COMPARE(d.title(), "Finished [Found 3 Cams]");
+        QCOMPARE(requestLine(d), u"GET /pevora/index.cgi?q=aCookie: by\u0308c HTTP/1.0"_s.toUtf8());
+        // Nothing is left of this one.
+        d.entry("mnuOptSearch").trigger();
+        answerPrompt("\r\n");
+        QCoreApplication::processEvents();
+        QCOMPARE(d.server.connections(), 1);
+    }
 
-void frmIntTest::anEarlierFileIsReplaced()
-{
-    ShownDirectory d;
-    const QByteArray earlier = "CAMZold\xFFold\xFFold\r\n";
-    QFile file(d.path());
-    QVERIFY(file.open(QIODevice::WriteOnly));
-    QCOMPARE(file.write(earlier.repeated(50)), earlier.size() * 50);
-    file.close();
-    d.find(directoryBody({"a|b|c"}));
-    d.check(0);
-    d.press("cmdAdd");
-    QCOMPARE(d.imports, QList<QByteArray>{"CAMZa\xFF"
-                                          "b\xFF"
-                                          "c\r\n"});
-    QVERIFY(!QFile::exists(d.path()));
-}
+    void anAnswerOfOneCameraIsOneCams()
+    {
+        ShownDirectory d;
+        d.find(directoryBody({"Cities|Rome|rome.example/r.jpg\x01"
+                              "Cookie: a"}) +
+               "\r\n");
+        QCOMPARE(d.title(), "Finished [Found 1 Cams]");
+        QCOMPARE(d.rows(), QStringList{"Cities|Rome"});
+        QCOMPARE(d.key(0), "rome.example/r.jpg\x01"
+                           "Cookie: a");
+    }
 
-void frmIntTest::nothingCheckedIsSaid()
-{
-    ShownDirectory d;
-    d.find(Three);
-    for (int i = 0; i < 2; ++i) {
+    void anAnswerReplacesTheRows()
+    {
+        ShownDirectory d;
+        d.find(Three);
+        d.check(0);
+        QCOMPARE(d.rows(), (QStringList{"[x] Sights|Tower", "animals|Zoo", "Cities|Rome"}));
+        d.find(directoryBody({"A|B|c", "Sights|Tower|tower.example/a.jpg"}));
+        QCOMPARE(d.rows(), (QStringList{"A|B", "Sights|Tower"}));
+        QCOMPARE(d.title(), "Finished [Found 2 Cams]");
+        // The first row is at hand.
+        QCOMPARE(d.list().currentIndex().row(), 0);
+        QVERIFY(d.list().selectionModel()->isRowSelected(0));
+    }
+
+    void noLuckEmptiesTheList()
+    {
+        ShownDirectory d;
+        d.find(Three);
+        d.find("No Luck090877");
+        QCOMPARE(d.title(), "Finished [No Cams Found]");
+        QCOMPARE(d.rows(), QStringList());
+        QVERIFY(d.button("cmdAdd").isEnabled());
+    }
+
+    void aKeyThatIsThereIsSkipped()
+    {
+        ShownDirectory d;
+        d.find(directoryBody({"A|first|k", "B|second|k", "C|other|K", "D|empty|", "E|empty too|"}));
+        QCOMPARE(d.rows(), (QStringList{"A|first", "C|other", "D|empty"}));
+        QCOMPARE(d.title(), "Finished [Found 3 Cams]");
+    }
+
+    void categoriesAndSearchesAreSorted()
+    {
+        ShownDirectory d;
+        const QStringList sorted{"animals|Zoo", "Cities|Rome", "Sights|Tower"};
+        d.find(Three, "mnuOptDownIt(4)");
+        QCOMPARE(d.rows(), sorted);
+        QCOMPARE(d.key(0), "zoo.example");
+        d.find(Three, "mnuOptNew");
+        QVERIFY(d.rows() != sorted);
+        d.server.play(httpAnswer(Three));
+        d.entry("mnuOptSearch").trigger();
+        answerPrompt("x");
+        QTRY_COMPARE(d.title(), "Finished [Found 3 Cams]");
+        QCOMPARE(d.rows(), sorted);
+    }
+
+    void newestKeepsTheServersOrder()
+    {
+        ShownDirectory d;
+        d.find(Three, "mnuOptDownIt(0)");
+        d.find(Three, "mnuOptNew");
+        QCOMPARE(d.rows(), (QStringList{"Sights|Tower", "animals|Zoo", "Cities|Rome"}));
+    }
+
+    void rowsOfACategoryKeepTheirOrder()
+    {
+        ShownDirectory d;
+        QStringList cameras;
+        QStringList rows;
+        for (int i = 0; i < 50; ++i) {
+            cameras << QString("%1|%2|key %2").arg(i % 2 ? "cities" : "CITIES").arg(i);
+            rows << cameras.last().section('|', 0, 1);
+        }
+        cameras << "Animals|z|z";
+        d.find(directoryBody(cameras), "mnuOptDownIt(2)");
+        QCOMPARE(d.rows(), QStringList{"Animals|z"} + rows);
+    }
+
+    void theRowsThereAreSortedWhenTheQueryIsSent()
+    {
+        ShownDirectory d;
+        d.find(Three, "mnuOptNew");
+        d.check(0);
+        d.list().setCurrentIndex(d.list().model()->index(1, 1));
+        d.server.play(httpAnswer({}), Script::End::KeepOpen);
+        d.entry("mnuOptDownIt(2)").trigger();
+        QCOMPARE(d.rows(), (QStringList{"animals|Zoo", "Cities|Rome", "[x] Sights|Tower"}));
+        QCOMPARE(d.list().currentIndex(), d.list().model()->index(0, 1));
+    }
+
+    void theHeaderDoesNotSort()
+    {
+        ShownDirectory d;
+        d.find(Three, "mnuOptNew");
+        const QStringList before = d.rows();
+        QHeaderView& header = *d.list().header();
+        for (int x : {50, 50, 200}) {
+            QTest::mouseClick(header.viewport(), Qt::LeftButton, {}, QPoint(x, 5));
+            QCOMPARE(d.rows(), before);
+        }
+        QVERIFY(!header.isSortIndicatorShown());
+    }
+
+    void theTitleTellsTheStatus()
+    {
+        ShownDirectory d;
+        QStringList titles;
+        QObject::connect(d.window, &QWidget::windowTitleChanged, d.window,
+                         [&](const QString& title) { titles << title; });
+        d.find(Three);
+        QCOMPARE(titles, (QStringList{"Connecting", "Connected", "Receiving Data",
+                                      "Finished [Found 3 Cams]"}));
+    }
+
+    void anErrorKeepsTheRows()
+    {
+        ShownDirectory d;
+        d.find(Three);
+        const QStringList before = d.rows();
+        emit d.window->findChild<TcpClient*>("sckMain")->Error(1, "Host not found");
+        QCOMPARE(d.title(), "Error: Host not found");
+        QCOMPARE(d.rows(), before);
+    }
+
+    void whileAQueryRunsNoOtherBegins()
+    {
+        ShownDirectory d;
+        d.find(Three);
+        d.button("cmdAll").setFocus();
+        d.server.play(Script{{}, Script::End::KeepOpen});
+        d.entry("mnuOptNew").trigger();
+        const auto others = [&] {
+            QList<bool> enabled;
+            for (const char* name :
+                 {"mnuOptSearch", "mnuOptNew", "mnuOptDownIt(0)", "mnuOptDownIt(8)"})
+                enabled << d.entry(name).isEnabled();
+            for (const char* name : {"cmdAll", "cmdNone", "cmdAdd"})
+                enabled << d.button(name).isEnabled();
+            enabled << d.window->findChild<QMenu*>("mnuOptDown")->menuAction()->isEnabled();
+            return enabled;
+        };
+        const auto looking = [&] {
+            return d.list().isEnabled() && d.button("cmdPre").isEnabled() &&
+                   d.entry("mnuOptClose").isEnabled();
+        };
+        QCOMPARE(others(), QList<bool>(8, false));
+        QVERIFY(looking());
+        QVERIFY(d.list().hasFocus());
+        d.press("cmdPre");
+        QCOMPARE(d.previews, QStringList{"tower.example/a.jpg"});
+        QTRY_COMPARE(d.server.requests().size(), 2);
+        d.server.sendMore(httpAnswer(Three));
+        QTRY_COMPARE(d.title(), "Receiving Data");
+        QCOMPARE(others(), QList<bool>(8, false));
+        QVERIFY(looking());
+        d.server.closeNewest();
+        QTRY_COMPARE(others(), QList<bool>(8, true));
+        QVERIFY(looking());
+    }
+
+    void anErrorEnablesTheControls()
+    {
+        const ShownDirectory d(portOfNobody());
+        d.query("mnuOptDownIt(2)");
+        QCOMPARE(d.title(), "Error: Connection refused");
+        for (const char* name : {"mnuOptSearch", "mnuOptNew", "mnuOptDownIt(0)"})
+            QVERIFY2(d.entry(name).isEnabled(), name);
+        for (const char* name : {"cmdAll", "cmdNone", "cmdAdd", "cmdPre"})
+            QVERIFY2(d.button(name).isEnabled(), name);
+        QVERIFY(d.window->findChild<QMenu*>("mnuOptDown")->isEnabled());
+    }
+
+    void theTimerEnablesTheControls()
+    {
+        ShownDirectory d;
+        d.server.play(httpAnswer(Three), Script::End::KeepOpen);
+        d.entry("mnuOptNew").trigger();
+        QTRY_COMPARE(d.title(), "Receiving Data");
+        timerOf(*d.window, "Timer1").elapse();
+        QCOMPARE(d.title(), "Finished [Found 3 Cams]");
+        QVERIFY(d.entry("mnuOptNew").isEnabled());
+    }
+
+    void theWindowClosesAmidAQuery()
+    {
+        ShownDirectory d;
+        d.server.play(httpAnswer(Three), Script::End::KeepOpen);
+        d.entry("mnuOptNew").trigger();
+        QTRY_COMPARE(d.title(), "Receiving Data");
+        d.entry("mnuOptClose").trigger();
+        QTRY_VERIFY(!d.window);
+        QTRY_COMPARE(d.server.openConnections(), 0);
+        // The next one starts afresh.
+        const ShownDirectory next;
+        QVERIFY(next.entry("mnuOptNew").isEnabled());
+        QVERIFY(next.button("cmdAdd").isEnabled());
+    }
+
+    void previewAsksForTheCamera()
+    {
+        ShownDirectory d;
+        d.find(directoryBody({"a|b|one.example", "c|d|two.example/x\x01"
+                                                 "Cookie: y"}));
+        d.press("cmdPre");
+        QCOMPARE(d.previews, QStringList{"one.example"});
+        d.list().setCurrentIndex(d.list().model()->index(1, 1));
+        d.press("cmdPre");
+        QCOMPARE(d.previews.last(), "two.example/x\x01"
+                                    "Cookie: y");
+        QVERIFY(d.window->isVisible());
+        QCOMPARE(d.title(), "Finished [Found 2 Cams]");
+    }
+
+    void withoutRowsThereIsNoPreview()
+    {
+        ShownDirectory d;
+        d.press("cmdPre");
+        d.find(Three);
+        d.find("No Luck090877");
+        d.press("cmdPre");
+        QCOMPARE(d.previews, QStringList());
+    }
+
+    void selectAllAndDeSelectAll()
+    {
+        ShownDirectory d;
+        d.press("cmdAll");
+        d.find(Three);
+        QCOMPARE(d.rows(), (QStringList{"Sights|Tower", "animals|Zoo", "Cities|Rome"}));
+        d.check(1);
+        d.press("cmdAll");
+        QCOMPARE(d.rows(), (QStringList{"[x] Sights|Tower", "[x] animals|Zoo", "[x] Cities|Rome"}));
+        d.press("cmdNone");
+        QCOMPARE(d.rows(), (QStringList{"Sights|Tower", "animals|Zoo", "Cities|Rome"}));
+    }
+
+    void addSelectedHandsOverAFile()
+    {
+        ShownDirectory d;
+        d.find(directoryBody({"a|b|c", "d|e|f\x01X: y", "g|h|i"}));
+        d.check(0);
+        d.check(1);
+        d.press("cmdAdd");
+        QCOMPARE(d.imports, QList<QByteArray>{"CAMZa\xFF"
+                                              "b\xFF"
+                                              "c\xFF"
+                                              "d\xFF"
+                                              "e\xFF"
+                                              "f\x01X: y\r\n"});
+        QVERIFY(!QFile::exists(d.path()));
+        QCOMPARE(QDir(d.folder.path()).entryList(QDir::Files | QDir::Hidden), QStringList());
+        QTRY_VERIFY(!d.window);
+    }
+
+    void addSelectedKeepsTheRowsOrder()
+    {
+        ShownDirectory d;
+        d.find(Three, "mnuOptDownIt(0)");
+        d.press("cmdAll");
+        d.press("cmdAdd");
+        QCOMPARE(d.imports, QList<QByteArray>{"CAMZanimals\xFFZoo\xFFzoo.example\xFF"
+                                              "Cities\xFFRome\xFFrome.example/r\xFF"
+                                              "Sights\xFFTower\xFFtower.example/a.jpg\r\n"});
+    }
+
+    void addSelectedWritesTextAsItWas()
+    {
+        const QByteArray body = "Z\xFCrich\xFF\xE6\x9D\xB1\xE4\xBA\xAC\xFF"
+                                "a b/\xE9?<b>&amp;";
+        ShownDirectory d;
+        d.find(body);
+        d.press("cmdAll");
+        d.press("cmdAdd");
+        QCOMPARE(d.imports, QList<QByteArray>{"CAMZ" + body + "\r\n"});
+    }
+
+    void anEarlierFileIsReplaced()
+    {
+        ShownDirectory d;
+        const QByteArray earlier = "CAMZold\xFFold\xFFold\r\n";
+        QFile file(d.path());
+        QVERIFY(file.open(QIODevice::WriteOnly));
+        QCOMPARE(file.write(earlier.repeated(50)), earlier.size() * 50);
+        file.close();
+        d.find(directoryBody({"a|b|c"}));
+        d.check(0);
+        d.press("cmdAdd");
+        QCOMPARE(d.imports, QList<QByteArray>{"CAMZa\xFF"
+                                              "b\xFF"
+                                              "c\r\n"});
+        QVERIFY(!QFile::exists(d.path()));
+    }
+
+    void nothingCheckedIsSaid()
+    {
+        ShownDirectory d;
+        d.find(Three);
+        for (int i = 0; i < 2; ++i) {
+            d.press("cmdAdd");
+            auto* box = openDialog<QMessageBox>();
+            QVERIFY(box);
+            QCOMPARE(box->text(), "No Cams Selected.");
+            QCOMPARE(box->icon(), QMessageBox::Information);
+            box->accept();
+            QTRY_VERIFY(!d.window->findChild<QMessageBox*>());
+        }
+        QVERIFY(d.window->isVisible());
+        QCOMPARE(d.imports.size(), 0);
+        QVERIFY(!QFile::exists(d.path()));
+        QCOMPARE(d.rows().size(), 3);
+    }
+
+    void aFileThatCannotBeWrittenIsSaid()
+    {
+        ShownDirectory d;
+        QVERIFY(QDir(d.folder.path()).mkdir("icl.zip"));
+        d.find(Three);
+        d.check(1);
+        d.press("cmdAdd");
+        QCOMPARE(d.title(), "Error: Not saved.");
+        QCOMPARE(d.imports.size(), 0);
+        QVERIFY(d.window->isVisible());
+        QCOMPARE(d.rows()[1], "[x] animals|Zoo");
+        QVERIFY(QFileInfo(d.path()).isDir());
+    }
+
+    void theListAddsWhatItLacks()
+    {
+        ShownDirectory d;
+        QWidget owner;
+        owner.show();
+        CamList cameras(d.folder.path(), &owner);
+        cameras.AddCam("Mine", "rome.example/r", "Cities");
+        QObject::connect(d.window, &frmInt::Import, &cameras, &CamList::LoadFile);
+        d.find(Three);
+        d.press("cmdAll");
         d.press("cmdAdd");
         auto* box = openDialog<QMessageBox>();
         QVERIFY(box);
-        QCOMPARE(box->text(), "No Cams Selected.");
-        QCOMPARE(box->icon(), QMessageBox::Information);
+        QCOMPARE(box->text(), "Cam is already in your list.");
         box->accept();
-        QTRY_VERIFY(!d.window->findChild<QMessageBox*>());
+        QCOMPARE(cameras.ReturnUrlViaName("Mine"), "rome.example/r");
+        QCOMPARE(cameras.ReturnUrlViaName("Rome"), "");
+        QCOMPARE(cameras.ReturnUrlViaName("Zoo"), "zoo.example");
+        QCOMPARE(cameras.ReturnUrlViaName("Tower"), "tower.example/a.jpg");
+        QTRY_VERIFY(!d.window);
     }
-    QVERIFY(d.window->isVisible());
-    QCOMPARE(d.imports.size(), 0);
-    QVERIFY(!QFile::exists(d.path()));
-    QCOMPARE(d.rows().size(), 3);
-}
 
-void frmIntTest::aFileThatCannotBeWrittenIsSaid()
-{
-    ShownDirectory d;
-    QVERIFY(QDir(d.folder.path()).mkdir("icl.zip"));
-    d.find(Three);
-    d.check(1);
-    d.press("cmdAdd");
-    QCOMPARE(d.title(), "Error: Not saved.");
-    QCOMPARE(d.imports.size(), 0);
-    QVERIFY(d.window->isVisible());
-    QCOMPARE(d.rows()[1], "[x] animals|Zoo");
-    QVERIFY(QFileInfo(d.path()).isDir());
-}
-
-void frmIntTest::theListAddsWhatItLacks()
-{
-    ShownDirectory d;
-    QWidget owner;
-    owner.show();
-    CamList cameras(d.folder.path(), &owner);
-    cameras.AddCam("Mine", "rome.example/r", "Cities");
-    QObject::connect(d.window, &frmInt::Import, &cameras, &CamList::LoadFile);
-    d.find(Three);
-    d.press("cmdAll");
-    d.press("cmdAdd");
-    auto* box = openDialog<QMessageBox>();
-    QVERIFY(box);
-    QCOMPARE(box->text(), "Cam is already in your list.");
-    box->accept();
-    QCOMPARE(cameras.ReturnUrlViaName("Mine"), "rome.example/r");
-    QCOMPARE(cameras.ReturnUrlViaName("Rome"), "");
-    QCOMPARE(cameras.ReturnUrlViaName("Zoo"), "zoo.example");
-    QCOMPARE(cameras.ReturnUrlViaName("Tower"), "tower.example/a.jpg");
-    QTRY_VERIFY(!d.window);
-}
-
-void frmIntTest::itMayEndWhileItsFileIsImported()
-{
-    ShownDirectory d;
-    d.find(Three);
-    d.check(0);
-    QObject::connect(d.window, &frmInt::Import, this, [&] { delete d.window; });
-    d.button("cmdAdd").click();
-    QVERIFY(!d.window);
-    QVERIFY(!QFile::exists(d.path()));
-}
+    void itMayEndWhileItsFileIsImported()
+    {
+        ShownDirectory d;
+        d.find(Three);
+        d.check(0);
+        QObject::connect(d.window, &frmInt::Import, this, [&] { delete d.window; });
+        d.button("cmdAdd").click();
+        QVERIFY(!d.window);
+        QVERIFY(!QFile::exists(d.path()));
+    }
+};
 
 QTEST_MAIN(frmIntTest)
 #include "tst_frmInt.moc"

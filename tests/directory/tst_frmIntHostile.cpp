@@ -31,224 +31,213 @@ class frmIntHostileTest : public QObject
 {
     Q_OBJECT
 private slots:
-    void oddAnswers_data();
-    void oddAnswers();
-    void anAnswerInManyPieces();
-    void anAnswerThatBreaksOff();
-    void aFloodIsABoundedList_data();
-    void aFloodIsABoundedList();
-    void hugeFieldsAreShownInPart();
-    void namesAreOneLineOfPlainText();
-    void aCategoryForEachCameraIsSortedQuickly();
-    void tenThousandAreQuick();
-};
-
-void frmIntHostileTest::oddAnswers_data()
-{
-    QTest::addColumn<QByteArray>("answer");
-    QTest::addColumn<QString>("title");
-    const auto row = [](const char* name, const QByteArray& answer, int found) {
-        QTest::newRow(name) << answer << QString("Finished [Found %1 Cams]").arg(found);
-    };
-    row("html", httpAnswer("<html><body>It works!</body></html>\r\n"), 0);
-    row("an error page", httpAnswer("<html>404</html>", {}, "404 Not Found"), 0);
-    row("an empty body", httpAnswer({}), 0);
-    row("nothing at all", {}, 0);
-    row("a status line", "HTTP/1.0 500 Oh no\r\n", 0);
-    row("two bytes", "ab", 0);
-    row("cut in the second camera's key's place",
-        httpAnswer(One + "\xFF"
-                         "b\xFF"
-                         "c"),
-        1);
-    row("cut in the first one", httpAnswer("Cities\xFFRome"), 0);
-    row("separators", httpAnswer(QByteArray(3000, '\xFF')), 1);
-    row("random bytes", httpAnswer(QByteArray("\x00\x01\x7F\x80\xFE\xC3\x28\n\r<%s%n", 15)), 0);
-    row("a camera of nothing but zeros", httpAnswer(QByteArray("\0\xFF\0\xFF\0", 5)), 1);
-}
-
-void frmIntHostileTest::oddAnswers()
-{
-    QFETCH(QByteArray, answer);
-    ShownDirectory d;
-    d.find("a\xFF"
-           "b\xFF"
-           "c\xFF"
-           "d\xFF"
-           "e\xFF"
-           "f");
-    if (answer.isEmpty())
-        d.server.play(Script{{}, Script::End::Close});
-    else
-        d.server.play(answer);
-    d.query("mnuOptDownIt(0)");
-    QTEST(d.title(), "title");
-    QCOMPARE(d.title(), QString("Finished [Found %1 Cams]").arg(d.rows().size()));
-    QVERIFY(d.entry("mnuOptNew").isEnabled());
-    d.press("cmdPre");
-    d.press("cmdAll");
-    QCOMPARE(d.previews.size(), d.rows().isEmpty() ? 0 : 1);
-}
-
-void frmIntHostileTest::anAnswerInManyPieces()
-{
-    ShownDirectory d;
-    const QByteArray answer = httpAnswer(directoryBody({"A|b|c", "D|e|f"}));
-    Script script;
-    for (const char byte : answer)
-        script.pieces << QByteArray(1, byte);
-    d.server.play(script);
-    d.query("mnuOptNew");
-    QCOMPARE(d.title(), "Finished [Found 2 Cams]");
-    QCOMPARE(d.rows(), (QStringList{"A|b", "D|e"}));
-}
-
-void frmIntHostileTest::anAnswerThatBreaksOff()
-{
-    ShownDirectory d;
-    d.server.play(httpAnswer(One + "\xFF"
-                                   "half"),
-                  Script::End::Abort);
-    d.query("mnuOptNew");
-    QVERIFY(d.entry("mnuOptNew").isEnabled());
-    QVERIFY(d.button("cmdAdd").isEnabled());
-}
-
-void frmIntHostileTest::aFloodIsABoundedList_data()
-{
-    QTest::addColumn<QByteArray>("piece");
-    QTest::addColumn<int>("pieces");
-    QTest::addColumn<int>("rows");
-    QByteArray triples;
-    for (int i = 0; i < 200'000; ++i)
-        triples += "\xFF\xFF" + QByteArray::number(i, 36) + '\xFF';
-    QTest::newRow("100 MB of one field") << QByteArray(1'000'000, 'x') << 100 << 0;
-    QTest::newRow("100 MB of separators") << QByteArray(1'000'000, '\xFF') << 100 << 1;
-    QTest::newRow("100 MB of one camera")
-        << (One + '\xFF').repeated(1'000'000 / (One.size() + 1)) << 100 << 1;
-    QTest::newRow("tiny cameras") << triples << 1 << 100'000;
-    QTest::newRow("100 MB of tiny cameras")
-        << triples << 100'000'000 / int(triples.size()) << 100'000;
-}
-
-void frmIntHostileTest::aFloodIsABoundedList()
-{
-    QFETCH(QByteArray, piece);
-    QFETCH(int, pieces);
-    QFETCH(int, rows);
-    ShownDirectory d;
-    Script script{{httpAnswer({})}, Script::End::Close};
-    script.pieces += QList<QByteArray>(pieces, piece);
-    d.server.play(script);
-    QElapsedTimer clock;
-    clock.start();
-    d.query("mnuOptDownIt(0)");
-    const auto elapsed = clock.elapsed();
-    QCOMPARE(d.title(), QString("Finished [Found %1 Cams]").arg(rows));
-    QCOMPARE(d.list().model()->rowCount(), rows);
-    QVERIFY2(elapsed < 10'000 * Slower, qPrintable(QString::number(elapsed)));
-    qInfo("%d rows in %lld ms", rows, static_cast<long long>(elapsed));
-}
-
-void frmIntHostileTest::hugeFieldsAreShownInPart()
-{
-    ShownDirectory d;
-    const QByteArray huge(5'000'000, 'W');
-    QElapsedTimer clock;
-    clock.start();
-    d.find("c" + huge + '\xFF' + huge + "\xFFk" + huge +
-               "\xFF"
-               "b\xFF"
-               "n\xFF"
-               "k",
-           "mnuOptDownIt(0)");
-    d.list().viewport()->grab();
-    QVERIFY(d.list().model()->index(1, 1).data(Qt::ToolTipRole).toString().size() < 2'000);
-    const auto elapsed = clock.elapsed();
-    QCOMPARE(d.rows()[0], "b|n");
-    QVERIFY(d.rows()[1].size() <= 20'001);
-    QVERIFY2(elapsed < 2000 * Slower, qPrintable(QString::number(elapsed)));
-    // They are whole for all that.
-    QCOMPARE(d.key(1).size(), huge.size() + 1);
-    d.check(1);
-    d.press("cmdAdd");
-    QCOMPARE(d.imports.value(0).size(), 3 * huge.size() + 10);
-}
-
-void frmIntHostileTest::namesAreOneLineOfPlainText()
-{
-    ShownDirectory d;
-    d.find("<b>c</b>\xFF"
-           "AT&T && <i>x</i>\xFF"
-           "k/<b>\x01"
-           "Cookie: secret\xFF"
-           "two\r\nlines\xFF"
-           "a\tb\nc\xFF"
-           "l");
-    QCOMPARE(d.rows(), (QStringList{"<b>c</b>|AT&T && <i>x</i>", "two  lines|a b c"}));
-    const auto& model = *d.list().model();
-    QCOMPARE(model.index(0, 1).data(Qt::ToolTipRole).toString(),
-             "<p>AT&amp;T &amp;&amp; &lt;i&gt;x&lt;/i&gt;<br>http://k/&lt;b&gt;</p>");
-    QCOMPARE(d.list().visualRect(model.index(1, 0)).height(),
-             d.list().visualRect(model.index(0, 0)).height());
-}
-
-void frmIntHostileTest::aCategoryForEachCameraIsSortedQuickly()
-{
-    QStringList cameras;
-    for (int i = 0; i < 100'000; ++i)
-        cameras << QString("%1 %2|n|%2")
-                       .arg(QString::number((i * 7919LL) % 100'000).rightJustified(5, '0'))
-                       .arg(i);
-    const QByteArray body = directoryBody(cameras);
-    ShownDirectory d;
-    QElapsedTimer clock;
-    clock.start();
-    d.find(body, "mnuOptDownIt(0)");
-    const auto elapsed = clock.elapsed();
-    QCOMPARE(d.list().model()->rowCount(), 100'000);
-    QVERIFY(d.rows().first().startsWith("00000 "));
-    QVERIFY(d.rows().last().startsWith("99999 "));
-    qInfo("100,000 in %lld ms", static_cast<long long>(elapsed));
-    QVERIFY2(elapsed < 4000 * Slower, qPrintable(QString::number(elapsed)));
-}
-
-void frmIntHostileTest::tenThousandAreQuick()
-{
-    ShownDirectory d;
-    d.server.play(httpAnswer(manyCameras(10'000)));
-    QStringList figures;
-    QElapsedTimer clock;
-    const auto lap = [&](const char* what) {
-        d.list().viewport()->repaint();
-        const auto elapsed = clock.restart();
-        figures << QString("%1 %2 ms").arg(what).arg(elapsed);
-        return elapsed;
-    };
-    clock.start();
-    d.query("mnuOptDownIt(0)");
-    const auto arrived = lap("arrive");
-    QCOMPARE(d.title(), "Finished [Found 10000 Cams]");
-    auto& bar = *d.list().verticalScrollBar();
-    QVERIFY(bar.maximum() > 9'000);
-    for (int step = 0; step <= 100; ++step) {
-        bar.setValue(bar.maximum() * step / 100);
-        d.list().viewport()->repaint();
+    void oddAnswers_data()
+    {
+        QTest::addColumn<QByteArray>("answer");
+        QTest::addColumn<QString>("title");
+        const auto row = [](const char* name, const QByteArray& answer, int found) {
+            QTest::newRow(name) << answer << QString("Finished [Found %1 Cams]").arg(found);
+        };
+        row("html", httpAnswer("<html><body>It works!</body></html>\r\n"), 0);
+        row("an error page", httpAnswer("<html>404</html>", {}, "404 Not Found"), 0);
+        row("an empty body", httpAnswer({}), 0);
+        row("nothing at all", {}, 0);
+        row("a status line", "HTTP/1.0 500 Oh no\r\n", 0);
+        row("two bytes", "ab", 0);
+        row("cut in the second camera's key's place",
+            httpAnswer(One + "\xFF"
+                             "b\xFF"
+                             "c"),
+            1);
+        row("cut in the first one", httpAnswer("Cities\xFFRome"), 0);
+        row("separators", httpAnswer(QByteArray(3000, '\xFF')), 1);
+        row("random bytes", httpAnswer(QByteArray("\x00\x01\x7F\x80\xFE\xC3\x28\n\r<%s%n", 15)), 0);
+        row("a camera of nothing but zeros", httpAnswer(QByteArray("\0\xFF\0\xFF\0", 5)), 1);
     }
-    const auto scrolled = lap("scroll 100 times");
-    d.press("cmdAll");
-    const auto checked = lap("select all");
-    QTest::keyClick(&d.list(), Qt::Key_End);
-    QCOMPARE(d.list().currentIndex().row(), 9'999);
-    QTest::keyClick(&d.list(), Qt::Key_Space);
-    d.press("cmdAdd");
-    figures << QString("add 9,999 %1 ms").arg(clock.restart());
-    QCOMPARE(d.imports.value(0).count('\xFF'), 3 * 9'999 - 1);
-    qInfo("10,000: %s", qPrintable(figures.join(", ")));
-    QVERIFY2(arrived < 1000 * Slower, qPrintable(figures.join(", ")));
-    QVERIFY2(scrolled < 3000 * Slower, qPrintable(figures.join(", ")));
-    QVERIFY2(checked < 500 * Slower, qPrintable(figures.join(", ")));
-}
+
+    void oddAnswers()
+    {
+        QFETCH(QByteArray, answer);
+        ShownDirectory d;
+        d.find("a\xFF"
+               "b\xFF"
+               "c\xFF"
+               "d\xFF"
+               "e\xFF"
+               "f");
+        if (answer.isEmpty())
+            d.server.play(Script{{}, Script::End::Close});
+        else
+            d.server.play(answer);
+        d.query("mnuOptDownIt(0)");
+        QTEST(d.title(), "title");
+        QCOMPARE(d.title(), QString("Finished [Found %1 Cams]").arg(d.rows().size()));
+        QVERIFY(d.entry("mnuOptNew").isEnabled());
+        d.press("cmdPre");
+        d.press("cmdAll");
+        QCOMPARE(d.previews.size(), d.rows().isEmpty() ? 0 : 1);
+    }
+
+    void anAnswerInManyPieces()
+    {
+        ShownDirectory d;
+        const QByteArray answer = httpAnswer(directoryBody({"A|b|c", "D|e|f"}));
+        Script script;
+        for (const char byte : answer)
+            script.pieces << QByteArray(1, byte);
+        d.server.play(script);
+        d.query("mnuOptNew");
+        QCOMPARE(d.title(), "Finished [Found 2 Cams]");
+        QCOMPARE(d.rows(), (QStringList{"A|b", "D|e"}));
+    }
+
+    void anAnswerThatBreaksOff()
+    {
+        ShownDirectory d;
+        d.server.play(httpAnswer(One + "\xFF"
+                                       "half"),
+                      Script::End::Abort);
+        d.query("mnuOptNew");
+        QVERIFY(d.entry("mnuOptNew").isEnabled());
+        QVERIFY(d.button("cmdAdd").isEnabled());
+    }
+
+    void aFloodIsABoundedList_data()
+    {
+        QTest::addColumn<QByteArray>("piece");
+        QTest::addColumn<int>("pieces");
+        QTest::addColumn<int>("rows");
+        QByteArray triples;
+        for (int i = 0; i < 200'000; ++i)
+            triples += "\xFF\xFF" + QByteArray::number(i, 36) + '\xFF';
+        QTest::newRow("100 MB of one field") << QByteArray(1'000'000, 'x') << 100 << 0;
+        QTest::newRow("100 MB of separators") << QByteArray(1'000'000, '\xFF') << 100 << 1;
+        QTest::newRow("100 MB of one camera")
+            << (One + '\xFF').repeated(1'000'000 / (One.size() + 1)) << 100 << 1;
+        QTest::newRow("tiny cameras") << triples << 1 << 100'000;
+        QTest::newRow("100 MB of tiny cameras")
+            << triples << 100'000'000 / int(triples.size()) << 100'000;
+    }
+
+    void aFloodIsABoundedList()
+    {
+        QFETCH(QByteArray, piece);
+        QFETCH(int, pieces);
+        QFETCH(int, rows);
+        ShownDirectory d;
+        Script script{{httpAnswer({})}, Script::End::Close};
+        script.pieces += QList<QByteArray>(pieces, piece);
+        d.server.play(script);
+        QElapsedTimer clock;
+        clock.start();
+        d.query("mnuOptDownIt(0)");
+        const auto elapsed = clock.elapsed();
+        QCOMPARE(d.title(), QString("Finished [Found %1 Cams]").arg(rows));
+        QCOMPARE(d.list().model()->rowCount(), rows);
+        QVERIFY2(elapsed < 10'000 * Slower, qPrintable(QString::number(elapsed)));
+        qInfo("%d rows in %lld ms", rows, static_cast<long long>(elapsed));
+    }
+
+    void hugeFieldsAreShownInPart()
+    {
+        ShownDirectory d;
+        const QByteArray huge(5'000'000, 'W');
+        QElapsedTimer clock;
+        clock.start();
+        d.find("c" + huge + '\xFF' + huge + "\xFFk" + huge +
+                   "\xFF"
+                   "b\xFF"
+                   "n\xFF"
+                   "k",
+               "mnuOptDownIt(0)");
+        d.list().viewport()->grab();
+        QVERIFY(d.list().model()->index(1, 1).data(Qt::ToolTipRole).toString().size() < 2'000);
+        const auto elapsed = clock.elapsed();
+        QCOMPARE(d.rows()[0], "b|n");
+        QVERIFY(d.rows()[1].size() <= 20'001);
+        QVERIFY2(elapsed < 2000 * Slower, qPrintable(QString::number(elapsed)));
+        // They are whole for all that.
+        QCOMPARE(d.key(1).size(), huge.size() + 1);
+        d.check(1);
+        d.press("cmdAdd");
+        QCOMPARE(d.imports.value(0).size(), 3 * huge.size() + 10);
+    }
+
+    void namesAreOneLineOfPlainText()
+    {
+        ShownDirectory d;
+        d.find("<b>c</b>\xFF"
+               "AT&T && <i>x</i>\xFF"
+               "k/<b>\x01"
+               "Cookie: secret\xFF"
+               "two\r\nlines\xFF"
+               "a\tb\nc\xFF"
+               "l");
+        QCOMPARE(d.rows(), (QStringList{"<b>c</b>|AT&T && <i>x</i>", "two  lines|a b c"}));
+        const auto& model = *d.list().model();
+        QCOMPARE(model.index(0, 1).data(Qt::ToolTipRole).toString(),
+                 "<p>AT&amp;T &amp;&amp; &lt;i&gt;x&lt;/i&gt;<br>http://k/&lt;b&gt;</p>");
+        QCOMPARE(d.list().visualRect(model.index(1, 0)).height(),
+                 d.list().visualRect(model.index(0, 0)).height());
+    }
+
+    void aCategoryForEachCameraIsSortedQuickly()
+    {
+        QStringList cameras;
+        for (int i = 0; i < 100'000; ++i)
+            cameras << QString("%1 %2|n|%2")
+                           .arg(QString::number((i * 7919LL) % 100'000).rightJustified(5, '0'))
+                           .arg(i);
+        const QByteArray body = directoryBody(cameras);
+        ShownDirectory d;
+        QElapsedTimer clock;
+        clock.start();
+        d.find(body, "mnuOptDownIt(0)");
+        const auto elapsed = clock.elapsed();
+        QCOMPARE(d.list().model()->rowCount(), 100'000);
+        QVERIFY(d.rows().first().startsWith("00000 "));
+        QVERIFY(d.rows().last().startsWith("99999 "));
+        qInfo("100,000 in %lld ms", static_cast<long long>(elapsed));
+        QVERIFY2(elapsed < 4000 * Slower, qPrintable(QString::number(elapsed)));
+    }
+
+    void tenThousandAreQuick()
+    {
+        ShownDirectory d;
+        d.server.play(httpAnswer(manyCameras(10'000)));
+        QStringList figures;
+        QElapsedTimer clock;
+        const auto lap = [&](const char* what) {
+            d.list().viewport()->repaint();
+            const auto elapsed = clock.restart();
+            figures << QString("%1 %2 ms").arg(what).arg(elapsed);
+            return elapsed;
+        };
+        clock.start();
+        d.query("mnuOptDownIt(0)");
+        const auto arrived = lap("arrive");
+        QCOMPARE(d.title(), "Finished [Found 10000 Cams]");
+        auto& bar = *d.list().verticalScrollBar();
+        QVERIFY(bar.maximum() > 9'000);
+        for (int step = 0; step <= 100; ++step) {
+            bar.setValue(bar.maximum() * step / 100);
+            d.list().viewport()->repaint();
+        }
+        const auto scrolled = lap("scroll 100 times");
+        d.press("cmdAll");
+        const auto checked = lap("select all");
+        QTest::keyClick(&d.list(), Qt::Key_End);
+        QCOMPARE(d.list().currentIndex().row(), 9'999);
+        QTest::keyClick(&d.list(), Qt::Key_Space);
+        d.press("cmdAdd");
+        figures << QString("add 9,999 %1 ms").arg(clock.restart());
+        QCOMPARE(d.imports.value(0).count('\xFF'), 3 * 9'999 - 1);
+        qInfo("10,000: %s", qPrintable(figures.join(", ")));
+        QVERIFY2(arrived < 1000 * Slower, qPrintable(figures.join(", ")));
+        QVERIFY2(scrolled < 3000 * Slower, qPrintable(figures.join(", ")));
+        QVERIFY2(checked < 500 * Slower, qPrintable(figures.join(", ")));
+    }
+};
 
 QTEST_MAIN(frmIntHostileTest)
 #include "tst_frmIntHostile.moc"

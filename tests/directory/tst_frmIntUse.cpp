@@ -39,213 +39,200 @@ class frmIntUseTest : public QObject
 {
     Q_OBJECT
 private slots:
-    void aClickOnABoxChecksIt();
-    void theSpaceBarChecksWhicheverColumnIsCurrent();
-    void theSpaceBarOnNothingDoesNothing();
-    void enterPreviews();
-    void enterStaysPreviewAfterAClick();
-    void typedLettersFindARow();
-    void escapeCloses();
-    void escapeInThePromptClosesThePromptOnly();
-    void theMenuOpensByItsAccessKey();
-    void tabGoesThroughInOrder();
-    void thePromptTakesWhatIsTyped();
-    void theWindowsPartsFollowItsSize();
-    void everyControlHasANameToBeSpoken();
-    void checkBoxesAreSeenOnADarkDesktop();
-};
-
-void frmIntUseTest::aClickOnABoxChecksIt()
-{
-    ShownDirectory d;
-    d.find(Three);
-    QTest::mouseClick(d.list().viewport(), Qt::LeftButton, {}, pointIn(d.list(), 1, 0));
-    QCOMPARE(d.rows(), (QStringList{"Sights|Tower", "[x] animals|Zoo", "Cities|Rome"}));
-    QTest::mouseClick(d.list().viewport(), Qt::LeftButton, {}, pointIn(d.list(), 1, 0));
-    QCOMPARE(d.rows()[1], "animals|Zoo");
-    // A click elsewhere in the row chooses it.
-    QTest::mouseClick(d.list().viewport(), Qt::LeftButton, {}, pointIn(d.list(), 2, 1));
-    QCOMPARE(d.rows()[2], "Cities|Rome");
-    QCOMPARE(d.list().currentIndex().row(), 2);
-    QVERIFY(d.list().selectionModel()->isRowSelected(2));
-    QVERIFY(!d.list().selectionModel()->isRowSelected(0));
-}
-
-void frmIntUseTest::theSpaceBarChecksWhicheverColumnIsCurrent()
-{
-    ShownDirectory d;
-    d.find(Three);
-    for (int column : {0, 1}) {
-        d.list().setCurrentIndex(d.list().model()->index(1, column));
-        QTest::keyClick(&d.list(), Qt::Key_Space);
-        QCOMPARE(d.rows()[1], "[x] animals|Zoo");
-        QTest::keyClick(&d.list(), Qt::Key_Space);
-        QCOMPARE(d.rows()[1], "animals|Zoo");
-    }
-}
-
-void frmIntUseTest::theSpaceBarOnNothingDoesNothing()
-{
-    ShownDirectory d;
-    QTest::keyClick(&d.list(), Qt::Key_Space);
-    d.find(Three);
-    QTest::keyClick(&d.list(), Qt::Key_Down);
-    QTest::keyClick(&d.list(), Qt::Key_Space);
-    QCOMPARE(d.rows()[1], "[x] animals|Zoo");
-}
-
-void frmIntUseTest::enterPreviews()
-{
-    ShownDirectory d;
-    d.find(Three);
-    QTest::keyClick(&d.list(), Qt::Key_Return);
-    QTest::keyClick(&d.list(), Qt::Key_Down);
-    QTest::keyClick(&d.list(), Qt::Key_Enter);
-    QCOMPARE(d.previews, (QStringList{"tower", "zoo"}));
-    QVERIFY(d.window->isVisible());
-}
-
-void frmIntUseTest::enterStaysPreviewAfterAClick()
-{
-    for (const char* name : {"cmdAll", "cmdNone", "cmdPre"}) {
+    void aClickOnABoxChecksIt()
+    {
         ShownDirectory d;
         d.find(Three);
-        QTest::mouseClick(&d.button(name), Qt::LeftButton);
-        const auto before = d.previews.size();
-        QVERIFY(d.list().hasFocus());
+        QTest::mouseClick(d.list().viewport(), Qt::LeftButton, {}, pointIn(d.list(), 1, 0));
+        QCOMPARE(d.rows(), (QStringList{"Sights|Tower", "[x] animals|Zoo", "Cities|Rome"}));
+        QTest::mouseClick(d.list().viewport(), Qt::LeftButton, {}, pointIn(d.list(), 1, 0));
+        QCOMPARE(d.rows()[1], "animals|Zoo");
+        // A click elsewhere in the row chooses it.
+        QTest::mouseClick(d.list().viewport(), Qt::LeftButton, {}, pointIn(d.list(), 2, 1));
+        QCOMPARE(d.rows()[2], "Cities|Rome");
+        QCOMPARE(d.list().currentIndex().row(), 2);
+        QVERIFY(d.list().selectionModel()->isRowSelected(2));
+        QVERIFY(!d.list().selectionModel()->isRowSelected(0));
+    }
+
+    void theSpaceBarChecksWhicheverColumnIsCurrent()
+    {
+        ShownDirectory d;
+        d.find(Three);
+        for (int column : {0, 1}) {
+            d.list().setCurrentIndex(d.list().model()->index(1, column));
+            QTest::keyClick(&d.list(), Qt::Key_Space);
+            QCOMPARE(d.rows()[1], "[x] animals|Zoo");
+            QTest::keyClick(&d.list(), Qt::Key_Space);
+            QCOMPARE(d.rows()[1], "animals|Zoo");
+        }
+    }
+
+    void theSpaceBarOnNothingDoesNothing()
+    {
+        ShownDirectory d;
+        QTest::keyClick(&d.list(), Qt::Key_Space);
+        d.find(Three);
+        QTest::keyClick(&d.list(), Qt::Key_Down);
+        QTest::keyClick(&d.list(), Qt::Key_Space);
+        QCOMPARE(d.rows()[1], "[x] animals|Zoo");
+    }
+
+    void enterPreviews()
+    {
+        ShownDirectory d;
+        d.find(Three);
         QTest::keyClick(&d.list(), Qt::Key_Return);
-        QVERIFY2(d.previews.size() == before + 1, name);
+        QTest::keyClick(&d.list(), Qt::Key_Down);
+        QTest::keyClick(&d.list(), Qt::Key_Enter);
+        QCOMPARE(d.previews, (QStringList{"tower", "zoo"}));
+        QVERIFY(d.window->isVisible());
     }
-}
 
-void frmIntUseTest::typedLettersFindARow()
-{
-    ShownDirectory d;
-    d.find(Three);
-    QTest::keyClicks(&d.list(), "ci");
-    QCOMPARE(d.list().currentIndex().row(), 2);
-}
-
-void frmIntUseTest::escapeCloses()
-{
-    const ShownDirectory d;
-    QTest::keyClick(&d.list(), Qt::Key_Escape);
-    QTRY_VERIFY(!d.window);
-}
-
-void frmIntUseTest::escapeInThePromptClosesThePromptOnly()
-{
-    const ShownDirectory d;
-    d.entry("mnuOptSearch").trigger();
-    auto* prompt = openDialog<QInputDialog>();
-    QVERIFY(prompt);
-    QTest::keyClick(prompt, Qt::Key_Escape);
-    QTRY_VERIFY(!d.window->findChild<QInputDialog*>());
-    QVERIFY(d.window->isVisible());
-    QCOMPARE(d.title(), "Internet List");
-}
-
-void frmIntUseTest::theMenuOpensByItsAccessKey()
-{
-    const ShownDirectory d;
-    auto* options = d.window->findChild<QMenu*>("mnuOpt");
-    QTest::keyClick(&d.list(), Qt::Key_O, Qt::AltModifier);
-    QTRY_VERIFY(options->isVisible());
-    QTest::keyClick(options, Qt::Key_Escape);
-    QTRY_VERIFY(!options->isVisible());
-    QVERIFY(d.window->isVisible());
-}
-
-void frmIntUseTest::tabGoesThroughInOrder()
-{
-    const ShownDirectory d;
-    QStringList order;
-    for (int i = 0; i < 6; ++i) {
-        order << QApplication::focusWidget()->objectName();
-        QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
+    void enterStaysPreviewAfterAClick()
+    {
+        for (const char* name : {"cmdAll", "cmdNone", "cmdPre"}) {
+            ShownDirectory d;
+            d.find(Three);
+            QTest::mouseClick(&d.button(name), Qt::LeftButton);
+            const auto before = d.previews.size();
+            QVERIFY(d.list().hasFocus());
+            QTest::keyClick(&d.list(), Qt::Key_Return);
+            QVERIFY2(d.previews.size() == before + 1, name);
+        }
     }
-    QCOMPARE(order, (QStringList{"lvwList", "cmdAll", "cmdNone", "cmdPre", "cmdAdd", "lvwList"}));
-}
 
-void frmIntUseTest::thePromptTakesWhatIsTyped()
-{
-    ShownDirectory d;
-    d.server.play(httpAnswer(Three));
-    d.entry("mnuOptSearch").trigger();
-    auto* prompt = openDialog<QInputDialog>();
-    QVERIFY(prompt);
-    auto* box = prompt->findChild<QLineEdit*>();
-    QTRY_VERIFY(box->hasFocus());
-    QTest::keyClicks(box, "old zoo");
-    QTest::keyClick(box, Qt::Key_Return);
-    QTRY_COMPARE(d.title(), "Finished [Found 3 Cams]");
-    QVERIFY(d.server.requests()[0].startsWith("GET /pevora/index.cgi?q=old zoo HTTP/1.0\r\n"));
-    QCOMPARE(d.previews.size(), 0);
-}
-
-void frmIntUseTest::theWindowsPartsFollowItsSize()
-{
-    const ShownDirectory d;
-    const QSize before = d.list().size();
-    const QPoint add = d.button("cmdAdd").pos();
-    const QSize asked = d.window->size() + QSize(120, 80);
-    d.window->resize(asked);
-    QTRY_COMPARE(d.list().size(), before + QSize(120, 80));
-    QCOMPARE(d.button("cmdAdd").pos(), add + QPoint(120, 80));
-    d.window->resize(1, 1);
-    QTRY_VERIFY(d.window->width() < asked.width());
-    // At the smallest everything still has its place.
-    const QRect inside = d.window->rect();
-    for (const char* name : {"cmdAll", "cmdNone", "cmdPre", "cmdAdd"})
-        QVERIFY2(inside.contains(d.button(name).geometry()), name);
-    QVERIFY(d.button("cmdNone").geometry().right() < d.button("cmdPre").geometry().left());
-    QVERIFY(d.list().height() >= 100);
-}
-
-void frmIntUseTest::everyControlHasANameToBeSpoken()
-{
-    ShownDirectory d;
-    d.find(Three);
-    d.check(1);
-    int spoken = 0;
-    for (auto* one : d.window->findChildren<QWidget*>()) {
-        if (one->focusPolicy() == Qt::NoFocus)
-            continue;
-        auto* interface = QAccessible::queryAccessibleInterface(one);
-        QVERIFY(interface);
-        QVERIFY2(!interface->text(QAccessible::Name).isEmpty(), qPrintable(one->objectName()));
-        ++spoken;
+    void typedLettersFindARow()
+    {
+        ShownDirectory d;
+        d.find(Three);
+        QTest::keyClicks(&d.list(), "ci");
+        QCOMPARE(d.list().currentIndex().row(), 2);
     }
-    QCOMPARE(spoken, 5);
-    auto* list = QAccessible::queryAccessibleInterface(&d.list());
-    QCOMPARE(list->text(QAccessible::Name), "Cameras");
-    auto* cell = list->tableInterface()->cellAt(1, 0);
-    QVERIFY(cell);
-    QCOMPARE(cell->text(QAccessible::Name), "animals");
-    QVERIFY(cell->state().checkable);
-    QVERIFY(cell->state().checked);
-    QVERIFY(!list->tableInterface()->cellAt(1, 1)->state().checkable);
-}
 
-void frmIntUseTest::checkBoxesAreSeenOnADarkDesktop()
-{
-    const QPalette before = QApplication::palette();
-    const auto restore = qScopeGuard([&] { QApplication::setPalette(before); });
-    QPalette dark(QColor(49, 54, 59));
-    dark.setColor(QPalette::Base, QColor(35, 38, 41));
-    dark.setColor(QPalette::Text, QColor(239, 240, 241));
-    QApplication::setPalette(dark);
-    ShownDirectory d;
-    d.find(Three);
-    const QRect row = d.list().visualRect(d.list().model()->index(1, 0));
-    // The left end of an unchecked row: nothing but the box.
-    const QImage picture =
-        d.list().viewport()->grab(QRect(row.topLeft(), QSize(16, row.height()))).toImage();
-    int brightest = 0;
-    for (int x = 0; x < picture.width(); ++x)
-        brightest = std::max(brightest, picture.pixelColor(x, picture.height() / 2).lightness());
-    QVERIFY2(brightest > 120, qPrintable(QString::number(brightest)));
-}
+    void escapeCloses()
+    {
+        const ShownDirectory d;
+        QTest::keyClick(&d.list(), Qt::Key_Escape);
+        QTRY_VERIFY(!d.window);
+    }
+
+    void escapeInThePromptClosesThePromptOnly()
+    {
+        const ShownDirectory d;
+        d.entry("mnuOptSearch").trigger();
+        auto* prompt = openDialog<QInputDialog>();
+        QVERIFY(prompt);
+        QTest::keyClick(prompt, Qt::Key_Escape);
+        QTRY_VERIFY(!d.window->findChild<QInputDialog*>());
+        QVERIFY(d.window->isVisible());
+        QCOMPARE(d.title(), "Internet List");
+    }
+
+    void theMenuOpensByItsAccessKey()
+    {
+        const ShownDirectory d;
+        auto* options = d.window->findChild<QMenu*>("mnuOpt");
+        QTest::keyClick(&d.list(), Qt::Key_O, Qt::AltModifier);
+        QTRY_VERIFY(options->isVisible());
+        QTest::keyClick(options, Qt::Key_Escape);
+        QTRY_VERIFY(!options->isVisible());
+        QVERIFY(d.window->isVisible());
+    }
+
+    void tabGoesThroughInOrder()
+    {
+        const ShownDirectory d;
+        QStringList order;
+        for (int i = 0; i < 6; ++i) {
+            order << QApplication::focusWidget()->objectName();
+            QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
+        }
+        QCOMPARE(order,
+                 (QStringList{"lvwList", "cmdAll", "cmdNone", "cmdPre", "cmdAdd", "lvwList"}));
+    }
+
+    void thePromptTakesWhatIsTyped()
+    {
+        ShownDirectory d;
+        d.server.play(httpAnswer(Three));
+        d.entry("mnuOptSearch").trigger();
+        auto* prompt = openDialog<QInputDialog>();
+        QVERIFY(prompt);
+        auto* box = prompt->findChild<QLineEdit*>();
+        QTRY_VERIFY(box->hasFocus());
+        QTest::keyClicks(box, "old zoo");
+        QTest::keyClick(box, Qt::Key_Return);
+        QTRY_COMPARE(d.title(), "Finished [Found 3 Cams]");
+        QVERIFY(d.server.requests()[0].startsWith("GET /pevora/index.cgi?q=old zoo HTTP/1.0\r\n"));
+        QCOMPARE(d.previews.size(), 0);
+    }
+
+    void theWindowsPartsFollowItsSize()
+    {
+        const ShownDirectory d;
+        const QSize before = d.list().size();
+        const QPoint add = d.button("cmdAdd").pos();
+        const QSize asked = d.window->size() + QSize(120, 80);
+        d.window->resize(asked);
+        QTRY_COMPARE(d.list().size(), before + QSize(120, 80));
+        QCOMPARE(d.button("cmdAdd").pos(), add + QPoint(120, 80));
+        d.window->resize(1, 1);
+        QTRY_VERIFY(d.window->width() < asked.width());
+        // At the smallest everything still has its place.
+        const QRect inside = d.window->rect();
+        for (const char* name : {"cmdAll", "cmdNone", "cmdPre", "cmdAdd"})
+            QVERIFY2(inside.contains(d.button(name).geometry()), name);
+        QVERIFY(d.button("cmdNone").geometry().right() < d.button("cmdPre").geometry().left());
+        QVERIFY(d.list().height() >= 100);
+    }
+
+    void everyControlHasANameToBeSpoken()
+    {
+        ShownDirectory d;
+        d.find(Three);
+        d.check(1);
+        int spoken = 0;
+        for (auto* one : d.window->findChildren<QWidget*>()) {
+            if (one->focusPolicy() == Qt::NoFocus)
+                continue;
+            auto* interface = QAccessible::queryAccessibleInterface(one);
+            QVERIFY(interface);
+            QVERIFY2(!interface->text(QAccessible::Name).isEmpty(), qPrintable(one->objectName()));
+            ++spoken;
+        }
+        QCOMPARE(spoken, 5);
+        auto* list = QAccessible::queryAccessibleInterface(&d.list());
+        QCOMPARE(list->text(QAccessible::Name), "Cameras");
+        auto* cell = list->tableInterface()->cellAt(1, 0);
+        QVERIFY(cell);
+        QCOMPARE(cell->text(QAccessible::Name), "animals");
+        QVERIFY(cell->state().checkable);
+        QVERIFY(cell->state().checked);
+        QVERIFY(!list->tableInterface()->cellAt(1, 1)->state().checkable);
+    }
+
+    void checkBoxesAreSeenOnADarkDesktop()
+    {
+        const QPalette before = QApplication::palette();
+        const auto restore = qScopeGuard([&] { QApplication::setPalette(before); });
+        QPalette dark(QColor(49, 54, 59));
+        dark.setColor(QPalette::Base, QColor(35, 38, 41));
+        dark.setColor(QPalette::Text, QColor(239, 240, 241));
+        QApplication::setPalette(dark);
+        ShownDirectory d;
+        d.find(Three);
+        const QRect row = d.list().visualRect(d.list().model()->index(1, 0));
+        // The left end of an unchecked row: nothing but the box.
+        const QImage picture =
+            d.list().viewport()->grab(QRect(row.topLeft(), QSize(16, row.height()))).toImage();
+        int brightest = 0;
+        for (int x = 0; x < picture.width(); ++x)
+            brightest =
+                std::max(brightest, picture.pixelColor(x, picture.height() / 2).lightness());
+        QVERIFY2(brightest > 120, qPrintable(QString::number(brightest)));
+    }
+};
 
 QTEST_MAIN(frmIntUseTest)
 #include "tst_frmIntUse.moc"

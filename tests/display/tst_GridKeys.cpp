@@ -4,66 +4,62 @@ class GridKeysTest : public QObject
 {
     Q_OBJECT
 private slots:
-    void keysLeadTo_data();
-    void keysLeadTo();
-    void keysNeverLeaveTheGrid();
-};
-
-void GridKeysTest::keysLeadTo_data()
-{
-    QTest::addColumn<int>("key");
-    QTest::addColumn<int>("from");
-    QTest::addColumn<int>("to");
-    // Eleven in rows of three: 0 1 2 / 3 4 5 / 6 7 8 / 9 10, two rows a page.
-    struct Row
+    void keysLeadTo_data()
     {
-        const char* what;
-        int key, from, to;
-    };
-    const Row rows[] = {
-        {"left", Qt::Key_Left, 4, 3},
-        {"left into the row above", Qt::Key_Left, 3, 2},
-        {"left of the first", Qt::Key_Left, 0, 0},
-        {"right into the row below", Qt::Key_Right, 5, 6},
-        {"right of the last", Qt::Key_Right, 10, 10},
-        {"up", Qt::Key_Up, 7, 4},
-        {"up from the first row", Qt::Key_Up, 1, 1},
-        {"down", Qt::Key_Down, 4, 7},
-        {"down where the last row is short", Qt::Key_Down, 8, 10},
-        {"down from the last row", Qt::Key_Down, 9, 9},
-        {"page up", Qt::Key_PageUp, 10, 4},
-        {"page up from the second row", Qt::Key_PageUp, 5, 2},
-        {"page down", Qt::Key_PageDown, 1, 7},
-        {"page down past the end", Qt::Key_PageDown, 6, 9},
-        {"home", Qt::Key_Home, 7, 0},
-        {"end", Qt::Key_End, 0, 10},
-        {"any other", Qt::Key_A, 4, -1},
-    };
-    for (const Row& row : rows)
-        QTest::newRow(row.what) << row.key << row.from << row.to;
-}
+        QTest::addColumn<int>("key");
+        QTest::addColumn<int>("from");
+        QTest::addColumn<int>("to");
+        // Eleven in rows of three: 0 1 2 / 3 4 5 / 6 7 8 / 9 10, two rows a page.
+        struct Row
+        {
+            const char* what;
+            int key, from, to;
+        };
+        const Row rows[] = {
+            {"left", Qt::Key_Left, 4, 3},
+            {"left into the row above", Qt::Key_Left, 3, 2},
+            {"left of the first", Qt::Key_Left, 0, 0},
+            {"right into the row below", Qt::Key_Right, 5, 6},
+            {"right of the last", Qt::Key_Right, 10, 10},
+            {"up", Qt::Key_Up, 7, 4},
+            {"up from the first row", Qt::Key_Up, 1, 1},
+            {"down", Qt::Key_Down, 4, 7},
+            {"down where the last row is short", Qt::Key_Down, 8, 10},
+            {"down from the last row", Qt::Key_Down, 9, 9},
+            {"page up", Qt::Key_PageUp, 10, 4},
+            {"page up from the second row", Qt::Key_PageUp, 5, 2},
+            {"page down", Qt::Key_PageDown, 1, 7},
+            {"page down past the end", Qt::Key_PageDown, 6, 9},
+            {"home", Qt::Key_Home, 7, 0},
+            {"end", Qt::Key_End, 0, 10},
+            {"any other", Qt::Key_A, 4, -1},
+        };
+        for (const Row& row : rows)
+            QTest::newRow(row.what) << row.key << row.from << row.to;
+    }
 
-void GridKeysTest::keysLeadTo()
-{
-    QFETCH(int, key);
-    QFETCH(int, from);
-    QTEST(gridKeyTarget(key, from, {11, 3, 2}), "to");
-}
+    void keysLeadTo()
+    {
+        QFETCH(int, key);
+        QFETCH(int, from);
+        QTEST(gridKeyTarget(key, from, {11, 3, 2}), "to");
+    }
 
-void GridKeysTest::keysNeverLeaveTheGrid()
-{
-    for (int key : {Qt::Key_Left, Qt::Key_Right, Qt::Key_Up, Qt::Key_Down, Qt::Key_PageUp,
-                    Qt::Key_PageDown, Qt::Key_Home, Qt::Key_End}) {
-        for (int count = 1; count < 8; ++count) {
-            for (int columns = 1; columns < 5; ++columns) {
-                for (int from = 0; from < count; ++from) {
-                    const int to = gridKeyTarget(key, from, {count, columns, 3});
-                    QVERIFY(to >= 0 && to < count);
+    void keysNeverLeaveTheGrid()
+    {
+        for (int key : {Qt::Key_Left, Qt::Key_Right, Qt::Key_Up, Qt::Key_Down, Qt::Key_PageUp,
+                        Qt::Key_PageDown, Qt::Key_Home, Qt::Key_End}) {
+            for (int count = 1; count < 8; ++count) {
+                for (int columns = 1; columns < 5; ++columns) {
+                    for (int from = 0; from < count; ++from) {
+                        const int to = gridKeyTarget(key, from, {count, columns, 3});
+                        QVERIFY(to >= 0 && to < count);
+                    }
                 }
             }
         }
     }
-}
+};
 
 QTEST_GUILESS_MAIN(GridKeysTest)
 #include "tst_GridKeys.moc"

@@ -6,71 +6,66 @@ class FileLockTest : public QObject
 {
     Q_OBJECT
 private slots:
-    void isHeldByOneAtATime();
-    void aKilledProcessHoldsNothing();
-    void isImpossibleWhereNoFileCanBe_data();
-    void isImpossibleWhereNoFileCanBe();
+    void isHeldByOneAtATime()
+    {
+        const QTemporaryDir folder;
+        const QString path = folder.filePath("lock");
+        auto first = std::make_unique<FileLock>();
+        FileLock second;
+        QCOMPARE(first->take(path), Result::Taken);
+        QCOMPARE(first->take(path), Result::Taken);
+        QCOMPARE(second.take(path), Result::HeldByAnother);
+        first->release();
+        QCOMPARE(second.take(path), Result::Taken);
+        QCOMPARE(first->take(path), Result::HeldByAnother);
+        second.release();
+        second.release();
+        QCOMPARE(first->take(path), Result::Taken);
+        first.reset();
+        QCOMPARE(second.take(path), Result::Taken);
+        QCOMPARE(QFile::permissions(path) & QFile::Permissions(0x077), QFile::Permissions());
+    }
+
+    void aKilledProcessHoldsNothing()
+    {
+        const QTemporaryDir folder;
+        const QString path = folder.filePath("lock");
+        QProcess other;
+        other.start("flock", {"--no-fork", path, "cat"});
+        QVERIFY(other.waitForStarted());
+        other.write("it runs\n");
+        QVERIFY(other.waitForReadyRead());
+        FileLock lock;
+        QCOMPARE(lock.take(path), Result::HeldByAnother);
+        other.kill();
+        QVERIFY(other.waitForFinished());
+        QVERIFY(QFileInfo::exists(path));
+        QCOMPARE(lock.take(path), Result::Taken);
+    }
+
+    void isImpossibleWhereNoFileCanBe_data()
+    {
+        QTest::addColumn<QString>("name");
+        QTest::newRow("no such folder") << "missing/lock";
+        QTest::newRow("a folder") << "folder";
+        QTest::newRow("a link to a file") << "link";
+        QTest::newRow("a dangling link") << "dangling";
+    }
+
+    void isImpossibleWhereNoFileCanBe()
+    {
+        QFETCH(QString, name);
+        const QTemporaryDir folder;
+        QVERIFY(QDir(folder.path()).mkdir("folder"));
+        QFile file(folder.filePath("file"));
+        QVERIFY(file.open(QIODevice::WriteOnly));
+        QVERIFY(QFile::link(folder.filePath("file"), folder.filePath("link")));
+        QVERIFY(QFile::link(folder.filePath("elsewhere"), folder.filePath("dangling")));
+        FileLock lock;
+        QCOMPARE(lock.take(folder.filePath(name)), Result::Impossible);
+        QVERIFY(!QFileInfo::exists(folder.filePath("elsewhere")));
+    }
 };
-
-void FileLockTest::isHeldByOneAtATime()
-{
-    const QTemporaryDir folder;
-    const QString path = folder.filePath("lock");
-    auto first = std::make_unique<FileLock>();
-    FileLock second;
-    QCOMPARE(first->take(path), Result::Taken);
-    QCOMPARE(first->take(path), Result::Taken);
-    QCOMPARE(second.take(path), Result::HeldByAnother);
-    first->release();
-    QCOMPARE(second.take(path), Result::Taken);
-    QCOMPARE(first->take(path), Result::HeldByAnother);
-    second.release();
-    second.release();
-    QCOMPARE(first->take(path), Result::Taken);
-    first.reset();
-    QCOMPARE(second.take(path), Result::Taken);
-    QCOMPARE(QFile::permissions(path) & QFile::Permissions(0x077), QFile::Permissions());
-}
-
-void FileLockTest::aKilledProcessHoldsNothing()
-{
-    const QTemporaryDir folder;
-    const QString path = folder.filePath("lock");
-    QProcess other;
-    other.start("flock", {"--no-fork", path, "cat"});
-    QVERIFY(other.waitForStarted());
-    other.write("it runs\n");
-    QVERIFY(other.waitForReadyRead());
-    FileLock lock;
-    QCOMPARE(lock.take(path), Result::HeldByAnother);
-    other.kill();
-    QVERIFY(other.waitForFinished());
-    QVERIFY(QFileInfo::exists(path));
-    QCOMPARE(lock.take(path), Result::Taken);
-}
-
-void FileLockTest::isImpossibleWhereNoFileCanBe_data()
-{
-    QTest::addColumn<QString>("name");
-    QTest::newRow("no such folder") << "missing/lock";
-    QTest::newRow("a folder") << "folder";
-    QTest::newRow("a link to a file") << "link";
-    QTest::newRow("a dangling link") << "dangling";
-}
-
-void FileLockTest::isImpossibleWhereNoFileCanBe()
-{
-    QFETCH(QString, name);
-    const QTemporaryDir folder;
-    QVERIFY(QDir(folder.path()).mkdir("folder"));
-    QFile file(folder.filePath("file"));
-    QVERIFY(file.open(QIODevice::WriteOnly));
-    QVERIFY(QFile::link(folder.filePath("file"), folder.filePath("link")));
-    QVERIFY(QFile::link(folder.filePath("elsewhere"), folder.filePath("dangling")));
-    FileLock lock;
-    QCOMPARE(lock.take(folder.filePath(name)), Result::Impossible);
-    QVERIFY(!QFileInfo::exists(folder.filePath("elsewhere")));
-}
 
 QTEST_GUILESS_MAIN(FileLockTest)
 #include "tst_FileLock.moc"

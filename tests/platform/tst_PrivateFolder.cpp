@@ -40,14 +40,125 @@ class PrivateFolderTest : public QObject
 {
     Q_OBJECT
 private slots:
-    void init();
-    void isMadeInTheRuntimeFolder();
-    void isUsedAgain();
-    void whatIsNotTheUsersOwnIsLeftAlone_data();
-    void whatIsNotTheUsersOwnIsLeftAlone();
-    void withoutARuntimeFolderItIsInTheUsersCache_data();
-    void withoutARuntimeFolderItIsInTheUsersCache();
-    void withoutAnyThereIsNone();
+    void init()
+    {
+        m_scratch = std::make_unique<QTemporaryDir>();
+        makeFolder(runtime(), 0700);
+        qputenv("XDG_RUNTIME_DIR", runtime().toLocal8Bit());
+        qputenv("XDG_CACHE_HOME", cache().toLocal8Bit());
+    }
+
+    void isMadeInTheRuntimeFolder()
+    {
+        QCOMPARE(privateFolder(), runtime("/pevora"));
+        QCOMPARE(modeOf(runtime("/pevora")), 0700U);
+        QVERIFY(!QFileInfo::exists(cache()));
+    }
+
+    void isUsedAgain()
+    {
+        makeFolder(runtime("/pevora"), 0700);
+        QFile file(runtime("/pevora/kept"));
+        QVERIFY(file.open(QIODevice::WriteOnly));
+        QCOMPARE(privateFolder(), runtime("/pevora"));
+        QVERIFY(file.exists());
+    }
+
+    void whatIsNotTheUsersOwnIsLeftAlone_data()
+    {
+        QTest::addColumn<Make>("make");
+        QTest::addColumn<bool>("needsRoot");
+        const auto row = [](const char* name, const Make& make, bool needsRoot = false) {
+            QTest::newRow(name) << make << needsRoot;
+        };
+        row("others look in", [](const QString& path) { makeFolder(path, 0755); });
+        row("the group writes", [](const QString& path) { makeFolder(path, 0770); });
+        row("the user has no right", [](const QString& path) { makeFolder(path, 0500); });
+        row("sticky", [](const QString& path) { makeFolder(path, 01700); });
+        row("a file", [](const QString& path) {
+            QFile file(path);
+            QVERIFY(file.open(QIODevice::WriteOnly));
+            setMode(path, 0700);
+        });
+        row("a link to a folder of the user's", [](const QString& path) {
+            makeFolder(path + "-elsewhere", 0700);
+            QVERIFY(QFile::link(path + "-elsewhere", path));
+        });
+        row("a dangling link",
+            [](const QString& path) { QVERIFY(QFile::link(path + "-elsewhere", path)); });
+        row(
+            "another user's",
+            [](const QString& path) {
+                makeFolder(path, 0700);
+                giveAway(path);
+            },
+            true);
+    }
+
+    void whatIsNotTheUsersOwnIsLeftAlone()
+    {
+        QFETCH(Make, make);
+        QFETCH(bool, needsRoot);
+        if (needsRoot && geteuid() != 0)
+            QSKIP("Only root can give a folder away.");
+        make(runtime("/pevora"));
+        const unsigned mode = modeOf(runtime("/pevora"));
+        QCOMPARE(privateFolder(), "");
+        QCOMPARE(modeOf(runtime("/pevora")), mode);
+        // Nor is there a second choice: the instances of one user must not part.
+        QVERIFY(!QFileInfo::exists(cache()));
+        QVERIFY(QDir(runtime("/pevora-elsewhere")).isEmpty());
+    }
+
+    void withoutARuntimeFolderItIsInTheUsersCache_data()
+    {
+        QTest::addColumn<QByteArray>("variable");
+        QTest::addColumn<int>("mode");
+        QTest::addColumn<bool>("isAnothers");
+        QTest::newRow("unset") << QByteArray() << 0700 << false;
+        QTest::newRow("empty") << QByteArray("") << 0700 << false;
+        QTest::newRow("relative") << QByteArray("run") << 0700 << false;
+        QTest::newRow("missing") << QByteArray("missing") << 0700 << false;
+        QTest::newRow("all write into it") << QByteArray("own") << 0777 << false;
+        QTest::newRow("as the temporary folder") << QByteArray("own") << 01777 << false;
+        QTest::newRow("the group writes into it") << QByteArray("own") << 0770 << false;
+        QTest::newRow("another user's") << QByteArray("own") << 0700 << true;
+    }
+
+    void withoutARuntimeFolderItIsInTheUsersCache()
+    {
+        QFETCH(QByteArray, variable);
+        QFETCH(int, mode);
+        QFETCH(bool, isAnothers);
+        if (variable.isNull())
+            qunsetenv("XDG_RUNTIME_DIR");
+        else if (variable == "missing")
+            qputenv("XDG_RUNTIME_DIR", runtime("-missing").toLocal8Bit());
+        else if (variable != "own")
+            qputenv("XDG_RUNTIME_DIR", variable);
+        // In which the relative one would be a folder of the user's.
+        const QString before = QDir::currentPath();
+        QVERIFY(QDir::setCurrent(m_scratch->path()));
+        const auto back = qScopeGuard([&] { QDir::setCurrent(before); });
+        setMode(runtime(), mode_t(mode));
+        if (isAnothers && geteuid() != 0)
+            QSKIP("Only root can give a folder away.");
+        if (isAnothers)
+            giveAway(runtime());
+        QCOMPARE(privateFolder(), cache("/pevora"));
+        QCOMPARE(modeOf(cache()), 0700U);
+        QCOMPARE(modeOf(cache("/pevora")), 0700U);
+        QVERIFY(!QFileInfo::exists(runtime("/pevora")));
+    }
+
+    void withoutAnyThereIsNone()
+    {
+        qunsetenv("XDG_RUNTIME_DIR");
+        makeFolder(cache(), 0777);
+        QCOMPARE(privateFolder(), "");
+        qputenv("XDG_CACHE_HOME", (m_scratch->path() + "/no/cache").toLocal8Bit());
+        QCOMPARE(privateFolder(), "");
+    }
 
 private:
     QString runtime(const QString& name = {}) const { return m_scratch->path() + "/run" + name; }
@@ -55,126 +166,6 @@ private:
 
     std::unique_ptr<QTemporaryDir> m_scratch;
 };
-
-void PrivateFolderTest::init()
-{
-    m_scratch = std::make_unique<QTemporaryDir>();
-    makeFolder(runtime(), 0700);
-    qputenv("XDG_RUNTIME_DIR", runtime().toLocal8Bit());
-    qputenv("XDG_CACHE_HOME", cache().toLocal8Bit());
-}
-
-void PrivateFolderTest::isMadeInTheRuntimeFolder()
-{
-    QCOMPARE(privateFolder(), runtime("/pevora"));
-    QCOMPARE(modeOf(runtime("/pevora")), 0700U);
-    QVERIFY(!QFileInfo::exists(cache()));
-}
-
-void PrivateFolderTest::isUsedAgain()
-{
-    makeFolder(runtime("/pevora"), 0700);
-    QFile file(runtime("/pevora/kept"));
-    QVERIFY(file.open(QIODevice::WriteOnly));
-    QCOMPARE(privateFolder(), runtime("/pevora"));
-    QVERIFY(file.exists());
-}
-
-void PrivateFolderTest::whatIsNotTheUsersOwnIsLeftAlone_data()
-{
-    QTest::addColumn<Make>("make");
-    QTest::addColumn<bool>("needsRoot");
-    const auto row = [](const char* name, const Make& make, bool needsRoot = false) {
-        QTest::newRow(name) << make << needsRoot;
-    };
-    row("others look in", [](const QString& path) { makeFolder(path, 0755); });
-    row("the group writes", [](const QString& path) { makeFolder(path, 0770); });
-    row("the user has no right", [](const QString& path) { makeFolder(path, 0500); });
-    row("sticky", [](const QString& path) { makeFolder(path, 01700); });
-    row("a file", [](const QString& path) {
-        QFile file(path);
-        QVERIFY(file.open(QIODevice::WriteOnly));
-        setMode(path, 0700);
-    });
-    row("a link to a folder of the user's", [](const QString& path) {
-        makeFolder(path + "-elsewhere", 0700);
-        QVERIFY(QFile::link(path + "-elsewhere", path));
-    });
-    row("a dangling link",
-        [](const QString& path) { QVERIFY(QFile::link(path + "-elsewhere", path)); });
-    row(
-        "another user's",
-        [](const QString& path) {
-            makeFolder(path, 0700);
-            giveAway(path);
-        },
-        true);
-}
-
-void PrivateFolderTest::whatIsNotTheUsersOwnIsLeftAlone()
-{
-    QFETCH(Make, make);
-    QFETCH(bool, needsRoot);
-    if (needsRoot && geteuid() != 0)
-        QSKIP("Only root can give a folder away.");
-    make(runtime("/pevora"));
-    const unsigned mode = modeOf(runtime("/pevora"));
-    QCOMPARE(privateFolder(), "");
-    QCOMPARE(modeOf(runtime("/pevora")), mode);
-    // Nor is there a second choice: the instances of one user must not part.
-    QVERIFY(!QFileInfo::exists(cache()));
-    QVERIFY(QDir(runtime("/pevora-elsewhere")).isEmpty());
-}
-
-void PrivateFolderTest::withoutARuntimeFolderItIsInTheUsersCache_data()
-{
-    QTest::addColumn<QByteArray>("variable");
-    QTest::addColumn<int>("mode");
-    QTest::addColumn<bool>("isAnothers");
-    QTest::newRow("unset") << QByteArray() << 0700 << false;
-    QTest::newRow("empty") << QByteArray("") << 0700 << false;
-    QTest::newRow("relative") << QByteArray("run") << 0700 << false;
-    QTest::newRow("missing") << QByteArray("missing") << 0700 << false;
-    QTest::newRow("all write into it") << QByteArray("own") << 0777 << false;
-    QTest::newRow("as the temporary folder") << QByteArray("own") << 01777 << false;
-    QTest::newRow("the group writes into it") << QByteArray("own") << 0770 << false;
-    QTest::newRow("another user's") << QByteArray("own") << 0700 << true;
-}
-
-void PrivateFolderTest::withoutARuntimeFolderItIsInTheUsersCache()
-{
-    QFETCH(QByteArray, variable);
-    QFETCH(int, mode);
-    QFETCH(bool, isAnothers);
-    if (variable.isNull())
-        qunsetenv("XDG_RUNTIME_DIR");
-    else if (variable == "missing")
-        qputenv("XDG_RUNTIME_DIR", runtime("-missing").toLocal8Bit());
-    else if (variable != "own")
-        qputenv("XDG_RUNTIME_DIR", variable);
-    // In which the relative one would be a folder of the user's.
-    const QString before = QDir::currentPath();
-    QVERIFY(QDir::setCurrent(m_scratch->path()));
-    const auto back = qScopeGuard([&] { QDir::setCurrent(before); });
-    setMode(runtime(), mode_t(mode));
-    if (isAnothers && geteuid() != 0)
-        QSKIP("Only root can give a folder away.");
-    if (isAnothers)
-        giveAway(runtime());
-    QCOMPARE(privateFolder(), cache("/pevora"));
-    QCOMPARE(modeOf(cache()), 0700U);
-    QCOMPARE(modeOf(cache("/pevora")), 0700U);
-    QVERIFY(!QFileInfo::exists(runtime("/pevora")));
-}
-
-void PrivateFolderTest::withoutAnyThereIsNone()
-{
-    qunsetenv("XDG_RUNTIME_DIR");
-    makeFolder(cache(), 0777);
-    QCOMPARE(privateFolder(), "");
-    qputenv("XDG_CACHE_HOME", (m_scratch->path() + "/no/cache").toLocal8Bit());
-    QCOMPARE(privateFolder(), "");
-}
 
 QTEST_GUILESS_MAIN(PrivateFolderTest)
 #include "tst_PrivateFolder.moc"

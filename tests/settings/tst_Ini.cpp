@@ -11,22 +11,210 @@ class IniTest : public QObject
 {
     Q_OBJECT
 private slots:
-    void init();
+    void init()
+    {
+        m_file = std::make_unique<ScratchFile>("pref.ini");
+        m_path = m_file->path();
+    }
+
     void cleanup() { FlushINI(); }
 
-    void keysAreWrittenInCapitalsAndFoundInAnySpelling();
-    void aValueReadsBackUpToItsLimit();
-    void whatIsNotThereIsEmpty();
-    void fileAndSectionAreCreated();
-    void removesAKey();
+    void keysAreWrittenInCapitalsAndFoundInAnySpelling()
+    {
+        WriteToINI("Favorites", "name[3]", "A camera", m_path);
+        QCOMPARE(GetFromINI("FAVORITES", "NAME[3]", m_path), QString("A camera"));
+        QCOMPARE(GetFromINI("favorites", "name[3]", m_path), QString("A camera"));
+        QVERIFY(FlushINI());
+        QCOMPARE(content(), QByteArray("[Favorites]\r\nNAME[3]=A camera\r\n"));
+        QCOMPARE(GetFromINI("FAVORITES", "Name[3]", m_path), QString("A camera"));
 
-    void aFileThatCannotBeReadIsEmptyAndNeverWritten_data();
-    void aFileThatCannotBeReadIsEmptyAndNeverWritten();
-    void aFileThatMustNotBeReadIsEmptyUntilItMay();
-    void aFileThatCannotBeWrittenStays();
-    void aFullDiskKeepsTheOldFile();
-    void garbageIsEmptyWithinASecond();
-    void aHugeFileIsEmptyWithinASecond();
+        setContent("[VIEW]\nlist=True\ntb = True\n");
+        WriteToINI("VIEW", "List", "False", m_path);
+        QVERIFY(FlushINI());
+        QCOMPARE(content(), QByteArray("[VIEW]\nLIST=False\r\ntb = True\n"));
+    }
+
+    void aValueReadsBackUpToItsLimit()
+    {
+        const QString x800(800, u'x');
+        WriteToINI("S", "K", x800, m_path);
+        QCOMPARE(GetFromINI("S", "K", m_path), x800.first(749));
+        // The file has all of it.
+        QVERIFY(FlushINI());
+        QCOMPARE(content(), "[S]\r\nK=" + QByteArray(800, 'x') + "\r\n");
+        WriteToINI("S", "K", x800.first(749), m_path);
+        QCOMPARE(GetFromINI("S", "K", m_path), x800.first(749));
+        // It counts characters: neither bytes nor halves of a surrogate pair.
+        const QString camera = u"\U0001F4F7"_s;
+        WriteToINI("S", "K", camera.repeated(800), m_path);
+        QCOMPARE(GetFromINI("S", "K", m_path), camera.repeated(749));
+        WriteToINI("S", "K", u"東"_s.repeated(749), m_path);
+        QCOMPARE(GetFromINI("S", "K", m_path), u"東"_s.repeated(749));
+    }
+
+    void whatIsNotThereIsEmpty()
+    {
+        QCOMPARE(GetFromINI("S", "K", m_path), QString());
+        QCOMPARE(GetFromINI("S", "K", m_file->folder() + "/none/pref.ini"), QString());
+        QCOMPARE(GetFromINI("S", "K", {}), QString());
+        setContent("[S]\r\nK=\r\n");
+        QCOMPARE(GetFromINI("S", "K", m_path), QString());
+        QCOMPARE(GetFromINI("S", "L", m_path), QString());
+        QCOMPARE(GetFromINI("T", "K", m_path), QString());
+        QCOMPARE(GetFromINI({}, {}, m_path), QString());
+        QVERIFY(FlushINI());
+        QCOMPARE(QDir(m_file->folder()).entryList(QDir::Files), QStringList("pref.ini"));
+    }
+
+    void fileAndSectionAreCreated()
+    {
+        WriteToINI("VIEW", "LIST", "True", m_path);
+        WriteToINI("FAVORITES", "COUNT", "0", m_path);
+        WriteToINI("VIEW", "TB", " ", m_path);
+        QVERIFY(FlushINI());
+        QCOMPARE(content(),
+                 QByteArray("[VIEW]\r\nLIST=True\r\nTB=\" \"\r\n[FAVORITES]\r\nCOUNT=0\r\n"));
+    }
+
+    void removesAKey()
+    {
+        setContent("[S]\na=1\nb=2\n");
+        RemoveFromINI("s", "A", m_path);
+        QCOMPARE(GetFromINI("S", "a", m_path), QString());
+        QVERIFY(FlushINI());
+        QCOMPARE(content(), QByteArray("[S]\nb=2\n"));
+        const FileStamp before = fileStamp(m_path);
+        RemoveFromINI("s", "A", m_path);
+        QVERIFY(FlushINI());
+        QVERIFY(fileStamp(m_path) == before);
+    }
+
+    void aFileThatCannotBeReadIsEmptyAndNeverWritten_data()
+    {
+        QTest::addColumn<QString>("what");
+        QTest::newRow("a folder") << "folder";
+        QTest::newRow("a pipe") << "pipe";
+        QTest::newRow("too long") << "long";
+        QTest::newRow("too many lines") << "lines";
+    }
+
+    void aFileThatCannotBeReadIsEmptyAndNeverWritten()
+    {
+        QFETCH(QString, what);
+        if (what == "folder") {
+            QVERIFY(QDir(m_file->folder()).mkdir("pref.ini"));
+        } else if (what == "pipe") {
+            QCOMPARE(QProcess::execute("mkfifo", {m_path}), 0);
+        } else {
+            setContent("[S]\nA=1\n" + QByteArray("b=\n").repeated(what == "lines" ? 1'000'000 : 0));
+            if (what == "long")
+                QVERIFY(QFile(m_path).resize(IniCache::MaxBytes + 1));
+        }
+        const FileStamp before = fileStamp(m_path);
+        QCOMPARE(GetFromINI("S", "A", m_path), QString());
+        WriteToINI("S", "A", "2", m_path);
+        RemoveFromINI("S", "A", m_path);
+        QCOMPARE(GetFromINI("S", "A", m_path), QString());
+        QVERIFY(FlushINI());
+        QVERIFY(fileStamp(m_path) == before);
+        // One byte less is an ini file like any other.
+        if (what == "long") {
+            QVERIFY(QFile(m_path).resize(IniCache::MaxBytes));
+            QCOMPARE(GetFromINI("S", "A", m_path), QString("1"));
+        }
+    }
+
+    void aFileThatMustNotBeReadIsEmptyUntilItMay()
+    {
+        if (!runsAgain()) {
+            QCOMPARE(runAgainAsOrdinaryUser("aFileThatMustNotBeReadIsEmptyUntilItMay"), "passed");
+            return;
+        }
+        setContent("[S]\nA=1\n");
+        QVERIFY(QFile::setPermissions(m_path, QFile::WriteOwner));
+        waitUntilSettled();
+        QCOMPARE(GetFromINI("S", "A", m_path), QString());
+        WriteToINI("S", "A", "2", m_path);
+        QCOMPARE(GetFromINI("S", "A", m_path), QString());
+        QVERIFY(FlushINI());
+        QVERIFY(QFile::setPermissions(m_path, QFile::ReadOwner | QFile::WriteOwner));
+        QCOMPARE(content(), QByteArray("[S]\nA=1\n"));
+        QCOMPARE(GetFromINI("S", "A", m_path), QString("1"));
+    }
+
+    void aFileThatCannotBeWrittenStays()
+    {
+        if (!runsAgain()) {
+            QCOMPARE(runAgainAsOrdinaryUser("aFileThatCannotBeWrittenStays"), "passed");
+            return;
+        }
+        const auto all = QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner;
+        setContent("[S]\nA=1\n");
+        QVERIFY(QFile::setPermissions(m_path, QFile::ReadOwner));
+        waitUntilSettled();
+        WriteToINI("S", "A", "2", m_path);
+        QVERIFY(!FlushINI());
+        QCOMPARE(content(), QByteArray("[S]\nA=1\n"));
+        QCOMPARE(GetFromINI("S", "A", m_path), QString("1"));
+
+        QVERIFY(QFile::setPermissions(m_path, QFile::ReadOwner | QFile::WriteOwner));
+        QVERIFY(QFile::setPermissions(m_file->folder(), QFile::ReadOwner | QFile::ExeOwner));
+        WriteToINI("S", "A", "2", m_path);
+        QVERIFY(!FlushINI());
+        QCOMPARE(content(), QByteArray("[S]\nA=1\n"));
+        // Nothing of that is left behind to be written later.
+        QVERIFY(QFile::setPermissions(m_file->folder(), all));
+        QVERIFY(FlushINI());
+        QCOMPARE(content(), QByteArray("[S]\nA=1\n"));
+        WriteToINI("S", "A", "3", m_path);
+        WriteToINI("S", "A", "3", m_file->folder() + "/none/pref.ini");
+        QVERIFY(!FlushINI());
+        QCOMPARE(content(), QByteArray("[S]\nA=3\r\n"));
+    }
+
+    void aFullDiskKeepsTheOldFile()
+    {
+        if (!runsAgain()) {
+            QCOMPARE(runAgainWithOwnMounts("aFullDiskKeepsTheOldFile"), "passed");
+            return;
+        }
+        QCOMPARE(mountSmallDisk(m_file->folder(), 64), "mounted");
+        const QByteArray old = "[S]\r\nA=" + QByteArray(3000, 'o') + "\r\n";
+        setContent(old);
+        QFile filler(m_file->folder() + "/filler");
+        QVERIFY(filler.open(QIODevice::WriteOnly | QIODevice::Unbuffered));
+        while (filler.write(QByteArray(4096, 'f')) == 4096) {
+        }
+        WriteToINI("S", "B", "1", m_path);
+        QCOMPARE(GetFromINI("S", "B", m_path), QString("1"));
+        QVERIFY(!FlushINI());
+        QCOMPARE(content(), old);
+        QCOMPARE(GetFromINI("S", "B", m_path), QString());
+    }
+
+    void garbageIsEmptyWithinASecond()
+    {
+        QByteArray bytes(IniCache::MaxBytes, Qt::Uninitialized);
+        QRandomGenerator random(1);
+        random.fillRange(reinterpret_cast<quint32*>(bytes.data()), bytes.size() / 4);
+        setContent(bytes);
+        QElapsedTimer timer;
+        timer.start();
+        QCOMPARE(GetFromINI("MAIN", "VIEW", m_path), QString());
+        const qint64 elapsed = timer.elapsed();
+        qInfo("32 MiB of garbage: %lld ms", elapsed);
+        QVERIFY(elapsed < 1000 * Slower);
+    }
+
+    void aHugeFileIsEmptyWithinASecond()
+    {
+        setContent("[MAIN]\nVIEW=x\n" + QByteArray("\0\xFF=[\n", 5).repeated(20'000'000));
+        QElapsedTimer timer;
+        timer.start();
+        for (int i = 0; i < 24; ++i)
+            QCOMPARE(GetFromINI("MAIN", "VIEW", m_path), QString());
+        QVERIFY(timer.elapsed() < 1000);
+    }
 
 private:
     QByteArray content() const { return m_file->content(); }
@@ -36,209 +224,6 @@ private:
     std::unique_ptr<ScratchFile> m_file;
     QString m_path;
 };
-
-void IniTest::init()
-{
-    m_file = std::make_unique<ScratchFile>("pref.ini");
-    m_path = m_file->path();
-}
-
-void IniTest::keysAreWrittenInCapitalsAndFoundInAnySpelling()
-{
-    WriteToINI("Favorites", "name[3]", "A camera", m_path);
-    QCOMPARE(GetFromINI("FAVORITES", "NAME[3]", m_path), QString("A camera"));
-    QCOMPARE(GetFromINI("favorites", "name[3]", m_path), QString("A camera"));
-    QVERIFY(FlushINI());
-    QCOMPARE(content(), QByteArray("[Favorites]\r\nNAME[3]=A camera\r\n"));
-    QCOMPARE(GetFromINI("FAVORITES", "Name[3]", m_path), QString("A camera"));
-
-    setContent("[VIEW]\nlist=True\ntb = True\n");
-    WriteToINI("VIEW", "List", "False", m_path);
-    QVERIFY(FlushINI());
-    QCOMPARE(content(), QByteArray("[VIEW]\nLIST=False\r\ntb = True\n"));
-}
-
-void IniTest::aValueReadsBackUpToItsLimit()
-{
-    const QString x800(800, u'x');
-    WriteToINI("S", "K", x800, m_path);
-    QCOMPARE(GetFromINI("S", "K", m_path), x800.first(749));
-    // The file has all of it.
-    QVERIFY(FlushINI());
-    QCOMPARE(content(), "[S]\r\nK=" + QByteArray(800, 'x') + "\r\n");
-    WriteToINI("S", "K", x800.first(749), m_path);
-    QCOMPARE(GetFromINI("S", "K", m_path), x800.first(749));
-    // It counts characters: neither bytes nor halves of a surrogate pair.
-    const QString camera = u"\U0001F4F7"_s;
-    WriteToINI("S", "K", camera.repeated(800), m_path);
-    QCOMPARE(GetFromINI("S", "K", m_path), camera.repeated(749));
-    WriteToINI("S", "K", u"東"_s.repeated(749), m_path);
-    QCOMPARE(GetFromINI("S", "K", m_path), u"東"_s.repeated(749));
-}
-
-void IniTest::whatIsNotThereIsEmpty()
-{
-    QCOMPARE(GetFromINI("S", "K", m_path), QString());
-    QCOMPARE(GetFromINI("S", "K", m_file->folder() + "/none/pref.ini"), QString());
-    QCOMPARE(GetFromINI("S", "K", {}), QString());
-    setContent("[S]\r\nK=\r\n");
-    QCOMPARE(GetFromINI("S", "K", m_path), QString());
-    QCOMPARE(GetFromINI("S", "L", m_path), QString());
-    QCOMPARE(GetFromINI("T", "K", m_path), QString());
-    QCOMPARE(GetFromINI({}, {}, m_path), QString());
-    QVERIFY(FlushINI());
-    QCOMPARE(QDir(m_file->folder()).entryList(QDir::Files), QStringList("pref.ini"));
-}
-
-void IniTest::fileAndSectionAreCreated()
-{
-    WriteToINI("VIEW", "LIST", "True", m_path);
-    WriteToINI("FAVORITES", "COUNT", "0", m_path);
-    WriteToINI("VIEW", "TB", " ", m_path);
-    QVERIFY(FlushINI());
-    QCOMPARE(content(),
-             QByteArray("[VIEW]\r\nLIST=True\r\nTB=\" \"\r\n[FAVORITES]\r\nCOUNT=0\r\n"));
-}
-
-void IniTest::removesAKey()
-{
-    setContent("[S]\na=1\nb=2\n");
-    RemoveFromINI("s", "A", m_path);
-    QCOMPARE(GetFromINI("S", "a", m_path), QString());
-    QVERIFY(FlushINI());
-    QCOMPARE(content(), QByteArray("[S]\nb=2\n"));
-    const FileStamp before = fileStamp(m_path);
-    RemoveFromINI("s", "A", m_path);
-    QVERIFY(FlushINI());
-    QVERIFY(fileStamp(m_path) == before);
-}
-
-void IniTest::aFileThatCannotBeReadIsEmptyAndNeverWritten_data()
-{
-    QTest::addColumn<QString>("what");
-    QTest::newRow("a folder") << "folder";
-    QTest::newRow("a pipe") << "pipe";
-    QTest::newRow("too long") << "long";
-    QTest::newRow("too many lines") << "lines";
-}
-
-void IniTest::aFileThatCannotBeReadIsEmptyAndNeverWritten()
-{
-    QFETCH(QString, what);
-    if (what == "folder") {
-        QVERIFY(QDir(m_file->folder()).mkdir("pref.ini"));
-    } else if (what == "pipe") {
-        QCOMPARE(QProcess::execute("mkfifo", {m_path}), 0);
-    } else {
-        setContent("[S]\nA=1\n" + QByteArray("b=\n").repeated(what == "lines" ? 1'000'000 : 0));
-        if (what == "long")
-            QVERIFY(QFile(m_path).resize(IniCache::MaxBytes + 1));
-    }
-    const FileStamp before = fileStamp(m_path);
-    QCOMPARE(GetFromINI("S", "A", m_path), QString());
-    WriteToINI("S", "A", "2", m_path);
-    RemoveFromINI("S", "A", m_path);
-    QCOMPARE(GetFromINI("S", "A", m_path), QString());
-    QVERIFY(FlushINI());
-    QVERIFY(fileStamp(m_path) == before);
-    // One byte less is an ini file like any other.
-    if (what == "long") {
-        QVERIFY(QFile(m_path).resize(IniCache::MaxBytes));
-        QCOMPARE(GetFromINI("S", "A", m_path), QString("1"));
-    }
-}
-
-void IniTest::aFileThatMustNotBeReadIsEmptyUntilItMay()
-{
-    if (!runsAgain()) {
-        QCOMPARE(runAgainAsOrdinaryUser("aFileThatMustNotBeReadIsEmptyUntilItMay"), "passed");
-        return;
-    }
-    setContent("[S]\nA=1\n");
-    QVERIFY(QFile::setPermissions(m_path, QFile::WriteOwner));
-    waitUntilSettled();
-    QCOMPARE(GetFromINI("S", "A", m_path), QString());
-    WriteToINI("S", "A", "2", m_path);
-    QCOMPARE(GetFromINI("S", "A", m_path), QString());
-    QVERIFY(FlushINI());
-    QVERIFY(QFile::setPermissions(m_path, QFile::ReadOwner | QFile::WriteOwner));
-    QCOMPARE(content(), QByteArray("[S]\nA=1\n"));
-    QCOMPARE(GetFromINI("S", "A", m_path), QString("1"));
-}
-
-void IniTest::aFileThatCannotBeWrittenStays()
-{
-    if (!runsAgain()) {
-        QCOMPARE(runAgainAsOrdinaryUser("aFileThatCannotBeWrittenStays"), "passed");
-        return;
-    }
-    const auto all = QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner;
-    setContent("[S]\nA=1\n");
-    QVERIFY(QFile::setPermissions(m_path, QFile::ReadOwner));
-    waitUntilSettled();
-    WriteToINI("S", "A", "2", m_path);
-    QVERIFY(!FlushINI());
-    QCOMPARE(content(), QByteArray("[S]\nA=1\n"));
-    QCOMPARE(GetFromINI("S", "A", m_path), QString("1"));
-
-    QVERIFY(QFile::setPermissions(m_path, QFile::ReadOwner | QFile::WriteOwner));
-    QVERIFY(QFile::setPermissions(m_file->folder(), QFile::ReadOwner | QFile::ExeOwner));
-    WriteToINI("S", "A", "2", m_path);
-    QVERIFY(!FlushINI());
-    QCOMPARE(content(), QByteArray("[S]\nA=1\n"));
-    // Nothing of that is left behind to be written later.
-    QVERIFY(QFile::setPermissions(m_file->folder(), all));
-    QVERIFY(FlushINI());
-    QCOMPARE(content(), QByteArray("[S]\nA=1\n"));
-    WriteToINI("S", "A", "3", m_path);
-    WriteToINI("S", "A", "3", m_file->folder() + "/none/pref.ini");
-    QVERIFY(!FlushINI());
-    QCOMPARE(content(), QByteArray("[S]\nA=3\r\n"));
-}
-
-void IniTest::aFullDiskKeepsTheOldFile()
-{
-    if (!runsAgain()) {
-        QCOMPARE(runAgainWithOwnMounts("aFullDiskKeepsTheOldFile"), "passed");
-        return;
-    }
-    QCOMPARE(mountSmallDisk(m_file->folder(), 64), "mounted");
-    const QByteArray old = "[S]\r\nA=" + QByteArray(3000, 'o') + "\r\n";
-    setContent(old);
-    QFile filler(m_file->folder() + "/filler");
-    QVERIFY(filler.open(QIODevice::WriteOnly | QIODevice::Unbuffered));
-    while (filler.write(QByteArray(4096, 'f')) == 4096) {
-    }
-    WriteToINI("S", "B", "1", m_path);
-    QCOMPARE(GetFromINI("S", "B", m_path), QString("1"));
-    QVERIFY(!FlushINI());
-    QCOMPARE(content(), old);
-    QCOMPARE(GetFromINI("S", "B", m_path), QString());
-}
-
-void IniTest::garbageIsEmptyWithinASecond()
-{
-    QByteArray bytes(IniCache::MaxBytes, Qt::Uninitialized);
-    QRandomGenerator random(1);
-    random.fillRange(reinterpret_cast<quint32*>(bytes.data()), bytes.size() / 4);
-    setContent(bytes);
-    QElapsedTimer timer;
-    timer.start();
-    QCOMPARE(GetFromINI("MAIN", "VIEW", m_path), QString());
-    const qint64 elapsed = timer.elapsed();
-    qInfo("32 MiB of garbage: %lld ms", elapsed);
-    QVERIFY(elapsed < 1000 * Slower);
-}
-
-void IniTest::aHugeFileIsEmptyWithinASecond()
-{
-    setContent("[MAIN]\nVIEW=x\n" + QByteArray("\0\xFF=[\n", 5).repeated(20'000'000));
-    QElapsedTimer timer;
-    timer.start();
-    for (int i = 0; i < 24; ++i)
-        QCOMPARE(GetFromINI("MAIN", "VIEW", m_path), QString());
-    QVERIFY(timer.elapsed() < 1000);
-}
 
 QTEST_GUILESS_MAIN(IniTest)
 #include "tst_Ini.moc"

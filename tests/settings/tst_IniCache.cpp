@@ -6,75 +6,12 @@
 #include "support/Slower.h"
 #include "support/TimeSeam.h"
 
-class IniCacheTest : public QObject
-{
-    Q_OBJECT
-private slots:
-    void init();
-    void cleanup() { FlushINI(); }
-
-    void manyWritesTouchTheDiskOnce();
-    void manyReadsTouchTheDiskOnce();
-    void everyWriteBeginsTheQuietAnew();
-    void aRunEndsByItselfAfterSomeQuiet();
-    void writingWhatIsThereLeavesTheFileAlone();
-    void twoSpellingsOfAPathAreOneFile();
-    void tenThousandFavouritesAreQuick();
-
-    void aReadNoticesAChangeFromOutside();
-    void aChangeWithinOneStepOfTheClockIsNoticed();
-    void anotherInstancesWriteBetweenTwoRunsIsKept();
-
-    void waitingEventsRunOnceBeforeAWriteReturns();
-    void writesInsideEventsDoNotPileUp();
-
-    void everythingIsOnTheDiskWhenTheApplicationEnds_data();
-    void everythingIsOnTheDiskWhenTheApplicationEnds();
-
-private:
-    QByteArray content() const { return m_file->content(); }
-    void setContent(const QByteArray& bytes) const { m_file->setContent(bytes); }
-    void waitUntilSettled() const { m_file->waitUntilSettled(); }
-
-    std::unique_ptr<ScratchFile> m_file;
-    QString m_path;
-};
-
 static Timer& flushTimer()
 {
     auto* cache = QCoreApplication::instance()->findChild<IniCache*>();
     if (!cache)
         qFatal("no cache");
     return timerOf(*cache, "tmrIniFlush");
-}
-
-void IniCacheTest::init()
-{
-    m_file = std::make_unique<ScratchFile>("pref.ini");
-    m_path = m_file->path();
-}
-
-void IniCacheTest::manyWritesTouchTheDiskOnce()
-{
-    setContent("[S]\r\nOLD=1\r\n");
-    const FileStamp before = fileStamp(m_path);
-    for (int i = 0; i < 500; ++i) {
-        const QString key = QString("KEY%1").arg(i);
-        WriteToINI("S", key, "value", m_path);
-        QCOMPARE(GetFromINI("S", key, m_path), QString("value"));
-        QVERIFY(fileStamp(m_path) == before);
-    }
-    QVERIFY(flushTimer().Enabled());
-    flushTimer().elapse();
-    const FileStamp after = fileStamp(m_path);
-    QVERIFY(after.inode != before.inode);
-    QVERIFY(content().startsWith("[S]\r\nOLD=1\r\nKEY0=value\r\nKEY1=value\r\n"));
-    QVERIFY(content().endsWith("KEY499=value\r\n"));
-    // That was the only time.
-    QVERIFY(!flushTimer().Enabled());
-    QVERIFY(FlushINI());
-    QVERIFY(fileStamp(m_path) == after);
-    QCOMPARE(GetFromINI("S", "KEY7", m_path), QString("value"));
 }
 
 /// The read calls of this process so far.
@@ -85,226 +22,6 @@ static int readCalls()
         return -1;
     const auto match = QRegularExpression("syscr: (\\d+)").match(file.readAll());
     return match.captured(1).toInt();
-}
-
-void IniCacheTest::manyReadsTouchTheDiskOnce()
-{
-    setContent("[S]\r\nKEY=value\r\n");
-    waitUntilSettled();
-    const int before = readCalls();
-    QVERIFY(before > 0);
-    for (int i = 0; i < 1000; ++i)
-        QCOMPARE(GetFromINI("S", "KEY", m_path), QString("value"));
-    const int calls = readCalls() - before;
-    QVERIFY2(calls < 20, qPrintable(QString::number(calls)));
-}
-
-void IniCacheTest::everyWriteBeginsTheQuietAnew()
-{
-    setContent("[S]\r\n");
-    const FileStamp before = fileStamp(m_path);
-    WriteToINI("S", "A", "0", m_path);
-    // Writes for longer than the quiet, none of them late: one run. On a busy machine a late one
-    // proves nothing, so the count begins anew.
-    QElapsedTimer inRow;
-    QElapsedTimer sinceLast;
-    inRow.start();
-    sinceLast.start();
-    bool written = false;
-    Timer writer("tmrWriter", 10, nullptr);
-    connect(&writer, &Timer::Tick, this, [&] {
-        if (sinceLast.restart() > IniCache::QuietMs / 2)
-            inRow.restart();
-        written = written || !(fileStamp(m_path) == before);
-        WriteToINI("S", "A", QString::number(inRow.elapsed()), m_path);
-    });
-    writer.setEnabled(true);
-    QTRY_VERIFY(written || inRow.elapsed() > 2 * IniCache::QuietMs);
-    writer.setEnabled(false);
-    QVERIFY(!written);
-}
-
-void IniCacheTest::aRunEndsByItselfAfterSomeQuiet()
-{
-    WriteToINI("S", "A", "1", m_path);
-    QVERIFY(!QFile::exists(m_path));
-    QCOMPARE(flushTimer().Interval(), 200);
-    QTRY_COMPARE(content(), QByteArray("[S]\r\nA=1\r\n"));
-    QVERIFY(!flushTimer().Enabled());
-}
-
-void IniCacheTest::writingWhatIsThereLeavesTheFileAlone()
-{
-    setContent("[S]\nA = 1\n");
-    const FileStamp before = fileStamp(m_path);
-    WriteToINI("S", "A", "1", m_path);
-    QVERIFY(FlushINI());
-    QVERIFY(fileStamp(m_path) == before);
-}
-
-void IniCacheTest::twoSpellingsOfAPathAreOneFile()
-{
-    WriteToINI("S", "A", "1", m_path);
-    QCOMPARE(GetFromINI("S", "A", m_file->folder() + "//x/../pref.ini"), QString("1"));
-    QCOMPARE(GetFromINI("S", "A", QDir().relativeFilePath(m_path)), QString("1"));
-}
-
-void IniCacheTest::tenThousandFavouritesAreQuick()
-{
-    // What a start and a shut-down do with them.
-    const int count = 10'000;
-    QElapsedTimer timer;
-    timer.start();
-    for (int i = 0; i < count; ++i) {
-        WriteToINI("FAVORITES", QString("NAME[%1]").arg(i), "Camera", m_path);
-        WriteToINI("FAVORITES", QString("URL[%1]").arg(i), "http://example.com/a.jpg", m_path);
-    }
-    WriteToINI("FAVORITES", "COUNT", QString::number(count), m_path);
-    QVERIFY(FlushINI());
-    const qint64 writing = timer.restart();
-    int right = 0;
-    for (int i = 0; i < GetFromINI("FAVORITES", "COUNT", m_path).toInt(); ++i) {
-        right += GetFromINI("FAVORITES", QString("NAME[%1]").arg(i), m_path) == "Camera";
-        right += GetFromINI("FAVORITES", QString("URL[%1]").arg(i), m_path).endsWith("/a.jpg");
-    }
-    const qint64 justWritten = timer.elapsed();
-    QCOMPARE(right, 2 * count);
-    waitUntilSettled();
-    timer.start();
-    for (int i = 0; i < count; ++i) {
-        right += !GetFromINI("FAVORITES", QString("NAME[%1]").arg(i), m_path).isEmpty();
-        right += !GetFromINI("FAVORITES", QString("URL[%1]").arg(i), m_path).isEmpty();
-    }
-    const qint64 reading = timer.restart();
-    QCOMPARE(right, 4 * count);
-    // Writing all of them once more, with nothing new in them.
-    for (int i = 0; i < count; ++i) {
-        WriteToINI("FAVORITES", QString("NAME[%1]").arg(i), "Camera", m_path);
-        WriteToINI("FAVORITES", QString("URL[%1]").arg(i), "http://example.com/a.jpg", m_path);
-    }
-    const qint64 again = timer.elapsed();
-    qInfo("10,000 favourites: written in %lld ms, read in %lld ms, in %lld ms just after they were "
-          "written, written again in %lld ms",
-          writing, reading, justWritten, again);
-    QVERIFY(writing + reading < 1000 * Slower);
-    QVERIFY(justWritten < 1000 * Slower);
-    QVERIFY(again < 1000 * Slower);
-}
-
-void IniCacheTest::aReadNoticesAChangeFromOutside()
-{
-    QCOMPARE(GetFromINI("S", "A", m_path), QString());
-    setContent("[S]\nA=1\n");
-    QCOMPARE(GetFromINI("S", "A", m_path), QString("1"));
-    // The same file, as long as before, in the same moment.
-    for (int i = 2; i < 10; ++i) {
-        setContent("[S]\nA=" + QByteArray::number(i) + "\n");
-        QCOMPARE(GetFromINI("S", "A", m_path), QString::number(i));
-    }
-    // Later, and with the old file's time.
-    waitUntilSettled();
-    QCOMPARE(GetFromINI("S", "A", m_path), QString("9"));
-    const QDateTime time = QFileInfo(m_path).lastModified();
-    {
-        QFile file(m_path);
-        QVERIFY(file.open(QIODevice::ReadWrite));
-        QVERIFY(file.seek(6));
-        QVERIFY(file.putChar('x'));
-        QVERIFY(file.flush());
-        QVERIFY(file.setFileTime(time, QFile::FileModificationTime));
-    }
-    QCOMPARE(GetFromINI("S", "A", m_path), QString("x"));
-    waitUntilSettled();
-    QCOMPARE(GetFromINI("S", "A", m_path), QString("x"));
-    QVERIFY(QFile::remove(m_path));
-    QCOMPARE(GetFromINI("S", "A", m_path), QString());
-}
-
-void IniCacheTest::aChangeWithinOneStepOfTheClockIsNoticed()
-{
-    if (!runsAgain()) {
-        QCOMPARE(runAgainWithOwnMounts("aChangeWithinOneStepOfTheClockIsNoticed"), "passed");
-        return;
-    }
-    QCOMPARE(mountCoarseClock(m_file->folder()), "mounted");
-    int sameStamp = 0;
-    FileStamp before;
-    for (int i = 100; i < 300; ++i) {
-        setContent("[S]\nA=" + QByteArray::number(i) + "\n");
-        const FileStamp stamp = fileStamp(m_path);
-        sameStamp += stamp == before;
-        before = stamp;
-        QCOMPARE(GetFromINI("S", "A", m_path), QString::number(i));
-    }
-    QVERIFY(sameStamp > 0); // or it was no test
-}
-
-void IniCacheTest::anotherInstancesWriteBetweenTwoRunsIsKept()
-{
-    WriteToINI("S", "MINE", "1", m_path);
-    QVERIFY(FlushINI());
-    setContent(content() + "THEIRS=2\r\n");
-    WriteToINI("S", "MINE", "3", m_path);
-    QCOMPARE(GetFromINI("S", "THEIRS", m_path), QString("2"));
-    QVERIFY(FlushINI());
-    QCOMPARE(content(), QByteArray("[S]\r\nMINE=3\r\nTHEIRS=2\r\n"));
-}
-
-void IniCacheTest::waitingEventsRunOnceBeforeAWriteReturns()
-{
-    int ran = 0;
-    std::function<void()> event = [&] {
-        ++ran;
-        if (ran < 100)
-            QMetaObject::invokeMethod(this, event, Qt::QueuedConnection);
-    };
-    QMetaObject::invokeMethod(this, event, Qt::QueuedConnection);
-    WriteToINI("S", "A", "1", m_path);
-    QVERIFY(ran >= 1);
-    QVERIFY(ran < 100);
-    ran = 100;
-    QCoreApplication::processEvents();
-}
-
-void IniCacheTest::writesInsideEventsDoNotPileUp()
-{
-    int depth = 0;
-    int deepest = 0;
-    int ran = 0;
-    std::function<void()> handler = [&] {
-        deepest = std::max(deepest, ++depth);
-        if (ran < 49) // something new waits while this one writes
-            QMetaObject::invokeMethod(this, handler, Qt::QueuedConnection);
-        WriteToINI("S", QString("K%1").arg(++ran), "1", m_path);
-        --depth;
-    };
-    QMetaObject::invokeMethod(this, handler, Qt::QueuedConnection);
-    WriteToINI("S", "A", "1", m_path);
-    QTRY_COMPARE(ran, 50);
-    // One event of the loop here, and one that its write let run.
-    QVERIFY2(deepest <= 2, qPrintable(QString::number(deepest)));
-    QVERIFY(FlushINI());
-    QCOMPARE(content().count("=1"), 51);
-}
-
-void IniCacheTest::everythingIsOnTheDiskWhenTheApplicationEnds_data()
-{
-    QTest::addColumn<QString>("how");
-    QTest::newRow("quit") << "quit";
-    QTest::newRow("application object gone") << "gone";
-    QTest::newRow("no application object") << "none";
-}
-
-void IniCacheTest::everythingIsOnTheDiskWhenTheApplicationEnds()
-{
-    QFETCH(QString, how);
-    QProcess process;
-    process.setProcessChannelMode(QProcess::MergedChannels);
-    process.start(QCoreApplication::applicationFilePath(), {"--write", how, m_path});
-    QVERIFY(process.waitForFinished());
-    QCOMPARE(process.exitCode(), 0);
-    QCOMPARE(process.readAll(), QByteArray());
-    QCOMPARE(content(), QByteArray("[S]\r\nA=1\r\nB=2\r\n"));
 }
 
 /// What the program of the test above does.
@@ -330,6 +47,271 @@ static int writeAndEnd(int argc, char* argv[])
     QCoreApplication::exec();
     return good && QFile::exists(path) ? 0 : 1;
 }
+
+class IniCacheTest : public QObject
+{
+    Q_OBJECT
+private slots:
+    void init()
+    {
+        m_file = std::make_unique<ScratchFile>("pref.ini");
+        m_path = m_file->path();
+    }
+
+    void cleanup() { FlushINI(); }
+
+    void manyWritesTouchTheDiskOnce()
+    {
+        setContent("[S]\r\nOLD=1\r\n");
+        const FileStamp before = fileStamp(m_path);
+        for (int i = 0; i < 500; ++i) {
+            const QString key = QString("KEY%1").arg(i);
+            WriteToINI("S", key, "value", m_path);
+            QCOMPARE(GetFromINI("S", key, m_path), QString("value"));
+            QVERIFY(fileStamp(m_path) == before);
+        }
+        QVERIFY(flushTimer().Enabled());
+        flushTimer().elapse();
+        const FileStamp after = fileStamp(m_path);
+        QVERIFY(after.inode != before.inode);
+        QVERIFY(content().startsWith("[S]\r\nOLD=1\r\nKEY0=value\r\nKEY1=value\r\n"));
+        QVERIFY(content().endsWith("KEY499=value\r\n"));
+        // That was the only time.
+        QVERIFY(!flushTimer().Enabled());
+        QVERIFY(FlushINI());
+        QVERIFY(fileStamp(m_path) == after);
+        QCOMPARE(GetFromINI("S", "KEY7", m_path), QString("value"));
+    }
+
+    void manyReadsTouchTheDiskOnce()
+    {
+        setContent("[S]\r\nKEY=value\r\n");
+        waitUntilSettled();
+        const int before = readCalls();
+        QVERIFY(before > 0);
+        for (int i = 0; i < 1000; ++i)
+            QCOMPARE(GetFromINI("S", "KEY", m_path), QString("value"));
+        const int calls = readCalls() - before;
+        QVERIFY2(calls < 20, qPrintable(QString::number(calls)));
+    }
+
+    void everyWriteBeginsTheQuietAnew()
+    {
+        setContent("[S]\r\n");
+        const FileStamp before = fileStamp(m_path);
+        WriteToINI("S", "A", "0", m_path);
+        // Writes for longer than the quiet, none of them late: one run. On a busy machine a late
+        // one proves nothing, so the count begins anew.
+        QElapsedTimer inRow;
+        QElapsedTimer sinceLast;
+        inRow.start();
+        sinceLast.start();
+        bool written = false;
+        Timer writer("tmrWriter", 10, nullptr);
+        connect(&writer, &Timer::Tick, this, [&] {
+            if (sinceLast.restart() > IniCache::QuietMs / 2)
+                inRow.restart();
+            written = written || !(fileStamp(m_path) == before);
+            WriteToINI("S", "A", QString::number(inRow.elapsed()), m_path);
+        });
+        writer.setEnabled(true);
+        QTRY_VERIFY(written || inRow.elapsed() > 2 * IniCache::QuietMs);
+        writer.setEnabled(false);
+        QVERIFY(!written);
+    }
+
+    void aRunEndsByItselfAfterSomeQuiet()
+    {
+        WriteToINI("S", "A", "1", m_path);
+        QVERIFY(!QFile::exists(m_path));
+        QCOMPARE(flushTimer().Interval(), 200);
+        QTRY_COMPARE(content(), QByteArray("[S]\r\nA=1\r\n"));
+        QVERIFY(!flushTimer().Enabled());
+    }
+
+    void writingWhatIsThereLeavesTheFileAlone()
+    {
+        setContent("[S]\nA = 1\n");
+        const FileStamp before = fileStamp(m_path);
+        WriteToINI("S", "A", "1", m_path);
+        QVERIFY(FlushINI());
+        QVERIFY(fileStamp(m_path) == before);
+    }
+
+    void twoSpellingsOfAPathAreOneFile()
+    {
+        WriteToINI("S", "A", "1", m_path);
+        QCOMPARE(GetFromINI("S", "A", m_file->folder() + "//x/../pref.ini"), QString("1"));
+        QCOMPARE(GetFromINI("S", "A", QDir().relativeFilePath(m_path)), QString("1"));
+    }
+
+    void tenThousandFavouritesAreQuick()
+    {
+        // What a start and a shut-down do with them.
+        const int count = 10'000;
+        QElapsedTimer timer;
+        timer.start();
+        for (int i = 0; i < count; ++i) {
+            WriteToINI("FAVORITES", QString("NAME[%1]").arg(i), "Camera", m_path);
+            WriteToINI("FAVORITES", QString("URL[%1]").arg(i), "http://example.com/a.jpg", m_path);
+        }
+        WriteToINI("FAVORITES", "COUNT", QString::number(count), m_path);
+        QVERIFY(FlushINI());
+        const qint64 writing = timer.restart();
+        int right = 0;
+        for (int i = 0; i < GetFromINI("FAVORITES", "COUNT", m_path).toInt(); ++i) {
+            right += GetFromINI("FAVORITES", QString("NAME[%1]").arg(i), m_path) == "Camera";
+            right += GetFromINI("FAVORITES", QString("URL[%1]").arg(i), m_path).endsWith("/a.jpg");
+        }
+        const qint64 justWritten = timer.elapsed();
+        QCOMPARE(right, 2 * count);
+        waitUntilSettled();
+        timer.start();
+        for (int i = 0; i < count; ++i) {
+            right += !GetFromINI("FAVORITES", QString("NAME[%1]").arg(i), m_path).isEmpty();
+            right += !GetFromINI("FAVORITES", QString("URL[%1]").arg(i), m_path).isEmpty();
+        }
+        const qint64 reading = timer.restart();
+        QCOMPARE(right, 4 * count);
+        // Writing all of them once more, with nothing new in them.
+        for (int i = 0; i < count; ++i) {
+            WriteToINI("FAVORITES", QString("NAME[%1]").arg(i), "Camera", m_path);
+            WriteToINI("FAVORITES", QString("URL[%1]").arg(i), "http://example.com/a.jpg", m_path);
+        }
+        const qint64 again = timer.elapsed();
+        qInfo("10,000 favourites: written in %lld ms, read in %lld ms, in %lld ms just after they "
+              "were "
+              "written, written again in %lld ms",
+              writing, reading, justWritten, again);
+        QVERIFY(writing + reading < 1000 * Slower);
+        QVERIFY(justWritten < 1000 * Slower);
+        QVERIFY(again < 1000 * Slower);
+    }
+
+    void aReadNoticesAChangeFromOutside()
+    {
+        QCOMPARE(GetFromINI("S", "A", m_path), QString());
+        setContent("[S]\nA=1\n");
+        QCOMPARE(GetFromINI("S", "A", m_path), QString("1"));
+        // The same file, as long as before, in the same moment.
+        for (int i = 2; i < 10; ++i) {
+            setContent("[S]\nA=" + QByteArray::number(i) + "\n");
+            QCOMPARE(GetFromINI("S", "A", m_path), QString::number(i));
+        }
+        // Later, and with the old file's time.
+        waitUntilSettled();
+        QCOMPARE(GetFromINI("S", "A", m_path), QString("9"));
+        const QDateTime time = QFileInfo(m_path).lastModified();
+        {
+            QFile file(m_path);
+            QVERIFY(file.open(QIODevice::ReadWrite));
+            QVERIFY(file.seek(6));
+            QVERIFY(file.putChar('x'));
+            QVERIFY(file.flush());
+            QVERIFY(file.setFileTime(time, QFile::FileModificationTime));
+        }
+        QCOMPARE(GetFromINI("S", "A", m_path), QString("x"));
+        waitUntilSettled();
+        QCOMPARE(GetFromINI("S", "A", m_path), QString("x"));
+        QVERIFY(QFile::remove(m_path));
+        QCOMPARE(GetFromINI("S", "A", m_path), QString());
+    }
+
+    void aChangeWithinOneStepOfTheClockIsNoticed()
+    {
+        if (!runsAgain()) {
+            QCOMPARE(runAgainWithOwnMounts("aChangeWithinOneStepOfTheClockIsNoticed"), "passed");
+            return;
+        }
+        QCOMPARE(mountCoarseClock(m_file->folder()), "mounted");
+        int sameStamp = 0;
+        FileStamp before;
+        for (int i = 100; i < 300; ++i) {
+            setContent("[S]\nA=" + QByteArray::number(i) + "\n");
+            const FileStamp stamp = fileStamp(m_path);
+            sameStamp += stamp == before;
+            before = stamp;
+            QCOMPARE(GetFromINI("S", "A", m_path), QString::number(i));
+        }
+        QVERIFY(sameStamp > 0); // or it was no test
+    }
+
+    void anotherInstancesWriteBetweenTwoRunsIsKept()
+    {
+        WriteToINI("S", "MINE", "1", m_path);
+        QVERIFY(FlushINI());
+        setContent(content() + "THEIRS=2\r\n");
+        WriteToINI("S", "MINE", "3", m_path);
+        QCOMPARE(GetFromINI("S", "THEIRS", m_path), QString("2"));
+        QVERIFY(FlushINI());
+        QCOMPARE(content(), QByteArray("[S]\r\nMINE=3\r\nTHEIRS=2\r\n"));
+    }
+
+    void waitingEventsRunOnceBeforeAWriteReturns()
+    {
+        int ran = 0;
+        std::function<void()> event = [&] {
+            ++ran;
+            if (ran < 100)
+                QMetaObject::invokeMethod(this, event, Qt::QueuedConnection);
+        };
+        QMetaObject::invokeMethod(this, event, Qt::QueuedConnection);
+        WriteToINI("S", "A", "1", m_path);
+        QVERIFY(ran >= 1);
+        QVERIFY(ran < 100);
+        ran = 100;
+        QCoreApplication::processEvents();
+    }
+
+    void writesInsideEventsDoNotPileUp()
+    {
+        int depth = 0;
+        int deepest = 0;
+        int ran = 0;
+        std::function<void()> handler = [&] {
+            deepest = std::max(deepest, ++depth);
+            if (ran < 49) // something new waits while this one writes
+                QMetaObject::invokeMethod(this, handler, Qt::QueuedConnection);
+            WriteToINI("S", QString("K%1").arg(++ran), "1", m_path);
+            --depth;
+        };
+        QMetaObject::invokeMethod(this, handler, Qt::QueuedConnection);
+        WriteToINI("S", "A", "1", m_path);
+        QTRY_COMPARE(ran, 50);
+        // One event of the loop here, and one that its write let run.
+        QVERIFY2(deepest <= 2, qPrintable(QString::number(deepest)));
+        QVERIFY(FlushINI());
+        QCOMPARE(content().count("=1"), 51);
+    }
+
+    void everythingIsOnTheDiskWhenTheApplicationEnds_data()
+    {
+        QTest::addColumn<QString>("how");
+        QTest::newRow("quit") << "quit";
+        QTest::newRow("application object gone") << "gone";
+        QTest::newRow("no application object") << "none";
+    }
+
+    void everythingIsOnTheDiskWhenTheApplicationEnds()
+    {
+        QFETCH(QString, how);
+        QProcess process;
+        process.setProcessChannelMode(QProcess::MergedChannels);
+        process.start(QCoreApplication::applicationFilePath(), {"--write", how, m_path});
+        QVERIFY(process.waitForFinished());
+        QCOMPARE(process.exitCode(), 0);
+        QCOMPARE(process.readAll(), QByteArray());
+        QCOMPARE(content(), QByteArray("[S]\r\nA=1\r\nB=2\r\n"));
+    }
+
+private:
+    QByteArray content() const { return m_file->content(); }
+    void setContent(const QByteArray& bytes) const { m_file->setContent(bytes); }
+    void waitUntilSettled() const { m_file->waitUntilSettled(); }
+
+    std::unique_ptr<ScratchFile> m_file;
+    QString m_path;
+};
 
 int main(int argc, char* argv[])
 {

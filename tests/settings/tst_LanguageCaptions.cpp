@@ -81,15 +81,114 @@ class LanguageCaptionsTest : public QObject
     Q_OBJECT
 private slots:
     void init() { m_folder = std::make_unique<QTemporaryDir>(); }
-    void everyControlOfTheTableTakesItsKey();
-    void oneKeyLeavesTheOthersAtTheirDefaults();
-    void anEmptyValueIsTheDefault();
-    void anUnreadableFileIsTheDefaultEverywhere();
-    void ampersandsAreShown();
-    void markupIsShown();
-    void aControlThatIsNotThereIsSkipped();
-    void aCaptionOfAnOldFileAndOfAUtf8File();
-    void otherControlsKeepTheirCaptions();
+
+    void everyControlOfTheTableTakesItsKey()
+    {
+        QCOMPARE(captionTable().size(), std::size_t(24));
+        QByteArray bytes = "[Main]\n";
+        QSet<QString> controls;
+        for (const CaptionRow& row : captionTable()) {
+            bytes += row.key.toUtf8() + "= <" + row.key.toUtf8() + "> \n";
+            controls.insert(row.control.toString());
+        }
+        QCOMPARE(controls.size(), 24);
+        Form form;
+        ApplyLanguageCaptions(form, file(bytes));
+        for (const CaptionRow& row : captionTable())
+            QCOMPARE(form.caption(row.control.toString()), '<' + row.key.toString() + '>');
+        // LIST stands in the menu and beside the list.
+        QCOMPARE(form.caption("mnuViewList"), QString("<LIST>"));
+        QCOMPARE(form.caption("opt(1)"), QString("<LIST>"));
+    }
+
+    void oneKeyLeavesTheOthersAtTheirDefaults()
+    {
+        Form form;
+        ApplyLanguageCaptions(form, file("[MAIN]\r\nVIEW=Ansicht\r\n"));
+        QCOMPARE(form.caption("mnuView"), QString("Ansicht"));
+        QCOMPARE(form.caption("mnuOpt"), QString("Options"));
+        QCOMPARE(form.caption("mnuOptOnTop"), QString("Always On Top"));
+        QCOMPARE(form.caption("lbl(0)"), QString("Category"));
+        QCOMPARE(form.caption("lbl(2)"), QString("Name"));
+        QCOMPARE(form.caption("mnuViewTb"), QString("ToolBar"));
+        for (const CaptionRow& row : captionTable()) {
+            if (row.key != u"VIEW")
+                QCOMPARE(form.caption(row.control.toString()), row.defaultCaption.toString());
+        }
+    }
+
+    void anEmptyValueIsTheDefault()
+    {
+        Form form;
+        ApplyLanguageCaptions(form, file("[MAIN]\r\nEXTRA=\r\nADDINT=\"\"\r\nEXIT=\" \"\r\n"));
+        QCOMPARE(form.caption("lbl(3)"), QString("Extra Header (ie: Cookie)"));
+        QCOMPARE(form.caption("chkAdd"), QString("Add to internet database."));
+        QCOMPARE(form.caption("mnuOptExit"), QString(" "));
+    }
+
+    void anUnreadableFileIsTheDefaultEverywhere()
+    {
+        Form form;
+        ApplyLanguageCaptions(form, m_folder->path());
+        for (const CaptionRow& row : captionTable())
+            QCOMPARE(form.caption(row.control.toString()), row.defaultCaption.toString());
+    }
+
+    void ampersandsAreShown()
+    {
+        Form form;
+        QLineEdit box;
+        form.findChild<QLabel*>("lbl(3)")->setBuddy(&box);
+        ApplyLanguageCaptions(
+            form, file("[MAIN]\nVIEW=AT&T\nEXIT=&Quit\nBADDIT=A&&B\nNAME=AT&T\nEXTRA=AT&T\n"));
+        QCOMPARE(form.caption("mnuView"), QString("AT&&T"));
+        QCOMPARE(form.caption("mnuOptExit"), QString("&&Quit"));
+        QCOMPARE(form.caption("cmdAdd"), QString("A&&&&B"));
+        // In a label only one with a buddy has a mnemonic.
+        QCOMPARE(form.caption("lbl(2)"), QString("AT&T"));
+        QCOMPARE(form.caption("lbl(3)"), QString("AT&&T"));
+        QVERIFY(form.findChild<QPushButton*>("cmdAdd")->shortcut().isEmpty());
+        QVERIFY(QKeySequence::mnemonic(form.caption("mnuView")).isEmpty());
+    }
+
+    void markupIsShown()
+    {
+        Form form;
+        ApplyLanguageCaptions(form, file("[MAIN]\nNAME=<b>Name</b>\n"));
+        QCOMPARE(form.caption("lbl(2)"), QString("<b>Name</b>"));
+        QCOMPARE(form.findChild<QLabel*>("lbl(2)")->textFormat(), Qt::PlainText);
+    }
+
+    void aControlThatIsNotThereIsSkipped()
+    {
+        Form form;
+        delete form.findChild<QWidget*>("cmdAdd");
+        delete form.findChild<QMenu*>("mnuFav");
+        ApplyLanguageCaptions(form, file("[MAIN]\nADDINT=last\nBADDIT=x\nFAV=x\nMANFAV=x\n"));
+        QCOMPARE(form.caption("chkAdd"), QString("last"));
+        QObject nothing;
+        ApplyLanguageCaptions(nothing, file("[MAIN]\nVIEW=x\n"));
+    }
+
+    void aCaptionOfAnOldFileAndOfAUtf8File()
+    {
+        Form form;
+        ApplyLanguageCaptions(form,
+                              file("[MAIN]\r\nHELP=\xDC\x62\x65r\r\nABOUT=\xC3\x9C\x62\x65r\r\n"));
+        QCOMPARE(form.caption("mnuHelp"), u"Über"_s);
+        QCOMPARE(form.caption("mnuHelpAb"), u"Über"_s);
+    }
+
+    void otherControlsKeepTheirCaptions()
+    {
+        Form form;
+        ApplyLanguageCaptions(form, file("[MAIN]\nCATEGORY=x\nTRAY=x\nOSIZE=x\nURL=x\n"));
+        for (const char* name : {"mnuViewTray", "mnuViewOSize", "lbl(1)", "mnuFavGo(0)"})
+            QCOMPARE(form.caption(name), QString("design"));
+        QCOMPARE(form.windowTitle(), QString("Pevora"));
+        QCOMPARE(form.m_ofOtherWindow->text(), QString("design"));
+        QCOMPARE(form.caption("lbl(0)"), QString("x"));
+    }
 
 private:
     QString file(const QByteArray& bytes)
@@ -101,114 +200,6 @@ private:
     }
     std::unique_ptr<QTemporaryDir> m_folder;
 };
-
-void LanguageCaptionsTest::everyControlOfTheTableTakesItsKey()
-{
-    QCOMPARE(captionTable().size(), std::size_t(24));
-    QByteArray bytes = "[Main]\n";
-    QSet<QString> controls;
-    for (const CaptionRow& row : captionTable()) {
-        bytes += row.key.toUtf8() + "= <" + row.key.toUtf8() + "> \n";
-        controls.insert(row.control.toString());
-    }
-    QCOMPARE(controls.size(), 24);
-    Form form;
-    ApplyLanguageCaptions(form, file(bytes));
-    for (const CaptionRow& row : captionTable())
-        QCOMPARE(form.caption(row.control.toString()), '<' + row.key.toString() + '>');
-    // LIST stands in the menu and beside the list.
-    QCOMPARE(form.caption("mnuViewList"), QString("<LIST>"));
-    QCOMPARE(form.caption("opt(1)"), QString("<LIST>"));
-}
-
-void LanguageCaptionsTest::oneKeyLeavesTheOthersAtTheirDefaults()
-{
-    Form form;
-    ApplyLanguageCaptions(form, file("[MAIN]\r\nVIEW=Ansicht\r\n"));
-    QCOMPARE(form.caption("mnuView"), QString("Ansicht"));
-    QCOMPARE(form.caption("mnuOpt"), QString("Options"));
-    QCOMPARE(form.caption("mnuOptOnTop"), QString("Always On Top"));
-    QCOMPARE(form.caption("lbl(0)"), QString("Category"));
-    QCOMPARE(form.caption("lbl(2)"), QString("Name"));
-    QCOMPARE(form.caption("mnuViewTb"), QString("ToolBar"));
-    for (const CaptionRow& row : captionTable()) {
-        if (row.key != u"VIEW")
-            QCOMPARE(form.caption(row.control.toString()), row.defaultCaption.toString());
-    }
-}
-
-void LanguageCaptionsTest::anEmptyValueIsTheDefault()
-{
-    Form form;
-    ApplyLanguageCaptions(form, file("[MAIN]\r\nEXTRA=\r\nADDINT=\"\"\r\nEXIT=\" \"\r\n"));
-    QCOMPARE(form.caption("lbl(3)"), QString("Extra Header (ie: Cookie)"));
-    QCOMPARE(form.caption("chkAdd"), QString("Add to internet database."));
-    QCOMPARE(form.caption("mnuOptExit"), QString(" "));
-}
-
-void LanguageCaptionsTest::anUnreadableFileIsTheDefaultEverywhere()
-{
-    Form form;
-    ApplyLanguageCaptions(form, m_folder->path());
-    for (const CaptionRow& row : captionTable())
-        QCOMPARE(form.caption(row.control.toString()), row.defaultCaption.toString());
-}
-
-void LanguageCaptionsTest::ampersandsAreShown()
-{
-    Form form;
-    QLineEdit box;
-    form.findChild<QLabel*>("lbl(3)")->setBuddy(&box);
-    ApplyLanguageCaptions(
-        form, file("[MAIN]\nVIEW=AT&T\nEXIT=&Quit\nBADDIT=A&&B\nNAME=AT&T\nEXTRA=AT&T\n"));
-    QCOMPARE(form.caption("mnuView"), QString("AT&&T"));
-    QCOMPARE(form.caption("mnuOptExit"), QString("&&Quit"));
-    QCOMPARE(form.caption("cmdAdd"), QString("A&&&&B"));
-    // In a label only one with a buddy has a mnemonic.
-    QCOMPARE(form.caption("lbl(2)"), QString("AT&T"));
-    QCOMPARE(form.caption("lbl(3)"), QString("AT&&T"));
-    QVERIFY(form.findChild<QPushButton*>("cmdAdd")->shortcut().isEmpty());
-    QVERIFY(QKeySequence::mnemonic(form.caption("mnuView")).isEmpty());
-}
-
-void LanguageCaptionsTest::markupIsShown()
-{
-    Form form;
-    ApplyLanguageCaptions(form, file("[MAIN]\nNAME=<b>Name</b>\n"));
-    QCOMPARE(form.caption("lbl(2)"), QString("<b>Name</b>"));
-    QCOMPARE(form.findChild<QLabel*>("lbl(2)")->textFormat(), Qt::PlainText);
-}
-
-void LanguageCaptionsTest::aControlThatIsNotThereIsSkipped()
-{
-    Form form;
-    delete form.findChild<QWidget*>("cmdAdd");
-    delete form.findChild<QMenu*>("mnuFav");
-    ApplyLanguageCaptions(form, file("[MAIN]\nADDINT=last\nBADDIT=x\nFAV=x\nMANFAV=x\n"));
-    QCOMPARE(form.caption("chkAdd"), QString("last"));
-    QObject nothing;
-    ApplyLanguageCaptions(nothing, file("[MAIN]\nVIEW=x\n"));
-}
-
-void LanguageCaptionsTest::aCaptionOfAnOldFileAndOfAUtf8File()
-{
-    Form form;
-    ApplyLanguageCaptions(form,
-                          file("[MAIN]\r\nHELP=\xDC\x62\x65r\r\nABOUT=\xC3\x9C\x62\x65r\r\n"));
-    QCOMPARE(form.caption("mnuHelp"), u"Über"_s);
-    QCOMPARE(form.caption("mnuHelpAb"), u"Über"_s);
-}
-
-void LanguageCaptionsTest::otherControlsKeepTheirCaptions()
-{
-    Form form;
-    ApplyLanguageCaptions(form, file("[MAIN]\nCATEGORY=x\nTRAY=x\nOSIZE=x\nURL=x\n"));
-    for (const char* name : {"mnuViewTray", "mnuViewOSize", "lbl(1)", "mnuFavGo(0)"})
-        QCOMPARE(form.caption(name), QString("design"));
-    QCOMPARE(form.windowTitle(), QString("Pevora"));
-    QCOMPARE(form.m_ofOtherWindow->text(), QString("design"));
-    QCOMPARE(form.caption("lbl(0)"), QString("x"));
-}
 
 QTEST_MAIN(LanguageCaptionsTest)
 #include "tst_LanguageCaptions.moc"

@@ -56,183 +56,177 @@ class LanguagesTest : public QObject
 {
     Q_OBJECT
 private slots:
-    void theLanguagesOfTheProgramAreThere();
+    void theLanguagesOfTheProgramAreThere()
+    {
+        for (const char* language : {"de", "es", "fr"})
+            QVERIFY2(!content(language).isEmpty(), language);
+        // Only folders, one for each language.
+        QCOMPARE(QDir(LanguagesFolder).entryList(QDir::Files), QStringList());
+    }
+
     void aFileHasEveryKeyOnceInTheOrderOfTheTable_data() { languages(); }
-    void aFileHasEveryKeyOnceInTheOrderOfTheTable();
+
+    void aFileHasEveryKeyOnceInTheOrderOfTheTable()
+    {
+        QFETCH(QString, language);
+        QCOMPARE(QDir(LanguagesFolder + '/' + language)
+                     .entryList(QDir::AllEntries | QDir::NoDotAndDotDot),
+                 QStringList("lan.ini"));
+        QVERIFY(content(language).contains("[MAIN]\n"));
+        QStringList keys;
+        for (const QString& line : keyLines(language)) {
+            QVERIFY2(line.contains('='), qPrintable(line));
+            keys << line.section('=', 0, 0);
+        }
+        QCOMPARE(keys, tableKeys());
+        QCOMPARE(CountKeysInINI("MAIN", LanguagesFolder + '/' + language + "/lan.ini"),
+                 keys.size());
+    }
+
     void everyValueIsACaption_data() { languages(); }
-    void everyValueIsACaption();
+
+    void everyValueIsACaption()
+    {
+        QFETCH(QString, language);
+        const QString path = LanguagesFolder + '/' + language + "/lan.ini";
+        QStringDecoder decoder(QStringDecoder::Utf8);
+        const QString text = decoder(content(language));
+        QVERIFY(!decoder.hasError());
+        QVERIFY(!text.contains(QChar::ReplacementCharacter));
+        QStringList menuBar;
+        for (const QString& line : keyLines(language)) {
+            QVERIFY2(!isEncodedTwice(line), qPrintable(line));
+            const QString key = line.section('=', 0, 0);
+            const QString value = line.section('=', 1);
+            QVERIFY2(!value.isEmpty() && value == value.trimmed(), qPrintable(line));
+            QVERIFY2(value.size() <= 749, qPrintable(key));
+            // What the program reads is what stands there: nothing cut, no quotes lost.
+            QCOMPARE(GetFromINI("MAIN", key, path), value);
+            if (QStringList{"OPTION", "FAV", "VIEW", "HELP"}.contains(key))
+                menuBar << value;
+        }
+        // Otherwise two menus could not be told apart.
+        QCOMPARE(QSet<QString>(menuBar.begin(), menuBar.end()).size(), 4);
+    }
+
     void theAddPanelHasRoomForItsCaptions_data() { languages(); }
-    void theAddPanelHasRoomForItsCaptions();
-    void accentsReadRight_data();
-    void accentsReadRight();
-    void theWindowSpeaksTheLanguage_data() { languages(); }
-    void theWindowSpeaksTheLanguage();
-    void captionsInAnyScriptShow_data();
-    void captionsInAnyScriptShow();
 
-private:
-    static void languages();
-};
-
-void LanguagesTest::languages()
-{
-    QTest::addColumn<QString>("language");
-    for (const QString& folder : QDir(LanguagesFolder).entryList(QDir::Dirs | QDir::NoDotAndDotDot))
-        QTest::newRow(qPrintable(folder)) << folder;
-}
-
-void LanguagesTest::theLanguagesOfTheProgramAreThere()
-{
-    for (const char* language : {"de", "es", "fr"})
-        QVERIFY2(!content(language).isEmpty(), language);
-    // Only folders, one for each language.
-    QCOMPARE(QDir(LanguagesFolder).entryList(QDir::Files), QStringList());
-}
-
-void LanguagesTest::aFileHasEveryKeyOnceInTheOrderOfTheTable()
-{
-    QFETCH(QString, language);
-    QCOMPARE(
-        QDir(LanguagesFolder + '/' + language).entryList(QDir::AllEntries | QDir::NoDotAndDotDot),
-        QStringList("lan.ini"));
-    QVERIFY(content(language).contains("[MAIN]\n"));
-    QStringList keys;
-    for (const QString& line : keyLines(language)) {
-        QVERIFY2(line.contains('='), qPrintable(line));
-        keys << line.section('=', 0, 0);
-    }
-    QCOMPARE(keys, tableKeys());
-    QCOMPARE(CountKeysInINI("MAIN", LanguagesFolder + '/' + language + "/lan.ini"), keys.size());
-}
-
-void LanguagesTest::everyValueIsACaption()
-{
-    QFETCH(QString, language);
-    const QString path = LanguagesFolder + '/' + language + "/lan.ini";
-    QStringDecoder decoder(QStringDecoder::Utf8);
-    const QString text = decoder(content(language));
-    QVERIFY(!decoder.hasError());
-    QVERIFY(!text.contains(QChar::ReplacementCharacter));
-    QStringList menuBar;
-    for (const QString& line : keyLines(language)) {
-        QVERIFY2(!isEncodedTwice(line), qPrintable(line));
-        const QString key = line.section('=', 0, 0);
-        const QString value = line.section('=', 1);
-        QVERIFY2(!value.isEmpty() && value == value.trimmed(), qPrintable(line));
-        QVERIFY2(value.size() <= 749, qPrintable(key));
-        // What the program reads is what stands there: nothing cut, no quotes lost.
-        QCOMPARE(GetFromINI("MAIN", key, path), value);
-        if (QStringList{"OPTION", "FAV", "VIEW", "HELP"}.contains(key))
-            menuBar << value;
-    }
-    // Otherwise two menus could not be told apart.
-    QCOMPARE(QSet<QString>(menuBar.begin(), menuBar.end()).size(), 4);
-}
-
-void LanguagesTest::theAddPanelHasRoomForItsCaptions()
-{
-    QFETCH(QString, language);
-    // The panel is as wide as the list: 3300 twips. The option buttons share that.
-    constexpr int PanelWidth = 220;
-    constexpr int Mark = 24;
-    const QMap<QString, int> room{{"BADD", PanelWidth / 2 - Mark},
-                                  {"LIST", PanelWidth / 2 - Mark},
-                                  {"BADDIT", PanelWidth - Mark},
-                                  {"CATEGORY", PanelWidth},
-                                  {"NAME", PanelWidth},
-                                  {"EXTRA", PanelWidth},
-                                  {"ADDINT", PanelWidth - Mark}};
-    const QFontMetrics metrics(QApplication::font());
-    const QString path = LanguagesFolder + '/' + language + "/lan.ini";
-    for (const auto& [key, width] : room.asKeyValueRange()) {
-        const QString caption = GetFromINI("MAIN", key, path);
-        const int needed = metrics.horizontalAdvance(caption);
-        QVERIFY2(needed <= width, qPrintable(QString("%1: %2").arg(caption).arg(needed)));
-    }
-}
-
-void LanguagesTest::accentsReadRight_data()
-{
-    QTest::addColumn<QString>("language");
-    QTest::addColumn<QString>("key");
-    QTest::addColumn<QString>("caption");
-    QTest::newRow("de, capital") << "de"
-                                 << "ABOUT" << u"Über Pevora"_s;
-    QTest::newRow("de") << "de"
-                        << "BADD" << u"Hinzufügen"_s;
-    QTest::newRow("fr, capital") << "fr"
-                                 << "ABOUT" << u"À propos de Pevora"_s;
-    QTest::newRow("fr") << "fr"
-                        << "MANFAV" << u"Gérer les favoris"_s;
-    QTest::newRow("fr, apostrophe") << "fr"
-                                    << "VTB" << u"Barre d\u2019outils"_s;
-    QTest::newRow("es, tilde") << "es"
-                               << "BADD" << u"Añadir"_s;
-    QTest::newRow("es") << "es"
-                        << "VNEW" << u"Solo imágenes nuevas"_s;
-}
-
-void LanguagesTest::accentsReadRight()
-{
-    QFETCH(QString, language);
-    QFETCH(QString, key);
-    QFETCH(QString, caption);
-    QVERIFY(keyLines(language).contains(key + '=' + caption));
-    QCOMPARE(GetFromINI("MAIN", key, LanguagesFolder + '/' + language + "/lan.ini"), caption);
-}
-
-void LanguagesTest::theWindowSpeaksTheLanguage()
-{
-    QFETCH(QString, language);
-    ShownMain m;
-    m.write("lan.ini", content(language));
-    const QString path = m.path("lan.ini");
-    int seen = 0;
-    QSet<QString> accessKeys;
-    for (const CaptionRow& row : captionTable()) {
-        const QString caption = GetFromINI("MAIN", row.key.toString(), path);
-        if (const auto* menu = m.made().findChild<QMenu*>(row.control.toString())) {
-            QCOMPARE(shownText(menu->title()), caption);
-            const QString accessKey = QKeySequence::mnemonic(menu->title()).toString();
-            QVERIFY2(!accessKey.isEmpty(), qPrintable(caption));
-            accessKeys.insert(accessKey);
-            ++seen;
-        } else if (row.control.startsWith(u"mnu")) {
-            QCOMPARE(shownText(m.entry(row.control.toString()).text()), caption);
-            ++seen;
+    void theAddPanelHasRoomForItsCaptions()
+    {
+        QFETCH(QString, language);
+        // The panel is as wide as the list: 3300 twips. The option buttons share that.
+        constexpr int PanelWidth = 220;
+        constexpr int Mark = 24;
+        const QMap<QString, int> room{{"BADD", PanelWidth / 2 - Mark},
+                                      {"LIST", PanelWidth / 2 - Mark},
+                                      {"BADDIT", PanelWidth - Mark},
+                                      {"CATEGORY", PanelWidth},
+                                      {"NAME", PanelWidth},
+                                      {"EXTRA", PanelWidth},
+                                      {"ADDINT", PanelWidth - Mark}};
+        const QFontMetrics metrics(QApplication::font());
+        const QString path = LanguagesFolder + '/' + language + "/lan.ini";
+        for (const auto& [key, width] : room.asKeyValueRange()) {
+            const QString caption = GetFromINI("MAIN", key, path);
+            const int needed = metrics.horizontalAdvance(caption);
+            QVERIFY2(needed <= width, qPrintable(QString("%1: %2").arg(caption).arg(needed)));
         }
     }
-    QCOMPARE(seen, 17);
-    QCOMPARE(accessKeys.size(), 4);
-}
 
-void LanguagesTest::captionsInAnyScriptShow_data()
-{
-    QTest::addColumn<QString>("view");
-    QTest::addColumn<QString>("about");
-    QTest::newRow("Greek") << u"Προβολή"_s << u"Πληροφορίες"_s;
-    QTest::newRow("Cyrillic") << u"Вид"_s << u"О программе"_s;
-    QTest::newRow("Hebrew") << u"תצוגה"_s << u"אודות"_s;
-    QTest::newRow("Japanese") << u"表示"_s << u"このソフトについて"_s;
-}
+    void accentsReadRight_data()
+    {
+        QTest::addColumn<QString>("language");
+        QTest::addColumn<QString>("key");
+        QTest::addColumn<QString>("caption");
+        QTest::newRow("de, capital") << "de"
+                                     << "ABOUT" << u"Über Pevora"_s;
+        QTest::newRow("de") << "de"
+                            << "BADD" << u"Hinzufügen"_s;
+        QTest::newRow("fr, capital") << "fr"
+                                     << "ABOUT" << u"À propos de Pevora"_s;
+        QTest::newRow("fr") << "fr"
+                            << "MANFAV" << u"Gérer les favoris"_s;
+        QTest::newRow("fr, apostrophe") << "fr"
+                                        << "VTB" << u"Barre d\u2019outils"_s;
+        QTest::newRow("es, tilde") << "es"
+                                   << "BADD" << u"Añadir"_s;
+        QTest::newRow("es") << "es"
+                            << "VNEW" << u"Solo imágenes nuevas"_s;
+    }
 
-void LanguagesTest::captionsInAnyScriptShow()
-{
-    QFETCH(QString, view);
-    QFETCH(QString, about);
-    ShownMain m;
-    m.write("lan.ini", ("[MAIN]\r\nVIEW=" + view + "\r\nABOUT=" + about + "\r\n").toUtf8());
-    m.shown();
-    const auto& menu = m.part<QMenu>("mnuView");
-    QCOMPARE(shownText(menu.title()), view);
-    QCOMPARE(shownText(m.entry("mnuHelpAb").text()), about);
-    // It has room in the bar, and a letter of its own script opens it.
-    const QRect place = m.made().menuBar()->actionGeometry(menu.menuAction());
-    QVERIFY(place.width() >= QFontMetrics(m.made().menuBar()->font()).horizontalAdvance(view));
-    const QString accessKey = QKeySequence::mnemonic(menu.title()).toString();
-    QVERIFY2(!accessKey.isEmpty(), qPrintable(menu.title()));
-    QVERIFY(view.contains(accessKey.right(1), Qt::CaseInsensitive));
-}
+    void accentsReadRight()
+    {
+        QFETCH(QString, language);
+        QFETCH(QString, key);
+        QFETCH(QString, caption);
+        QVERIFY(keyLines(language).contains(key + '=' + caption));
+        QCOMPARE(GetFromINI("MAIN", key, LanguagesFolder + '/' + language + "/lan.ini"), caption);
+    }
+
+    void theWindowSpeaksTheLanguage_data() { languages(); }
+
+    void theWindowSpeaksTheLanguage()
+    {
+        QFETCH(QString, language);
+        ShownMain m;
+        m.write("lan.ini", content(language));
+        const QString path = m.path("lan.ini");
+        int seen = 0;
+        QSet<QString> accessKeys;
+        for (const CaptionRow& row : captionTable()) {
+            const QString caption = GetFromINI("MAIN", row.key.toString(), path);
+            if (const auto* menu = m.made().findChild<QMenu*>(row.control.toString())) {
+                QCOMPARE(shownText(menu->title()), caption);
+                const QString accessKey = QKeySequence::mnemonic(menu->title()).toString();
+                QVERIFY2(!accessKey.isEmpty(), qPrintable(caption));
+                accessKeys.insert(accessKey);
+                ++seen;
+            } else if (row.control.startsWith(u"mnu")) {
+                QCOMPARE(shownText(m.entry(row.control.toString()).text()), caption);
+                ++seen;
+            }
+        }
+        QCOMPARE(seen, 17);
+        QCOMPARE(accessKeys.size(), 4);
+    }
+
+    void captionsInAnyScriptShow_data()
+    {
+        QTest::addColumn<QString>("view");
+        QTest::addColumn<QString>("about");
+        QTest::newRow("Greek") << u"Προβολή"_s << u"Πληροφορίες"_s;
+        QTest::newRow("Cyrillic") << u"Вид"_s << u"О программе"_s;
+        QTest::newRow("Hebrew") << u"תצוגה"_s << u"אודות"_s;
+        QTest::newRow("Japanese") << u"表示"_s << u"このソフトについて"_s;
+    }
+
+    void captionsInAnyScriptShow()
+    {
+        QFETCH(QString, view);
+        QFETCH(QString, about);
+        ShownMain m;
+        m.write("lan.ini", ("[MAIN]\r\nVIEW=" + view + "\r\nABOUT=" + about + "\r\n").toUtf8());
+        m.shown();
+        const auto& menu = m.part<QMenu>("mnuView");
+        QCOMPARE(shownText(menu.title()), view);
+        QCOMPARE(shownText(m.entry("mnuHelpAb").text()), about);
+        // It has room in the bar, and a letter of its own script opens it.
+        const QRect place = m.made().menuBar()->actionGeometry(menu.menuAction());
+        QVERIFY(place.width() >= QFontMetrics(m.made().menuBar()->font()).horizontalAdvance(view));
+        const QString accessKey = QKeySequence::mnemonic(menu.title()).toString();
+        QVERIFY2(!accessKey.isEmpty(), qPrintable(menu.title()));
+        QVERIFY(view.contains(accessKey.right(1), Qt::CaseInsensitive));
+    }
+
+private:
+    static void languages()
+    {
+        QTest::addColumn<QString>("language");
+        for (const QString& folder :
+             QDir(LanguagesFolder).entryList(QDir::Dirs | QDir::NoDotAndDotDot))
+            QTest::newRow(qPrintable(folder)) << folder;
+    }
+};
 
 QTEST_MAIN(LanguagesTest)
 #include "tst_Languages.moc"

@@ -6,13 +6,99 @@ class AppFolderTest : public QObject
 {
     Q_OBJECT
 private slots:
-    void init();
-    void aPortableCopyKeepsItsFilesBesideItself();
-    void anInstalledProgramUsesTheDataFolder();
-    void aFolderThatCannotBeWrittenGivesWayToTheDataFolder();
-    void theProgramItselfRunsAsAPortableCopy();
-    void aSeparatorIsAddedWhereThereIsNone();
-    void theLanguageFileIsFoundInTheApplicationFolderFirst();
+    void init()
+    {
+        m_scratch = std::make_unique<QTemporaryDir>();
+        QVERIFY(m_scratch->isValid());
+    }
+
+    void aPortableCopyKeepsItsFilesBesideItself()
+    {
+        QVERIFY(make(u"copy"_s));
+        QCOMPARE(applicationFolder(scratch(u"copy"_s), scratch(u"data/pevora"_s)),
+                 scratch(u"copy"_s));
+        QCOMPARE(entries(scratch(u"copy"_s)), QStringList());
+        QVERIFY(!QFileInfo::exists(scratch(u"data"_s)));
+    }
+
+    void anInstalledProgramUsesTheDataFolder()
+    {
+        QVERIFY(make(u"usr/bin"_s) && make(u"usr/share/pevora"_s));
+        const QString data = scratch(u"data/pevora"_s);
+        QCOMPARE(applicationFolder(scratch(u"usr/bin"_s), data), data);
+        QVERIFY(QFileInfo(data).isDir());
+        QCOMPARE(entries(scratch(u"usr/bin"_s)), QStringList());
+        // It is there the second time.
+        QVERIFY(write(u"data/pevora/list.dat"_s));
+        QCOMPARE(applicationFolder(scratch(u"usr/bin"_s), data), data);
+        QCOMPARE(entries(data), QStringList{u"list.dat"_s});
+    }
+
+    void aFolderThatCannotBeWrittenGivesWayToTheDataFolder()
+    {
+        QVERIFY(make(u"copy"_s));
+        const QString copy = scratch(u"copy"_s);
+        QVERIFY(QFile::setPermissions(copy, QFile::ReadOwner | QFile::ExeOwner));
+        if (QFileInfo(copy).isWritable()) {
+            // Nothing is refused to the superuser: this test alone runs again as an ordinary user.
+            QProcess ordinary;
+            ordinary.setProcessChannelMode(QProcess::ForwardedChannels);
+            ordinary.start(u"setpriv"_s,
+                           {u"--reuid=65534"_s, u"--regid=65534"_s, u"--clear-groups"_s,
+                            QCoreApplication::applicationFilePath(),
+                            QString::fromLatin1(QTest::currentTestFunction())});
+            QVERIFY(ordinary.waitForFinished());
+            QCOMPARE(ordinary.exitStatus(), QProcess::NormalExit);
+            QCOMPARE(ordinary.exitCode(), 0);
+            return;
+        }
+        const QString data = scratch(u"data/pevora"_s);
+        QCOMPARE(applicationFolder(copy, data), data);
+        QVERIFY(QFileInfo(data).isDir());
+        QCOMPARE(entries(copy), QStringList());
+        QVERIFY(
+            QFile::setPermissions(copy, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner));
+
+        // Where the test program itself lies in such a folder, its own answer is the user's.
+        if (!QFileInfo(QCoreApplication::applicationDirPath()).isWritable()) {
+            qputenv("XDG_DATA_HOME", QFile::encodeName(scratch(u"home"_s)));
+            QCOMPARE(applicationFolder(), scratch(u"home/pevora"_s));
+            QVERIFY(QFileInfo(scratch(u"home/pevora"_s)).isDir());
+        }
+    }
+
+    void theProgramItselfRunsAsAPortableCopy()
+    {
+        const QString folder = QCoreApplication::applicationDirPath();
+        const QStringList before = entries(folder);
+        QCOMPARE(applicationFolder(), folder);
+        QCOMPARE(entries(folder), before);
+    }
+
+    void aSeparatorIsAddedWhereThereIsNone()
+    {
+        QCOMPARE(pathInFolder(u"/home/a"_s, u"list.dat"_s), u"/home/a/list.dat"_s);
+        QCOMPARE(pathInFolder(u"/home/a/"_s, u"list.dat"_s), u"/home/a/list.dat"_s);
+        QCOMPARE(pathInFolder(u"/"_s, u"list.dat"_s), u"/list.dat"_s);
+        QCOMPARE(pathInFolder(u"C:/"_s, u"pref.ini"_s), u"C:/pref.ini"_s);
+    }
+
+    void theLanguageFileIsFoundInTheApplicationFolderFirst()
+    {
+        QVERIFY(make(u"data"_s) && make(u"bin"_s));
+        const auto found = [this] { return languageFolder(scratch(u"data"_s), scratch(u"bin"_s)); };
+        QCOMPARE(found(), QString());
+        // A folder of that name is no file.
+        QVERIFY(make(u"data/lan.ini"_s));
+        QCOMPARE(found(), QString());
+        QVERIFY(write(u"bin/lan.ini"_s));
+        QCOMPARE(found(), scratch(u"bin"_s));
+        QVERIFY(QDir().rmdir(scratch(u"data/lan.ini"_s)));
+        QVERIFY(write(u"data/lan.ini"_s));
+        QCOMPARE(found(), scratch(u"data"_s));
+        QVERIFY(QFile::remove(scratch(u"bin/lan.ini"_s)));
+        QCOMPARE(found(), scratch(u"data"_s));
+    }
 
 private:
     QString scratch(const QString& name) const { return m_scratch->filePath(name); }
@@ -29,97 +115,6 @@ private:
 
     std::unique_ptr<QTemporaryDir> m_scratch;
 };
-
-void AppFolderTest::init()
-{
-    m_scratch = std::make_unique<QTemporaryDir>();
-    QVERIFY(m_scratch->isValid());
-}
-
-void AppFolderTest::aPortableCopyKeepsItsFilesBesideItself()
-{
-    QVERIFY(make(u"copy"_s));
-    QCOMPARE(applicationFolder(scratch(u"copy"_s), scratch(u"data/pevora"_s)), scratch(u"copy"_s));
-    QCOMPARE(entries(scratch(u"copy"_s)), QStringList());
-    QVERIFY(!QFileInfo::exists(scratch(u"data"_s)));
-}
-
-void AppFolderTest::anInstalledProgramUsesTheDataFolder()
-{
-    QVERIFY(make(u"usr/bin"_s) && make(u"usr/share/pevora"_s));
-    const QString data = scratch(u"data/pevora"_s);
-    QCOMPARE(applicationFolder(scratch(u"usr/bin"_s), data), data);
-    QVERIFY(QFileInfo(data).isDir());
-    QCOMPARE(entries(scratch(u"usr/bin"_s)), QStringList());
-    // It is there the second time.
-    QVERIFY(write(u"data/pevora/list.dat"_s));
-    QCOMPARE(applicationFolder(scratch(u"usr/bin"_s), data), data);
-    QCOMPARE(entries(data), QStringList{u"list.dat"_s});
-}
-
-void AppFolderTest::aFolderThatCannotBeWrittenGivesWayToTheDataFolder()
-{
-    QVERIFY(make(u"copy"_s));
-    const QString copy = scratch(u"copy"_s);
-    QVERIFY(QFile::setPermissions(copy, QFile::ReadOwner | QFile::ExeOwner));
-    if (QFileInfo(copy).isWritable()) {
-        // Nothing is refused to the superuser: this test alone runs again as an ordinary user.
-        QProcess ordinary;
-        ordinary.setProcessChannelMode(QProcess::ForwardedChannels);
-        ordinary.start(u"setpriv"_s, {u"--reuid=65534"_s, u"--regid=65534"_s, u"--clear-groups"_s,
-                                      QCoreApplication::applicationFilePath(),
-                                      QString::fromLatin1(QTest::currentTestFunction())});
-        QVERIFY(ordinary.waitForFinished());
-        QCOMPARE(ordinary.exitStatus(), QProcess::NormalExit);
-        QCOMPARE(ordinary.exitCode(), 0);
-        return;
-    }
-    const QString data = scratch(u"data/pevora"_s);
-    QCOMPARE(applicationFolder(copy, data), data);
-    QVERIFY(QFileInfo(data).isDir());
-    QCOMPARE(entries(copy), QStringList());
-    QVERIFY(QFile::setPermissions(copy, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner));
-
-    // Where the test program itself lies in such a folder, its own answer is the user's.
-    if (!QFileInfo(QCoreApplication::applicationDirPath()).isWritable()) {
-        qputenv("XDG_DATA_HOME", QFile::encodeName(scratch(u"home"_s)));
-        QCOMPARE(applicationFolder(), scratch(u"home/pevora"_s));
-        QVERIFY(QFileInfo(scratch(u"home/pevora"_s)).isDir());
-    }
-}
-
-void AppFolderTest::theProgramItselfRunsAsAPortableCopy()
-{
-    const QString folder = QCoreApplication::applicationDirPath();
-    const QStringList before = entries(folder);
-    QCOMPARE(applicationFolder(), folder);
-    QCOMPARE(entries(folder), before);
-}
-
-void AppFolderTest::aSeparatorIsAddedWhereThereIsNone()
-{
-    QCOMPARE(pathInFolder(u"/home/a"_s, u"list.dat"_s), u"/home/a/list.dat"_s);
-    QCOMPARE(pathInFolder(u"/home/a/"_s, u"list.dat"_s), u"/home/a/list.dat"_s);
-    QCOMPARE(pathInFolder(u"/"_s, u"list.dat"_s), u"/list.dat"_s);
-    QCOMPARE(pathInFolder(u"C:/"_s, u"pref.ini"_s), u"C:/pref.ini"_s);
-}
-
-void AppFolderTest::theLanguageFileIsFoundInTheApplicationFolderFirst()
-{
-    QVERIFY(make(u"data"_s) && make(u"bin"_s));
-    const auto found = [this] { return languageFolder(scratch(u"data"_s), scratch(u"bin"_s)); };
-    QCOMPARE(found(), QString());
-    // A folder of that name is no file.
-    QVERIFY(make(u"data/lan.ini"_s));
-    QCOMPARE(found(), QString());
-    QVERIFY(write(u"bin/lan.ini"_s));
-    QCOMPARE(found(), scratch(u"bin"_s));
-    QVERIFY(QDir().rmdir(scratch(u"data/lan.ini"_s)));
-    QVERIFY(write(u"data/lan.ini"_s));
-    QCOMPARE(found(), scratch(u"data"_s));
-    QVERIFY(QFile::remove(scratch(u"bin/lan.ini"_s)));
-    QCOMPARE(found(), scratch(u"data"_s));
-}
 
 QTEST_GUILESS_MAIN(AppFolderTest)
 #include "tst_AppFolder.moc"

@@ -2,21 +2,6 @@
 #include "shared/ReplaceFile.h"
 #include "support/RunAgain.h"
 
-class ReplaceFileTest : public QObject
-{
-    Q_OBJECT
-private slots:
-    void putsNewBytesInThePlaceOfTheOld();
-    void createsAMissingFileButNoFolder();
-    void keepsTheRightsOfTheOldFile();
-    void aLinkStaysAndItsTargetIsReplaced();
-    void whatIsNoOrdinaryFileIsRefused();
-    void aFullDiskKeepsTheOldFile_data();
-    void aFullDiskKeepsTheOldFile();
-    void aFolderThatCannotBeWrittenKeepsTheOldFile();
-    void aFileThatMustNotBeWrittenIsKept();
-};
-
 static void write(const QString& path, const QByteArray& bytes)
 {
     QFile file(path);
@@ -36,155 +21,160 @@ static QStringList namesIn(const QString& folder)
                                   QDir::NoDotAndDotDot);
 }
 
-void ReplaceFileTest::putsNewBytesInThePlaceOfTheOld()
+class ReplaceFileTest : public QObject
 {
-    QTemporaryDir folder;
-    const QString path = folder.filePath("a");
-    write(path, "old and longer");
-    const quint64 before = fileStamp(path).inode;
-    QVERIFY(replaceFile(path, QByteArrayLiteral("new\r\n\0bytes")));
-    QCOMPARE(read(path), QByteArrayLiteral("new\r\n\0bytes"));
-    // Another file took the name: the old one was never open for writing.
-    QVERIFY(fileStamp(path).inode != before);
-    QVERIFY(replaceFile(path, {}));
-    QCOMPARE(read(path), QByteArray());
-    const QByteArray large(3'000'000, 'x');
-    QVERIFY(replaceFile(path, large));
-    QCOMPARE(read(path), large);
-    QCOMPARE(namesIn(folder.path()), QStringList("a"));
-}
-
-void ReplaceFileTest::createsAMissingFileButNoFolder()
-{
-    QTemporaryDir folder;
-    QVERIFY(replaceFile(folder.filePath("new"), "text"));
-    QCOMPARE(read(folder.filePath("new")), QByteArray("text"));
-    QVERIFY(!replaceFile(folder.filePath("none/new"), "text"));
-    QVERIFY(!replaceFile({}, "text"));
-    QCOMPARE(namesIn(folder.path()), QStringList("new"));
-}
-
-void ReplaceFileTest::keepsTheRightsOfTheOldFile()
-{
-    QTemporaryDir folder;
-    const QString path = folder.filePath("a");
-    write(path, "old");
-    const auto rights = QFile::ReadOwner | QFile::WriteOwner | QFile::ReadGroup;
-    QVERIFY(QFile::setPermissions(path, rights));
-    const auto before = QFile::permissions(path);
-    QVERIFY(replaceFile(path, "new"));
-    QCOMPARE(QFile::permissions(path), before);
-}
-
-void ReplaceFileTest::aLinkStaysAndItsTargetIsReplaced()
-{
-    QTemporaryDir folder;
-    QVERIFY(QDir(folder.path()).mkdir("other"));
-    const QString target = folder.filePath("other/target");
-    const QString link = folder.filePath("link");
-    write(target, "old");
-    QVERIFY(QFile::link("other/target", link));
-    QVERIFY(replaceFile(link, "new"));
-    QVERIFY(QFileInfo(link).isSymLink());
-    QVERIFY(!QFileInfo(target).isSymLink());
-    QCOMPARE(read(target), QByteArray("new"));
-    QCOMPARE(namesIn(folder.filePath("other")), QStringList("target"));
-    // A link to nothing: its target is created.
-    QVERIFY(QFile::remove(target));
-    QVERIFY(replaceFile(link, "again"));
-    QVERIFY(QFileInfo(link).isSymLink());
-    QCOMPARE(read(target), QByteArray("again"));
-}
-
-void ReplaceFileTest::whatIsNoOrdinaryFileIsRefused()
-{
-    QTemporaryDir folder;
-    QVERIFY(QDir(folder.path()).mkdir("folder"));
-    QVERIFY(!replaceFile(folder.filePath("folder"), "text"));
-    QVERIFY(QFileInfo(folder.filePath("folder")).isDir());
-    const QString pipe = folder.filePath("pipe");
-    QCOMPARE(QProcess::execute("mkfifo", {pipe}), 0);
-    QVERIFY(!replaceFile(pipe, "text"));
-    QVERIFY(!QFileInfo(pipe).isFile());
-    QCOMPARE(namesIn(folder.path()), QStringList({"folder", "pipe"}));
-}
-
-void ReplaceFileTest::aFullDiskKeepsTheOldFile_data()
-{
-    QTest::addColumn<int>("freeKilobytes");
-    QTest::addColumn<int>("newBytes");
-    QTest::newRow("nothing free, small file") << 0 << 3'100;
-    QTest::newRow("nothing free, large file") << 0 << 300'000;
-    QTest::newRow("160 kB free, 300 kB to write") << 160 << 300'000;
-    QTest::newRow("one page short") << 160 << 160 * 1024 + 1;
-}
-
-void ReplaceFileTest::aFullDiskKeepsTheOldFile()
-{
-    if (!runsAgain()) {
-        QCOMPARE(runAgainWithOwnMounts("aFullDiskKeepsTheOldFile"), "passed");
-        return;
-    }
-    QFETCH(int, freeKilobytes);
-    QFETCH(int, newBytes);
-    QTemporaryDir folder;
-    QCOMPARE(mountSmallDisk(folder.path(), 512), "mounted");
-
-    const QString path = folder.filePath("pref.ini");
-    const QByteArray old(3'000, 'o');
-    write(path, old);
+    Q_OBJECT
+private slots:
+    void putsNewBytesInThePlaceOfTheOld()
     {
-        QFile filler(folder.filePath("filler"));
-        QVERIFY(filler.open(QIODevice::WriteOnly | QIODevice::Unbuffered));
-        const QByteArray page(4096, 'f');
-        while (filler.write(page) == page.size()) {
+        QTemporaryDir folder;
+        const QString path = folder.filePath("a");
+        write(path, "old and longer");
+        const quint64 before = fileStamp(path).inode;
+        QVERIFY(replaceFile(path, QByteArrayLiteral("new\r\n\0bytes")));
+        QCOMPARE(read(path), QByteArrayLiteral("new\r\n\0bytes"));
+        // Another file took the name: the old one was never open for writing.
+        QVERIFY(fileStamp(path).inode != before);
+        QVERIFY(replaceFile(path, {}));
+        QCOMPARE(read(path), QByteArray());
+        const QByteArray large(3'000'000, 'x');
+        QVERIFY(replaceFile(path, large));
+        QCOMPARE(read(path), large);
+        QCOMPARE(namesIn(folder.path()), QStringList("a"));
+    }
+
+    void createsAMissingFileButNoFolder()
+    {
+        QTemporaryDir folder;
+        QVERIFY(replaceFile(folder.filePath("new"), "text"));
+        QCOMPARE(read(folder.filePath("new")), QByteArray("text"));
+        QVERIFY(!replaceFile(folder.filePath("none/new"), "text"));
+        QVERIFY(!replaceFile({}, "text"));
+        QCOMPARE(namesIn(folder.path()), QStringList("new"));
+    }
+
+    void keepsTheRightsOfTheOldFile()
+    {
+        QTemporaryDir folder;
+        const QString path = folder.filePath("a");
+        write(path, "old");
+        const auto rights = QFile::ReadOwner | QFile::WriteOwner | QFile::ReadGroup;
+        QVERIFY(QFile::setPermissions(path, rights));
+        const auto before = QFile::permissions(path);
+        QVERIFY(replaceFile(path, "new"));
+        QCOMPARE(QFile::permissions(path), before);
+    }
+
+    void aLinkStaysAndItsTargetIsReplaced()
+    {
+        QTemporaryDir folder;
+        QVERIFY(QDir(folder.path()).mkdir("other"));
+        const QString target = folder.filePath("other/target");
+        const QString link = folder.filePath("link");
+        write(target, "old");
+        QVERIFY(QFile::link("other/target", link));
+        QVERIFY(replaceFile(link, "new"));
+        QVERIFY(QFileInfo(link).isSymLink());
+        QVERIFY(!QFileInfo(target).isSymLink());
+        QCOMPARE(read(target), QByteArray("new"));
+        QCOMPARE(namesIn(folder.filePath("other")), QStringList("target"));
+        // A link to nothing: its target is created.
+        QVERIFY(QFile::remove(target));
+        QVERIFY(replaceFile(link, "again"));
+        QVERIFY(QFileInfo(link).isSymLink());
+        QCOMPARE(read(target), QByteArray("again"));
+    }
+
+    void whatIsNoOrdinaryFileIsRefused()
+    {
+        QTemporaryDir folder;
+        QVERIFY(QDir(folder.path()).mkdir("folder"));
+        QVERIFY(!replaceFile(folder.filePath("folder"), "text"));
+        QVERIFY(QFileInfo(folder.filePath("folder")).isDir());
+        const QString pipe = folder.filePath("pipe");
+        QCOMPARE(QProcess::execute("mkfifo", {pipe}), 0);
+        QVERIFY(!replaceFile(pipe, "text"));
+        QVERIFY(!QFileInfo(pipe).isFile());
+        QCOMPARE(namesIn(folder.path()), QStringList({"folder", "pipe"}));
+    }
+
+    void aFullDiskKeepsTheOldFile_data()
+    {
+        QTest::addColumn<int>("freeKilobytes");
+        QTest::addColumn<int>("newBytes");
+        QTest::newRow("nothing free, small file") << 0 << 3'100;
+        QTest::newRow("nothing free, large file") << 0 << 300'000;
+        QTest::newRow("160 kB free, 300 kB to write") << 160 << 300'000;
+        QTest::newRow("one page short") << 160 << 160 * 1024 + 1;
+    }
+
+    void aFullDiskKeepsTheOldFile()
+    {
+        if (!runsAgain()) {
+            QCOMPARE(runAgainWithOwnMounts("aFullDiskKeepsTheOldFile"), "passed");
+            return;
         }
-        QVERIFY(filler.resize(filler.size() - freeKilobytes * 1024));
-    }
-    const QByteArray wanted(newBytes, 'n');
-    QVERIFY(!replaceFile(path, wanted));
-    QCOMPARE(read(path), old);
-    QCOMPARE(namesIn(folder.path()), QStringList({"filler", "pref.ini"}));
+        QFETCH(int, freeKilobytes);
+        QFETCH(int, newBytes);
+        QTemporaryDir folder;
+        QCOMPARE(mountSmallDisk(folder.path(), 512), "mounted");
 
-    // With room for it the same call succeeds.
-    QVERIFY(QFile::remove(folder.filePath("filler")));
-    QVERIFY(replaceFile(path, wanted));
-    QCOMPARE(read(path), wanted);
-}
+        const QString path = folder.filePath("pref.ini");
+        const QByteArray old(3'000, 'o');
+        write(path, old);
+        {
+            QFile filler(folder.filePath("filler"));
+            QVERIFY(filler.open(QIODevice::WriteOnly | QIODevice::Unbuffered));
+            const QByteArray page(4096, 'f');
+            while (filler.write(page) == page.size()) {
+            }
+            QVERIFY(filler.resize(filler.size() - freeKilobytes * 1024));
+        }
+        const QByteArray wanted(newBytes, 'n');
+        QVERIFY(!replaceFile(path, wanted));
+        QCOMPARE(read(path), old);
+        QCOMPARE(namesIn(folder.path()), QStringList({"filler", "pref.ini"}));
 
-void ReplaceFileTest::aFolderThatCannotBeWrittenKeepsTheOldFile()
-{
-    if (!runsAgain()) {
-        QCOMPARE(runAgainAsOrdinaryUser("aFolderThatCannotBeWrittenKeepsTheOldFile"), "passed");
-        return;
+        // With room for it the same call succeeds.
+        QVERIFY(QFile::remove(folder.filePath("filler")));
+        QVERIFY(replaceFile(path, wanted));
+        QCOMPARE(read(path), wanted);
     }
-    QTemporaryDir folder;
-    const QString path = folder.filePath("a");
-    write(path, "old");
-    QVERIFY(QFile::setPermissions(folder.path(), QFile::ReadOwner | QFile::ExeOwner));
-    // The file alone could be written, but not without cutting it first.
-    QVERIFY(!replaceFile(path, "new"));
-    QCOMPARE(read(path), QByteArray("old"));
-    QVERIFY(!replaceFile(folder.filePath("b"), "new"));
-    QCOMPARE(namesIn(folder.path()), QStringList("a"));
-    QVERIFY(QFile::setPermissions(folder.path(),
-                                  QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner));
-    QVERIFY(replaceFile(path, "new"));
-}
 
-void ReplaceFileTest::aFileThatMustNotBeWrittenIsKept()
-{
-    if (!runsAgain()) {
-        QCOMPARE(runAgainAsOrdinaryUser("aFileThatMustNotBeWrittenIsKept"), "passed");
-        return;
+    void aFolderThatCannotBeWrittenKeepsTheOldFile()
+    {
+        if (!runsAgain()) {
+            QCOMPARE(runAgainAsOrdinaryUser("aFolderThatCannotBeWrittenKeepsTheOldFile"), "passed");
+            return;
+        }
+        QTemporaryDir folder;
+        const QString path = folder.filePath("a");
+        write(path, "old");
+        QVERIFY(QFile::setPermissions(folder.path(), QFile::ReadOwner | QFile::ExeOwner));
+        // The file alone could be written, but not without cutting it first.
+        QVERIFY(!replaceFile(path, "new"));
+        QCOMPARE(read(path), QByteArray("old"));
+        QVERIFY(!replaceFile(folder.filePath("b"), "new"));
+        QCOMPARE(namesIn(folder.path()), QStringList("a"));
+        QVERIFY(QFile::setPermissions(folder.path(),
+                                      QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner));
+        QVERIFY(replaceFile(path, "new"));
     }
-    QTemporaryDir folder;
-    const QString path = folder.filePath("a");
-    write(path, "old");
-    QVERIFY(QFile::setPermissions(path, QFile::ReadOwner));
-    QVERIFY(!replaceFile(path, "new"));
-    QCOMPARE(read(path), QByteArray("old"));
-}
+
+    void aFileThatMustNotBeWrittenIsKept()
+    {
+        if (!runsAgain()) {
+            QCOMPARE(runAgainAsOrdinaryUser("aFileThatMustNotBeWrittenIsKept"), "passed");
+            return;
+        }
+        QTemporaryDir folder;
+        const QString path = folder.filePath("a");
+        write(path, "old");
+        QVERIFY(QFile::setPermissions(path, QFile::ReadOwner));
+        QVERIFY(!replaceFile(path, "new"));
+        QCOMPARE(read(path), QByteArray("old"));
+    }
+};
 
 QTEST_GUILESS_MAIN(ReplaceFileTest)
 #include "tst_ReplaceFile.moc"

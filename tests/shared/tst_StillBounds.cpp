@@ -5,15 +5,6 @@
 
 using Recipe = std::function<QByteArray()>;
 
-/// That no megabyte costs much, whatever it holds.
-class StillBoundsTest : public QObject
-{
-    Q_OBJECT
-private slots:
-    void boundsHoldInTimeAndMemory_data();
-    void boundsHoldInTimeAndMemory();
-};
-
 namespace {
 
 constexpr auto DecodeOption = "--decode";
@@ -59,111 +50,124 @@ QByteArray trainedArithmeticJpeg(QSize size)
 
 Q_DECLARE_METATYPE(Recipe)
 
-void StillBoundsTest::boundsHoldInTimeAndMemory_data()
-{
-    QTest::addColumn<Recipe>("recipe");
-    QTest::addColumn<bool>("isPicture");
-    const auto row = [](const char* name, bool isPicture, const Recipe& recipe) {
-        QTest::newRow(name) << recipe << isPicture;
-    };
-    const auto zeros = [](qsizetype count) { return QByteArray(count, 0); };
-
-    row("jpeg of 50 megapixels as written", true,
-        [] { return odd::encoded(odd::scenery(Largest), "jpg"); });
-    row("jpeg of 50 megapixels and no data", true, [] { return odd::jpeg(frameOf(0xC0, Full)); });
-    row("jpeg of 50 megapixels of ink", true,
-        [=] { return odd::jpeg(frameOf(0xC0, Inks), zeros(Megabyte)); });
-    row("jpeg that restarts at each block", true, [=] {
-        const QByteArray restarts = QByteArray::fromHex("00ffd3").repeated(Megabyte / 3);
-        return odd::jpegStart() + odd::jpegSegment(0xDD, QByteArray::fromHex("0001")) +
-               odd::jpeg(frameOf(0xC0, Full), restarts).mid(2);
-    });
-    row("jpeg just over 50 megapixels", false,
-        [] { return odd::jpeg(frameOf(0xC0, Full, Largest + QSize(1, 0))); });
-    row("progressive jpeg, 10 scans of 50 megapixels", true,
-        [=] { return odd::jpegInScans(frameOf(0xC2, Halved), 10, zeros(Megabyte / 10)); });
-    row("progressive jpeg, 11 scans of 50 megapixels", false,
-        [] { return odd::jpegInScans(frameOf(0xC2, Halved), 11); });
-    row("progressive jpeg, 100 scans of 5 megapixels", true, [=] {
-        return odd::jpegInScans(frameOf(0xC2, Full, QSize(2'500, 2'000)), 100,
-                                zeros(Megabyte / 100));
-    });
-    row("progressive jpeg of 40 megapixels, all colours", true, [=] {
-        return odd::jpegInScans(frameOf(0xC2, Full, QSize(8'000, 4'990)), 12, zeros(Megabyte / 12));
-    });
-    row("progressive jpeg of 33 megapixels of ink", true, [=] {
-        return odd::jpegInScans(frameOf(0xC2, Inks, QSize(7'000, 4'750)), 15, zeros(Megabyte / 15));
-    });
-    row("progressive jpeg of 50 megapixels, all colours", false,
-        [] { return odd::jpegInScans(frameOf(0xC2, Full), 1); });
-    row("jpeg of 33 megapixels of ink, a scan for each", true, [=] {
-        return odd::jpegInScans(frameOf(0xC0, Inks, QSize(7'000, 4'750)), 15, zeros(Megabyte / 15));
-    });
-    row("arithmetic jpeg of 8 megapixels", true,
-        [] { return trainedArithmeticJpeg(QSize(4'000, 2'000)); });
-    row("arithmetic jpeg of more", false,
-        [] { return trainedArithmeticJpeg(QSize(4'000, 2'001)); });
-    row("jpeg with comments in a megabyte", false, [] {
-        return odd::jpegStart() + odd::jpegSegment(0xFE, {}).repeated(Megabyte / 4) +
-               odd::jpeg(frameOf(0xC0, Full, QSize(37, 21))).mid(2);
-    });
-    row("jpeg with all comments that may be", true, [] {
-        return odd::jpegStart() + odd::jpegSegment(0xFE, "k: v").repeated(9'990) +
-               odd::jpeg(frameOf(0xC0, Full, QSize(37, 21))).mid(2);
-    });
-
-    static const QRect WholeGif({}, Largest);
-    const QByteArray keepBelow = QByteArray::fromHex("21f9040c00000000");
-    row("gif of 50 megapixels", true,
-        [] { return odd::gif(Largest, WholeGif, odd::gifRuns(Megabyte)); });
-    row("gif of 50 megapixels, interlaced, with what is below kept", true,
-        [=] { return odd::gif(Largest, WholeGif, odd::gifRuns(Megabyte), true, keepBelow); });
-    row("gif of one pixel with data for a thousand million", true, [] {
-        return odd::gif({1, 1}, QRect(0, 0, 1, 1), odd::gifRuns(Megabyte));
-    });
-    row("gif with a frame far larger than its screen", true, [] {
-        return odd::gif({1, 1}, QRect(0, 0, 65'535, 762), odd::gifRuns(Megabyte), true);
-    });
-    row("gif just over 50 megapixels", false,
-        [] { return odd::gif(Largest + QSize(0, 1), QRect(0, 0, 9, 9), odd::gifCodes("abc")); });
-
-    const auto bitmapRow = [&](const char* name, const odd::Bitmap& header,
-                               const QByteArray& unit) {
-        row(name, true, [=] { return odd::bitmap(header, unit.repeated(Megabyte / unit.size())); });
-    };
-    constexpr int most = 50'000'000;
-    bitmapRow("bitmap of one column of bits", {.width = 1, .height = -most, .bits = 1}, "a");
-    bitmapRow("bitmap of one column of nibbles", {.width = 1, .height = -most, .bits = 4}, "a");
-    bitmapRow("bitmap of one column of bytes", {.width = 1, .height = -most, .bits = 8}, "a");
-    bitmapRow("bitmap of one row of bytes", {.width = most, .height = 1, .bits = 8}, "a");
-    bitmapRow("bitmap of one column", {.width = 1, .height = -most, .bits = 32}, "a");
-    const odd::Bitmap runs{.width = 8'000, .height = 6'250, .bits = 8, .compression = 1};
-    bitmapRow("bitmap of empty runs", runs, QByteArray("\0\0", 2));
-    bitmapRow("bitmap of jumps", runs, QByteArray("\0\2\1\0", 4));
-    bitmapRow("bitmap of long runs", runs, "\xFF\x01");
-}
-
-void StillBoundsTest::boundsHoldInTimeAndMemory()
-{
-    QFETCH(Recipe, recipe);
-    QFETCH(bool, isPicture);
-    QTemporaryFile file;
-    QVERIFY(file.open());
-    file.write(recipe());
-    file.close();
-    for (const int needed : {0, 1}) {
-        const ChildCost cost =
-            costOfChild({DecodeOption, file.fileName(), QString::number(needed)});
-        qInfo("%4.2f s, %3.0f MB", cost.seconds, cost.peakMegabytes);
-        QCOMPARE(cost.exitCode, isPicture ? IsPicture : IsNone);
-        QVERIFY(cost.seconds < 2);
-#ifndef __SANITIZE_ADDRESS__ // It needs memory of its own.
-        QVERIFY(cost.peakMegabytes < 500);
-#endif
-    }
-}
-
 /// With arguments as boundsHoldInTimeAndMemory gives them: decodes that file and ends.
+
+/// That no megabyte costs much, whatever it holds.
+class StillBoundsTest : public QObject
+{
+    Q_OBJECT
+private slots:
+    void boundsHoldInTimeAndMemory_data()
+    {
+        QTest::addColumn<Recipe>("recipe");
+        QTest::addColumn<bool>("isPicture");
+        const auto row = [](const char* name, bool isPicture, const Recipe& recipe) {
+            QTest::newRow(name) << recipe << isPicture;
+        };
+        const auto zeros = [](qsizetype count) { return QByteArray(count, 0); };
+
+        row("jpeg of 50 megapixels as written", true,
+            [] { return odd::encoded(odd::scenery(Largest), "jpg"); });
+        row("jpeg of 50 megapixels and no data", true,
+            [] { return odd::jpeg(frameOf(0xC0, Full)); });
+        row("jpeg of 50 megapixels of ink", true,
+            [=] { return odd::jpeg(frameOf(0xC0, Inks), zeros(Megabyte)); });
+        row("jpeg that restarts at each block", true, [=] {
+            const QByteArray restarts = QByteArray::fromHex("00ffd3").repeated(Megabyte / 3);
+            return odd::jpegStart() + odd::jpegSegment(0xDD, QByteArray::fromHex("0001")) +
+                   odd::jpeg(frameOf(0xC0, Full), restarts).mid(2);
+        });
+        row("jpeg just over 50 megapixels", false,
+            [] { return odd::jpeg(frameOf(0xC0, Full, Largest + QSize(1, 0))); });
+        row("progressive jpeg, 10 scans of 50 megapixels", true,
+            [=] { return odd::jpegInScans(frameOf(0xC2, Halved), 10, zeros(Megabyte / 10)); });
+        row("progressive jpeg, 11 scans of 50 megapixels", false,
+            [] { return odd::jpegInScans(frameOf(0xC2, Halved), 11); });
+        row("progressive jpeg, 100 scans of 5 megapixels", true, [=] {
+            return odd::jpegInScans(frameOf(0xC2, Full, QSize(2'500, 2'000)), 100,
+                                    zeros(Megabyte / 100));
+        });
+        row("progressive jpeg of 40 megapixels, all colours", true, [=] {
+            return odd::jpegInScans(frameOf(0xC2, Full, QSize(8'000, 4'990)), 12,
+                                    zeros(Megabyte / 12));
+        });
+        row("progressive jpeg of 33 megapixels of ink", true, [=] {
+            return odd::jpegInScans(frameOf(0xC2, Inks, QSize(7'000, 4'750)), 15,
+                                    zeros(Megabyte / 15));
+        });
+        row("progressive jpeg of 50 megapixels, all colours", false,
+            [] { return odd::jpegInScans(frameOf(0xC2, Full), 1); });
+        row("jpeg of 33 megapixels of ink, a scan for each", true, [=] {
+            return odd::jpegInScans(frameOf(0xC0, Inks, QSize(7'000, 4'750)), 15,
+                                    zeros(Megabyte / 15));
+        });
+        row("arithmetic jpeg of 8 megapixels", true,
+            [] { return trainedArithmeticJpeg(QSize(4'000, 2'000)); });
+        row("arithmetic jpeg of more", false,
+            [] { return trainedArithmeticJpeg(QSize(4'000, 2'001)); });
+        row("jpeg with comments in a megabyte", false, [] {
+            return odd::jpegStart() + odd::jpegSegment(0xFE, {}).repeated(Megabyte / 4) +
+                   odd::jpeg(frameOf(0xC0, Full, QSize(37, 21))).mid(2);
+        });
+        row("jpeg with all comments that may be", true, [] {
+            return odd::jpegStart() + odd::jpegSegment(0xFE, "k: v").repeated(9'990) +
+                   odd::jpeg(frameOf(0xC0, Full, QSize(37, 21))).mid(2);
+        });
+
+        static const QRect WholeGif({}, Largest);
+        const QByteArray keepBelow = QByteArray::fromHex("21f9040c00000000");
+        row("gif of 50 megapixels", true,
+            [] { return odd::gif(Largest, WholeGif, odd::gifRuns(Megabyte)); });
+        row("gif of 50 megapixels, interlaced, with what is below kept", true,
+            [=] { return odd::gif(Largest, WholeGif, odd::gifRuns(Megabyte), true, keepBelow); });
+        row("gif of one pixel with data for a thousand million", true, [] {
+            return odd::gif({1, 1}, QRect(0, 0, 1, 1), odd::gifRuns(Megabyte));
+        });
+        row("gif with a frame far larger than its screen", true, [] {
+            return odd::gif({1, 1}, QRect(0, 0, 65'535, 762), odd::gifRuns(Megabyte), true);
+        });
+        row("gif just over 50 megapixels", false, [] {
+            return odd::gif(Largest + QSize(0, 1), QRect(0, 0, 9, 9), odd::gifCodes("abc"));
+        });
+
+        const auto bitmapRow = [&](const char* name, const odd::Bitmap& header,
+                                   const QByteArray& unit) {
+            row(name, true,
+                [=] { return odd::bitmap(header, unit.repeated(Megabyte / unit.size())); });
+        };
+        constexpr int most = 50'000'000;
+        bitmapRow("bitmap of one column of bits", {.width = 1, .height = -most, .bits = 1}, "a");
+        bitmapRow("bitmap of one column of nibbles", {.width = 1, .height = -most, .bits = 4}, "a");
+        bitmapRow("bitmap of one column of bytes", {.width = 1, .height = -most, .bits = 8}, "a");
+        bitmapRow("bitmap of one row of bytes", {.width = most, .height = 1, .bits = 8}, "a");
+        bitmapRow("bitmap of one column", {.width = 1, .height = -most, .bits = 32}, "a");
+        const odd::Bitmap runs{.width = 8'000, .height = 6'250, .bits = 8, .compression = 1};
+        bitmapRow("bitmap of empty runs", runs, QByteArray("\0\0", 2));
+        bitmapRow("bitmap of jumps", runs, QByteArray("\0\2\1\0", 4));
+        bitmapRow("bitmap of long runs", runs, "\xFF\x01");
+    }
+
+    void boundsHoldInTimeAndMemory()
+    {
+        QFETCH(Recipe, recipe);
+        QFETCH(bool, isPicture);
+        QTemporaryFile file;
+        QVERIFY(file.open());
+        file.write(recipe());
+        file.close();
+        for (const int needed : {0, 1}) {
+            const ChildCost cost =
+                costOfChild({DecodeOption, file.fileName(), QString::number(needed)});
+            qInfo("%4.2f s, %3.0f MB", cost.seconds, cost.peakMegabytes);
+            QCOMPARE(cost.exitCode, isPicture ? IsPicture : IsNone);
+            QVERIFY(cost.seconds < 2);
+#ifndef __SANITIZE_ADDRESS__ // It needs memory of its own.
+            QVERIFY(cost.peakMegabytes < 500);
+#endif
+        }
+    }
+};
+
 int main(int argc, char* argv[])
 {
     QCoreApplication application(argc, argv);

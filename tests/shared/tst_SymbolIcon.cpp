@@ -4,31 +4,6 @@
 #include <QtTest>
 #include <QtWidgets>
 
-class SymbolIconTest : public QObject
-{
-    Q_OBJECT
-private slots:
-    void initTestCase();
-    void init();
-    void isDrawnAtEverySize_data();
-    void isDrawnAtEverySize();
-    void looksLikeNoOther();
-    void isCrispOnADenseScreen();
-    void followsThePalette_data();
-    void followsThePalette();
-    void isPalerWhereItIsDisabled_data();
-    void isPalerWhereItIsDisabled();
-    void keepsItsShapeInAnOblong();
-    void takesTheTranslucencyOfItsColour();
-    void aButtonChangesWithThePalette();
-    void anUnknownNameGivesANullIcon();
-
-private:
-    void eachName();
-
-    QStringList m_names;
-};
-
 namespace {
 
 constexpr QSize toolbarSize(20, 20);
@@ -92,176 +67,172 @@ void setButtonText(QColor normal, QColor disabled)
 
 } // namespace
 
-void SymbolIconTest::initTestCase()
+class SymbolIconTest : public QObject
 {
-    symbolIcon("open"); // brings the icons of the library in
-    for (const QString& file : QDir(":/icons").entryList({"*.svg"}, QDir::Files, QDir::Name))
-        m_names << QFileInfo(file).completeBaseName();
-    for (const char* name :
-         {"open", "save", "back", "forward", "stop", "refresh", "timer", "timer-paused", "delete",
-          "play", "stop-movie", "toggle-view", "pevora"})
-        QVERIFY2(m_names.contains(name), name);
-}
-
-void SymbolIconTest::init()
-{
-    setButtonText(QColor(0x202428), QColor(0xb0b0b0));
-}
-
-void SymbolIconTest::eachName()
-{
-    QTest::addColumn<QString>("name");
-    for (const QString& name : m_names)
-        QTest::newRow(qPrintable(name)) << name;
-}
-
-void SymbolIconTest::isDrawnAtEverySize_data()
-{
-    eachName();
-}
-
-void SymbolIconTest::isDrawnAtEverySize()
-{
-    QFETCH(QString, name);
-    const QIcon icon = symbolIcon(name);
-    QVERIFY(!icon.isNull());
-    for (const int side : {16, 20, 40, 80}) {
-        const QImage image = imageOf(icon, QSize(side, side));
-        QCOMPARE(image.size(), QSize(side, side));
-        // Strokes of a tenth of the width, on a ground that stays empty.
-        const double part = ink(image) / (side * side);
-        QVERIFY2(part > 0.1 && part < 0.7, qPrintable(QString::number(part)));
-        QCOMPARE(image.pixelColor(0, 0).alpha(), 0);
+    Q_OBJECT
+private slots:
+    void initTestCase()
+    {
+        symbolIcon("open"); // brings the icons of the library in
+        for (const QString& file : QDir(":/icons").entryList({"*.svg"}, QDir::Files, QDir::Name))
+            m_names << QFileInfo(file).completeBaseName();
+        for (const char* name :
+             {"open", "save", "back", "forward", "stop", "refresh", "timer", "timer-paused",
+              "delete", "play", "stop-movie", "toggle-view", "pevora"})
+            QVERIFY2(m_names.contains(name), name);
     }
-}
 
-void SymbolIconTest::looksLikeNoOther()
-{
-    for (const QString& one : m_names) {
-        for (const QString& other : m_names) {
-            if (one >= other)
-                continue;
-            const QImage first = imageOf(symbolIcon(one), toolbarSize);
-            const QImage second = imageOf(symbolIcon(other), toolbarSize);
-            int differing = 0;
-            for (int y = 0; y < first.height(); ++y) {
-                for (int x = 0; x < first.width(); ++x)
-                    differing +=
-                        std::abs(qAlpha(first.pixel(x, y)) - qAlpha(second.pixel(x, y))) > 128;
-            }
-            QVERIFY2(differing >= 12, qPrintable(one + " and " + other));
+    void init() { setButtonText(QColor(0x202428), QColor(0xb0b0b0)); }
+
+    void isDrawnAtEverySize_data() { eachName(); }
+
+    void isDrawnAtEverySize()
+    {
+        QFETCH(QString, name);
+        const QIcon icon = symbolIcon(name);
+        QVERIFY(!icon.isNull());
+        for (const int side : {16, 20, 40, 80}) {
+            const QImage image = imageOf(icon, QSize(side, side));
+            QCOMPARE(image.size(), QSize(side, side));
+            // Strokes of a tenth of the width, on a ground that stays empty.
+            const double part = ink(image) / (side * side);
+            QVERIFY2(part > 0.1 && part < 0.7, qPrintable(QString::number(part)));
+            QCOMPARE(image.pixelColor(0, 0).alpha(), 0);
         }
     }
-}
 
-void SymbolIconTest::isCrispOnADenseScreen()
-{
-    const QIcon icon = symbolIcon("stop-movie");
-    const QImage dense = imageOf(icon, toolbarSize, QIcon::Normal, 2);
-    QCOMPARE(dense.size(), 2 * toolbarSize);
-    QCOMPARE(dense.devicePixelRatio(), 2.0);
-    // Drawn for the screen's own pixels: the same as an icon of twice the size.
-    QImage large = imageOf(icon, 2 * toolbarSize);
-    large.setDevicePixelRatio(2);
-    QCOMPARE(dense, large);
-    // The square's straight edges lie between pixels, so its middle row is full or empty.
-    for (int x = 0; x < dense.width(); ++x) {
-        const int alpha = dense.pixelColor(x, dense.height() / 2).alpha();
-        QVERIFY2(alpha == 0 || alpha == 255, qPrintable(QString::number(x)));
+    void looksLikeNoOther()
+    {
+        for (const QString& one : m_names) {
+            for (const QString& other : m_names) {
+                if (one >= other)
+                    continue;
+                const QImage first = imageOf(symbolIcon(one), toolbarSize);
+                const QImage second = imageOf(symbolIcon(other), toolbarSize);
+                int differing = 0;
+                for (int y = 0; y < first.height(); ++y) {
+                    for (int x = 0; x < first.width(); ++x)
+                        differing +=
+                            std::abs(qAlpha(first.pixel(x, y)) - qAlpha(second.pixel(x, y))) > 128;
+                }
+                QVERIFY2(differing >= 12, qPrintable(one + " and " + other));
+            }
+        }
     }
-    QCOMPARE(imageOf(icon, toolbarSize, QIcon::Normal, 1.5).size(), QSize(30, 30));
-}
 
-void SymbolIconTest::followsThePalette_data()
-{
-    eachName();
-}
-
-void SymbolIconTest::followsThePalette()
-{
-    QFETCH(QString, name);
-    const QIcon icon = symbolIcon(name);
-    if (name == "pevora") {
-        // The program's own icon is coloured, and the same on every ground.
-        const QImage before = imageOf(icon, toolbarSize);
-        QVERIFY(!isDrawnIn(QColor(0x202428), before));
-        setButtonText(Qt::white, Qt::gray);
-        QCOMPARE(imageOf(icon, toolbarSize), before);
-        return;
+    void isCrispOnADenseScreen()
+    {
+        const QIcon icon = symbolIcon("stop-movie");
+        const QImage dense = imageOf(icon, toolbarSize, QIcon::Normal, 2);
+        QCOMPARE(dense.size(), 2 * toolbarSize);
+        QCOMPARE(dense.devicePixelRatio(), 2.0);
+        // Drawn for the screen's own pixels: the same as an icon of twice the size.
+        QImage large = imageOf(icon, 2 * toolbarSize);
+        large.setDevicePixelRatio(2);
+        QCOMPARE(dense, large);
+        // The square's straight edges lie between pixels, so its middle row is full or empty.
+        for (int x = 0; x < dense.width(); ++x) {
+            const int alpha = dense.pixelColor(x, dense.height() / 2).alpha();
+            QVERIFY2(alpha == 0 || alpha == 255, qPrintable(QString::number(x)));
+        }
+        QCOMPARE(imageOf(icon, toolbarSize, QIcon::Normal, 1.5).size(), QSize(30, 30));
     }
-    QVERIFY(isDrawnIn(QColor(0x202428), imageOf(icon, toolbarSize)));
-    setButtonText(QColor(0xf0f1f2), QColor(0x606060));
-    QVERIFY(isDrawnIn(QColor(0xf0f1f2), imageOf(icon, toolbarSize)));
-    QVERIFY(isDrawnIn(QColor(0xf0f1f2), imageOf(icon, toolbarSize, QIcon::Active)));
-    QVERIFY(isDrawnIn(QColor(0x606060), imageOf(icon, toolbarSize, QIcon::Disabled)));
-    QVERIFY(isDrawnIn(QColor(0xfedcba), imageOf(icon, toolbarSize, QIcon::Selected)));
-}
 
-void SymbolIconTest::isPalerWhereItIsDisabled_data()
-{
-    eachName();
-}
+    void followsThePalette_data() { eachName(); }
 
-void SymbolIconTest::isPalerWhereItIsDisabled()
-{
-    QFETCH(QString, name);
-    const QIcon icon = symbolIcon(name);
-    const auto paler = [&](QColor ground) {
-        const double disabled = contrast(imageOf(icon, toolbarSize, QIcon::Disabled), ground);
-        return disabled > 0 &&
-               disabled < 0.7 * contrast(imageOf(icon, toolbarSize, QIcon::Normal), ground);
-    };
-    QVERIFY(paler(Qt::white));
-    setButtonText(QColor(0xf0f1f2), QColor(0x606060));
-    QVERIFY(paler(QColor(0x202020)));
-}
-
-void SymbolIconTest::keepsItsShapeInAnOblong()
-{
-    const QIcon icon = symbolIcon("stop-movie");
-    QImage wide(60, 20, QImage::Format_ARGB32);
-    wide.fill(Qt::transparent);
-    QPainter painter(&wide);
-    icon.paint(&painter, wide.rect());
-    painter.end();
-    QCOMPARE(wide.copy(20, 0, 20, 20), imageOf(icon, toolbarSize));
-    QCOMPARE(ink(wide), ink(imageOf(icon, toolbarSize)));
-}
-
-void SymbolIconTest::takesTheTranslucencyOfItsColour()
-{
-    setButtonText(QColor(0, 0, 0, 102), Qt::gray);
-    const QImage image = imageOf(symbolIcon("stop-movie"), toolbarSize);
-    QVERIFY(std::abs(image.pixelColor(10, 10).alpha() - 102) <= 1);
-}
-
-void SymbolIconTest::aButtonChangesWithThePalette()
-{
-    QToolButton button;
-    button.setAutoRaise(true);
-    button.setIconSize(toolbarSize);
-    button.setIcon(symbolIcon("stop-movie"));
-    button.show();
-    QVERIFY(QTest::qWaitForWindowExposed(&button));
-    const auto middle = [&] {
-        const QImage image = button.grab().toImage();
-        return image.pixelColor(image.rect().center());
-    };
-    QCOMPARE(middle(), QColor(0x202428));
-    setButtonText(QColor(0xf0f1f2), QColor(0x606060));
-    QCOMPARE(middle(), QColor(0xf0f1f2));
-    button.setEnabled(false);
-    QCOMPARE(middle(), QColor(0x606060));
-}
-
-void SymbolIconTest::anUnknownNameGivesANullIcon()
-{
-    for (const char* name : {"", "no-such-icon", "open.svg", "../icons/open/"}) {
+    void followsThePalette()
+    {
+        QFETCH(QString, name);
         const QIcon icon = symbolIcon(name);
-        QVERIFY2(icon.isNull(), name);
-        QVERIFY2(icon.pixmap(toolbarSize).isNull(), name);
+        if (name == "pevora") {
+            // The program's own icon is coloured, and the same on every ground.
+            const QImage before = imageOf(icon, toolbarSize);
+            QVERIFY(!isDrawnIn(QColor(0x202428), before));
+            setButtonText(Qt::white, Qt::gray);
+            QCOMPARE(imageOf(icon, toolbarSize), before);
+            return;
+        }
+        QVERIFY(isDrawnIn(QColor(0x202428), imageOf(icon, toolbarSize)));
+        setButtonText(QColor(0xf0f1f2), QColor(0x606060));
+        QVERIFY(isDrawnIn(QColor(0xf0f1f2), imageOf(icon, toolbarSize)));
+        QVERIFY(isDrawnIn(QColor(0xf0f1f2), imageOf(icon, toolbarSize, QIcon::Active)));
+        QVERIFY(isDrawnIn(QColor(0x606060), imageOf(icon, toolbarSize, QIcon::Disabled)));
+        QVERIFY(isDrawnIn(QColor(0xfedcba), imageOf(icon, toolbarSize, QIcon::Selected)));
     }
-}
+
+    void isPalerWhereItIsDisabled_data() { eachName(); }
+
+    void isPalerWhereItIsDisabled()
+    {
+        QFETCH(QString, name);
+        const QIcon icon = symbolIcon(name);
+        const auto paler = [&](QColor ground) {
+            const double disabled = contrast(imageOf(icon, toolbarSize, QIcon::Disabled), ground);
+            return disabled > 0 &&
+                   disabled < 0.7 * contrast(imageOf(icon, toolbarSize, QIcon::Normal), ground);
+        };
+        QVERIFY(paler(Qt::white));
+        setButtonText(QColor(0xf0f1f2), QColor(0x606060));
+        QVERIFY(paler(QColor(0x202020)));
+    }
+
+    void keepsItsShapeInAnOblong()
+    {
+        const QIcon icon = symbolIcon("stop-movie");
+        QImage wide(60, 20, QImage::Format_ARGB32);
+        wide.fill(Qt::transparent);
+        QPainter painter(&wide);
+        icon.paint(&painter, wide.rect());
+        painter.end();
+        QCOMPARE(wide.copy(20, 0, 20, 20), imageOf(icon, toolbarSize));
+        QCOMPARE(ink(wide), ink(imageOf(icon, toolbarSize)));
+    }
+
+    void takesTheTranslucencyOfItsColour()
+    {
+        setButtonText(QColor(0, 0, 0, 102), Qt::gray);
+        const QImage image = imageOf(symbolIcon("stop-movie"), toolbarSize);
+        QVERIFY(std::abs(image.pixelColor(10, 10).alpha() - 102) <= 1);
+    }
+
+    void aButtonChangesWithThePalette()
+    {
+        QToolButton button;
+        button.setAutoRaise(true);
+        button.setIconSize(toolbarSize);
+        button.setIcon(symbolIcon("stop-movie"));
+        button.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&button));
+        const auto middle = [&] {
+            const QImage image = button.grab().toImage();
+            return image.pixelColor(image.rect().center());
+        };
+        QCOMPARE(middle(), QColor(0x202428));
+        setButtonText(QColor(0xf0f1f2), QColor(0x606060));
+        QCOMPARE(middle(), QColor(0xf0f1f2));
+        button.setEnabled(false);
+        QCOMPARE(middle(), QColor(0x606060));
+    }
+
+    void anUnknownNameGivesANullIcon()
+    {
+        for (const char* name : {"", "no-such-icon", "open.svg", "../icons/open/"}) {
+            const QIcon icon = symbolIcon(name);
+            QVERIFY2(icon.isNull(), name);
+            QVERIFY2(icon.pixmap(toolbarSize).isNull(), name);
+        }
+    }
+
+private:
+    void eachName()
+    {
+        QTest::addColumn<QString>("name");
+        for (const QString& name : m_names)
+            QTest::newRow(qPrintable(name)) << name;
+    }
+
+    QStringList m_names;
+};
 
 QTEST_MAIN(SymbolIconTest)
 #include "tst_SymbolIcon.moc"

@@ -61,127 +61,119 @@ class TopmostTest : public QObject
 {
     Q_OBJECT
 private slots:
-    void aWindowNotYetShownIsShownAbove();
-    void aShownWindowIsRaisedAndReleasedInPlace();
-    void itStaysAboveAfterItWasHiddenAndShown();
-    void itIsReleasedWhileHidden();
-    void itStaysAboveAWindowThatIsRaised();
-    void aWindowMadeAnewStaysAbove();
-    void anInnerWidgetIsRefused();
-};
-
-void TopmostTest::aWindowNotYetShownIsShownAbove()
-{
-    Watched window;
-    QVERIFY(!window.windowHandle());
-    QVERIFY(setTopmost(window, true));
-    QVERIFY(window.windowHandle());
-    QVERIFY(!window.isVisible());
-    const WId id = window.winId();
-    window.show();
-    QVERIFY(QTest::qWaitForWindowExposed(&window));
-    QTRY_VERIFY(isAbove(window));
-    QCOMPARE(window.winId(), id);
-    QCOMPARE(window.windowHandle()->winId(), id);
-    QVERIFY(window.windowFlags().testFlag(Qt::WindowStaysOnTopHint));
-}
-
-void TopmostTest::aShownWindowIsRaisedAndReleasedInPlace()
-{
-    Watched window;
-    window.show();
-    QVERIFY(QTest::qWaitForWindowExposed(&window));
-    const WId id = window.winId();
-    QVERIFY(!isAbove(window));
-    const QRect geometry = window.geometry();
-    const int renewed = window.renewed;
-
-    for (int round = 0; round < 2; ++round) {
+    void aWindowNotYetShownIsShownAbove()
+    {
+        Watched window;
+        QVERIFY(!window.windowHandle());
         QVERIFY(setTopmost(window, true));
+        QVERIFY(window.windowHandle());
+        QVERIFY(!window.isVisible());
+        const WId id = window.winId();
+        window.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&window));
         QTRY_VERIFY(isAbove(window));
-        QVERIFY(setTopmost(window, true));
-        QVERIFY(isAbove(window));
-        QVERIFY(setTopmost(window, false));
-        QTRY_VERIFY(!isAbove(window));
-        QVERIFY(!window.windowFlags().testFlag(Qt::WindowStaysOnTopHint));
+        QCOMPARE(window.winId(), id);
+        QCOMPARE(window.windowHandle()->winId(), id);
+        QVERIFY(window.windowFlags().testFlag(Qt::WindowStaysOnTopHint));
     }
 
-    QCOMPARE(window.winId(), id);
-    QCOMPARE(window.windowHandle()->winId(), id);
-    QCOMPARE(window.renewed, renewed);
-    QCOMPARE(window.hidden, 0);
-    QVERIFY(window.isVisible());
-    QCOMPARE(window.geometry(), geometry);
-}
+    void aShownWindowIsRaisedAndReleasedInPlace()
+    {
+        Watched window;
+        window.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&window));
+        const WId id = window.winId();
+        QVERIFY(!isAbove(window));
+        const QRect geometry = window.geometry();
+        const int renewed = window.renewed;
 
-void TopmostTest::itStaysAboveAfterItWasHiddenAndShown()
-{
-    Watched window;
-    window.show();
-    QVERIFY(QTest::qWaitForWindowExposed(&window));
-    QVERIFY(setTopmost(window, true));
-    QTRY_VERIFY(isAbove(window));
-    window.hide();
-    window.show();
-    QVERIFY(QTest::qWaitForWindowExposed(&window));
-    QTRY_VERIFY(isAbove(window));
-}
+        for (int round = 0; round < 2; ++round) {
+            QVERIFY(setTopmost(window, true));
+            QTRY_VERIFY(isAbove(window));
+            QVERIFY(setTopmost(window, true));
+            QVERIFY(isAbove(window));
+            QVERIFY(setTopmost(window, false));
+            QTRY_VERIFY(!isAbove(window));
+            QVERIFY(!window.windowFlags().testFlag(Qt::WindowStaysOnTopHint));
+        }
 
-void TopmostTest::itIsReleasedWhileHidden()
-{
-    Watched window;
-    QVERIFY(setTopmost(window, true));
-    window.show();
-    QVERIFY(QTest::qWaitForWindowExposed(&window));
-    QTRY_VERIFY(isAbove(window));
-    window.hide();
-    QVERIFY(setTopmost(window, false));
-    window.show();
-    QVERIFY(QTest::qWaitForWindowExposed(&window));
-    QTRY_VERIFY(!isAbove(window));
-}
+        QCOMPARE(window.winId(), id);
+        QCOMPARE(window.windowHandle()->winId(), id);
+        QCOMPARE(window.renewed, renewed);
+        QCOMPARE(window.hidden, 0);
+        QVERIFY(window.isVisible());
+        QCOMPARE(window.geometry(), geometry);
+    }
 
-void TopmostTest::itStaysAboveAWindowThatIsRaised()
-{
-    Watched window;
-    Watched other;
-    window.show();
-    QVERIFY(QTest::qWaitForWindowExposed(&window));
-    other.show();
-    QVERIFY(QTest::qWaitForWindowExposed(&other));
-    QVERIFY(setTopmost(window, true));
-    QTRY_COMPARE(stacking().last(), window.winId());
-    other.raise();
-    other.activateWindow();
-    QTRY_VERIFY(other.isActiveWindow());
-    QCOMPARE(stacking().last(), window.winId());
-    QVERIFY(setTopmost(window, false));
-    QTRY_VERIFY(!isAbove(window));
-    other.raise();
-    QTRY_COMPARE(stacking().last(), other.winId());
-}
+    void itStaysAboveAfterItWasHiddenAndShown()
+    {
+        Watched window;
+        window.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&window));
+        QVERIFY(setTopmost(window, true));
+        QTRY_VERIFY(isAbove(window));
+        window.hide();
+        window.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&window));
+        QTRY_VERIFY(isAbove(window));
+    }
 
-void TopmostTest::aWindowMadeAnewStaysAbove()
-{
-    Watched window;
-    window.show();
-    QVERIFY(QTest::qWaitForWindowExposed(&window));
-    QVERIFY(setTopmost(window, true));
-    // This is what makes Qt hide the window and apply the widget's own flags.
-    window.setWindowFlag(Qt::WindowMaximizeButtonHint, false);
-    window.show();
-    QVERIFY(QTest::qWaitForWindowExposed(&window));
-    QTRY_VERIFY(isAbove(window));
-}
+    void itIsReleasedWhileHidden()
+    {
+        Watched window;
+        QVERIFY(setTopmost(window, true));
+        window.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&window));
+        QTRY_VERIFY(isAbove(window));
+        window.hide();
+        QVERIFY(setTopmost(window, false));
+        window.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&window));
+        QTRY_VERIFY(!isAbove(window));
+    }
 
-void TopmostTest::anInnerWidgetIsRefused()
-{
-    QWidget window;
-    auto* inner = new QWidget(&window);
-    QVERIFY(!setTopmost(*inner, true));
-    QVERIFY(!inner->windowFlags().testFlag(Qt::WindowStaysOnTopHint));
-    QVERIFY(!window.windowFlags().testFlag(Qt::WindowStaysOnTopHint));
-}
+    void itStaysAboveAWindowThatIsRaised()
+    {
+        Watched window;
+        Watched other;
+        window.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&window));
+        other.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&other));
+        QVERIFY(setTopmost(window, true));
+        QTRY_COMPARE(stacking().last(), window.winId());
+        other.raise();
+        other.activateWindow();
+        QTRY_VERIFY(other.isActiveWindow());
+        QCOMPARE(stacking().last(), window.winId());
+        QVERIFY(setTopmost(window, false));
+        QTRY_VERIFY(!isAbove(window));
+        other.raise();
+        QTRY_COMPARE(stacking().last(), other.winId());
+    }
+
+    void aWindowMadeAnewStaysAbove()
+    {
+        Watched window;
+        window.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&window));
+        QVERIFY(setTopmost(window, true));
+        // This is what makes Qt hide the window and apply the widget's own flags.
+        window.setWindowFlag(Qt::WindowMaximizeButtonHint, false);
+        window.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&window));
+        QTRY_VERIFY(isAbove(window));
+    }
+
+    void anInnerWidgetIsRefused()
+    {
+        QWidget window;
+        auto* inner = new QWidget(&window);
+        QVERIFY(!setTopmost(*inner, true));
+        QVERIFY(!inner->windowFlags().testFlag(Qt::WindowStaysOnTopHint));
+        QVERIFY(!window.windowFlags().testFlag(Qt::WindowStaysOnTopHint));
+    }
+};
 
 QTEST_MAIN(TopmostTest)
 #include "tst_Topmost.moc"

@@ -54,267 +54,249 @@ class AddPanelTest : public QObject
 {
     Q_OBJECT
 private slots:
-    void itTakesThePlaceOfTheList();
-    void everyVisitStartsAnew();
-    void theChosenOptionWipesNothing();
-    void theKeyboardChoosesPages();
-    void theTabKeyGoesFromTheOptionIntoThePage();
-    void inALowWindowItScrolls();
-    void theBoxHoldsTheDesignCategoriesAndTheLists();
-    void hidingTheListHidesThePage();
-    void aHeaderKeepsTheCameraFromTheDirectory();
-    void whatIsMissingIsSaid_data();
-    void whatIsMissingIsSaid();
-    void theCameraJoinsTheList_data();
-    void theCameraJoinsTheList();
-    void aKeyThatIsThereIsSaid();
-    void enterAddsIt();
-    void aPastedKeyFillsBothBoxes();
-    void theHeaderHelpIsOffered();
-    void everyControlHasANameToBeSpoken();
+    void itTakesThePlaceOfTheList()
+    {
+        OpenPage open;
+        auto& list = open.main.part<QWidget>("cList");
+        QVERIFY(open.page().isVisible());
+        QVERIFY(!list.isVisible());
+        QCOMPARE(open.page().geometry(), list.geometry());
+        open.choose(1);
+        QVERIFY(!open.page().isVisible());
+        QVERIFY(list.isVisible());
+    }
+
+    void everyVisitStartsAnew()
+    {
+        OpenPage open;
+        for (int visit = 0; visit < 2; ++visit) {
+            QCOMPARE(open.category().currentText(), "General");
+            QCOMPARE(open.category().currentIndex(), 3);
+            QCOMPARE(open.box("txtName").text(), "New");
+            QCOMPARE(open.box("txtUrl").text(), "http://");
+            QCOMPARE(open.box("txtHead").text(), "");
+            open.category().setEditText("Mine");
+            for (const char* box : {"txtName", "txtUrl", "txtHead"})
+                open.box(box).setText("typed");
+            open.choose(1);
+            open.choose(0);
+        }
+    }
+
+    void theChosenOptionWipesNothing()
+    {
+        OpenPage open;
+        open.box("txtName").setText("typed");
+        open.choose(0);
+        QCOMPARE(open.box("txtName").text(), "typed");
+    }
+
+    void theKeyboardChoosesPages()
+    {
+        OpenPage open;
+        auto& add = open.main.part<QRadioButton>("opt(0)");
+        auto& list = open.main.part<QRadioButton>("opt(1)");
+        add.setFocus();
+        QTest::keyClick(&add, Qt::Key_Right);
+        QVERIFY(list.isChecked());
+        QVERIFY(!open.page().isVisible());
+        QTest::keyClick(&list, Qt::Key_Left);
+        QVERIFY(open.page().isVisible());
+    }
+
+    void theTabKeyGoesFromTheOptionIntoThePage()
+    {
+        OpenPage open;
+        open.main.part<QRadioButton>("opt(0)").setFocus();
+        for (const char* name :
+             {"cmbCat", "txtName", "txtUrl", "txtHead", "lbl(3)", "chkAdd", "cmdAdd"}) {
+            QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
+            QCOMPARE(QApplication::focusWidget(), &open.of<QWidget>(name));
+        }
+    }
+
+    void inALowWindowItScrolls()
+    {
+        OpenPage open;
+        const int tall = open.box("txtName").height();
+        open.main.made().resize(open.main.made().width(), 200);
+        QTRY_VERIFY(open.page().height() < 180);
+        QCOMPARE(open.box("txtName").height(), tall);
+        QVERIFY(open.page().verticalScrollBar()->maximum() > 0);
+        open.of<QWidget>("cmdAdd").setFocus(Qt::TabFocusReason);
+        open.page().ensureWidgetVisible(&open.of<QWidget>("cmdAdd"));
+        QVERIFY(!open.of<QWidget>("cmdAdd").visibleRegion().isEmpty());
+    }
+
+    void theBoxHoldsTheDesignCategoriesAndTheLists()
+    {
+        OpenPage open;
+        const QStringList expected = {"Animals", "Buildings", "Cities", "General", "Interest",
+                                      "People",  "Science",   "Sights", "Traffic", "Owls"};
+        for (int visit = 0; visit < 2; ++visit) {
+            QStringList names;
+            for (int i = 0; i < open.category().count(); ++i)
+                names.append(open.category().itemText(i));
+            QCOMPARE(names, expected);
+            open.choose(1);
+            open.choose(0);
+        }
+    }
+
+    void hidingTheListHidesThePage()
+    {
+        OpenPage open;
+        open.main.entry("mnuViewList").trigger();
+        QVERIFY(!open.page().isVisible());
+        QVERIFY(!open.main.part<QWidget>("opt(0)").isVisible());
+        // Shown again, it is always the list.
+        open.main.entry("mnuViewList").trigger();
+        QVERIFY(!open.page().isVisible());
+        QVERIFY(open.main.part<QWidget>("cList").isVisible());
+        QVERIFY(open.main.part<QRadioButton>("opt(1)").isChecked());
+    }
+
+    void aHeaderKeepsTheCameraFromTheDirectory()
+    {
+        OpenPage open;
+        auto& tick = open.of<QCheckBox>("chkAdd");
+        QVERIFY(!tick.isChecked() && tick.isEnabled());
+        tick.click();
+        QTest::keyClicks(&open.box("txtHead"), "X");
+        QVERIFY(!tick.isEnabled());
+        QVERIFY(tick.isChecked());
+        QTest::keyClick(&open.box("txtHead"), Qt::Key_Backspace);
+        QVERIFY(tick.isEnabled());
+        QVERIFY(tick.isChecked());
+    }
+
+    void whatIsMissingIsSaid_data()
+    {
+        QTest::addColumn<QStringList>("emptied");
+        QTest::addColumn<QString>("title");
+        QTest::addColumn<QString>("text");
+        const QString category = "Please choose or create a catagory.";
+        QTest::newRow("the category") << QStringList{"cmbCat"} << "Catagory" << category;
+        QTest::newRow("the name") << QStringList{"txtName"} << "Name"
+                                  << "Please choose a Name.";
+        QTest::newRow("the address") << QStringList{"txtUrl"} << "URL"
+                                     << "Please choose a URL.";
+        QTest::newRow("category and name")
+            << QStringList{"cmbCat", "txtName"} << "Catagory" << category;
+        QTest::newRow("all") << QStringList{"cmbCat", "txtName", "txtUrl"} << "Catagory"
+                             << category;
+    }
+
+    void whatIsMissingIsSaid()
+    {
+        QFETCH(QStringList, emptied);
+        QFETCH(QString, title);
+        QFETCH(QString, text);
+        OpenPage open;
+        for (const QString& name : std::as_const(emptied)) {
+            if (name == "cmbCat")
+                open.category().setEditText("");
+            else
+                open.box(qPrintable(name)).clear();
+        }
+        open.addIt();
+        auto* box = openDialog<QMessageBox>();
+        QVERIFY(box);
+        QCOMPARE(box->windowTitle(), title);
+        QCOMPARE(box->text(), text);
+        QCOMPARE(box->icon(), QMessageBox::Information);
+        box->button(QMessageBox::Ok)->click();
+        QCoreApplication::processEvents();
+        for (const QWidget* window : QApplication::topLevelWidgets())
+            QVERIFY(!(qobject_cast<const QMessageBox*>(window) && window->isVisible()));
+        QVERIFY(open.page().isVisible());
+        QVERIFY(!open.saved().contains("New"));
+    }
+
+    void theCameraJoinsTheList_data()
+    {
+        QTest::addColumn<QString>("category");
+        QTest::addColumn<QString>("header");
+        QTest::addColumn<QByteArray>("triple");
+        QTest::newRow("as it stands") << "General"
+                                      << "" << QByteArray("General\xFFNew\xFFhttp://");
+        QTest::newRow("a new category, a header") << "My own"
+                                                  << "Cookie: a=1"
+                                                  << QByteArray("My own\xFFNew\xFFhttp://\x01"
+                                                                "Cookie: a=1");
+    }
+
+    void theCameraJoinsTheList()
+    {
+        QFETCH(QString, category);
+        QFETCH(QString, header);
+        QFETCH(QByteArray, triple);
+        OpenPage open;
+        open.category().setEditText(category);
+        open.box("txtHead").setText(header);
+        open.addIt();
+        QVERIFY(!open.page().isVisible());
+        QVERIFY(open.main.part<QWidget>("cList").isVisible());
+        QVERIFY(open.main.part<QRadioButton>("opt(1)").isChecked());
+        QVERIFY(open.saved().endsWith("\xFF" + triple + "\r\n"));
+    }
+
+    void aKeyThatIsThereIsSaid()
+    {
+        OpenPage open;
+        open.box("txtUrl").setText("URL1");
+        open.addIt();
+        auto* box = openDialog<QMessageBox>();
+        QVERIFY(box);
+        QCOMPARE(box->text(), "Cam is already in your list.");
+        box->button(QMessageBox::Ok)->click();
+    }
+
+    void enterAddsIt()
+    {
+        OpenPage open;
+        QTest::keyClick(&open.box("txtName"), Qt::Key_Return);
+        QVERIFY(!open.page().isVisible());
+        QVERIFY(open.saved().contains("General\xFFNew\xFF"));
+    }
+
+    void aPastedKeyFillsBothBoxes()
+    {
+        OpenPage open;
+        QGuiApplication::clipboard()->setText("host/x.jpg\x01X: 1");
+        open.box("txtUrl").selectAll();
+        QTest::keySequence(&open.box("txtUrl"), QKeySequence::Paste);
+        QCOMPARE(open.box("txtUrl").text(), "host/x.jpg");
+        QCOMPARE(open.box("txtHead").text(), "X: 1");
+        QVERIFY(!open.of<QCheckBox>("chkAdd").isEnabled());
+    }
+
+    void theHeaderHelpIsOffered()
+    {
+        OpenPage open;
+        QSignalSpy wanted(&open.page(), &AddPanel::HeaderHelpRequested);
+        QTest::mouseClick(&open.of<LinkLabel>("lbl(3)"), Qt::LeftButton);
+        QCOMPARE(wanted.size(), 1);
+        for (const char* other : {"lbl(0)", "lbl(1)", "lbl(2)"})
+            QTest::mouseClick(&open.of<QLabel>(other), Qt::LeftButton);
+        QCOMPARE(wanted.size(), 1);
+    }
+
+    void everyControlHasANameToBeSpoken()
+    {
+        OpenPage open;
+        QCOMPARE(open.category().accessibleName(), "Category");
+        QCOMPARE(open.box("txtName").accessibleName(), "Name");
+        QCOMPARE(open.box("txtUrl").accessibleName(), "Address");
+        QCOMPARE(open.box("txtHead").accessibleName(), "Extra header");
+        QCOMPARE(open.of<QLabel>("lbl(0)").text(), "Category:");
+        QCOMPARE(open.of<QLabel>("lbl(1)").text(), "Url: (*.bmp,*.gif,*.jpg)");
+        QCOMPARE(open.of<QLabel>("lbl(2)").text(), "Name:");
+        QCOMPARE(open.of<QLabel>("lbl(3)").text(), "Extra Header: (ie. Cookie)");
+        QCOMPARE(open.of<QPushButton>("cmdAdd").text(), "Add It");
+        QCOMPARE(open.of<QCheckBox>("chkAdd").text(), "Add to internet database.");
+    }
 };
-
-void AddPanelTest::itTakesThePlaceOfTheList()
-{
-    OpenPage open;
-    auto& list = open.main.part<QWidget>("cList");
-    QVERIFY(open.page().isVisible());
-    QVERIFY(!list.isVisible());
-    QCOMPARE(open.page().geometry(), list.geometry());
-    open.choose(1);
-    QVERIFY(!open.page().isVisible());
-    QVERIFY(list.isVisible());
-}
-
-void AddPanelTest::everyVisitStartsAnew()
-{
-    OpenPage open;
-    for (int visit = 0; visit < 2; ++visit) {
-        QCOMPARE(open.category().currentText(), "General");
-        QCOMPARE(open.category().currentIndex(), 3);
-        QCOMPARE(open.box("txtName").text(), "New");
-        QCOMPARE(open.box("txtUrl").text(), "http://");
-        QCOMPARE(open.box("txtHead").text(), "");
-        open.category().setEditText("Mine");
-        for (const char* box : {"txtName", "txtUrl", "txtHead"})
-            open.box(box).setText("typed");
-        open.choose(1);
-        open.choose(0);
-    }
-}
-
-void AddPanelTest::theChosenOptionWipesNothing()
-{
-    OpenPage open;
-    open.box("txtName").setText("typed");
-    open.choose(0);
-    QCOMPARE(open.box("txtName").text(), "typed");
-}
-
-void AddPanelTest::theKeyboardChoosesPages()
-{
-    OpenPage open;
-    auto& add = open.main.part<QRadioButton>("opt(0)");
-    auto& list = open.main.part<QRadioButton>("opt(1)");
-    add.setFocus();
-    QTest::keyClick(&add, Qt::Key_Right);
-    QVERIFY(list.isChecked());
-    QVERIFY(!open.page().isVisible());
-    QTest::keyClick(&list, Qt::Key_Left);
-    QVERIFY(open.page().isVisible());
-}
-
-void AddPanelTest::theTabKeyGoesFromTheOptionIntoThePage()
-{
-    OpenPage open;
-    open.main.part<QRadioButton>("opt(0)").setFocus();
-    for (const char* name :
-         {"cmbCat", "txtName", "txtUrl", "txtHead", "lbl(3)", "chkAdd", "cmdAdd"}) {
-        QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
-        QCOMPARE(QApplication::focusWidget(), &open.of<QWidget>(name));
-    }
-}
-
-void AddPanelTest::inALowWindowItScrolls()
-{
-    OpenPage open;
-    const int tall = open.box("txtName").height();
-    open.main.made().resize(open.main.made().width(), 200);
-    QTRY_VERIFY(open.page().height() < 180);
-    QCOMPARE(open.box("txtName").height(), tall);
-    QVERIFY(open.page().verticalScrollBar()->maximum() > 0);
-    open.of<QWidget>("cmdAdd").setFocus(Qt::TabFocusReason);
-    open.page().ensureWidgetVisible(&open.of<QWidget>("cmdAdd"));
-    QVERIFY(!open.of<QWidget>("cmdAdd").visibleRegion().isEmpty());
-}
-
-void AddPanelTest::theBoxHoldsTheDesignCategoriesAndTheLists()
-{
-    OpenPage open;
-    const QStringList expected = {"Animals", "Buildings", "Cities", "General", "Interest",
-                                  "People",  "Science",   "Sights", "Traffic", "Owls"};
-    for (int visit = 0; visit < 2; ++visit) {
-        QStringList names;
-        for (int i = 0; i < open.category().count(); ++i)
-            names.append(open.category().itemText(i));
-        QCOMPARE(names, expected);
-        open.choose(1);
-        open.choose(0);
-    }
-}
-
-void AddPanelTest::hidingTheListHidesThePage()
-{
-    OpenPage open;
-    open.main.entry("mnuViewList").trigger();
-    QVERIFY(!open.page().isVisible());
-    QVERIFY(!open.main.part<QWidget>("opt(0)").isVisible());
-    // Shown again, it is always the list.
-    open.main.entry("mnuViewList").trigger();
-    QVERIFY(!open.page().isVisible());
-    QVERIFY(open.main.part<QWidget>("cList").isVisible());
-    QVERIFY(open.main.part<QRadioButton>("opt(1)").isChecked());
-}
-
-void AddPanelTest::aHeaderKeepsTheCameraFromTheDirectory()
-{
-    OpenPage open;
-    auto& tick = open.of<QCheckBox>("chkAdd");
-    QVERIFY(!tick.isChecked() && tick.isEnabled());
-    tick.click();
-    QTest::keyClicks(&open.box("txtHead"), "X");
-    QVERIFY(!tick.isEnabled());
-    QVERIFY(tick.isChecked());
-    QTest::keyClick(&open.box("txtHead"), Qt::Key_Backspace);
-    QVERIFY(tick.isEnabled());
-    QVERIFY(tick.isChecked());
-}
-
-void AddPanelTest::whatIsMissingIsSaid_data()
-{
-    QTest::addColumn<QStringList>("emptied");
-    QTest::addColumn<QString>("title");
-    QTest::addColumn<QString>("text");
-    const QString category = "Please choose or create a catagory.";
-    QTest::newRow("the category") << QStringList{"cmbCat"} << "Catagory" << category;
-    QTest::newRow("the name") << QStringList{"txtName"} << "Name"
-                              << "Please choose a Name.";
-    QTest::newRow("the address") << QStringList{"txtUrl"} << "URL"
-                                 << "Please choose a URL.";
-    QTest::newRow("category and name")
-        << QStringList{"cmbCat", "txtName"} << "Catagory" << category;
-    QTest::newRow("all") << QStringList{"cmbCat", "txtName", "txtUrl"} << "Catagory" << category;
-}
-
-void AddPanelTest::whatIsMissingIsSaid()
-{
-    QFETCH(QStringList, emptied);
-    QFETCH(QString, title);
-    QFETCH(QString, text);
-    OpenPage open;
-    for (const QString& name : std::as_const(emptied)) {
-        if (name == "cmbCat")
-            open.category().setEditText("");
-        else
-            open.box(qPrintable(name)).clear();
-    }
-    open.addIt();
-    auto* box = openDialog<QMessageBox>();
-    QVERIFY(box);
-    QCOMPARE(box->windowTitle(), title);
-    QCOMPARE(box->text(), text);
-    QCOMPARE(box->icon(), QMessageBox::Information);
-    box->button(QMessageBox::Ok)->click();
-    QCoreApplication::processEvents();
-    for (const QWidget* window : QApplication::topLevelWidgets())
-        QVERIFY(!(qobject_cast<const QMessageBox*>(window) && window->isVisible()));
-    QVERIFY(open.page().isVisible());
-    QVERIFY(!open.saved().contains("New"));
-}
-
-void AddPanelTest::theCameraJoinsTheList_data()
-{
-    QTest::addColumn<QString>("category");
-    QTest::addColumn<QString>("header");
-    QTest::addColumn<QByteArray>("triple");
-    QTest::newRow("as it stands") << "General"
-                                  << "" << QByteArray("General\xFFNew\xFFhttp://");
-    QTest::newRow("a new category, a header") << "My own"
-                                              << "Cookie: a=1"
-                                              << QByteArray("My own\xFFNew\xFFhttp://\x01"
-                                                            "Cookie: a=1");
-}
-
-void AddPanelTest::theCameraJoinsTheList()
-{
-    QFETCH(QString, category);
-    QFETCH(QString, header);
-    QFETCH(QByteArray, triple);
-    OpenPage open;
-    open.category().setEditText(category);
-    open.box("txtHead").setText(header);
-    open.addIt();
-    QVERIFY(!open.page().isVisible());
-    QVERIFY(open.main.part<QWidget>("cList").isVisible());
-    QVERIFY(open.main.part<QRadioButton>("opt(1)").isChecked());
-    QVERIFY(open.saved().endsWith("\xFF" + triple + "\r\n"));
-}
-
-void AddPanelTest::aKeyThatIsThereIsSaid()
-{
-    OpenPage open;
-    open.box("txtUrl").setText("URL1");
-    open.addIt();
-    auto* box = openDialog<QMessageBox>();
-    QVERIFY(box);
-    QCOMPARE(box->text(), "Cam is already in your list.");
-    box->button(QMessageBox::Ok)->click();
-}
-
-void AddPanelTest::enterAddsIt()
-{
-    OpenPage open;
-    QTest::keyClick(&open.box("txtName"), Qt::Key_Return);
-    QVERIFY(!open.page().isVisible());
-    QVERIFY(open.saved().contains("General\xFFNew\xFF"));
-}
-
-void AddPanelTest::aPastedKeyFillsBothBoxes()
-{
-    OpenPage open;
-    QGuiApplication::clipboard()->setText("host/x.jpg\x01X: 1");
-    open.box("txtUrl").selectAll();
-    QTest::keySequence(&open.box("txtUrl"), QKeySequence::Paste);
-    QCOMPARE(open.box("txtUrl").text(), "host/x.jpg");
-    QCOMPARE(open.box("txtHead").text(), "X: 1");
-    QVERIFY(!open.of<QCheckBox>("chkAdd").isEnabled());
-}
-
-void AddPanelTest::theHeaderHelpIsOffered()
-{
-    OpenPage open;
-    QSignalSpy wanted(&open.page(), &AddPanel::HeaderHelpRequested);
-    QTest::mouseClick(&open.of<LinkLabel>("lbl(3)"), Qt::LeftButton);
-    QCOMPARE(wanted.size(), 1);
-    for (const char* other : {"lbl(0)", "lbl(1)", "lbl(2)"})
-        QTest::mouseClick(&open.of<QLabel>(other), Qt::LeftButton);
-    QCOMPARE(wanted.size(), 1);
-}
-
-void AddPanelTest::everyControlHasANameToBeSpoken()
-{
-    OpenPage open;
-    QCOMPARE(open.category().accessibleName(), "Category");
-    QCOMPARE(open.box("txtName").accessibleName(), "Name");
-    QCOMPARE(open.box("txtUrl").accessibleName(), "Address");
-    QCOMPARE(open.box("txtHead").accessibleName(), "Extra header");
-    QCOMPARE(open.of<QLabel>("lbl(0)").text(), "Category:");
-    QCOMPARE(open.of<QLabel>("lbl(1)").text(), "Url: (*.bmp,*.gif,*.jpg)");
-    QCOMPARE(open.of<QLabel>("lbl(2)").text(), "Name:");
-    QCOMPARE(open.of<QLabel>("lbl(3)").text(), "Extra Header: (ie. Cookie)");
-    QCOMPARE(open.of<QPushButton>("cmdAdd").text(), "Add It");
-    QCOMPARE(open.of<QCheckBox>("chkAdd").text(), "Add to internet database.");
-}
 
 QTEST_MAIN(AddPanelTest)
 #include "tst_AddPanel.moc"

@@ -1,24 +1,6 @@
 #include "shared/Timer.h"
 #include "shell/CommandBox.h"
 
-class CommandBoxTest : public QObject
-{
-    Q_OBJECT
-private slots:
-    void tellsMoviesFromLists_data();
-    void tellsMoviesFromLists();
-    void emptyTextsAreNothing();
-    void theSameFileTwiceIsTwoFiles();
-    void itsChangeIsWhatCounts();
-    void theTextIsThatOfTheLastFileAndStays();
-    void filesWaitUntilNothingLongRuns();
-    void aFileThatTakesLongKeepsTheNextWaiting();
-    void oneFileAnEvent();
-    void onlySoManyWait();
-    void atTheEndTheListsThatWaitAreOpened();
-    void isNeverSeenAndNeverHasTheKeyboard();
-};
-
 namespace {
 
 /// A box and what it asked its window for.
@@ -48,163 +30,168 @@ struct Box
 
 } // namespace
 
-void CommandBoxTest::tellsMoviesFromLists_data()
+class CommandBoxTest : public QObject
 {
-    QTest::addColumn<QString>("text");
-    QTest::addColumn<QString>("opened");
-    QTest::newRow("movie") << "/a/b.pvm"
-                           << "movie /a/b.pvm";
-    QTest::newRow("capitals") << "/a/B.PVM"
-                              << "movie /a/B.PVM";
-    QTest::newRow("five characters") << "a.pvm"
-                                     << "movie a.pvm";
-    QTest::newRow("the ending alone is a list") << ".pvm"
-                                                << "list .pvm";
-    QTest::newRow("in capitals, too") << ".PVM"
-                                      << "list .PVM";
-    QTest::newRow("list") << "/a/cams.zip"
-                          << "list /a/cams.zip";
-    QTest::newRow("short") << "a"
-                           << "list a";
-    QTest::newRow("an ending that only looks so") << "/a/b.pvmx"
-                                                  << "list /a/b.pvmx";
-    QTest::newRow("no dot") << "/a/bpvm"
-                            << "list /a/bpvm";
-    QTest::newRow("a line break in the name") << "/a\nb\t.pvm"
-                                              << "movie /a\nb\t.pvm";
-    QTest::newRow("other scripts") << QString::fromUtf8("/日本/ÿ\U0001F600.pvm")
-                                   << QString::fromUtf8("movie /日本/ÿ\U0001F600.pvm");
-    QTest::newRow("long") << QString(32'000, 'x') << "list " + QString(32'000, 'x');
-}
+    Q_OBJECT
+private slots:
+    void tellsMoviesFromLists_data()
+    {
+        QTest::addColumn<QString>("text");
+        QTest::addColumn<QString>("opened");
+        QTest::newRow("movie") << "/a/b.pvm"
+                               << "movie /a/b.pvm";
+        QTest::newRow("capitals") << "/a/B.PVM"
+                                  << "movie /a/B.PVM";
+        QTest::newRow("five characters") << "a.pvm"
+                                         << "movie a.pvm";
+        QTest::newRow("the ending alone is a list") << ".pvm"
+                                                    << "list .pvm";
+        QTest::newRow("in capitals, too") << ".PVM"
+                                          << "list .PVM";
+        QTest::newRow("list") << "/a/cams.zip"
+                              << "list /a/cams.zip";
+        QTest::newRow("short") << "a"
+                               << "list a";
+        QTest::newRow("an ending that only looks so") << "/a/b.pvmx"
+                                                      << "list /a/b.pvmx";
+        QTest::newRow("no dot") << "/a/bpvm"
+                                << "list /a/bpvm";
+        QTest::newRow("a line break in the name") << "/a\nb\t.pvm"
+                                                  << "movie /a\nb\t.pvm";
+        QTest::newRow("other scripts") << QString::fromUtf8("/日本/ÿ\U0001F600.pvm")
+                                       << QString::fromUtf8("movie /日本/ÿ\U0001F600.pvm");
+        QTest::newRow("long") << QString(32'000, 'x') << "list " + QString(32'000, 'x');
+    }
 
-void CommandBoxTest::tellsMoviesFromLists()
-{
-    QFETCH(QString, text);
-    Box b;
-    QVERIFY(b.box.receive(text));
-    QTEST(b.told().join('|'), "opened");
-}
+    void tellsMoviesFromLists()
+    {
+        QFETCH(QString, text);
+        Box b;
+        QVERIFY(b.box.receive(text));
+        QTEST(b.told().join('|'), "opened");
+    }
 
-void CommandBoxTest::emptyTextsAreNothing()
-{
-    Box b;
-    QVERIFY(b.box.receive(""));
-    QVERIFY(b.box.receive("a"));
-    QVERIFY(b.box.receive(""));
-    QCOMPARE(b.told(), QStringList("list a"));
-    b.box.clear();
-    QCOMPARE(b.told(), QStringList("list a"));
-}
+    void emptyTextsAreNothing()
+    {
+        Box b;
+        QVERIFY(b.box.receive(""));
+        QVERIFY(b.box.receive("a"));
+        QVERIFY(b.box.receive(""));
+        QCOMPARE(b.told(), QStringList("list a"));
+        b.box.clear();
+        QCOMPARE(b.told(), QStringList("list a"));
+    }
 
-void CommandBoxTest::theSameFileTwiceIsTwoFiles()
-{
-    Box b;
-    QVERIFY(b.box.receive("a.pvm"));
-    QVERIFY(b.box.receive("a.pvm"));
-    QCOMPARE(b.told(), (QStringList{"movie a.pvm", "movie a.pvm"}));
-    QVERIFY(b.box.receive("a.pvm"));
-    QCOMPARE(b.told().size(), 3);
-}
+    void theSameFileTwiceIsTwoFiles()
+    {
+        Box b;
+        QVERIFY(b.box.receive("a.pvm"));
+        QVERIFY(b.box.receive("a.pvm"));
+        QCOMPARE(b.told(), (QStringList{"movie a.pvm", "movie a.pvm"}));
+        QVERIFY(b.box.receive("a.pvm"));
+        QCOMPARE(b.told().size(), 3);
+    }
 
-void CommandBoxTest::itsChangeIsWhatCounts()
-{
-    Box b;
-    b.box.setText("a.pvm");
-    QCOMPARE(b.told(), QStringList("movie a.pvm"));
-}
+    void itsChangeIsWhatCounts()
+    {
+        Box b;
+        b.box.setText("a.pvm");
+        QCOMPARE(b.told(), QStringList("movie a.pvm"));
+    }
 
-void CommandBoxTest::theTextIsThatOfTheLastFileAndStays()
-{
-    Box b;
-    QVERIFY(b.box.receive("/a.pvm"));
-    QVERIFY(b.box.receive("/b.pvm"));
-    QCOMPARE(b.told(), (QStringList{"movie /a.pvm", "movie /b.pvm"}));
-    QCOMPARE(b.box.text(), "/b.pvm");
-}
+    void theTextIsThatOfTheLastFileAndStays()
+    {
+        Box b;
+        QVERIFY(b.box.receive("/a.pvm"));
+        QVERIFY(b.box.receive("/b.pvm"));
+        QCOMPARE(b.told(), (QStringList{"movie /a.pvm", "movie /b.pvm"}));
+        QCOMPARE(b.box.text(), "/b.pvm");
+    }
 
-void CommandBoxTest::filesWaitUntilNothingLongRuns()
-{
-    Box b;
-    b.busy = true;
-    QVERIFY(b.box.receive("a.pvm"));
-    QVERIFY(b.box.receive("b"));
-    QCOMPARE(b.told(), QStringList());
-    QVERIFY(!b.turn.Enabled());
-    b.box.wake();
-    QCOMPARE(b.told(), QStringList());
-    b.busy = false;
-    b.box.wake();
-    QCOMPARE(b.told(), (QStringList{"movie a.pvm", "list b"}));
-    b.box.wake();
-    QVERIFY(!b.turn.Enabled());
-}
+    void filesWaitUntilNothingLongRuns()
+    {
+        Box b;
+        b.busy = true;
+        QVERIFY(b.box.receive("a.pvm"));
+        QVERIFY(b.box.receive("b"));
+        QCOMPARE(b.told(), QStringList());
+        QVERIFY(!b.turn.Enabled());
+        b.box.wake();
+        QCOMPARE(b.told(), QStringList());
+        b.busy = false;
+        b.box.wake();
+        QCOMPARE(b.told(), (QStringList{"movie a.pvm", "list b"}));
+        b.box.wake();
+        QVERIFY(!b.turn.Enabled());
+    }
 
-void CommandBoxTest::aFileThatTakesLongKeepsTheNextWaiting()
-{
-    Box b;
-    b.busyAfterMovie = true;
-    QVERIFY(b.box.receive("a.pvm"));
-    QVERIFY(b.box.receive("b"));
-    QCOMPARE(b.told(), QStringList("movie a.pvm"));
-    b.busy = false;
-    b.box.wake();
-    QCOMPARE(b.told(), (QStringList{"movie a.pvm", "list b"}));
-}
+    void aFileThatTakesLongKeepsTheNextWaiting()
+    {
+        Box b;
+        b.busyAfterMovie = true;
+        QVERIFY(b.box.receive("a.pvm"));
+        QVERIFY(b.box.receive("b"));
+        QCOMPARE(b.told(), QStringList("movie a.pvm"));
+        b.busy = false;
+        b.box.wake();
+        QCOMPARE(b.told(), (QStringList{"movie a.pvm", "list b"}));
+    }
 
-void CommandBoxTest::oneFileAnEvent()
-{
-    Box b;
-    QVERIFY(b.box.receive("a"));
-    QVERIFY(b.box.receive("b"));
-    QCOMPARE(b.opened, QStringList());
-    b.turn.elapse();
-    QCOMPARE(b.opened, QStringList("list a"));
-    QTRY_COMPARE(b.opened, (QStringList{"list a", "list b"}));
-}
+    void oneFileAnEvent()
+    {
+        Box b;
+        QVERIFY(b.box.receive("a"));
+        QVERIFY(b.box.receive("b"));
+        QCOMPARE(b.opened, QStringList());
+        b.turn.elapse();
+        QCOMPARE(b.opened, QStringList("list a"));
+        QTRY_COMPARE(b.opened, (QStringList{"list a", "list b"}));
+    }
 
-void CommandBoxTest::onlySoManyWait()
-{
-    Box b;
-    b.busy = true;
-    for (int i = 0; i < CommandBox::MaxWaiting; ++i)
-        QVERIFY(b.box.receive(QString::number(i)));
-    QVERIFY(!b.box.receive("one more"));
-    b.busy = false;
-    b.box.wake();
-    QCOMPARE(b.told().size(), CommandBox::MaxWaiting);
-    QCOMPARE(b.opened.last(), "list " + QString::number(CommandBox::MaxWaiting - 1));
-    QVERIFY(b.box.receive("one more"));
-    QCOMPARE(b.told().last(), "list one more");
-}
+    void onlySoManyWait()
+    {
+        Box b;
+        b.busy = true;
+        for (int i = 0; i < CommandBox::MaxWaiting; ++i)
+            QVERIFY(b.box.receive(QString::number(i)));
+        QVERIFY(!b.box.receive("one more"));
+        b.busy = false;
+        b.box.wake();
+        QCOMPARE(b.told().size(), CommandBox::MaxWaiting);
+        QCOMPARE(b.opened.last(), "list " + QString::number(CommandBox::MaxWaiting - 1));
+        QVERIFY(b.box.receive("one more"));
+        QCOMPARE(b.told().last(), "list one more");
+    }
 
-void CommandBoxTest::atTheEndTheListsThatWaitAreOpened()
-{
-    Box b;
-    b.busy = true;
-    for (const char* name : {"a", "b.pvm", ".pvm", ""})
-        QVERIFY(b.box.receive(name));
-    b.box.openWaitingLists();
-    QCOMPARE(b.opened, (QStringList{"list a", "list .pvm"}));
-    b.busy = false;
-    b.box.wake();
-    QCOMPARE(b.told().size(), 2);
-}
+    void atTheEndTheListsThatWaitAreOpened()
+    {
+        Box b;
+        b.busy = true;
+        for (const char* name : {"a", "b.pvm", ".pvm", ""})
+            QVERIFY(b.box.receive(name));
+        b.box.openWaitingLists();
+        QCOMPARE(b.opened, (QStringList{"list a", "list .pvm"}));
+        b.busy = false;
+        b.box.wake();
+        QCOMPARE(b.told().size(), 2);
+    }
 
-void CommandBoxTest::isNeverSeenAndNeverHasTheKeyboard()
-{
-    Box b;
-    QLineEdit other(&b.window);
-    QCOMPARE(b.box.objectName(), "txtCom");
-    QVERIFY(!b.box.accessibleName().isEmpty());
-    b.window.show();
-    QVERIFY(QTest::qWaitForWindowExposed(&b.window));
-    QVERIFY(!b.box.isVisible());
-    b.box.setFocus();
-    QVERIFY(!b.box.hasFocus());
-    QVERIFY(b.box.receive("a"));
-    QCOMPARE(b.told(), QStringList("list a"));
-    QVERIFY(!b.box.isVisible());
-}
+    void isNeverSeenAndNeverHasTheKeyboard()
+    {
+        Box b;
+        QLineEdit other(&b.window);
+        QCOMPARE(b.box.objectName(), "txtCom");
+        QVERIFY(!b.box.accessibleName().isEmpty());
+        b.window.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&b.window));
+        QVERIFY(!b.box.isVisible());
+        b.box.setFocus();
+        QVERIFY(!b.box.hasFocus());
+        QVERIFY(b.box.receive("a"));
+        QCOMPARE(b.told(), QStringList("list a"));
+        QVERIFY(!b.box.isVisible());
+    }
+};
 
 QTEST_MAIN(CommandBoxTest)
 #include "tst_CommandBox.moc"

@@ -53,259 +53,238 @@ class GotoBarTest : public QObject
 {
     Q_OBJECT
 private slots:
-    void enterOnANameChoosesItsCamera();
-    void enterOnAnAddressPassesItOnAsTyped_data();
-    void enterOnAnAddressPassesItOnAsTyped();
-    void enterTwiceHoldsItTwice();
-    void enterOnAnEmptyBoxDoesNothing();
-    void theFirstEntryLeavesTheTextAlone();
-    void typingCompletesAndSelectsTheRest();
-    void backspaceAndDeleteOfferNoCompletion();
-    void theTypedCaseIsKept();
-    void aKeyThatFindsNothingChangesNothing();
-    void aReleaseFromElsewhereDoesNothing();
-    void choosingFromTheOpenListShowsTheCamera();
-    void choosingByKeyFromTheOpenListWorksToo();
-    void wheelAndArrowsChooseNothing();
-    void mirrorShowsAtOnceWhileNobodyTypes();
-    void mirrorWaitsForEscape();
-    void mirrorWaitsForTheLossOfFocus();
-    void enterDropsWhatWaited();
-    void theHeaderMarkSurvivesAPasteAndSeparatorsDoNot();
-    void ampersandsAreShown();
-};
+    void enterOnANameChoosesItsCamera()
+    {
+        ShownBar b;
+        b.enter("Tower");
+        QCOMPARE(b.lastChosen(), "cam.example/t.jpg");
+        QCOMPARE(b.entries(), QStringList{"Tower"}); // as typed, not the address
+        QTest::keyClick(&b.bar, Qt::Key_Enter);
+        QCOMPARE(b.lastChosen(), "cam.example/t.jpg");
+    }
 
-void GotoBarTest::enterOnANameChoosesItsCamera()
-{
-    ShownBar b;
-    b.enter("Tower");
-    QCOMPARE(b.lastChosen(), "cam.example/t.jpg");
-    QCOMPARE(b.entries(), QStringList{"Tower"}); // as typed, not the address
-    QTest::keyClick(&b.bar, Qt::Key_Enter);
-    QCOMPARE(b.lastChosen(), "cam.example/t.jpg");
-}
+    void enterOnAnAddressPassesItOnAsTyped_data()
+    {
+        QTest::addColumn<QString>("text");
+        QTest::newRow("scheme") << "http://cam.example/a.jpg";
+        QTest::newRow("scheme in capitals") << "HTTP://cam.example/a.jpg";
+        QTest::newRow("secure") << "https://cam.example:8443/a.jpg";
+        QTest::newRow("secure in capitals") << "HTTPS://cam.example/a.jpg";
+        QTest::newRow("no scheme, no name") << "cam.example/a.jpg";
+        QTest::newRow("blanks") << " cam ";
+    }
 
-void GotoBarTest::enterOnAnAddressPassesItOnAsTyped_data()
-{
-    QTest::addColumn<QString>("text");
-    QTest::newRow("scheme") << "http://cam.example/a.jpg";
-    QTest::newRow("scheme in capitals") << "HTTP://cam.example/a.jpg";
-    QTest::newRow("secure") << "https://cam.example:8443/a.jpg";
-    QTest::newRow("secure in capitals") << "HTTPS://cam.example/a.jpg";
-    QTest::newRow("no scheme, no name") << "cam.example/a.jpg";
-    QTest::newRow("blanks") << " cam ";
-}
+    void enterOnAnAddressPassesItOnAsTyped()
+    {
+        QFETCH(QString, text);
+        ShownBar b;
+        // A name that begins like a scheme is never looked up.
+        b.cameras["http://cam.example/a.jpg"] = "wrong";
+        b.cameras["https://cam.example:8443/a.jpg"] = "wrong";
+        b.enter(text);
+        QCOMPARE(b.lastChosen(), text);
+        QCOMPARE(b.entries(), QStringList{text});
+    }
 
-void GotoBarTest::enterOnAnAddressPassesItOnAsTyped()
-{
-    QFETCH(QString, text);
-    ShownBar b;
-    // A name that begins like a scheme is never looked up.
-    b.cameras["http://cam.example/a.jpg"] = "wrong";
-    b.cameras["https://cam.example:8443/a.jpg"] = "wrong";
-    b.enter(text);
-    QCOMPARE(b.lastChosen(), text);
-    QCOMPARE(b.entries(), QStringList{text});
-}
+    void enterTwiceHoldsItTwice()
+    {
+        ShownBar b;
+        b.enter("cam/a");
+        b.enter("cam/b");
+        b.enter("cam/a");
+        QCOMPARE(b.entries(), (QStringList{"cam/a", "cam/b", "cam/a"}));
+        QCOMPARE(b.chosen.count(), 3);
+    }
 
-void GotoBarTest::enterTwiceHoldsItTwice()
-{
-    ShownBar b;
-    b.enter("cam/a");
-    b.enter("cam/b");
-    b.enter("cam/a");
-    QCOMPARE(b.entries(), (QStringList{"cam/a", "cam/b", "cam/a"}));
-    QCOMPARE(b.chosen.count(), 3);
-}
+    void enterOnAnEmptyBoxDoesNothing()
+    {
+        ShownBar b;
+        b.enter("");
+        QCOMPARE(b.chosen.count(), 0);
+        QVERIFY(b.entries().isEmpty());
+    }
 
-void GotoBarTest::enterOnAnEmptyBoxDoesNothing()
-{
-    ShownBar b;
-    b.enter("");
-    QCOMPARE(b.chosen.count(), 0);
-    QVERIFY(b.entries().isEmpty());
-}
+    void theFirstEntryLeavesTheTextAlone()
+    {
+        ShownBar b;
+        b.enter("Tower");
+        QCOMPARE(b.bar.currentText(), "Tower");
+        b.enter("cam/a");
+        QCOMPARE(b.bar.currentText(), "cam/a");
+    }
 
-void GotoBarTest::theFirstEntryLeavesTheTextAlone()
-{
-    ShownBar b;
-    b.enter("Tower");
-    QCOMPARE(b.bar.currentText(), "Tower");
-    b.enter("cam/a");
-    QCOMPARE(b.bar.currentText(), "cam/a");
-}
-
-void GotoBarTest::typingCompletesAndSelectsTheRest()
-{
-    ShownBar b;
-    b.type("Ha");
-    QCOMPARE(b.bar.currentText(), "Harbour");
-    QCOMPARE(b.bar.lineEdit()->selectedText(), "rbour");
-    QCOMPARE(b.bar.lineEdit()->selectionStart(), 2);
-    b.type("r"); // replaces the completion
-    QCOMPARE(b.bar.currentText(), "Harbour");
-    QCOMPARE(b.bar.lineEdit()->selectedText(), "bour");
-    QTest::keyClick(&b.bar, Qt::Key_Return);
-    QCOMPARE(b.lastChosen(), "cam.example/h.jpg");
-}
-
-void GotoBarTest::backspaceAndDeleteOfferNoCompletion()
-{
-    for (const auto key : {Qt::Key_Backspace, Qt::Key_Delete}) {
+    void typingCompletesAndSelectsTheRest()
+    {
         ShownBar b;
         b.type("Ha");
-        QTest::keyClick(&b.bar, key);
-        QCOMPARE(b.bar.currentText(), "Ha");
-        QVERIFY(b.bar.lineEdit()->selectedText().isEmpty());
+        QCOMPARE(b.bar.currentText(), "Harbour");
+        QCOMPARE(b.bar.lineEdit()->selectedText(), "rbour");
+        QCOMPARE(b.bar.lineEdit()->selectionStart(), 2);
+        b.type("r"); // replaces the completion
+        QCOMPARE(b.bar.currentText(), "Harbour");
+        QCOMPARE(b.bar.lineEdit()->selectedText(), "bour");
+        QTest::keyClick(&b.bar, Qt::Key_Return);
+        QCOMPARE(b.lastChosen(), "cam.example/h.jpg");
     }
-}
 
-void GotoBarTest::theTypedCaseIsKept()
-{
-    ShownBar b;
-    b.type("tO");
-    QCOMPARE(b.bar.currentText(), "tOwer");
-}
+    void backspaceAndDeleteOfferNoCompletion()
+    {
+        for (const auto key : {Qt::Key_Backspace, Qt::Key_Delete}) {
+            ShownBar b;
+            b.type("Ha");
+            QTest::keyClick(&b.bar, key);
+            QCOMPARE(b.bar.currentText(), "Ha");
+            QVERIFY(b.bar.lineEdit()->selectedText().isEmpty());
+        }
+    }
 
-void GotoBarTest::aKeyThatFindsNothingChangesNothing()
-{
-    ShownBar b;
-    b.type("xy");
-    QCOMPARE(b.bar.currentText(), "xy");
-    QTest::keyClick(&b.bar, Qt::Key_Left);
-    QCOMPARE(b.bar.currentText(), "xy");
-    QCOMPARE(b.bar.lineEdit()->cursorPosition(), 1);
-}
+    void theTypedCaseIsKept()
+    {
+        ShownBar b;
+        b.type("tO");
+        QCOMPARE(b.bar.currentText(), "tOwer");
+    }
 
-void GotoBarTest::aReleaseFromElsewhereDoesNothing()
-{
-    ShownBar b;
-    b.bar.setEditText("Tower");
-    // The press closed a dialog; only the release comes here.
-    QTest::keyRelease(&b.bar, Qt::Key_Return);
-    QCOMPARE(b.chosen.count(), 0);
-    QTest::keyPress(&b.bar, Qt::Key_Return);
-    b.other.setFocus();
-    b.bar.setFocus();
-    QTest::keyRelease(&b.bar, Qt::Key_Return);
-    QCOMPARE(b.chosen.count(), 0);
-}
+    void aKeyThatFindsNothingChangesNothing()
+    {
+        ShownBar b;
+        b.type("xy");
+        QCOMPARE(b.bar.currentText(), "xy");
+        QTest::keyClick(&b.bar, Qt::Key_Left);
+        QCOMPARE(b.bar.currentText(), "xy");
+        QCOMPARE(b.bar.lineEdit()->cursorPosition(), 1);
+    }
 
-void GotoBarTest::choosingFromTheOpenListShowsTheCamera()
-{
-    ShownBar b;
-    b.enter("Tower");
-    b.enter("cam/b");
-    b.chosen.clear();
-    b.bar.showPopup();
-    QTRY_VERIFY(b.bar.view()->isVisible());
-    const auto item = b.bar.view()->visualRect(b.bar.model()->index(0, 0)).center();
-    QTest::mouseMove(b.bar.view()->viewport(), item);
-    QTest::mouseClick(b.bar.view()->viewport(), Qt::LeftButton, {}, item,
-                      QApplication::doubleClickInterval() + 1);
-    QTRY_COMPARE(b.chosen.count(), 1);
-    QCOMPARE(b.lastChosen(), "cam.example/t.jpg");
-    QCOMPARE(b.bar.currentText(), "Tower");
-    QCOMPARE(b.entries().size(), 2); // nothing is added
-}
+    void aReleaseFromElsewhereDoesNothing()
+    {
+        ShownBar b;
+        b.bar.setEditText("Tower");
+        // The press closed a dialog; only the release comes here.
+        QTest::keyRelease(&b.bar, Qt::Key_Return);
+        QCOMPARE(b.chosen.count(), 0);
+        QTest::keyPress(&b.bar, Qt::Key_Return);
+        b.other.setFocus();
+        b.bar.setFocus();
+        QTest::keyRelease(&b.bar, Qt::Key_Return);
+        QCOMPARE(b.chosen.count(), 0);
+    }
 
-void GotoBarTest::choosingByKeyFromTheOpenListWorksToo()
-{
-    ShownBar b;
-    b.enter("Tower");
-    b.enter("cam/b");
-    b.chosen.clear();
-    b.bar.showPopup();
-    QTRY_VERIFY(b.bar.view()->isVisible());
-    b.bar.view()->setCurrentIndex(b.bar.model()->index(1, 0));
-    QTest::keyClick(b.bar.view(), Qt::Key_Return);
-    QTRY_COMPARE(b.chosen.count(), 1);
-    QCOMPARE(b.lastChosen(), "cam/b");
-}
+    void choosingFromTheOpenListShowsTheCamera()
+    {
+        ShownBar b;
+        b.enter("Tower");
+        b.enter("cam/b");
+        b.chosen.clear();
+        b.bar.showPopup();
+        QTRY_VERIFY(b.bar.view()->isVisible());
+        const auto item = b.bar.view()->visualRect(b.bar.model()->index(0, 0)).center();
+        QTest::mouseMove(b.bar.view()->viewport(), item);
+        QTest::mouseClick(b.bar.view()->viewport(), Qt::LeftButton, {}, item,
+                          QApplication::doubleClickInterval() + 1);
+        QTRY_COMPARE(b.chosen.count(), 1);
+        QCOMPARE(b.lastChosen(), "cam.example/t.jpg");
+        QCOMPARE(b.bar.currentText(), "Tower");
+        QCOMPARE(b.entries().size(), 2); // nothing is added
+    }
 
-void GotoBarTest::wheelAndArrowsChooseNothing()
-{
-    ShownBar b;
-    b.enter("cam/a");
-    b.enter("cam/b");
-    b.chosen.clear();
-    QTest::keyClick(&b.bar, Qt::Key_Up);
-    QTest::keyClick(&b.bar, Qt::Key_Down);
-    QWheelEvent wheel(QPointF(10, 10), b.bar.mapToGlobal(QPointF(10, 10)), {}, {0, 120},
-                      Qt::NoButton, Qt::NoModifier, Qt::NoScrollPhase, false);
-    QApplication::sendEvent(&b.bar, &wheel);
-    b.other.setFocus();
-    QCOMPARE(b.chosen.count(), 0);
-    QCOMPARE(b.bar.currentText(), "cam/b");
-}
+    void choosingByKeyFromTheOpenListWorksToo()
+    {
+        ShownBar b;
+        b.enter("Tower");
+        b.enter("cam/b");
+        b.chosen.clear();
+        b.bar.showPopup();
+        QTRY_VERIFY(b.bar.view()->isVisible());
+        b.bar.view()->setCurrentIndex(b.bar.model()->index(1, 0));
+        QTest::keyClick(b.bar.view(), Qt::Key_Return);
+        QTRY_COMPARE(b.chosen.count(), 1);
+        QCOMPARE(b.lastChosen(), "cam/b");
+    }
 
-void GotoBarTest::mirrorShowsAtOnceWhileNobodyTypes()
-{
-    ShownBar b;
-    b.bar.mirror("http://cam/1");
-    QCOMPARE(b.bar.currentText(), "http://cam/1");
-    QVERIFY(b.entries().isEmpty());
-    b.enter("cam/b"); // typing is over
-    b.bar.mirror("http://cam/2");
-    QCOMPARE(b.bar.currentText(), "http://cam/2");
-}
+    void wheelAndArrowsChooseNothing()
+    {
+        ShownBar b;
+        b.enter("cam/a");
+        b.enter("cam/b");
+        b.chosen.clear();
+        QTest::keyClick(&b.bar, Qt::Key_Up);
+        QTest::keyClick(&b.bar, Qt::Key_Down);
+        QWheelEvent wheel(QPointF(10, 10), b.bar.mapToGlobal(QPointF(10, 10)), {}, {0, 120},
+                          Qt::NoButton, Qt::NoModifier, Qt::NoScrollPhase, false);
+        QApplication::sendEvent(&b.bar, &wheel);
+        b.other.setFocus();
+        QCOMPARE(b.chosen.count(), 0);
+        QCOMPARE(b.bar.currentText(), "cam/b");
+    }
 
-void GotoBarTest::mirrorWaitsForEscape()
-{
-    ShownBar b;
-    b.type("xy");
-    b.bar.mirror("http://cam/1");
-    b.bar.mirror("http://cam/2");
-    QCOMPARE(b.bar.currentText(), "xy");
-    QTest::keyClick(&b.bar, Qt::Key_Escape);
-    QCOMPARE(b.bar.currentText(), "http://cam/2");
-    QCOMPARE(b.chosen.count(), 0);
-}
+    void mirrorShowsAtOnceWhileNobodyTypes()
+    {
+        ShownBar b;
+        b.bar.mirror("http://cam/1");
+        QCOMPARE(b.bar.currentText(), "http://cam/1");
+        QVERIFY(b.entries().isEmpty());
+        b.enter("cam/b"); // typing is over
+        b.bar.mirror("http://cam/2");
+        QCOMPARE(b.bar.currentText(), "http://cam/2");
+    }
 
-void GotoBarTest::mirrorWaitsForTheLossOfFocus()
-{
-    ShownBar b;
-    b.type("xy");
-    b.bar.mirror("http://cam/1");
-    b.other.setFocus();
-    QCOMPARE(b.bar.currentText(), "http://cam/1");
-    // Without anything waiting the text stays.
-    b.bar.setFocus();
-    b.bar.lineEdit()->selectAll();
-    b.type("xy");
-    b.other.setFocus();
-    QCOMPARE(b.bar.currentText(), "xy");
-}
+    void mirrorWaitsForEscape()
+    {
+        ShownBar b;
+        b.type("xy");
+        b.bar.mirror("http://cam/1");
+        b.bar.mirror("http://cam/2");
+        QCOMPARE(b.bar.currentText(), "xy");
+        QTest::keyClick(&b.bar, Qt::Key_Escape);
+        QCOMPARE(b.bar.currentText(), "http://cam/2");
+        QCOMPARE(b.chosen.count(), 0);
+    }
 
-void GotoBarTest::enterDropsWhatWaited()
-{
-    ShownBar b;
-    b.type("cam/new");
-    b.bar.mirror("http://cam/old");
-    QTest::keyClick(&b.bar, Qt::Key_Return);
-    QCOMPARE(b.lastChosen(), "cam/new");
-    QCOMPARE(b.bar.currentText(), "cam/new");
-    b.other.setFocus();
-    QCOMPARE(b.bar.currentText(), "cam/new");
-}
+    void mirrorWaitsForTheLossOfFocus()
+    {
+        ShownBar b;
+        b.type("xy");
+        b.bar.mirror("http://cam/1");
+        b.other.setFocus();
+        QCOMPARE(b.bar.currentText(), "http://cam/1");
+        // Without anything waiting the text stays.
+        b.bar.setFocus();
+        b.bar.lineEdit()->selectAll();
+        b.type("xy");
+        b.other.setFocus();
+        QCOMPARE(b.bar.currentText(), "xy");
+    }
 
-void GotoBarTest::theHeaderMarkSurvivesAPasteAndSeparatorsDoNot()
-{
-    ShownBar b;
-    QApplication::clipboard()->setText(QString("cam/a") + QChar(1) + "Cookie: a" + QChar(0xFF));
-    b.bar.lineEdit()->paste();
-    QTest::keyClick(&b.bar, Qt::Key_Return);
-    QCOMPARE(b.lastChosen(), QString("cam/a") + QChar(1) + "Cookie: ay" + QChar(0x308));
-}
+    void enterDropsWhatWaited()
+    {
+        ShownBar b;
+        b.type("cam/new");
+        b.bar.mirror("http://cam/old");
+        QTest::keyClick(&b.bar, Qt::Key_Return);
+        QCOMPARE(b.lastChosen(), "cam/new");
+        QCOMPARE(b.bar.currentText(), "cam/new");
+        b.other.setFocus();
+        QCOMPARE(b.bar.currentText(), "cam/new");
+    }
 
-void GotoBarTest::ampersandsAreShown()
-{
-    ShownBar b;
-    b.enter("AT&T");
-    QCOMPARE(b.lastChosen(), "att/a.jpg");
-    QCOMPARE(b.bar.currentText(), "AT&T");
-    QCOMPARE(b.entries(), QStringList{"AT&T"});
-}
+    void theHeaderMarkSurvivesAPasteAndSeparatorsDoNot()
+    {
+        ShownBar b;
+        QApplication::clipboard()->setText(QString("cam/a") + QChar(1) + "Cookie: a" + QChar(0xFF));
+        b.bar.lineEdit()->paste();
+        QTest::keyClick(&b.bar, Qt::Key_Return);
+        QCOMPARE(b.lastChosen(), QString("cam/a") + QChar(1) + "Cookie: ay" + QChar(0x308));
+    }
+
+    void ampersandsAreShown()
+    {
+        ShownBar b;
+        b.enter("AT&T");
+        QCOMPARE(b.lastChosen(), "att/a.jpg");
+        QCOMPARE(b.bar.currentText(), "AT&T");
+        QCOMPARE(b.entries(), QStringList{"AT&T"});
+    }
+};
 
 QTEST_MAIN(GotoBarTest)
 #include "tst_GotoBar.moc"

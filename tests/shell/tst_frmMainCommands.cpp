@@ -8,22 +8,6 @@
 #include "viewer/ToolBarButton.h"
 #include "viewer/WebCam.h"
 
-class frmMainCommandsTest : public QObject
-{
-    Q_OBJECT
-private slots:
-    void theBoxForThemIsTheFirstOfItsKind();
-    void aListJoinsTheCameras();
-    void aMovieIsLoaded();
-    void theEndingAloneIsAList();
-    void twoMoviesInQuickSuccession();
-    void aListWaitsWhileAMoviePlays();
-    void aListWaitsWhileAMovieLoads();
-    void theWindowIsNeitherShownNorRaised();
-    void atTheEndNothingIsTaken();
-    void aListThatWaitsAtTheEndIsSaved();
-};
-
 namespace {
 
 QByteArray movieOf(int frames)
@@ -64,129 +48,134 @@ struct Main : ShownMain
 
 } // namespace
 
-void frmMainCommandsTest::theBoxForThemIsTheFirstOfItsKind()
+class frmMainCommandsTest : public QObject
 {
-    Main m;
-    auto* box = m.shown().findChild<QLineEdit*>();
-    QVERIFY(box);
-    QCOMPARE(box->objectName(), "txtCom");
-    QCOMPARE(box->parentWidget(), &m.made());
-    QVERIFY(!box->isVisible());
-    QCOMPARE(m.made().findChildren<QLineEdit*>(Qt::FindDirectChildrenOnly).size(), 1);
-}
+    Q_OBJECT
+private slots:
+    void theBoxForThemIsTheFirstOfItsKind()
+    {
+        Main m;
+        auto* box = m.shown().findChild<QLineEdit*>();
+        QVERIFY(box);
+        QCOMPARE(box->objectName(), "txtCom");
+        QCOMPARE(box->parentWidget(), &m.made());
+        QVERIFY(!box->isVisible());
+        QCOMPARE(m.made().findChildren<QLineEdit*>(Qt::FindDirectChildrenOnly).size(), 1);
+    }
 
-void frmMainCommandsTest::aListJoinsTheCameras()
-{
-    Main m;
-    m.shown();
-    QVERIFY(m.receive("one"));
-    QTRY_VERIFY(m.has("one"));
-    QVERIFY(m.has("Mine"));
-    QCOMPARE(m.part<QLineEdit>("txtCom").text(), m.path("one"));
-    QVERIFY(m.made().receive(""));
-    QVERIFY(m.receive("two"));
-    QTRY_VERIFY(m.has("two"));
-    QVERIFY(m.has("Mine") && m.has("one"));
-}
+    void aListJoinsTheCameras()
+    {
+        Main m;
+        m.shown();
+        QVERIFY(m.receive("one"));
+        QTRY_VERIFY(m.has("one"));
+        QVERIFY(m.has("Mine"));
+        QCOMPARE(m.part<QLineEdit>("txtCom").text(), m.path("one"));
+        QVERIFY(m.made().receive(""));
+        QVERIFY(m.receive("two"));
+        QTRY_VERIFY(m.has("two"));
+        QVERIFY(m.has("Mine") && m.has("one"));
+    }
 
-void frmMainCommandsTest::aMovieIsLoaded()
-{
-    Main m;
-    m.shown();
-    QVERIFY(m.receive("five.PVM"));
-    QTRY_COMPARE(m.caption(), "Image 1");
-    QTRY_VERIFY(!m.cam().isBusy());
-}
+    void aMovieIsLoaded()
+    {
+        Main m;
+        m.shown();
+        QVERIFY(m.receive("five.PVM"));
+        QTRY_COMPARE(m.caption(), "Image 1");
+        QTRY_VERIFY(!m.cam().isBusy());
+    }
 
-void frmMainCommandsTest::theEndingAloneIsAList()
-{
-    Main m;
-    m.shown();
-    QVERIFY(m.made().receive(".pvm"));
-    QCOMPARE(answerMessage(QMessageBox::Ok).text, "Not a valid Zipped Cam List.");
-}
+    void theEndingAloneIsAList()
+    {
+        Main m;
+        m.shown();
+        QVERIFY(m.made().receive(".pvm"));
+        QCOMPARE(answerMessage(QMessageBox::Ok).text, "Not a valid Zipped Cam List.");
+    }
 
-void frmMainCommandsTest::twoMoviesInQuickSuccession()
-{
-    Main m;
-    m.shown();
-    QSignalSpy idle(&m.cam(), &WebCam::Idle);
-    QVERIFY(m.receive("three.pvm"));
-    QVERIFY(m.receive("five.PVM"));
-    QCOMPARE(m.part<QLineEdit>("txtCom").text(), m.path("five.PVM"));
-    // Each is loaded, one after the other.
-    QTRY_COMPARE(idle.count(), 2);
-}
+    void twoMoviesInQuickSuccession()
+    {
+        Main m;
+        m.shown();
+        QSignalSpy idle(&m.cam(), &WebCam::Idle);
+        QVERIFY(m.receive("three.pvm"));
+        QVERIFY(m.receive("five.PVM"));
+        QCOMPARE(m.part<QLineEdit>("txtCom").text(), m.path("five.PVM"));
+        // Each is loaded, one after the other.
+        QTRY_COMPARE(idle.count(), 2);
+    }
 
-void frmMainCommandsTest::aListWaitsWhileAMoviePlays()
-{
-    Main m;
-    m.shown();
-    QVERIFY(m.receive("three.pvm"));
-    QTRY_VERIFY(m.cam().isBusy());
-    QTRY_VERIFY(!m.cam().isBusy());
-    m.cam().Play();
-    QVERIFY(m.cam().isBusy());
-    QVERIFY(m.receive("one"));
-    const auto& turn = m.part<Timer>("tmrTurn");
-    QTRY_VERIFY(!turn.Enabled());
-    QVERIFY(!m.has("one"));
-    m.part<ToolBar>("tbMain").button(ToolBar::StopMovie)->click();
-    QTRY_VERIFY(m.has("one"));
-}
+    void aListWaitsWhileAMoviePlays()
+    {
+        Main m;
+        m.shown();
+        QVERIFY(m.receive("three.pvm"));
+        QTRY_VERIFY(m.cam().isBusy());
+        QTRY_VERIFY(!m.cam().isBusy());
+        m.cam().Play();
+        QVERIFY(m.cam().isBusy());
+        QVERIFY(m.receive("one"));
+        const auto& turn = m.part<Timer>("tmrTurn");
+        QTRY_VERIFY(!turn.Enabled());
+        QVERIFY(!m.has("one"));
+        m.part<ToolBar>("tbMain").button(ToolBar::StopMovie)->click();
+        QTRY_VERIFY(m.has("one"));
+    }
 
-void frmMainCommandsTest::aListWaitsWhileAMovieLoads()
-{
-    Main m;
-    m.shown();
-    QVERIFY(m.receive("five.PVM"));
-    QVERIFY(m.receive("one"));
-    QTRY_VERIFY(m.cam().isBusy());
-    bool early = false;
-    connect(&m.cam(), &WebCam::Idle, this, [&] { early = m.has("one"); });
-    QTRY_VERIFY(!m.cam().isBusy());
-    QVERIFY(!early);
-    QTRY_VERIFY(m.has("one"));
-}
+    void aListWaitsWhileAMovieLoads()
+    {
+        Main m;
+        m.shown();
+        QVERIFY(m.receive("five.PVM"));
+        QVERIFY(m.receive("one"));
+        QTRY_VERIFY(m.cam().isBusy());
+        bool early = false;
+        connect(&m.cam(), &WebCam::Idle, this, [&] { early = m.has("one"); });
+        QTRY_VERIFY(!m.cam().isBusy());
+        QVERIFY(!early);
+        QTRY_VERIFY(m.has("one"));
+    }
 
-void frmMainCommandsTest::theWindowIsNeitherShownNorRaised()
-{
-    Main m;
-    m.shown().hide();
-    QWidget other;
-    other.show();
-    other.activateWindow();
-    QVERIFY(QTest::qWaitForWindowActive(&other));
-    QVERIFY(m.receive("one"));
-    QTRY_VERIFY(m.has("one"));
-    QVERIFY(!m.made().isVisible());
-    m.made().showMinimized();
-    QVERIFY(m.receive("two"));
-    QTRY_VERIFY(m.has("two"));
-    QVERIFY(m.made().isMinimized() || !m.made().isVisible());
-    QVERIFY(QApplication::activeWindow() != &m.made());
-    QCOMPARE(m.made().windowTitle(), "Pevora");
-}
+    void theWindowIsNeitherShownNorRaised()
+    {
+        Main m;
+        m.shown().hide();
+        QWidget other;
+        other.show();
+        other.activateWindow();
+        QVERIFY(QTest::qWaitForWindowActive(&other));
+        QVERIFY(m.receive("one"));
+        QTRY_VERIFY(m.has("one"));
+        QVERIFY(!m.made().isVisible());
+        m.made().showMinimized();
+        QVERIFY(m.receive("two"));
+        QTRY_VERIFY(m.has("two"));
+        QVERIFY(m.made().isMinimized() || !m.made().isVisible());
+        QVERIFY(QApplication::activeWindow() != &m.made());
+        QCOMPARE(m.made().windowTitle(), "Pevora");
+    }
 
-void frmMainCommandsTest::atTheEndNothingIsTaken()
-{
-    Main m;
-    m.shown();
-    m.made().shutDown();
-    QVERIFY(!m.receive("one"));
-    QVERIFY(!m.has("one"));
-}
+    void atTheEndNothingIsTaken()
+    {
+        Main m;
+        m.shown();
+        m.made().shutDown();
+        QVERIFY(!m.receive("one"));
+        QVERIFY(!m.has("one"));
+    }
 
-void frmMainCommandsTest::aListThatWaitsAtTheEndIsSaved()
-{
-    Main m;
-    m.shown();
-    QVERIFY(m.receive("one"));
-    m.made().shutDown();
-    QFile list(m.path("list.dat"));
-    QVERIFY(list.open(QIODevice::ReadOnly));
-    QVERIFY(list.readAll().contains("\xFFone.example/a.jpg"));
-}
+    void aListThatWaitsAtTheEndIsSaved()
+    {
+        Main m;
+        m.shown();
+        QVERIFY(m.receive("one"));
+        m.made().shutDown();
+        QFile list(m.path("list.dat"));
+        QVERIFY(list.open(QIODevice::ReadOnly));
+        QVERIFY(list.readAll().contains("\xFFone.example/a.jpg"));
+    }
+};
 
 QTEST_MAIN(frmMainCommandsTest)
 #include "tst_frmMainCommands.moc"

@@ -45,264 +45,6 @@ QStringList menuOf(ShownMain& m)
 
 } // namespace
 
-class frmMainFavouritesTest : public QObject
-{
-    Q_OBJECT
-private slots:
-    void theManagerBlocksTheWindow();
-    void theManagerCanBeOpenedAgain();
-    void theFirstOneAddedBecomesEntryOne();
-    void okClosesTheGap();
-    void theNextStartClosesTheGap();
-    void withEveryItemRemovedNoneIsLeft();
-    void twoOfOneCameraBothSurvive();
-    void theSortedOrderIsTheMenus();
-    void cancelLeavesTheMenu();
-    void theMenuFollowsAListThatGrowsAndShrinks();
-    void aSortedFavouriteOpensWithItsHeader();
-    void anAmpersandStaysOne();
-    void anAddedNameIsOneLineOfPlainText();
-    void anEmptyNameLeavesNoGap();
-    void theEndOfTheProgramDropsTheManagersWork();
-    void aWindowDestroyedWithTheManagerOpenDoesNoHarm();
-    void exitWithoutSavingKeepsThem();
-    void aThousandStayUsable();
-    void aThousandAreRebuiltQuickly();
-};
-
-void frmMainFavouritesTest::theManagerBlocksTheWindow()
-{
-    ShownMain m;
-    m.write("pref.ini", preferencesOf({{"a", "1"}}));
-    const auto manager = openManager(m);
-    QVERIFY(manager.window()->isModal());
-    QCOMPARE(manager.window()->parentWidget(), &m.made());
-    QCOMPARE(QApplication::activeModalWidget(), manager.window());
-    QVERIFY(m.made().screen()->geometry().contains(manager.window()->frameGeometry()));
-}
-
-void frmMainFavouritesTest::theManagerCanBeOpenedAgain()
-{
-    ShownMain m;
-    m.write("pref.ini", preferencesOf({{"a", "1"}, {"b", "2"}}));
-    for (int i = 0; i < 3; ++i) {
-        const auto manager = openManager(m);
-        QCOMPARE(manager.items(), (QStringList{"a", "b"}));
-        manager.tick(0);
-        QTest::keyClick(&manager.list(), Qt::Key_Escape);
-        QTRY_VERIFY(!manager.window());
-    }
-    QCOMPARE(m.made().findChildren<frmMan*>().size(), 0);
-}
-
-void frmMainFavouritesTest::theFirstOneAddedBecomesEntryOne()
-{
-    ShownMain m;
-    m.shown();
-    QCOMPARE(menuOf(m), QStringList{"()"});
-    favouritesOf(m).add("first", "cam.example/1");
-    QCOMPARE(menuOf(m), (QStringList{"()", "first"}));
-    QVERIFY(!m.entry("mnuFavGo(0)").isVisible());
-    m.choose("mnuFav", "mnuFavGo(1)");
-    QTRY_COMPARE(m.part<WebCam>("Cam").Url(), "cam.example/1");
-}
-
-void frmMainFavouritesTest::okClosesTheGap()
-{
-    ShownMain m;
-    favouritesOf(m).add("first", "cam/1");
-    favouritesOf(m).add("second", "cam/2");
-    const auto manager = openManager(m);
-    QCOMPARE(manager.items(), (QStringList{"first", "second"}));
-    manager.press("cmdOk");
-    QCOMPARE(menuOf(m), (QStringList{"first", "second"}));
-}
-
-void frmMainFavouritesTest::theNextStartClosesTheGap()
-{
-    ShownMain m;
-    favouritesOf(m).add("first", "cam/1");
-    m.made().close();
-    QVERIFY(m.preferences().endsWith(preferencesOf({{"first", "cam/1"}})));
-    m.madeAgain();
-    QCOMPARE(menuOf(m), QStringList{"first"});
-}
-
-void frmMainFavouritesTest::withEveryItemRemovedNoneIsLeft()
-{
-    ShownMain m;
-    m.write("pref.ini", preferencesOf({{"a", "1"}, {"b", "2"}, {"c", "3"}}));
-    const auto manager = openManager(m);
-    manager.press("cmdAll");
-    manager.press("cmdRem");
-    QCOMPARE(menuOf(m), (QStringList{"a", "b", "c"}));
-    manager.press("cmdOk");
-    QCOMPARE(menuOf(m), QStringList{"()"});
-    m.made().close();
-    QVERIFY(m.preferences().contains("COUNT=0\r\n"));
-    m.madeAgain();
-    QCOMPARE(menuOf(m), QStringList{"()"});
-}
-
-void frmMainFavouritesTest::twoOfOneCameraBothSurvive()
-{
-    ShownMain m;
-    m.write("pref.ini", preferencesOf({{"one", "cam/1"}, {"other", "cam/1"}}));
-    const auto manager = openManager(m);
-    QCOMPARE(manager.items(), (QStringList{"one", "other"}));
-    manager.press("cmdOk");
-    QCOMPARE(menuOf(m), (QStringList{"one", "other"}));
-    m.made().close();
-    QVERIFY(m.preferences().startsWith(preferencesOf({{"one", "cam/1"}, {"other", "cam/1"}})));
-}
-
-void frmMainFavouritesTest::theSortedOrderIsTheMenus()
-{
-    ShownMain m;
-    m.write("pref.ini", preferencesOf({{"zoo", "z"}, {"Mole", "m"}, {"alpha", "a"}}));
-    const auto manager = openManager(m);
-    manager.press("cmdSort");
-    QCOMPARE(menuOf(m), (QStringList{"zoo", "Mole", "alpha"}));
-    manager.press("cmdOk");
-    QCOMPARE(menuOf(m), (QStringList{"alpha", "Mole", "zoo"}));
-    m.choose("mnuFav", "mnuFavGo(2)");
-    QTRY_COMPARE(m.part<WebCam>("Cam").Url(), "z");
-    m.made().close();
-    QVERIFY(
-        m.preferences().startsWith(preferencesOf({{"alpha", "a"}, {"Mole", "m"}, {"zoo", "z"}})));
-}
-
-void frmMainFavouritesTest::cancelLeavesTheMenu()
-{
-    ShownMain m;
-    m.write("pref.ini", preferencesOf({{"b", "2"}, {"a", "1"}}));
-    const auto manager = openManager(m);
-    manager.press("cmdSort");
-    manager.tick(0);
-    manager.press("cmdRem");
-    manager.press("cmdCan");
-    QTRY_VERIFY(!manager.window());
-    QCOMPARE(menuOf(m), (QStringList{"b", "a"}));
-}
-
-void frmMainFavouritesTest::theMenuFollowsAListThatGrowsAndShrinks()
-{
-    ShownMain m;
-    m.write("pref.ini", preferencesOf({{"a", "1"}, {"b", "2"}, {"c", "3"}}));
-    m.shown();
-    Favourites& favourites = favouritesOf(m);
-    favourites.add("d", "4");
-    QCOMPARE(menuOf(m), (QStringList{"a", "b", "c", "d"}));
-    favourites.replaceAll({{"x", "9"}});
-    QCOMPARE(menuOf(m), QStringList{"x"});
-    QVERIFY(!m.made().findChild<QAction*>("mnuFavGo(1)"));
-    favourites.add("y", "8");
-    QCOMPARE(menuOf(m), (QStringList{"x", "y"}));
-    m.choose("mnuFav", "mnuFavGo(0)");
-    QTRY_COMPARE(m.part<WebCam>("Cam").Url(), "9");
-}
-
-void frmMainFavouritesTest::aSortedFavouriteOpensWithItsHeader()
-{
-    ScriptedServer server;
-    server.listen();
-    server.play(pictureAnswer(encodedPicture({8, 8}, Qt::red)));
-    ShownMain m;
-    const QString key = server.url("/f.jpg") + QChar(1) + "Cookie: a=b";
-    m.write("pref.ini", preferencesOf({{"Other", "other.example"}, {"AT&T", key.toLatin1()}}));
-    const auto manager = openManager(m);
-    manager.press("cmdSort");
-    manager.press("cmdOk");
-    QTRY_VERIFY(!manager.window());
-    auto& cam = m.part<WebCam>("Cam");
-    QSignalSpy changes(&cam, &WebCam::ImageChange);
-    m.choose("mnuFav", "mnuFavGo(0)");
-    QTRY_COMPARE(cam.Url(), key);
-    QCOMPARE(m.part<QComboBox>("cmbUrl").currentText(), "http://" + key);
-    QTRY_COMPARE(changes.count(), 1);
-    QVERIFY(server.requests()[0].contains("\r\nCookie: a=b\r\n"));
-}
-
-void frmMainFavouritesTest::anAmpersandStaysOne()
-{
-    ShownMain m;
-    const auto content = preferencesOf({{"AT&T", "1"}, {"Black && White", "2"}, {"&&&", "3"}});
-    m.write("pref.ini", content);
-    for (int run = 0; run < 3; ++run) {
-        m.madeAgain();
-        const auto manager = openManager(m);
-        QCOMPARE(manager.items(), (QStringList{"AT&T", "Black && White", "&&&"}));
-        manager.press("cmdOk");
-        QCOMPARE(menuOf(m), (QStringList{"AT&&T", "Black &&&& White", "&&&&&&"}));
-        QTRY_VERIFY(!manager.window());
-        m.made().close();
-        QVERIFY(m.preferences().startsWith(content));
-    }
-}
-
-void frmMainFavouritesTest::anAddedNameIsOneLineOfPlainText()
-{
-    ShownMain m;
-    m.made();
-    favouritesOf(m).add("two\r\nlines\t& <b>more</b>", "cam/1");
-    QCOMPARE(menuOf(m), (QStringList{"()", "two  lines && <b>more</b>"}));
-}
-
-void frmMainFavouritesTest::anEmptyNameLeavesNoGap()
-{
-    ShownMain m;
-    m.write("pref.ini", preferencesOf({{"first", "1"}, {"", "2"}, {"third", "3"}}));
-    m.made();
-    QVERIFY(QFile::remove(m.path("pref.ini")));
-    m.shown().close();
-    QVERIFY(m.preferences().endsWith(preferencesOf({{"first", "1"}, {"third", "3"}})));
-}
-
-void frmMainFavouritesTest::theEndOfTheProgramDropsTheManagersWork()
-{
-    ShownMain m;
-    const auto content = preferencesOf({{"b", "2"}, {"a", "1"}});
-    m.write("pref.ini", content);
-    const auto manager = openManager(m);
-    manager.press("cmdSort");
-    manager.press("cmdAll");
-    manager.press("cmdRem");
-    // A key that waits while the preferences are written comes to nothing.
-    QTimer::singleShot(0, manager.window(),
-                       [&] { QTest::keyClick(&manager.list(), Qt::Key_Return); });
-    m.made().shutDown();
-    QVERIFY(m.preferences().startsWith(content));
-    QCOMPARE(menuOf(m), (QStringList{"b", "a"}));
-    m.madeAgain();
-    QVERIFY(!manager.window());
-    QCOMPARE(menuOf(m), (QStringList{"b", "a"}));
-}
-
-void frmMainFavouritesTest::aWindowDestroyedWithTheManagerOpenDoesNoHarm()
-{
-    ShownMain m;
-    const auto content = preferencesOf({{"b", "2"}, {"a", "1"}});
-    m.write("pref.ini", content);
-    const auto manager = openManager(m);
-    manager.press("cmdSort");
-    m.madeAgain();
-    QVERIFY(!manager.window());
-    QCOMPARE(m.preferences(), content);
-}
-
-void frmMainFavouritesTest::exitWithoutSavingKeepsThem()
-{
-    ShownMain m;
-    favouritesOf(m).add("new", "cam/new");
-    m.shown();
-    m.choose("mnuOpt", "mnuOptExitWO");
-    QMessageBox* box = nullptr;
-    QTRY_VERIFY((box = m.made().findChild<QMessageBox*>()));
-    QTest::mouseClick(box->button(QMessageBox::Yes), Qt::LeftButton);
-    QTRY_VERIFY(!m.made().isVisible());
-    QVERIFY(m.preferences().endsWith(preferencesOf({{"new", "cam/new"}})));
-}
-
 static QByteArray aThousand()
 {
     QList<std::pair<QByteArray, QByteArray>> pairs;
@@ -313,61 +55,299 @@ static QByteArray aThousand()
     return preferencesOf(pairs);
 }
 
-void frmMainFavouritesTest::aThousandStayUsable()
+class frmMainFavouritesTest : public QObject
 {
-    ShownMain m;
-    m.write("pref.ini", aThousand());
-    m.shown();
-    auto& menu = m.part<QMenu>("mnuFav");
-    for (const Qt::Key way : {Qt::Key_End, Qt::Key_Up}) {
-        m.part<WebCam>("Cam").setUrl("none");
+    Q_OBJECT
+private slots:
+    void theManagerBlocksTheWindow()
+    {
+        ShownMain m;
+        m.write("pref.ini", preferencesOf({{"a", "1"}}));
+        const auto manager = openManager(m);
+        QVERIFY(manager.window()->isModal());
+        QCOMPARE(manager.window()->parentWidget(), &m.made());
+        QCOMPARE(QApplication::activeModalWidget(), manager.window());
+        QVERIFY(m.made().screen()->geometry().contains(manager.window()->frameGeometry()));
+    }
+
+    void theManagerCanBeOpenedAgain()
+    {
+        ShownMain m;
+        m.write("pref.ini", preferencesOf({{"a", "1"}, {"b", "2"}}));
+        for (int i = 0; i < 3; ++i) {
+            const auto manager = openManager(m);
+            QCOMPARE(manager.items(), (QStringList{"a", "b"}));
+            manager.tick(0);
+            QTest::keyClick(&manager.list(), Qt::Key_Escape);
+            QTRY_VERIFY(!manager.window());
+        }
+        QCOMPARE(m.made().findChildren<frmMan*>().size(), 0);
+    }
+
+    void theFirstOneAddedBecomesEntryOne()
+    {
+        ShownMain m;
+        m.shown();
+        QCOMPARE(menuOf(m), QStringList{"()"});
+        favouritesOf(m).add("first", "cam.example/1");
+        QCOMPARE(menuOf(m), (QStringList{"()", "first"}));
+        QVERIFY(!m.entry("mnuFavGo(0)").isVisible());
+        m.choose("mnuFav", "mnuFavGo(1)");
+        QTRY_COMPARE(m.part<WebCam>("Cam").Url(), "cam.example/1");
+    }
+
+    void okClosesTheGap()
+    {
+        ShownMain m;
+        favouritesOf(m).add("first", "cam/1");
+        favouritesOf(m).add("second", "cam/2");
+        const auto manager = openManager(m);
+        QCOMPARE(manager.items(), (QStringList{"first", "second"}));
+        manager.press("cmdOk");
+        QCOMPARE(menuOf(m), (QStringList{"first", "second"}));
+    }
+
+    void theNextStartClosesTheGap()
+    {
+        ShownMain m;
+        favouritesOf(m).add("first", "cam/1");
+        m.made().close();
+        QVERIFY(m.preferences().endsWith(preferencesOf({{"first", "cam/1"}})));
+        m.madeAgain();
+        QCOMPARE(menuOf(m), QStringList{"first"});
+    }
+
+    void withEveryItemRemovedNoneIsLeft()
+    {
+        ShownMain m;
+        m.write("pref.ini", preferencesOf({{"a", "1"}, {"b", "2"}, {"c", "3"}}));
+        const auto manager = openManager(m);
+        manager.press("cmdAll");
+        manager.press("cmdRem");
+        QCOMPARE(menuOf(m), (QStringList{"a", "b", "c"}));
+        manager.press("cmdOk");
+        QCOMPARE(menuOf(m), QStringList{"()"});
+        m.made().close();
+        QVERIFY(m.preferences().contains("COUNT=0\r\n"));
+        m.madeAgain();
+        QCOMPARE(menuOf(m), QStringList{"()"});
+    }
+
+    void twoOfOneCameraBothSurvive()
+    {
+        ShownMain m;
+        m.write("pref.ini", preferencesOf({{"one", "cam/1"}, {"other", "cam/1"}}));
+        const auto manager = openManager(m);
+        QCOMPARE(manager.items(), (QStringList{"one", "other"}));
+        manager.press("cmdOk");
+        QCOMPARE(menuOf(m), (QStringList{"one", "other"}));
+        m.made().close();
+        QVERIFY(m.preferences().startsWith(preferencesOf({{"one", "cam/1"}, {"other", "cam/1"}})));
+    }
+
+    void theSortedOrderIsTheMenus()
+    {
+        ShownMain m;
+        m.write("pref.ini", preferencesOf({{"zoo", "z"}, {"Mole", "m"}, {"alpha", "a"}}));
+        const auto manager = openManager(m);
+        manager.press("cmdSort");
+        QCOMPARE(menuOf(m), (QStringList{"zoo", "Mole", "alpha"}));
+        manager.press("cmdOk");
+        QCOMPARE(menuOf(m), (QStringList{"alpha", "Mole", "zoo"}));
+        m.choose("mnuFav", "mnuFavGo(2)");
+        QTRY_COMPARE(m.part<WebCam>("Cam").Url(), "z");
+        m.made().close();
+        QVERIFY(m.preferences().startsWith(
+            preferencesOf({{"alpha", "a"}, {"Mole", "m"}, {"zoo", "z"}})));
+    }
+
+    void cancelLeavesTheMenu()
+    {
+        ShownMain m;
+        m.write("pref.ini", preferencesOf({{"b", "2"}, {"a", "1"}}));
+        const auto manager = openManager(m);
+        manager.press("cmdSort");
+        manager.tick(0);
+        manager.press("cmdRem");
+        manager.press("cmdCan");
+        QTRY_VERIFY(!manager.window());
+        QCOMPARE(menuOf(m), (QStringList{"b", "a"}));
+    }
+
+    void theMenuFollowsAListThatGrowsAndShrinks()
+    {
+        ShownMain m;
+        m.write("pref.ini", preferencesOf({{"a", "1"}, {"b", "2"}, {"c", "3"}}));
+        m.shown();
+        Favourites& favourites = favouritesOf(m);
+        favourites.add("d", "4");
+        QCOMPARE(menuOf(m), (QStringList{"a", "b", "c", "d"}));
+        favourites.replaceAll({{"x", "9"}});
+        QCOMPARE(menuOf(m), QStringList{"x"});
+        QVERIFY(!m.made().findChild<QAction*>("mnuFavGo(1)"));
+        favourites.add("y", "8");
+        QCOMPARE(menuOf(m), (QStringList{"x", "y"}));
+        m.choose("mnuFav", "mnuFavGo(0)");
+        QTRY_COMPARE(m.part<WebCam>("Cam").Url(), "9");
+    }
+
+    void aSortedFavouriteOpensWithItsHeader()
+    {
+        ScriptedServer server;
+        server.listen();
+        server.play(pictureAnswer(encodedPicture({8, 8}, Qt::red)));
+        ShownMain m;
+        const QString key = server.url("/f.jpg") + QChar(1) + "Cookie: a=b";
+        m.write("pref.ini", preferencesOf({{"Other", "other.example"}, {"AT&T", key.toLatin1()}}));
+        const auto manager = openManager(m);
+        manager.press("cmdSort");
+        manager.press("cmdOk");
+        QTRY_VERIFY(!manager.window());
+        auto& cam = m.part<WebCam>("Cam");
+        QSignalSpy changes(&cam, &WebCam::ImageChange);
+        m.choose("mnuFav", "mnuFavGo(0)");
+        QTRY_COMPARE(cam.Url(), key);
+        QCOMPARE(m.part<QComboBox>("cmbUrl").currentText(), "http://" + key);
+        QTRY_COMPARE(changes.count(), 1);
+        QVERIFY(server.requests()[0].contains("\r\nCookie: a=b\r\n"));
+    }
+
+    void anAmpersandStaysOne()
+    {
+        ShownMain m;
+        const auto content = preferencesOf({{"AT&T", "1"}, {"Black && White", "2"}, {"&&&", "3"}});
+        m.write("pref.ini", content);
+        for (int run = 0; run < 3; ++run) {
+            m.madeAgain();
+            const auto manager = openManager(m);
+            QCOMPARE(manager.items(), (QStringList{"AT&T", "Black && White", "&&&"}));
+            manager.press("cmdOk");
+            QCOMPARE(menuOf(m), (QStringList{"AT&&T", "Black &&&& White", "&&&&&&"}));
+            QTRY_VERIFY(!manager.window());
+            m.made().close();
+            QVERIFY(m.preferences().startsWith(content));
+        }
+    }
+
+    void anAddedNameIsOneLineOfPlainText()
+    {
+        ShownMain m;
+        m.made();
+        favouritesOf(m).add("two\r\nlines\t& <b>more</b>", "cam/1");
+        QCOMPARE(menuOf(m), (QStringList{"()", "two  lines && <b>more</b>"}));
+    }
+
+    void anEmptyNameLeavesNoGap()
+    {
+        ShownMain m;
+        m.write("pref.ini", preferencesOf({{"first", "1"}, {"", "2"}, {"third", "3"}}));
+        m.made();
+        QVERIFY(QFile::remove(m.path("pref.ini")));
+        m.shown().close();
+        QVERIFY(m.preferences().endsWith(preferencesOf({{"first", "1"}, {"third", "3"}})));
+    }
+
+    void theEndOfTheProgramDropsTheManagersWork()
+    {
+        ShownMain m;
+        const auto content = preferencesOf({{"b", "2"}, {"a", "1"}});
+        m.write("pref.ini", content);
+        const auto manager = openManager(m);
+        manager.press("cmdSort");
+        manager.press("cmdAll");
+        manager.press("cmdRem");
+        // A key that waits while the preferences are written comes to nothing.
+        QTimer::singleShot(0, manager.window(),
+                           [&] { QTest::keyClick(&manager.list(), Qt::Key_Return); });
+        m.made().shutDown();
+        QVERIFY(m.preferences().startsWith(content));
+        QCOMPARE(menuOf(m), (QStringList{"b", "a"}));
+        m.madeAgain();
+        QVERIFY(!manager.window());
+        QCOMPARE(menuOf(m), (QStringList{"b", "a"}));
+    }
+
+    void aWindowDestroyedWithTheManagerOpenDoesNoHarm()
+    {
+        ShownMain m;
+        const auto content = preferencesOf({{"b", "2"}, {"a", "1"}});
+        m.write("pref.ini", content);
+        const auto manager = openManager(m);
+        manager.press("cmdSort");
+        m.madeAgain();
+        QVERIFY(!manager.window());
+        QCOMPARE(m.preferences(), content);
+    }
+
+    void exitWithoutSavingKeepsThem()
+    {
+        ShownMain m;
+        favouritesOf(m).add("new", "cam/new");
+        m.shown();
+        m.choose("mnuOpt", "mnuOptExitWO");
+        QMessageBox* box = nullptr;
+        QTRY_VERIFY((box = m.made().findChild<QMessageBox*>()));
+        QTest::mouseClick(box->button(QMessageBox::Yes), Qt::LeftButton);
+        QTRY_VERIFY(!m.made().isVisible());
+        QVERIFY(m.preferences().endsWith(preferencesOf({{"new", "cam/new"}})));
+    }
+
+    void aThousandStayUsable()
+    {
+        ShownMain m;
+        m.write("pref.ini", aThousand());
+        m.shown();
+        auto& menu = m.part<QMenu>("mnuFav");
+        for (const Qt::Key way : {Qt::Key_End, Qt::Key_Up}) {
+            m.part<WebCam>("Cam").setUrl("none");
+            QElapsedTimer clock;
+            clock.start();
+            QTest::keyClick(&m.made(), Qt::Key_F, Qt::AltModifier);
+            QVERIFY(QTest::qWaitForWindowExposed(&menu));
+            const auto opened = clock.elapsed();
+            qInfo("opened in %lld ms", static_cast<long long>(opened));
+            QVERIFY2(opened < 500 * Slower, qPrintable(QString::number(opened)));
+            QVERIFY(m.made().screen()->geometry().contains(menu.geometry()));
+            // The access key has chosen the first entry: up from there is the last one.
+            QTest::keyClick(&menu, way);
+            QTRY_COMPARE(menu.activeAction(), &m.entry("mnuFavGo(999)"));
+            QVERIFY(menu.rect().contains(menu.actionGeometry(menu.activeAction())));
+            QTest::keyClick(&menu, Qt::Key_Return);
+            QTRY_COMPARE(m.part<WebCam>("Cam").Url(), "cam.example/999");
+            QTRY_VERIFY(!menu.isVisible());
+        }
+    }
+
+    void aThousandAreRebuiltQuickly()
+    {
+        ShownMain m;
+        m.write("pref.ini", aThousand());
+        const auto manager = openManager(m);
+        manager.press("cmdSort");
         QElapsedTimer clock;
         clock.start();
-        QTest::keyClick(&m.made(), Qt::Key_F, Qt::AltModifier);
-        QVERIFY(QTest::qWaitForWindowExposed(&menu));
-        const auto opened = clock.elapsed();
-        qInfo("opened in %lld ms", static_cast<long long>(opened));
-        QVERIFY2(opened < 500 * Slower, qPrintable(QString::number(opened)));
-        QVERIFY(m.made().screen()->geometry().contains(menu.geometry()));
-        // The access key has chosen the first entry: up from there is the last one.
-        QTest::keyClick(&menu, way);
-        QTRY_COMPARE(menu.activeAction(), &m.entry("mnuFavGo(999)"));
-        QVERIFY(menu.rect().contains(menu.actionGeometry(menu.activeAction())));
-        QTest::keyClick(&menu, Qt::Key_Return);
-        QTRY_COMPARE(m.part<WebCam>("Cam").Url(), "cam.example/999");
-        QTRY_VERIFY(!menu.isVisible());
+        manager.press("cmdOk");
+        const auto ok = clock.restart();
+        favouritesOf(m).add("one more", "cam/more");
+        const auto added = clock.restart();
+        QList<Favourite> ten;
+        for (int i = 0; i < 10'000; ++i)
+            ten.append(Favourite{QString("Camera number %1").arg(i), "cam"});
+        clock.restart();
+        favouritesOf(m).replaceAll(ten);
+        const auto tenThousand = clock.restart();
+        favouritesOf(m).replaceAll({});
+        const auto emptied = clock.elapsed();
+        qInfo("Ok %lld ms, one added %lld ms, 10,000 made %lld ms, and removed %lld ms",
+              static_cast<long long>(ok), static_cast<long long>(added),
+              static_cast<long long>(tenThousand), static_cast<long long>(emptied));
+        QVERIFY2(ok < 200 * Slower, qPrintable(QString::number(ok)));
+        QVERIFY2(added < 100 * Slower, qPrintable(QString::number(added)));
+        QVERIFY2(tenThousand < 2000 * Slower, qPrintable(QString::number(tenThousand)));
+        QVERIFY2(emptied < 2000 * Slower, qPrintable(QString::number(emptied)));
+        QCOMPARE(menuOf(m), QStringList{"()"});
     }
-}
-
-void frmMainFavouritesTest::aThousandAreRebuiltQuickly()
-{
-    ShownMain m;
-    m.write("pref.ini", aThousand());
-    const auto manager = openManager(m);
-    manager.press("cmdSort");
-    QElapsedTimer clock;
-    clock.start();
-    manager.press("cmdOk");
-    const auto ok = clock.restart();
-    favouritesOf(m).add("one more", "cam/more");
-    const auto added = clock.restart();
-    QList<Favourite> ten;
-    for (int i = 0; i < 10'000; ++i)
-        ten.append(Favourite{QString("Camera number %1").arg(i), "cam"});
-    clock.restart();
-    favouritesOf(m).replaceAll(ten);
-    const auto tenThousand = clock.restart();
-    favouritesOf(m).replaceAll({});
-    const auto emptied = clock.elapsed();
-    qInfo("Ok %lld ms, one added %lld ms, 10,000 made %lld ms, and removed %lld ms",
-          static_cast<long long>(ok), static_cast<long long>(added),
-          static_cast<long long>(tenThousand), static_cast<long long>(emptied));
-    QVERIFY2(ok < 200 * Slower, qPrintable(QString::number(ok)));
-    QVERIFY2(added < 100 * Slower, qPrintable(QString::number(added)));
-    QVERIFY2(tenThousand < 2000 * Slower, qPrintable(QString::number(tenThousand)));
-    QVERIFY2(emptied < 2000 * Slower, qPrintable(QString::number(emptied)));
-    QCOMPARE(menuOf(m), QStringList{"()"});
-}
+};
 
 QTEST_MAIN(frmMainFavouritesTest)
 #include "tst_frmMainFavourites.moc"

@@ -8,7 +8,16 @@ class frmMainHelpTest : public QObject
 {
     Q_OBJECT
 private slots:
-    void onlineHelpOpensInTheBrowser();
+    void onlineHelpOpensInTheBrowser()
+    {
+        QDesktopServices::setUrlHandler("http", this, "opened");
+        ShownMain m;
+        m.shown();
+        m.choose("mnuHelp", "mnuHelpH");
+        QDesktopServices::unsetUrlHandler("http");
+        // As the build was told, which is this where it was told nothing.
+        QCOMPARE(m_opened, QList<QUrl>{QUrl("http://localhost/pevora/help.html")});
+    }
 
 public slots:
     void opened(const QUrl& url) { m_opened.append(url); }
@@ -16,17 +25,6 @@ public slots:
 private:
     QList<QUrl> m_opened;
 };
-
-void frmMainHelpTest::onlineHelpOpensInTheBrowser()
-{
-    QDesktopServices::setUrlHandler("http", this, "opened");
-    ShownMain m;
-    m.shown();
-    m.choose("mnuHelp", "mnuHelpH");
-    QDesktopServices::unsetUrlHandler("http");
-    // As the build was told, which is this where it was told nothing.
-    QCOMPARE(m_opened, QList<QUrl>{QUrl("http://localhost/pevora/help.html")});
-}
 
 QTEST_MAIN(frmMainHelpTest)
 #include "tst_frmMainHelp.moc"

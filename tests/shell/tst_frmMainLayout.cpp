@@ -116,252 +116,240 @@ class frmMainLayoutTest : public QObject
 {
     Q_OBJECT
 private slots:
-    void itBeginsWithListViewerAndBar();
-    void theListPreferenceSwitchesAllOfTheColumn();
-    void noSizeMakesPartsOverlapOrFallOff_data();
-    void noSizeMakesPartsOverlapOrFallOff();
-    void draggingShowsNoUnfinishedState();
-    void theWindowKeepsTheRoomOfItsToolBar_data();
-    void theWindowKeepsTheRoomOfItsToolBar();
-    void switchingPartsMovesTheMinimum();
-    void turningOnTheListWidensANarrowWindow();
-    void theViewEntriesSwitchTheirParts();
-    void turningOnTheListChoosesItsPage();
-    void hidingTheGotoBarGivesItsRoomToTheViewer();
-    void optionButtonsStandLevelWithTheGotoBar();
-    void longCaptionsOfTheOptionsHaveRoom();
-    void choosingThePageAgainDoesNothing();
-};
-
-void frmMainLayoutTest::itBeginsWithListViewerAndBar()
-{
-    Parted m;
-    m.shown();
-    for (const QString& name : Parts)
-        QVERIFY2(m.of(name).isVisible(), qPrintable(name));
-    QCOMPARE(m.fault(), "");
-    QCOMPARE(m.of("cList").pos(), QPoint(0, 0));
-    QCOMPARE(m.of("cList").width(), ListWidth);
-    QCOMPARE(m.of("Cam").pos(), QPoint(ListWidth + 4, 0));
-    QCOMPARE(m.of("opt(0)").y(), m.of("cList").height());
-    QCOMPARE(m.of("opt(1)").y(), m.of("cList").height());
-    QVERIFY(m.of("opt(0)").x() < m.of("opt(1)").x());
-    QCOMPARE(m.part<QRadioButton>("opt(0)").text(), "Add");
-    QCOMPARE(m.part<QRadioButton>("opt(1)").text(), "List");
-    QVERIFY(m.part<QRadioButton>("opt(1)").isChecked());
-}
-
-void frmMainLayoutTest::theListPreferenceSwitchesAllOfTheColumn()
-{
-    for (const bool on : {false, true}) {
+    void itBeginsWithListViewerAndBar()
+    {
         Parted m;
-        m.write("pref.ini", on ? "[VIEW]\r\nLIST=True\r\n" : "[VIEW]\r\nLIST=False\r\n");
         m.shown();
-        QCOMPARE(m.entry("mnuViewList").isChecked(), on);
-        for (const char* name : {"cList", "opt(0)", "opt(1)"})
-            QCOMPARE(m.of(name).isVisible(), on);
-        QCOMPARE(m.of("Cam").x(), on ? ListWidth + 4 : 0);
+        for (const QString& name : Parts)
+            QVERIFY2(m.of(name).isVisible(), qPrintable(name));
         QCOMPARE(m.fault(), "");
+        QCOMPARE(m.of("cList").pos(), QPoint(0, 0));
+        QCOMPARE(m.of("cList").width(), ListWidth);
+        QCOMPARE(m.of("Cam").pos(), QPoint(ListWidth + 4, 0));
+        QCOMPARE(m.of("opt(0)").y(), m.of("cList").height());
+        QCOMPARE(m.of("opt(1)").y(), m.of("cList").height());
+        QVERIFY(m.of("opt(0)").x() < m.of("opt(1)").x());
+        QCOMPARE(m.part<QRadioButton>("opt(0)").text(), "Add");
+        QCOMPARE(m.part<QRadioButton>("opt(1)").text(), "List");
+        QVERIFY(m.part<QRadioButton>("opt(1)").isChecked());
     }
-}
 
-void frmMainLayoutTest::noSizeMakesPartsOverlapOrFallOff_data()
-{
-    QTest::addColumn<QStringList>("hidden");
-    QTest::newRow("all parts") << QStringList();
-    QTest::newRow("no toolbar") << QStringList{"mnuViewTb"};
-    QTest::newRow("no list") << QStringList{"mnuViewList"};
-    QTest::newRow("no goto bar, no toolbar") << QStringList{"mnuViewGoto", "mnuViewTb"};
-    QTest::newRow("the viewer alone") << QStringList{"mnuViewList", "mnuViewGoto", "mnuViewTb"};
-}
-
-void frmMainLayoutTest::noSizeMakesPartsOverlapOrFallOff()
-{
-    QFETCH(QStringList, hidden);
-    Parted m;
-    m.shown();
-    for (const QString& entry : hidden)
-        m.entry(entry).trigger();
-    Watch watch(m);
-    for (const int width : {1, 60, 223, 226, 352, 353, 571, 572, 573, 1'001, 3'840}) {
-        for (const int height : {1, 30, 50, 51, 52, 56, 61, 130, 301, 2'160}) {
-            m.made().resize(width, height);
-            const QSize now = m.made().size();
-            const QString at = QString("%1 x %2: ").arg(now.width()).arg(now.height());
-            QCOMPARE(at + m.fault(), at);
-        }
-    }
-    QTRY_VERIFY(watch.paintings > 0);
-    QCOMPARE(watch.faults, QStringList());
-    QCOMPARE(watch.mostPlaced, 1);
-}
-
-void frmMainLayoutTest::draggingShowsNoUnfinishedState()
-{
-    Parted m;
-    m.shown();
-    Watch watch(m);
-    int steps = 0;
-    for (const QSize& size : {QSize(900, 600), QSize(760, 420), QSize(573, 300), QSize(400, 120),
-                              QSize(300, 30), QSize(601, 333), QSize(1'280, 900),
-                              QSize(2'560, 1'440), QSize(3'840, 2'160), QSize(900, 640)}) {
-        watch.paintings = 0;
-        QVERIFY2(m.drag(size), qPrintable(QString("%1 x %2").arg(size.width()).arg(size.height())));
-        QTRY_VERIFY(watch.paintings > 0);
-        ++steps;
-    }
-    QCOMPARE(steps, 10);
-    QCOMPARE(watch.faults, QStringList());
-    QCOMPARE(watch.mostPlaced, 1);
-}
-
-void frmMainLayoutTest::theWindowKeepsTheRoomOfItsToolBar_data()
-{
-    QTest::addColumn<bool>("list");
-    QTest::addColumn<int>("minimum");
-    QTest::newRow("with the list") << true << MinimumWithList;
-    QTest::newRow("without the list") << false << MinimumWithoutList;
-}
-
-void frmMainLayoutTest::theWindowKeepsTheRoomOfItsToolBar()
-{
-    QFETCH(bool, list);
-    QFETCH(int, minimum);
-    Parted m;
-    m.shown();
-    if (!list)
-        m.entry("mnuViewList").trigger();
-    QVERIFY(m.drag({700, 400}));
-    QVERIFY(m.drag({100, 400}));
-    QCOMPARE(m.made().width(), minimum);
-    // From inside as well.
-    m.made().resize(10, 300);
-    QCOMPARE(m.made().width(), minimum);
-    QVERIFY(m.drag({minimum + 1, 400}));
-    QVERIFY(m.drag({minimum, 400}));
-    auto& bar = m.part<ToolBar>("tbMain");
-    for (int index = 1; index <= 15; ++index) {
-        if (const auto* button = bar.button(index)) {
-            const QRect place(button->mapTo(&m.area(), QPoint()), button->size());
-            QVERIFY2(m.area().rect().contains(place), qPrintable(button->objectName()));
-            QVERIFY(!button->visibleRegion().isEmpty());
-        }
-    }
-}
-
-void frmMainLayoutTest::switchingPartsMovesTheMinimum()
-{
-    Parted m;
-    m.shown();
-    QCOMPARE(m.made().minimumWidth(), MinimumWithList);
-    m.entry("mnuViewList").trigger();
-    QCOMPARE(m.made().minimumWidth(), MinimumWithoutList);
-    m.entry("mnuViewTb").trigger();
-    QCOMPARE(m.made().minimumWidth(), 0);
-    QVERIFY(m.drag({120, 200}));
-    QCOMPARE(m.fault(), "");
-    m.entry("mnuViewList").trigger();
-    QCOMPARE(m.made().minimumWidth(), 0);
-    QCOMPARE(m.made().width(), 120);
-    m.entry("mnuViewTb").trigger();
-    QCOMPARE(m.made().width(), MinimumWithList);
-    QCOMPARE(m.fault(), "");
-}
-
-void frmMainLayoutTest::turningOnTheListWidensANarrowWindow()
-{
-    Parted m;
-    m.write("pref.ini", "[VIEW]\r\nLIST=False\r\n");
-    m.shown();
-    QVERIFY(m.drag({400, 300}));
-    m.entry("mnuViewList").trigger();
-    QCOMPARE(m.made().width(), MinimumWithList);
-    QCOMPARE(m.of("Cam").width(), MinimumWithList - ListWidth - 5);
-    QCOMPARE(m.fault(), "");
-}
-
-void frmMainLayoutTest::theViewEntriesSwitchTheirParts()
-{
-    Parted m;
-    m.shown();
-    const QHash<QString, QStringList> parts = {{"mnuViewList", {"cList", "opt(0)", "opt(1)"}},
-                                               {"mnuViewTb", {"tbMain"}},
-                                               {"mnuViewGoto", {"cmbUrl"}}};
-    for (const char* entry : {"mnuViewList", "mnuViewTb", "mnuViewGoto"}) {
-        for (const bool on : {false, true, false, true}) {
-            m.choose("mnuView", entry);
-            QTRY_COMPARE(m.entry(entry).isChecked(), on);
-            for (const QString& name : parts[entry])
+    void theListPreferenceSwitchesAllOfTheColumn()
+    {
+        for (const bool on : {false, true}) {
+            Parted m;
+            m.write("pref.ini", on ? "[VIEW]\r\nLIST=True\r\n" : "[VIEW]\r\nLIST=False\r\n");
+            m.shown();
+            QCOMPARE(m.entry("mnuViewList").isChecked(), on);
+            for (const char* name : {"cList", "opt(0)", "opt(1)"})
                 QCOMPARE(m.of(name).isVisible(), on);
+            QCOMPARE(m.of("Cam").x(), on ? ListWidth + 4 : 0);
             QCOMPARE(m.fault(), "");
         }
     }
-}
 
-void frmMainLayoutTest::turningOnTheListChoosesItsPage()
-{
-    Parted m;
-    m.shown();
-    // The other page is not there yet: only its button is.
-    m.of("opt(0)").setEnabled(true);
-    QTest::mouseClick(&m.of("opt(0)"), Qt::LeftButton, {}, QPoint(8, m.of("opt(0)").height() / 2));
-    QVERIFY(m.part<QRadioButton>("opt(0)").isChecked());
-    m.entry("mnuViewList").trigger();
-    QVERIFY(m.part<QRadioButton>("opt(0)").isChecked());
-    m.entry("mnuViewList").trigger();
-    QVERIFY(m.part<QRadioButton>("opt(1)").isChecked());
-    QVERIFY(m.of("cList").isVisible());
-}
-
-void frmMainLayoutTest::hidingTheGotoBarGivesItsRoomToTheViewer()
-{
-    Parted m;
-    m.shown();
-    const int before = m.of("Cam").height();
-    const int bar = m.of("cmbUrl").height();
-    m.choose("mnuView", "mnuViewGoto");
-    QTRY_VERIFY(m.of("cmbUrl").isHidden());
-    QCOMPARE(m.of("Cam").height(), before + bar + 4);
-    // The list's column stays as it was.
-    QCOMPARE(m.of("opt(1)").geometry().bottom() + 1, m.area().height());
-}
-
-void frmMainLayoutTest::optionButtonsStandLevelWithTheGotoBar()
-{
-    Parted m;
-    m.shown();
-    for (const char* name : {"opt(0)", "opt(1)"}) {
-        QVERIFY(std::abs(m.of(name).geometry().center().y() -
-                         m.of("cmbUrl").geometry().center().y()) <= 1);
-        QVERIFY(m.of(name).width() >= m.of(name).sizeHint().width());
-        QVERIFY(m.of(name).height() >= m.of(name).sizeHint().height());
-        QVERIFY(m.of(name).geometry().right() < ListWidth);
+    void noSizeMakesPartsOverlapOrFallOff_data()
+    {
+        QTest::addColumn<QStringList>("hidden");
+        QTest::newRow("all parts") << QStringList();
+        QTest::newRow("no toolbar") << QStringList{"mnuViewTb"};
+        QTest::newRow("no list") << QStringList{"mnuViewList"};
+        QTest::newRow("no goto bar, no toolbar") << QStringList{"mnuViewGoto", "mnuViewTb"};
+        QTest::newRow("the viewer alone") << QStringList{"mnuViewList", "mnuViewGoto", "mnuViewTb"};
     }
-}
 
-void frmMainLayoutTest::longCaptionsOfTheOptionsHaveRoom()
-{
-    for (const QByteArray& file : {QByteArray("BADD=A longer caption\r\nLIST=Liste\r\n"),
-                                   QByteArray("BADD=Add\r\nLIST=A longer caption\r\n")}) {
+    void noSizeMakesPartsOverlapOrFallOff()
+    {
+        QFETCH(QStringList, hidden);
         Parted m;
-        m.write("lan.ini", "[MAIN]\r\n" + file);
         m.shown();
-        for (const char* name : {"opt(0)", "opt(1)"})
-            QVERIFY2(m.of(name).width() >= m.of(name).sizeHint().width(), name);
-        QCOMPARE(m.fault(), "");
-        QVERIFY(m.of("opt(1)").geometry().right() < ListWidth);
+        for (const QString& entry : hidden)
+            m.entry(entry).trigger();
+        Watch watch(m);
+        for (const int width : {1, 60, 223, 226, 352, 353, 571, 572, 573, 1'001, 3'840}) {
+            for (const int height : {1, 30, 50, 51, 52, 56, 61, 130, 301, 2'160}) {
+                m.made().resize(width, height);
+                const QSize now = m.made().size();
+                const QString at = QString("%1 x %2: ").arg(now.width()).arg(now.height());
+                QCOMPARE(at + m.fault(), at);
+            }
+        }
+        QTRY_VERIFY(watch.paintings > 0);
+        QCOMPARE(watch.faults, QStringList());
+        QCOMPARE(watch.mostPlaced, 1);
     }
-}
 
-void frmMainLayoutTest::choosingThePageAgainDoesNothing()
-{
-    Parted m;
-    m.shown();
-    QTest::mouseClick(&m.of("opt(1)"), Qt::LeftButton, {}, QPoint(8, m.of("opt(1)").height() / 2));
-    QVERIFY(m.part<QRadioButton>("opt(1)").isChecked());
-    QVERIFY(m.of("cList").isVisible());
-    QCOMPARE(m.fault(), "");
-}
+    void draggingShowsNoUnfinishedState()
+    {
+        Parted m;
+        m.shown();
+        Watch watch(m);
+        int steps = 0;
+        for (const QSize& size :
+             {QSize(900, 600), QSize(760, 420), QSize(573, 300), QSize(400, 120), QSize(300, 30),
+              QSize(601, 333), QSize(1'280, 900), QSize(2'560, 1'440), QSize(3'840, 2'160),
+              QSize(900, 640)}) {
+            watch.paintings = 0;
+            QVERIFY2(m.drag(size),
+                     qPrintable(QString("%1 x %2").arg(size.width()).arg(size.height())));
+            QTRY_VERIFY(watch.paintings > 0);
+            ++steps;
+        }
+        QCOMPARE(steps, 10);
+        QCOMPARE(watch.faults, QStringList());
+        QCOMPARE(watch.mostPlaced, 1);
+    }
+
+    void theWindowKeepsTheRoomOfItsToolBar_data()
+    {
+        QTest::addColumn<bool>("list");
+        QTest::addColumn<int>("minimum");
+        QTest::newRow("with the list") << true << MinimumWithList;
+        QTest::newRow("without the list") << false << MinimumWithoutList;
+    }
+
+    void theWindowKeepsTheRoomOfItsToolBar()
+    {
+        QFETCH(bool, list);
+        QFETCH(int, minimum);
+        Parted m;
+        m.shown();
+        if (!list)
+            m.entry("mnuViewList").trigger();
+        QVERIFY(m.drag({700, 400}));
+        QVERIFY(m.drag({100, 400}));
+        QCOMPARE(m.made().width(), minimum);
+        // From inside as well.
+        m.made().resize(10, 300);
+        QCOMPARE(m.made().width(), minimum);
+        QVERIFY(m.drag({minimum + 1, 400}));
+        QVERIFY(m.drag({minimum, 400}));
+        auto& bar = m.part<ToolBar>("tbMain");
+        for (int index = 1; index <= 15; ++index) {
+            if (const auto* button = bar.button(index)) {
+                const QRect place(button->mapTo(&m.area(), QPoint()), button->size());
+                QVERIFY2(m.area().rect().contains(place), qPrintable(button->objectName()));
+                QVERIFY(!button->visibleRegion().isEmpty());
+            }
+        }
+    }
+
+    void switchingPartsMovesTheMinimum()
+    {
+        Parted m;
+        m.shown();
+        QCOMPARE(m.made().minimumWidth(), MinimumWithList);
+        m.entry("mnuViewList").trigger();
+        QCOMPARE(m.made().minimumWidth(), MinimumWithoutList);
+        m.entry("mnuViewTb").trigger();
+        QCOMPARE(m.made().minimumWidth(), 0);
+        QVERIFY(m.drag({120, 200}));
+        QCOMPARE(m.fault(), "");
+        m.entry("mnuViewList").trigger();
+        QCOMPARE(m.made().minimumWidth(), 0);
+        QCOMPARE(m.made().width(), 120);
+        m.entry("mnuViewTb").trigger();
+        QCOMPARE(m.made().width(), MinimumWithList);
+        QCOMPARE(m.fault(), "");
+    }
+
+    void turningOnTheListWidensANarrowWindow()
+    {
+        Parted m;
+        m.write("pref.ini", "[VIEW]\r\nLIST=False\r\n");
+        m.shown();
+        QVERIFY(m.drag({400, 300}));
+        m.entry("mnuViewList").trigger();
+        QCOMPARE(m.made().width(), MinimumWithList);
+        QCOMPARE(m.of("Cam").width(), MinimumWithList - ListWidth - 5);
+        QCOMPARE(m.fault(), "");
+    }
+
+    void theViewEntriesSwitchTheirParts()
+    {
+        Parted m;
+        m.shown();
+        const QHash<QString, QStringList> parts = {{"mnuViewList", {"cList", "opt(0)", "opt(1)"}},
+                                                   {"mnuViewTb", {"tbMain"}},
+                                                   {"mnuViewGoto", {"cmbUrl"}}};
+        for (const char* entry : {"mnuViewList", "mnuViewTb", "mnuViewGoto"}) {
+            for (const bool on : {false, true, false, true}) {
+                m.choose("mnuView", entry);
+                QTRY_COMPARE(m.entry(entry).isChecked(), on);
+                for (const QString& name : parts[entry])
+                    QCOMPARE(m.of(name).isVisible(), on);
+                QCOMPARE(m.fault(), "");
+            }
+        }
+    }
+
+    void turningOnTheListChoosesItsPage()
+    {
+        Parted m;
+        m.shown();
+        // The other page is not there yet: only its button is.
+        m.of("opt(0)").setEnabled(true);
+        QTest::mouseClick(&m.of("opt(0)"), Qt::LeftButton, {},
+                          QPoint(8, m.of("opt(0)").height() / 2));
+        QVERIFY(m.part<QRadioButton>("opt(0)").isChecked());
+        m.entry("mnuViewList").trigger();
+        QVERIFY(m.part<QRadioButton>("opt(0)").isChecked());
+        m.entry("mnuViewList").trigger();
+        QVERIFY(m.part<QRadioButton>("opt(1)").isChecked());
+        QVERIFY(m.of("cList").isVisible());
+    }
+
+    void hidingTheGotoBarGivesItsRoomToTheViewer()
+    {
+        Parted m;
+        m.shown();
+        const int before = m.of("Cam").height();
+        const int bar = m.of("cmbUrl").height();
+        m.choose("mnuView", "mnuViewGoto");
+        QTRY_VERIFY(m.of("cmbUrl").isHidden());
+        QCOMPARE(m.of("Cam").height(), before + bar + 4);
+        // The list's column stays as it was.
+        QCOMPARE(m.of("opt(1)").geometry().bottom() + 1, m.area().height());
+    }
+
+    void optionButtonsStandLevelWithTheGotoBar()
+    {
+        Parted m;
+        m.shown();
+        for (const char* name : {"opt(0)", "opt(1)"}) {
+            QVERIFY(std::abs(m.of(name).geometry().center().y() -
+                             m.of("cmbUrl").geometry().center().y()) <= 1);
+            QVERIFY(m.of(name).width() >= m.of(name).sizeHint().width());
+            QVERIFY(m.of(name).height() >= m.of(name).sizeHint().height());
+            QVERIFY(m.of(name).geometry().right() < ListWidth);
+        }
+    }
+
+    void longCaptionsOfTheOptionsHaveRoom()
+    {
+        for (const QByteArray& file : {QByteArray("BADD=A longer caption\r\nLIST=Liste\r\n"),
+                                       QByteArray("BADD=Add\r\nLIST=A longer caption\r\n")}) {
+            Parted m;
+            m.write("lan.ini", "[MAIN]\r\n" + file);
+            m.shown();
+            for (const char* name : {"opt(0)", "opt(1)"})
+                QVERIFY2(m.of(name).width() >= m.of(name).sizeHint().width(), name);
+            QCOMPARE(m.fault(), "");
+            QVERIFY(m.of("opt(1)").geometry().right() < ListWidth);
+        }
+    }
+
+    void choosingThePageAgainDoesNothing()
+    {
+        Parted m;
+        m.shown();
+        QTest::mouseClick(&m.of("opt(1)"), Qt::LeftButton, {},
+                          QPoint(8, m.of("opt(1)").height() / 2));
+        QVERIFY(m.part<QRadioButton>("opt(1)").isChecked());
+        QVERIFY(m.of("cList").isVisible());
+        QCOMPARE(m.fault(), "");
+    }
+};
 
 QTEST_MAIN(frmMainLayoutTest)
 #include "tst_frmMainLayout.moc"

@@ -11,20 +11,6 @@
 #include "viewer/ToolBarButton.h"
 #include "viewer/WebCam.h"
 
-class frmMainMoviesTest : public QObject
-{
-    Q_OBJECT
-private slots:
-    void aMovieOnTheCommandLineIsLoaded();
-    void aMissingMovieOnTheCommandLineIsAnError();
-    void theEndWhileAMovieLoads();
-    void theEndWhileAMovieIsSavedKeepsTheOldFile();
-    void theEndWhileAMoviePlays();
-    void theEndWhileAFileIsAskedFor();
-    void theEndWhileAnErrorIsShown();
-    void temporaryFilesOfMoviesGo();
-};
-
 namespace {
 
 QByteArray movieOf(int frames)
@@ -69,103 +55,108 @@ void closeAndLook(ShownMain& m)
 
 } // namespace
 
-void frmMainMoviesTest::aMovieOnTheCommandLineIsLoaded()
+class frmMainMoviesTest : public QObject
 {
-    ShownMain m;
-    m.write("A movie.PVM", movieOf(3));
-    m.made('"' + m.path("A movie.PVM") + '"');
-    m.shown();
-    QTRY_COMPARE(caption(m), "Image 1");
-    QTest::mouseClick(m.part<ToolBar>("tbMain").button(ToolBar::Back), Qt::LeftButton);
-    QCOMPARE(caption(m), "Image 3");
-}
+    Q_OBJECT
+private slots:
+    void aMovieOnTheCommandLineIsLoaded()
+    {
+        ShownMain m;
+        m.write("A movie.PVM", movieOf(3));
+        m.made('"' + m.path("A movie.PVM") + '"');
+        m.shown();
+        QTRY_COMPARE(caption(m), "Image 1");
+        QTest::mouseClick(m.part<ToolBar>("tbMain").button(ToolBar::Back), Qt::LeftButton);
+        QCOMPARE(caption(m), "Image 3");
+    }
 
-void frmMainMoviesTest::aMissingMovieOnTheCommandLineIsAnError()
-{
-    ShownMain m;
-    m.made(m.path("missing.pvm"));
-    m.shown();
-    const ShownMessage message = answerMessage(QMessageBox::Ok);
-    QCOMPARE(message.title, "Error");
-    QCOMPARE(message.text, "Out of memory");
-}
+    void aMissingMovieOnTheCommandLineIsAnError()
+    {
+        ShownMain m;
+        m.made(m.path("missing.pvm"));
+        m.shown();
+        const ShownMessage message = answerMessage(QMessageBox::Ok);
+        QCOMPARE(message.title, "Error");
+        QCOMPARE(message.text, "Out of memory");
+    }
 
-void frmMainMoviesTest::theEndWhileAMovieLoads()
-{
-    ShownMain m;
-    m.shown();
-    m.write("m.pvm", movieOf(30));
-    m.part<WebCam>("Cam").LoadMovie(m.path("m.pvm"));
-    auto& steps = timerOf(m.made(), "tmrMovie");
-    for (int i = 0; i < 6; ++i)
-        steps.elapse();
-    QVERIFY(steps.Enabled());
-    closeAndLook(m);
-}
+    void theEndWhileAMovieLoads()
+    {
+        ShownMain m;
+        m.shown();
+        m.write("m.pvm", movieOf(30));
+        m.part<WebCam>("Cam").LoadMovie(m.path("m.pvm"));
+        auto& steps = timerOf(m.made(), "tmrMovie");
+        for (int i = 0; i < 6; ++i)
+            steps.elapse();
+        QVERIFY(steps.Enabled());
+        closeAndLook(m);
+    }
 
-void frmMainMoviesTest::theEndWhileAMovieIsSavedKeepsTheOldFile()
-{
-    ShownMain m;
-    m.shown();
-    load(m, 10);
-    const QByteArray old = contentOf(m.path("m.pvm"));
-    chooseFromMenu(m, ToolBar::Save, 2);
-    auto* dialog = openDialog<QFileDialog>();
-    QVERIFY(dialog);
-    dialog->findChild<QLineEdit*>("fileNameEdit")->setText(m.path("m.pvm"));
-    static_cast<QDialog*>(dialog)->accept();
-    QVERIFY(answerMessage(QMessageBox::Yes).shown);
-    QTRY_VERIFY(m.made().findChild<Timer*>("tmrMovie"));
-    timerOf(m.made(), "tmrMovie").elapse();
-    closeAndLook(m);
-    QCOMPARE(contentOf(m.path("m.pvm")), old);
-    QCOMPARE(QDir(m.path(".")).entryList(QDir::Files),
-             (QStringList{"list.dat", "m.pvm", "pref.ini", "pvm.jpg"}));
-}
+    void theEndWhileAMovieIsSavedKeepsTheOldFile()
+    {
+        ShownMain m;
+        m.shown();
+        load(m, 10);
+        const QByteArray old = contentOf(m.path("m.pvm"));
+        chooseFromMenu(m, ToolBar::Save, 2);
+        auto* dialog = openDialog<QFileDialog>();
+        QVERIFY(dialog);
+        dialog->findChild<QLineEdit*>("fileNameEdit")->setText(m.path("m.pvm"));
+        static_cast<QDialog*>(dialog)->accept();
+        QVERIFY(answerMessage(QMessageBox::Yes).shown);
+        QTRY_VERIFY(m.made().findChild<Timer*>("tmrMovie"));
+        timerOf(m.made(), "tmrMovie").elapse();
+        closeAndLook(m);
+        QCOMPARE(contentOf(m.path("m.pvm")), old);
+        QCOMPARE(QDir(m.path(".")).entryList(QDir::Files),
+                 (QStringList{"list.dat", "m.pvm", "pref.ini", "pvm.jpg"}));
+    }
 
-void frmMainMoviesTest::theEndWhileAMoviePlays()
-{
-    ShownMain m;
-    m.shown();
-    load(m, 3);
-    QTest::mouseClick(m.part<ToolBar>("tbMain").button(ToolBar::PlayMovie), Qt::LeftButton, {},
-                      QPoint(12, 14));
-    QVERIFY(timerOf(m.made(), "tmrPlay").Enabled());
-    closeAndLook(m);
-}
+    void theEndWhileAMoviePlays()
+    {
+        ShownMain m;
+        m.shown();
+        load(m, 3);
+        QTest::mouseClick(m.part<ToolBar>("tbMain").button(ToolBar::PlayMovie), Qt::LeftButton, {},
+                          QPoint(12, 14));
+        QVERIFY(timerOf(m.made(), "tmrPlay").Enabled());
+        closeAndLook(m);
+    }
 
-void frmMainMoviesTest::theEndWhileAFileIsAskedFor()
-{
-    ShownMain m;
-    m.shown();
-    load(m, 1);
-    chooseFromMenu(m, ToolBar::Save, 1);
-    auto* dialog = openDialog<QFileDialog>();
-    QVERIFY(dialog);
-    dialog->findChild<QLineEdit*>("fileNameEdit")->setText(m.path("m.pvm"));
-    static_cast<QDialog*>(dialog)->accept();
-    QVERIFY(openDialog<QMessageBox>()); // whether to replace the file
-    closeAndLook(m);
-}
+    void theEndWhileAFileIsAskedFor()
+    {
+        ShownMain m;
+        m.shown();
+        load(m, 1);
+        chooseFromMenu(m, ToolBar::Save, 1);
+        auto* dialog = openDialog<QFileDialog>();
+        QVERIFY(dialog);
+        dialog->findChild<QLineEdit*>("fileNameEdit")->setText(m.path("m.pvm"));
+        static_cast<QDialog*>(dialog)->accept();
+        QVERIFY(openDialog<QMessageBox>()); // whether to replace the file
+        closeAndLook(m);
+    }
 
-void frmMainMoviesTest::theEndWhileAnErrorIsShown()
-{
-    ShownMain m;
-    m.shown();
-    m.part<WebCam>("Cam").LoadMovie(m.path("missing.pvm"));
-    QVERIFY(openDialog<QMessageBox>());
-    closeAndLook(m);
-}
+    void theEndWhileAnErrorIsShown()
+    {
+        ShownMain m;
+        m.shown();
+        m.part<WebCam>("Cam").LoadMovie(m.path("missing.pvm"));
+        QVERIFY(openDialog<QMessageBox>());
+        closeAndLook(m);
+    }
 
-void frmMainMoviesTest::temporaryFilesOfMoviesGo()
-{
-    ShownMain m;
-    m.shown();
-    load(m, 2);
-    QVERIFY(QFileInfo::exists(m.path("tt.jpg")));
-    closeAndLook(m);
-    QVERIFY(!QFileInfo::exists(m.path("tt.jpg")));
-}
+    void temporaryFilesOfMoviesGo()
+    {
+        ShownMain m;
+        m.shown();
+        load(m, 2);
+        QVERIFY(QFileInfo::exists(m.path("tt.jpg")));
+        closeAndLook(m);
+        QVERIFY(!QFileInfo::exists(m.path("tt.jpg")));
+    }
+};
 
 QTEST_MAIN(frmMainMoviesTest)
 #include "tst_frmMainMovies.moc"

@@ -42,366 +42,342 @@ class frmMainTrayTest : public QObject
 {
     Q_OBJECT
 private slots:
-    void init();
-    void theIconComesAfterTheFirstPaint();
-    void theIconComesToAWindowThatIsNotPainted();
-    void theIconGoesByThePreference_data();
-    void theIconGoesByThePreference();
-    void theMenuAddsAndRemovesTheIcon();
-    void minimisingHidesAndAClickBringsBackNormal_data();
-    void minimisingHidesAndAClickBringsBackNormal();
-    void aClickShowsAWindowThatIsBehindOrMinimised();
-    void withADialogOpenItMinimisesAsUsual();
-    void aMessageLiesAboveTheWindowThatComesBack();
-    void aDialogOfAnotherWindowDoesNotKeepItOnScreen();
-    void minimisingTwiceInARowHidesTwice();
-    void withoutTheCheckItMinimisesAsUsual();
-    void withoutATrayItMinimisesAsUsual();
-    void aTrayThatGoesBringsTheWindowBack();
-    void nothingIsWatchedWhileTheWindowIsShown();
-    void theEndWhileHiddenIsTheSame();
-    void theIconGoesWithTheProgram();
-    void alwaysOnTopReallyIs();
-    void alwaysOnTopOutlastsTheTray();
-};
+    /// A click soon after another one is a click of its own.
+    void init() { QApplication::setDoubleClickInterval(0); }
 
-/// A click soon after another one is a click of its own.
-void frmMainTrayTest::init()
-{
-    QApplication::setDoubleClickInterval(0);
-}
-
-void frmMainTrayTest::theIconComesAfterTheFirstPaint()
-{
-    const DesktopTray tray;
-    ShownMain m;
-    m.made();
-    QCOMPARE(DesktopTray::icons(), 0);
-    m.made().show();
-    QCOMPARE(DesktopTray::icons(), 0);
-    // The timer is for a window that is not painted.
-    timerOf(m.made(), "tmrTray").setInterval(3'600'000);
-    QVERIFY(!DesktopTray::icon().isEmpty());
-    QVERIFY(m.made().windowHandle()->isExposed());
-    QVERIFY(!timerOf(m.made(), "tmrTray").Enabled());
-}
-
-void frmMainTrayTest::theIconComesToAWindowThatIsNotPainted()
-{
-    const DesktopTray tray;
-    ShownMain m;
-    m.made();
-    timerOf(m.made(), "tmrTray").elapse();
-    QVERIFY(!DesktopTray::icon().isEmpty());
-    QVERIFY(!m.made().isVisible());
-    QVERIFY(!timerOf(m.made(), "tmrTray").Enabled());
-}
-
-void frmMainTrayTest::theIconGoesByThePreference_data()
-{
-    QTest::addColumn<QByteArray>("value");
-    QTest::addColumn<bool>("checked");
-    QTest::addColumn<int>("icons");
-    QTest::newRow("True") << QByteArray("True") << true << 1;
-    QTest::newRow("False") << QByteArray("False") << false << 0;
-    QTest::newRow("no truth value") << QByteArray("maybe") << true << 1;
-    QTest::newRow("nothing") << QByteArray() << true << 1;
-}
-
-void frmMainTrayTest::theIconGoesByThePreference()
-{
-    QFETCH(QByteArray, value);
-    QFETCH(bool, checked);
-    QFETCH(int, icons);
-    const DesktopTray tray;
-    ShownMain m;
-    m.write("pref.ini", "[VIEW]\r\nTRAY=" + value + "\r\n");
-    m.shown();
-    timerOf(m.made(), "tmrTray").elapse();
-    QCOMPARE(m.entry("mnuViewTray").isChecked(), checked);
-    QTRY_COMPARE(DesktopTray::icons(), icons);
-}
-
-void frmMainTrayTest::theMenuAddsAndRemovesTheIcon()
-{
-    const DesktopTray tray;
-    ShownMain m;
-    m.shown();
-    QVERIFY(!DesktopTray::icon().isEmpty());
-    for (const bool on : {false, true, false, true}) {
-        m.choose("mnuOpt", "mnuViewTray");
-        QTRY_COMPARE(m.entry("mnuViewTray").isChecked(), on);
-        QTRY_COMPARE(DesktopTray::icons(), on ? 1 : 0);
+    void theIconComesAfterTheFirstPaint()
+    {
+        const DesktopTray tray;
+        ShownMain m;
+        m.made();
+        QCOMPARE(DesktopTray::icons(), 0);
+        m.made().show();
+        QCOMPARE(DesktopTray::icons(), 0);
+        // The timer is for a window that is not painted.
+        timerOf(m.made(), "tmrTray").setInterval(3'600'000);
+        QVERIFY(!DesktopTray::icon().isEmpty());
+        QVERIFY(m.made().windowHandle()->isExposed());
+        QVERIFY(!timerOf(m.made(), "tmrTray").Enabled());
     }
-    // One that was taken back before it came does not come.
-    m.madeAgain();
-    m.entry("mnuViewTray").trigger();
-    m.shown();
-    QVERIFY(!timerOf(m.made(), "tmrTray").Enabled());
-    QCOMPARE(DesktopTray::icons(), 0);
-}
 
-void frmMainTrayTest::minimisingHidesAndAClickBringsBackNormal_data()
-{
-    QTest::addColumn<bool>("maximised");
-    QTest::newRow("normal") << false;
-    QTest::newRow("maximised") << true;
-}
-
-void frmMainTrayTest::minimisingHidesAndAClickBringsBackNormal()
-{
-    QFETCH(bool, maximised);
-    const DesktopTray tray;
-    ShownMain m;
-    m.shown();
-    const QPoint icon = DesktopTray::icon().center();
-    const QSize size = m.made().size();
-    m.made().move(37, 91); // where no window manager puts it by itself
-    QTRY_COMPARE(m.made().pos(), QPoint(37, 91));
-    if (maximised) {
-        m.made().showMaximized();
-        QTRY_VERIFY(m.made().width() > size.width());
+    void theIconComesToAWindowThatIsNotPainted()
+    {
+        const DesktopTray tray;
+        ShownMain m;
+        m.made();
+        timerOf(m.made(), "tmrTray").elapse();
+        QVERIFY(!DesktopTray::icon().isEmpty());
+        QVERIFY(!m.made().isVisible());
+        QVERIFY(!timerOf(m.made(), "tmrTray").Enabled());
     }
-    minimise(m.made());
-    QTRY_VERIFY(m.made().isHidden());
-    QCOMPARE(m.made().windowState(), Qt::WindowNoState);
-    QTRY_VERIFY(!isInTaskBar());
-    QVERIFY(m.entry("mnuViewTray").isChecked());
 
-    pointer(icon, "click", 1);
-    QTRY_VERIFY(m.made().isVisible());
-    QVERIFY(QTest::qWaitForWindowActive(&m.made()));
-    QTRY_VERIFY(isNormal(m.made()));
-    QVERIFY(isInTaskBar());
-    QCOMPARE(m.made().windowState() & ~Qt::WindowActive, Qt::WindowNoState);
-    QTRY_COMPARE(m.made().size(), size);
-    if (!maximised)
+    void theIconGoesByThePreference_data()
+    {
+        QTest::addColumn<QByteArray>("value");
+        QTest::addColumn<bool>("checked");
+        QTest::addColumn<int>("icons");
+        QTest::newRow("True") << QByteArray("True") << true << 1;
+        QTest::newRow("False") << QByteArray("False") << false << 0;
+        QTest::newRow("no truth value") << QByteArray("maybe") << true << 1;
+        QTest::newRow("nothing") << QByteArray() << true << 1;
+    }
+
+    void theIconGoesByThePreference()
+    {
+        QFETCH(QByteArray, value);
+        QFETCH(bool, checked);
+        QFETCH(int, icons);
+        const DesktopTray tray;
+        ShownMain m;
+        m.write("pref.ini", "[VIEW]\r\nTRAY=" + value + "\r\n");
+        m.shown();
+        timerOf(m.made(), "tmrTray").elapse();
+        QCOMPARE(m.entry("mnuViewTray").isChecked(), checked);
+        QTRY_COMPARE(DesktopTray::icons(), icons);
+    }
+
+    void theMenuAddsAndRemovesTheIcon()
+    {
+        const DesktopTray tray;
+        ShownMain m;
+        m.shown();
+        QVERIFY(!DesktopTray::icon().isEmpty());
+        for (const bool on : {false, true, false, true}) {
+            m.choose("mnuOpt", "mnuViewTray");
+            QTRY_COMPARE(m.entry("mnuViewTray").isChecked(), on);
+            QTRY_COMPARE(DesktopTray::icons(), on ? 1 : 0);
+        }
+        // One that was taken back before it came does not come.
+        m.madeAgain();
+        m.entry("mnuViewTray").trigger();
+        m.shown();
+        QVERIFY(!timerOf(m.made(), "tmrTray").Enabled());
+        QCOMPARE(DesktopTray::icons(), 0);
+    }
+
+    void minimisingHidesAndAClickBringsBackNormal_data()
+    {
+        QTest::addColumn<bool>("maximised");
+        QTest::newRow("normal") << false;
+        QTest::newRow("maximised") << true;
+    }
+
+    void minimisingHidesAndAClickBringsBackNormal()
+    {
+        QFETCH(bool, maximised);
+        const DesktopTray tray;
+        ShownMain m;
+        m.shown();
+        const QPoint icon = DesktopTray::icon().center();
+        const QSize size = m.made().size();
+        m.made().move(37, 91); // where no window manager puts it by itself
         QTRY_COMPARE(m.made().pos(), QPoint(37, 91));
-    QVERIFY(!windowProperty(m.made(), "_NET_WM_STATE").contains("MAXIMIZED"));
-}
+        if (maximised) {
+            m.made().showMaximized();
+            QTRY_VERIFY(m.made().width() > size.width());
+        }
+        minimise(m.made());
+        QTRY_VERIFY(m.made().isHidden());
+        QCOMPARE(m.made().windowState(), Qt::WindowNoState);
+        QTRY_VERIFY(!isInTaskBar());
+        QVERIFY(m.entry("mnuViewTray").isChecked());
 
-void frmMainTrayTest::aClickShowsAWindowThatIsBehindOrMinimised()
-{
-    const DesktopTray tray;
-    ShownMain m;
-    m.shown();
-    const QPoint icon = DesktopTray::icon().center();
-    QWidget other;
-    other.setGeometry(m.made().geometry());
-    other.show();
-    other.activateWindow();
-    QVERIFY(QTest::qWaitForWindowActive(&other));
-    pointer(icon, "click", 1);
-    QVERIFY(QTest::qWaitForWindowActive(&m.made()));
-    // One that was minimised before its icon could be reached.
-    m.entry("mnuViewTray").trigger();
-    minimise(m.made());
-    QTRY_VERIFY(m.made().isMinimized());
-    m.entry("mnuViewTray").trigger();
-    pointer(DesktopTray::icon().center(), "click", 1);
-    QVERIFY(QTest::qWaitForWindowActive(&m.made()));
-    QVERIFY(!m.made().isMinimized());
-}
+        pointer(icon, "click", 1);
+        QTRY_VERIFY(m.made().isVisible());
+        QVERIFY(QTest::qWaitForWindowActive(&m.made()));
+        QTRY_VERIFY(isNormal(m.made()));
+        QVERIFY(isInTaskBar());
+        QCOMPARE(m.made().windowState() & ~Qt::WindowActive, Qt::WindowNoState);
+        QTRY_COMPARE(m.made().size(), size);
+        if (!maximised)
+            QTRY_COMPARE(m.made().pos(), QPoint(37, 91));
+        QVERIFY(!windowProperty(m.made(), "_NET_WM_STATE").contains("MAXIMIZED"));
+    }
 
-/// It would stay behind, unseen, and block the window that comes back.
-void frmMainTrayTest::withADialogOpenItMinimisesAsUsual()
-{
-    const DesktopTray tray;
-    ShownMain m;
-    m.shown();
-    QVERIFY(!DesktopTray::icon().isEmpty());
-    m.entry("mnuFavMan").trigger();
-    QVERIFY(QApplication::activeModalWidget());
-    QVERIFY(QTest::qWaitForWindowExposed(QApplication::activeModalWidget()));
-    minimise(m.made());
-    QTRY_VERIFY(m.made().isMinimized());
-    QCoreApplication::processEvents();
-    QVERIFY(!m.made().isHidden());
-}
+    void aClickShowsAWindowThatIsBehindOrMinimised()
+    {
+        const DesktopTray tray;
+        ShownMain m;
+        m.shown();
+        const QPoint icon = DesktopTray::icon().center();
+        QWidget other;
+        other.setGeometry(m.made().geometry());
+        other.show();
+        other.activateWindow();
+        QVERIFY(QTest::qWaitForWindowActive(&other));
+        pointer(icon, "click", 1);
+        QVERIFY(QTest::qWaitForWindowActive(&m.made()));
+        // One that was minimised before its icon could be reached.
+        m.entry("mnuViewTray").trigger();
+        minimise(m.made());
+        QTRY_VERIFY(m.made().isMinimized());
+        m.entry("mnuViewTray").trigger();
+        pointer(DesktopTray::icon().center(), "click", 1);
+        QVERIFY(QTest::qWaitForWindowActive(&m.made()));
+        QVERIFY(!m.made().isMinimized());
+    }
 
-/// A list that was handed over told something while nobody saw the window.
-void frmMainTrayTest::aMessageLiesAboveTheWindowThatComesBack()
-{
-    const DesktopTray tray;
-    ShownMain m;
-    m.shown();
-    const QPoint icon = DesktopTray::icon().center();
-    minimise(m.made());
-    QTRY_VERIFY(m.made().isHidden());
-    QVERIFY(m.made().receive("no such list"));
-    QTRY_VERIFY(QApplication::activeModalWidget());
-    QWidget* box = QApplication::activeModalWidget();
-    QVERIFY(QTest::qWaitForWindowExposed(box));
-    QVERIFY(m.made().isHidden());
-    pointer(icon, "click", 1);
-    QTRY_VERIFY(m.made().isVisible());
-    QTRY_COMPARE(QApplication::activeWindow(), box);
-}
+    /// It would stay behind, unseen, and block the window that comes back.
+    void withADialogOpenItMinimisesAsUsual()
+    {
+        const DesktopTray tray;
+        ShownMain m;
+        m.shown();
+        QVERIFY(!DesktopTray::icon().isEmpty());
+        m.entry("mnuFavMan").trigger();
+        QVERIFY(QApplication::activeModalWidget());
+        QVERIFY(QTest::qWaitForWindowExposed(QApplication::activeModalWidget()));
+        minimise(m.made());
+        QTRY_VERIFY(m.made().isMinimized());
+        QCoreApplication::processEvents();
+        QVERIFY(!m.made().isHidden());
+    }
 
-void frmMainTrayTest::aDialogOfAnotherWindowDoesNotKeepItOnScreen()
-{
-    const DesktopTray tray;
-    ShownMain m;
-    m.shown();
-    QVERIFY(!DesktopTray::icon().isEmpty());
-    QWidget other;
-    other.show();
-    QDialog prompt(&other);
-    prompt.open();
-    QVERIFY(QTest::qWaitForWindowExposed(&prompt));
-    minimise(m.made());
-    QTRY_VERIFY(m.made().isHidden());
-}
+    /// A list that was handed over told something while nobody saw the window.
+    void aMessageLiesAboveTheWindowThatComesBack()
+    {
+        const DesktopTray tray;
+        ShownMain m;
+        m.shown();
+        const QPoint icon = DesktopTray::icon().center();
+        minimise(m.made());
+        QTRY_VERIFY(m.made().isHidden());
+        QVERIFY(m.made().receive("no such list"));
+        QTRY_VERIFY(QApplication::activeModalWidget());
+        QWidget* box = QApplication::activeModalWidget();
+        QVERIFY(QTest::qWaitForWindowExposed(box));
+        QVERIFY(m.made().isHidden());
+        pointer(icon, "click", 1);
+        QTRY_VERIFY(m.made().isVisible());
+        QTRY_COMPARE(QApplication::activeWindow(), box);
+    }
 
-void frmMainTrayTest::minimisingTwiceInARowHidesTwice()
-{
-    const DesktopTray tray;
-    ShownMain m;
-    m.shown();
-    const QPoint icon = DesktopTray::icon().center();
-    for (int round = 0; round < 3; ++round) {
+    void aDialogOfAnotherWindowDoesNotKeepItOnScreen()
+    {
+        const DesktopTray tray;
+        ShownMain m;
+        m.shown();
+        QVERIFY(!DesktopTray::icon().isEmpty());
+        QWidget other;
+        other.show();
+        QDialog prompt(&other);
+        prompt.open();
+        QVERIFY(QTest::qWaitForWindowExposed(&prompt));
+        minimise(m.made());
+        QTRY_VERIFY(m.made().isHidden());
+    }
+
+    void minimisingTwiceInARowHidesTwice()
+    {
+        const DesktopTray tray;
+        ShownMain m;
+        m.shown();
+        const QPoint icon = DesktopTray::icon().center();
+        for (int round = 0; round < 3; ++round) {
+            minimise(m.made());
+            QTRY_VERIFY(m.made().isHidden());
+            pointer(icon, "click", 1);
+            QVERIFY(QTest::qWaitForWindowActive(&m.made()));
+            // What was hidden is laid out and painted as before.
+            QTRY_VERIFY(m.part<QComboBox>("cmbUrl").isVisible());
+        }
+    }
+
+    void withoutTheCheckItMinimisesAsUsual()
+    {
+        const DesktopTray tray;
+        ShownMain m;
+        m.write("pref.ini", "[VIEW]\r\nTRAY=False\r\n");
+        m.shown();
+        minimise(m.made());
+        QTRY_VERIFY(m.made().isMinimized());
+        QTRY_VERIFY(isIconic(m.made()));
+        QCoreApplication::processEvents();
+        QVERIFY(m.made().isVisible());
+    }
+
+    void withoutATrayItMinimisesAsUsual()
+    {
+        ShownMain m;
+        m.shown();
+        timerOf(m.made(), "tmrTray").elapse();
+        QVERIFY(m.entry("mnuViewTray").isChecked());
+        minimise(m.made());
+        QTRY_VERIFY(m.made().isMinimized());
+        QTRY_VERIFY(isIconic(m.made()));
+        QCoreApplication::processEvents();
+        QVERIFY(m.made().isVisible());
+        // A task bar reaches it.
+        QProcess tool;
+        tool.start("xdotool",
+                   {"windowactivate", QString::number(m.made().windowHandle()->winId())});
+        QVERIFY(tool.waitForFinished());
+        QTRY_VERIFY(!m.made().isMinimized());
+        QVERIFY(isNormal(m.made()));
+    }
+
+    void aTrayThatGoesBringsTheWindowBack()
+    {
+        auto tray = std::make_unique<DesktopTray>();
+        ShownMain m;
+        m.shown();
+        QVERIFY(!DesktopTray::icon().isEmpty());
+        minimise(m.made());
+        QTRY_VERIFY(m.made().isHidden());
+        auto& timer = timerOf(m.made(), "tmrTray");
+        QVERIFY(timer.Enabled());
+        timer.elapse();
+        QVERIFY(m.made().isHidden());
+        tray.reset();
+        timer.elapse();
+        QVERIFY(m.made().isVisible());
+        QVERIFY(QTest::qWaitForWindowActive(&m.made()));
+        QVERIFY(!m.made().isMinimized());
+        QVERIFY(!timer.Enabled());
+    }
+
+    void nothingIsWatchedWhileTheWindowIsShown()
+    {
+        const DesktopTray tray;
+        ShownMain m;
+        m.shown();
+        const QPoint icon = DesktopTray::icon().center();
+        auto& timer = timerOf(m.made(), "tmrTray");
+        QVERIFY(!timer.Enabled());
+        minimise(m.made());
+        QTRY_VERIFY(timer.Enabled());
+        pointer(icon, "click", 1);
+        QTRY_VERIFY(m.made().isVisible());
+        QVERIFY(!timer.Enabled());
+    }
+
+    void theEndWhileHiddenIsTheSame()
+    {
+        const DesktopTray tray;
+        ShownMain m;
+        m.shown();
+        QVERIFY(!DesktopTray::icon().isEmpty());
+        minimise(m.made());
+        QTRY_VERIFY(m.made().isHidden());
+        QTimer::singleShot(0, &m.made(), &frmMain::shutDown);
+        QCOMPARE(QCoreApplication::exec(), 0);
+        QVERIFY(m.preferences().contains("TRAY=True\r\n"));
+        QVERIFY(m.made().isHidden());
+        QCOMPARE(DesktopTray::icons(), 0);
+        QVERIFY(!timerOf(m.made(), "tmrTray").Enabled());
+    }
+
+    void theIconGoesWithTheProgram()
+    {
+        const DesktopTray tray;
+        ShownMain m;
+        m.shown();
+        QVERIFY(!DesktopTray::icon().isEmpty());
+        m.made().close();
+        QCOMPARE(DesktopTray::icons(), 0);
+        // Nor does it come any more where the program ends before it came.
+        m.madeAgain();
+        m.made().shutDown();
+        timerOf(m.made(), "tmrTray").elapse();
+        m.made().show();
+        QVERIFY(QTest::qWaitForWindowExposed(&m.made()));
+        QCOMPARE(DesktopTray::icons(), 0);
+    }
+
+    void alwaysOnTopReallyIs()
+    {
+        ShownMain m;
+        m.shown();
+        QVERIFY(!isAbove(m.made()));
+        for (const bool on : {true, false, true}) {
+            m.choose("mnuOpt", "mnuOptOnTop");
+            QTRY_COMPARE(isAbove(m.made()), on);
+            m.made().hide();
+            m.shown();
+            QTRY_COMPARE(isAbove(m.made()), on);
+        }
+        m.made().close();
+        m.madeAgain();
+        m.shown();
+        QTRY_VERIFY(isAbove(m.made()));
+    }
+
+    void alwaysOnTopOutlastsTheTray()
+    {
+        const DesktopTray tray;
+        ShownMain m;
+        m.shown();
+        const QPoint icon = DesktopTray::icon().center();
+        m.choose("mnuOpt", "mnuOptOnTop");
+        QTRY_VERIFY(isAbove(m.made()));
         minimise(m.made());
         QTRY_VERIFY(m.made().isHidden());
         pointer(icon, "click", 1);
         QVERIFY(QTest::qWaitForWindowActive(&m.made()));
-        // What was hidden is laid out and painted as before.
-        QTRY_VERIFY(m.part<QComboBox>("cmbUrl").isVisible());
+        QTRY_VERIFY(isAbove(m.made()));
+        QVERIFY(isNormal(m.made()));
     }
-}
-
-void frmMainTrayTest::withoutTheCheckItMinimisesAsUsual()
-{
-    const DesktopTray tray;
-    ShownMain m;
-    m.write("pref.ini", "[VIEW]\r\nTRAY=False\r\n");
-    m.shown();
-    minimise(m.made());
-    QTRY_VERIFY(m.made().isMinimized());
-    QTRY_VERIFY(isIconic(m.made()));
-    QCoreApplication::processEvents();
-    QVERIFY(m.made().isVisible());
-}
-
-void frmMainTrayTest::withoutATrayItMinimisesAsUsual()
-{
-    ShownMain m;
-    m.shown();
-    timerOf(m.made(), "tmrTray").elapse();
-    QVERIFY(m.entry("mnuViewTray").isChecked());
-    minimise(m.made());
-    QTRY_VERIFY(m.made().isMinimized());
-    QTRY_VERIFY(isIconic(m.made()));
-    QCoreApplication::processEvents();
-    QVERIFY(m.made().isVisible());
-    // A task bar reaches it.
-    QProcess tool;
-    tool.start("xdotool", {"windowactivate", QString::number(m.made().windowHandle()->winId())});
-    QVERIFY(tool.waitForFinished());
-    QTRY_VERIFY(!m.made().isMinimized());
-    QVERIFY(isNormal(m.made()));
-}
-
-void frmMainTrayTest::aTrayThatGoesBringsTheWindowBack()
-{
-    auto tray = std::make_unique<DesktopTray>();
-    ShownMain m;
-    m.shown();
-    QVERIFY(!DesktopTray::icon().isEmpty());
-    minimise(m.made());
-    QTRY_VERIFY(m.made().isHidden());
-    auto& timer = timerOf(m.made(), "tmrTray");
-    QVERIFY(timer.Enabled());
-    timer.elapse();
-    QVERIFY(m.made().isHidden());
-    tray.reset();
-    timer.elapse();
-    QVERIFY(m.made().isVisible());
-    QVERIFY(QTest::qWaitForWindowActive(&m.made()));
-    QVERIFY(!m.made().isMinimized());
-    QVERIFY(!timer.Enabled());
-}
-
-void frmMainTrayTest::nothingIsWatchedWhileTheWindowIsShown()
-{
-    const DesktopTray tray;
-    ShownMain m;
-    m.shown();
-    const QPoint icon = DesktopTray::icon().center();
-    auto& timer = timerOf(m.made(), "tmrTray");
-    QVERIFY(!timer.Enabled());
-    minimise(m.made());
-    QTRY_VERIFY(timer.Enabled());
-    pointer(icon, "click", 1);
-    QTRY_VERIFY(m.made().isVisible());
-    QVERIFY(!timer.Enabled());
-}
-
-void frmMainTrayTest::theEndWhileHiddenIsTheSame()
-{
-    const DesktopTray tray;
-    ShownMain m;
-    m.shown();
-    QVERIFY(!DesktopTray::icon().isEmpty());
-    minimise(m.made());
-    QTRY_VERIFY(m.made().isHidden());
-    QTimer::singleShot(0, &m.made(), &frmMain::shutDown);
-    QCOMPARE(QCoreApplication::exec(), 0);
-    QVERIFY(m.preferences().contains("TRAY=True\r\n"));
-    QVERIFY(m.made().isHidden());
-    QCOMPARE(DesktopTray::icons(), 0);
-    QVERIFY(!timerOf(m.made(), "tmrTray").Enabled());
-}
-
-void frmMainTrayTest::theIconGoesWithTheProgram()
-{
-    const DesktopTray tray;
-    ShownMain m;
-    m.shown();
-    QVERIFY(!DesktopTray::icon().isEmpty());
-    m.made().close();
-    QCOMPARE(DesktopTray::icons(), 0);
-    // Nor does it come any more where the program ends before it came.
-    m.madeAgain();
-    m.made().shutDown();
-    timerOf(m.made(), "tmrTray").elapse();
-    m.made().show();
-    QVERIFY(QTest::qWaitForWindowExposed(&m.made()));
-    QCOMPARE(DesktopTray::icons(), 0);
-}
-
-void frmMainTrayTest::alwaysOnTopReallyIs()
-{
-    ShownMain m;
-    m.shown();
-    QVERIFY(!isAbove(m.made()));
-    for (const bool on : {true, false, true}) {
-        m.choose("mnuOpt", "mnuOptOnTop");
-        QTRY_COMPARE(isAbove(m.made()), on);
-        m.made().hide();
-        m.shown();
-        QTRY_COMPARE(isAbove(m.made()), on);
-    }
-    m.made().close();
-    m.madeAgain();
-    m.shown();
-    QTRY_VERIFY(isAbove(m.made()));
-}
-
-void frmMainTrayTest::alwaysOnTopOutlastsTheTray()
-{
-    const DesktopTray tray;
-    ShownMain m;
-    m.shown();
-    const QPoint icon = DesktopTray::icon().center();
-    m.choose("mnuOpt", "mnuOptOnTop");
-    QTRY_VERIFY(isAbove(m.made()));
-    minimise(m.made());
-    QTRY_VERIFY(m.made().isHidden());
-    pointer(icon, "click", 1);
-    QVERIFY(QTest::qWaitForWindowActive(&m.made()));
-    QTRY_VERIFY(isAbove(m.made()));
-    QVERIFY(isNormal(m.made()));
-}
+};
 
 QTEST_MAIN(frmMainTrayTest)
 #include "tst_frmMainTray.moc"

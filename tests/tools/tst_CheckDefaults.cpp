@@ -7,14 +7,143 @@ class CheckDefaultsTest : public QObject
 {
     Q_OBJECT
 private slots:
-    void tellsWhatEachCameraAnswers_data();
-    void tellsWhatEachCameraAnswers();
-    void aServerThatSaysNothingTimesOut();
-    void oneFailureIsEnoughToFail();
-    void changesNothing();
-    void saysHowItIsUsed();
-    void refuses_data();
-    void refuses();
+    void tellsWhatEachCameraAnswers_data()
+    {
+        QTest::addColumn<QByteArray>("body");
+        QTest::addColumn<QString>("path");
+        QTest::addColumn<QString>("word");
+        QTest::addColumn<QString>("came");
+        const QByteArray jpeg = encodedPicture({40, 30}, Qt::red);
+        QTest::newRow("JPEG") << jpeg << "/one"
+                              << "ok"
+                              << "JPEG";
+        QTest::newRow("GIF") << smallGif() << "/one"
+                             << "ok"
+                             << "GIF";
+        QTest::newRow("bitmap") << encodedPicture({4, 4}, Qt::red, "bmp") << "/one"
+                                << "ok"
+                                << "BMP";
+        QTest::newRow("a page") << QByteArray("<html>") << "/one.jpg"
+                                << "FAIL"
+                                << "no picture";
+        QTest::newRow("nothing") << QByteArray() << "/one.jpg"
+                                 << "FAIL"
+                                 << "no picture";
+        QTest::newRow("no such file") << jpeg << "/other.jpg"
+                                      << "FAIL"
+                                      << "status 404";
+        QTest::newRow("a query, brackets") << jpeg << "/one?[1-3]&a={b,c}"
+                                           << "ok"
+                                           << "JPEG";
+        QTest::newRow("302") << jpeg << "/moved.jpg"
+                             << "ok"
+                             << "JPEG";
+        QTest::newRow("endless") << jpeg.leftJustified(16 * 1024 * 1024 + 1, '\0') << "/one"
+                                 << "FAIL"
+                                 << "too long";
+    }
+
+    void tellsWhatEachCameraAnswers()
+    {
+        QFETCH(QByteArray, body);
+        QFETCH(QString, path);
+        QFETCH(QString, word);
+        QFETCH(QString, came);
+        WebServer server;
+        for (const char* name : {"one", "one.jpg", "large.jpg"})
+            server.put(name, body);
+        const QString address = "http://" + server.url(path);
+        const Answer answer = run({table({address})});
+        QCOMPARE(answer.errors, QByteArray());
+        QCOMPARE(answer.lines.size(), 2);
+        const qsizetype bytes = came.startsWith("status") ? -1 : body.size();
+        const QString line = answer.lines[0].simplified();
+        QVERIFY2(line.startsWith(word + ' ' + came + ' '), qPrintable(line));
+        QVERIFY2(line.endsWith(" Dublin, Ireland " + address), qPrintable(line));
+        if (bytes >= 0)
+            QVERIFY2(line.contains(QString(" %1 ").arg(bytes)), qPrintable(line));
+        QCOMPARE(answer.exitCode, word == "ok" ? 0 : 1);
+    }
+
+    void aServerThatSaysNothingTimesOut()
+    {
+        QTcpServer silent;
+        QVERIFY(silent.listen(QHostAddress::LocalHost));
+        const QString host = QString("http://127.0.0.1:%1/a.jpg").arg(silent.serverPort());
+        QElapsedTimer clock;
+        clock.start();
+        Answer answer = run({"--timeout", "1", table({host})});
+        // Far from the half minute that it waits unasked.
+        QVERIFY(clock.elapsed() < 15'000 * Slower);
+        QVERIFY2(answer.lines.value(0).startsWith("FAIL  timed out "), qPrintable(answer.lines[0]));
+        QCOMPARE(answer.exitCode, 1);
+        silent.close();
+        answer = run({table({host})});
+        QVERIFY2(answer.lines.value(0).startsWith("FAIL  no connection "),
+                 qPrintable(answer.lines[0]));
+    }
+
+    void oneFailureIsEnoughToFail()
+    {
+        WebServer server;
+        server.put("a.jpg", encodedPicture({40, 30}, Qt::red));
+        const QString good = "http://" + server.url("/a.jpg");
+        Answer answer = run({table({good, good})});
+        QCOMPARE(answer.exitCode, 0);
+        QCOMPARE(answer.lines.last(), "2 of 2 answer with a picture.");
+        // Neither a file on this machine nor an option of the program that asks.
+        answer = run({table({good, "file:///etc/hostname", "--version", good})});
+        QCOMPARE(answer.exitCode, 1);
+        QCOMPARE(answer.lines.size(), 5);
+        QVERIFY(answer.lines[1].startsWith("FAIL  no http address "));
+        QVERIFY(answer.lines[2].startsWith("FAIL  no http address "));
+        QCOMPARE(answer.lines.last(), "2 of 4 answer with a picture.");
+    }
+
+    void changesNothing()
+    {
+        WebServer server;
+        server.put("a.jpg", encodedPicture({40, 30}, Qt::red));
+        const QString path =
+            table({"http://" + server.url("/a.jpg"), "http://" + server.url("/b.jpg")});
+        // Opened anew each time: the file might be replaced by another one.
+        const auto content = [&path] {
+            QFile file(path);
+            return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+        };
+        const QByteArray before = content();
+        QVERIFY(!before.isEmpty());
+        QCOMPARE(run({path}).exitCode, 1);
+        QCOMPARE(content(), before);
+    }
+
+    void saysHowItIsUsed()
+    {
+        const Answer answer = run({"--help"});
+        QCOMPARE(answer.exitCode, 0);
+        QVERIFY(answer.lines.join(' ').contains("--timeout SECONDS"));
+        QVERIFY(answer.lines.last().endsWith("could be asked."));
+    }
+
+    void refuses_data()
+    {
+        QTest::addColumn<QStringList>("arguments");
+        QTest::newRow("an option nobody knows") << QStringList{"--mark"};
+        QTest::newRow("a file that is not there") << QStringList{"/no/such/file"};
+        QTest::newRow("a folder") << QStringList{"/"};
+        QTest::newRow("two files") << QStringList{table({}), table({})};
+        QTest::newRow("no cameras") << QStringList{table({})};
+        QTest::newRow("no seconds") << QStringList{"--timeout"};
+        QTest::newRow("seconds that are no number") << QStringList{"--timeout", "1s", table({})};
+    }
+
+    void refuses()
+    {
+        QFETCH(QStringList, arguments);
+        const Answer answer = run(arguments);
+        QCOMPARE(answer.exitCode, 2);
+        QVERIFY(answer.errors.startsWith("check-defaults: "));
+    }
 
 private:
     struct Answer
@@ -23,179 +152,42 @@ private:
         QStringList lines; ///< of the standard output, without the first, the columns' names
         QByteArray errors;
     };
-    static Answer run(const QStringList& arguments);
+
+    static Answer run(const QStringList& arguments)
+    {
+        QProcess process;
+        QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+        environment.insert("no_proxy", "*");
+        process.setProcessEnvironment(environment);
+        process.start(PEVORA_SOURCE_DIR "/tools/check-defaults", arguments);
+        if (!process.waitForFinished(60'000 * Slower) ||
+            process.exitStatus() != QProcess::NormalExit)
+            qFatal("check-defaults does not end");
+        Answer answer;
+        answer.exitCode = process.exitCode();
+        answer.lines = QString::fromUtf8(process.readAllStandardOutput())
+                           .split('\n', Qt::SkipEmptyParts)
+                           .mid(1);
+        answer.errors = process.readAllStandardError();
+        return answer;
+    }
+
     /// Writes a table with these addresses and gives its path.
-    QString table(const QStringList& addresses);
+    QString table(const QStringList& addresses)
+    {
+        QByteArray text = "category\tname\taddress\tpage\tdate\tchecked\tnote\n";
+        for (const QString& address : addresses) {
+            text += "Cities\tDublin, Ireland\t" + address.toUtf8() +
+                    "\thttp://page.example/\t2020-01-01\tno\tA note\n";
+        }
+        QFile file(m_scratch.filePath("cameras.tsv"));
+        if (!file.open(QIODevice::WriteOnly) || file.write(text) != text.size())
+            qFatal("no table");
+        return file.fileName();
+    }
 
     QTemporaryDir m_scratch;
 };
-
-CheckDefaultsTest::Answer CheckDefaultsTest::run(const QStringList& arguments)
-{
-    QProcess process;
-    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-    environment.insert("no_proxy", "*");
-    process.setProcessEnvironment(environment);
-    process.start(PEVORA_SOURCE_DIR "/tools/check-defaults", arguments);
-    if (!process.waitForFinished(60'000 * Slower) || process.exitStatus() != QProcess::NormalExit)
-        qFatal("check-defaults does not end");
-    Answer answer;
-    answer.exitCode = process.exitCode();
-    answer.lines =
-        QString::fromUtf8(process.readAllStandardOutput()).split('\n', Qt::SkipEmptyParts).mid(1);
-    answer.errors = process.readAllStandardError();
-    return answer;
-}
-
-QString CheckDefaultsTest::table(const QStringList& addresses)
-{
-    QByteArray text = "category\tname\taddress\tpage\tdate\tchecked\tnote\n";
-    for (const QString& address : addresses) {
-        text += "Cities\tDublin, Ireland\t" + address.toUtf8() +
-                "\thttp://page.example/\t2020-01-01\tno\tA note\n";
-    }
-    QFile file(m_scratch.filePath("cameras.tsv"));
-    if (!file.open(QIODevice::WriteOnly) || file.write(text) != text.size())
-        qFatal("no table");
-    return file.fileName();
-}
-
-void CheckDefaultsTest::tellsWhatEachCameraAnswers_data()
-{
-    QTest::addColumn<QByteArray>("body");
-    QTest::addColumn<QString>("path");
-    QTest::addColumn<QString>("word");
-    QTest::addColumn<QString>("came");
-    const QByteArray jpeg = encodedPicture({40, 30}, Qt::red);
-    QTest::newRow("JPEG") << jpeg << "/one"
-                          << "ok"
-                          << "JPEG";
-    QTest::newRow("GIF") << smallGif() << "/one"
-                         << "ok"
-                         << "GIF";
-    QTest::newRow("bitmap") << encodedPicture({4, 4}, Qt::red, "bmp") << "/one"
-                            << "ok"
-                            << "BMP";
-    QTest::newRow("a page") << QByteArray("<html>") << "/one.jpg"
-                            << "FAIL"
-                            << "no picture";
-    QTest::newRow("nothing") << QByteArray() << "/one.jpg"
-                             << "FAIL"
-                             << "no picture";
-    QTest::newRow("no such file") << jpeg << "/other.jpg"
-                                  << "FAIL"
-                                  << "status 404";
-    QTest::newRow("a query, brackets") << jpeg << "/one?[1-3]&a={b,c}"
-                                       << "ok"
-                                       << "JPEG";
-    QTest::newRow("302") << jpeg << "/moved.jpg"
-                         << "ok"
-                         << "JPEG";
-    QTest::newRow("endless") << jpeg.leftJustified(16 * 1024 * 1024 + 1, '\0') << "/one"
-                             << "FAIL"
-                             << "too long";
-}
-
-void CheckDefaultsTest::tellsWhatEachCameraAnswers()
-{
-    QFETCH(QByteArray, body);
-    QFETCH(QString, path);
-    QFETCH(QString, word);
-    QFETCH(QString, came);
-    WebServer server;
-    for (const char* name : {"one", "one.jpg", "large.jpg"})
-        server.put(name, body);
-    const QString address = "http://" + server.url(path);
-    const Answer answer = run({table({address})});
-    QCOMPARE(answer.errors, QByteArray());
-    QCOMPARE(answer.lines.size(), 2);
-    const qsizetype bytes = came.startsWith("status") ? -1 : body.size();
-    const QString line = answer.lines[0].simplified();
-    QVERIFY2(line.startsWith(word + ' ' + came + ' '), qPrintable(line));
-    QVERIFY2(line.endsWith(" Dublin, Ireland " + address), qPrintable(line));
-    if (bytes >= 0)
-        QVERIFY2(line.contains(QString(" %1 ").arg(bytes)), qPrintable(line));
-    QCOMPARE(answer.exitCode, word == "ok" ? 0 : 1);
-}
-
-void CheckDefaultsTest::aServerThatSaysNothingTimesOut()
-{
-    QTcpServer silent;
-    QVERIFY(silent.listen(QHostAddress::LocalHost));
-    const QString host = QString("http://127.0.0.1:%1/a.jpg").arg(silent.serverPort());
-    QElapsedTimer clock;
-    clock.start();
-    Answer answer = run({"--timeout", "1", table({host})});
-    // Far from the half minute that it waits unasked.
-    QVERIFY(clock.elapsed() < 15'000 * Slower);
-    QVERIFY2(answer.lines.value(0).startsWith("FAIL  timed out "), qPrintable(answer.lines[0]));
-    QCOMPARE(answer.exitCode, 1);
-    silent.close();
-    answer = run({table({host})});
-    QVERIFY2(answer.lines.value(0).startsWith("FAIL  no connection "), qPrintable(answer.lines[0]));
-}
-
-void CheckDefaultsTest::oneFailureIsEnoughToFail()
-{
-    WebServer server;
-    server.put("a.jpg", encodedPicture({40, 30}, Qt::red));
-    const QString good = "http://" + server.url("/a.jpg");
-    Answer answer = run({table({good, good})});
-    QCOMPARE(answer.exitCode, 0);
-    QCOMPARE(answer.lines.last(), "2 of 2 answer with a picture.");
-    // Neither a file on this machine nor an option of the program that asks.
-    answer = run({table({good, "file:///etc/hostname", "--version", good})});
-    QCOMPARE(answer.exitCode, 1);
-    QCOMPARE(answer.lines.size(), 5);
-    QVERIFY(answer.lines[1].startsWith("FAIL  no http address "));
-    QVERIFY(answer.lines[2].startsWith("FAIL  no http address "));
-    QCOMPARE(answer.lines.last(), "2 of 4 answer with a picture.");
-}
-
-void CheckDefaultsTest::changesNothing()
-{
-    WebServer server;
-    server.put("a.jpg", encodedPicture({40, 30}, Qt::red));
-    const QString path =
-        table({"http://" + server.url("/a.jpg"), "http://" + server.url("/b.jpg")});
-    // Opened anew each time: the file might be replaced by another one.
-    const auto content = [&path] {
-        QFile file(path);
-        return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-    };
-    const QByteArray before = content();
-    QVERIFY(!before.isEmpty());
-    QCOMPARE(run({path}).exitCode, 1);
-    QCOMPARE(content(), before);
-}
-
-void CheckDefaultsTest::saysHowItIsUsed()
-{
-    const Answer answer = run({"--help"});
-    QCOMPARE(answer.exitCode, 0);
-    QVERIFY(answer.lines.join(' ').contains("--timeout SECONDS"));
-    QVERIFY(answer.lines.last().endsWith("could be asked."));
-}
-
-void CheckDefaultsTest::refuses_data()
-{
-    QTest::addColumn<QStringList>("arguments");
-    QTest::newRow("an option nobody knows") << QStringList{"--mark"};
-    QTest::newRow("a file that is not there") << QStringList{"/no/such/file"};
-    QTest::newRow("a folder") << QStringList{"/"};
-    QTest::newRow("two files") << QStringList{table({}), table({})};
-    QTest::newRow("no cameras") << QStringList{table({})};
-    QTest::newRow("no seconds") << QStringList{"--timeout"};
-    QTest::newRow("seconds that are no number") << QStringList{"--timeout", "1s", table({})};
-}
-
-void CheckDefaultsTest::refuses()
-{
-    QFETCH(QStringList, arguments);
-    const Answer answer = run(arguments);
-    QCOMPARE(answer.exitCode, 2);
-    QVERIFY(answer.errors.startsWith("check-defaults: "));
-}
 
 QTEST_GUILESS_MAIN(CheckDefaultsTest)
 #include "tst_CheckDefaults.moc"

@@ -5,36 +5,6 @@
 #include <memory>
 #include <vector>
 
-/// Runs the demo camera as a program of its own and talks to it as a client would.
-class DemoCameraTest : public QObject
-{
-    Q_OBJECT
-private slots:
-    void twoRequestsGetDifferentPictures();
-    void rootIsThePictureToo();
-    void drawsTheSizeAskedFor();
-    void saysWhenThePictureWasChanged();
-    void answers304WhileThePictureStays();
-    void answersAnew_data();
-    void answersAnew();
-    void closesWhereItShould_data();
-    void closesWhereItShould();
-    void answersRequestsSentAheadInTurn();
-    void takesARequestInPieces();
-    void headSendsNoBody();
-    void refuses_data();
-    void refuses();
-    void refusesAnEndlessHeader();
-    void closesAConnectionThatRests();
-    void acceptsNoMoreConnectionsThanItsBound();
-    void writesALineForARequestOnlyWhenAsked();
-    void listensOnThisMachineOnly();
-    void endsWithoutComplaintWhenTerminated();
-    void refusesBadOptions_data();
-    void refusesBadOptions();
-    void saysThatAPortIsTaken();
-};
-
 namespace {
 
 /// A demo camera on a free port, ended when it goes out of scope.
@@ -161,372 +131,383 @@ int differenceInTheMiddle(const QImage& one, const QImage& other)
 
 } // namespace
 
-void DemoCameraTest::twoRequestsGetDifferentPictures()
+/// Runs the demo camera as a program of its own and talks to it as a client would.
+class DemoCameraTest : public QObject
 {
-    Camera camera;
-    QVERIFY2(camera.port, qPrintable(camera.firstLine));
-    Client client(camera);
-    QList<QImage> pictures;
-    for (int request = 0; request < 2; ++request) {
-        const Answer answer = client.ask(pictureRequest);
+    Q_OBJECT
+private slots:
+    void twoRequestsGetDifferentPictures()
+    {
+        Camera camera;
+        QVERIFY2(camera.port, qPrintable(camera.firstLine));
+        Client client(camera);
+        QList<QImage> pictures;
+        for (int request = 0; request < 2; ++request) {
+            const Answer answer = client.ask(pictureRequest);
+            QCOMPARE(answer.status, 200);
+            QVERIFY(isJpeg(answer));
+            QCOMPARE(answer.fields.value("content-length").toInt(), answer.body.size());
+            pictures << QImage::fromData(answer.body, "jpeg");
+            QCOMPARE(pictures.last().size(), QSize(1280, 720));
+        }
+        QVERIFY(differenceInTheMiddle(pictures.at(0), pictures.at(1)) > 20);
+    }
+
+    void rootIsThePictureToo()
+    {
+        Camera camera;
+        const auto statusOf = [&](const QByteArray& target) {
+            Client client(camera);
+            const Answer answer =
+                client.ask("GET " + target + " HTTP/1.1\r\nHost: localhost\r\n\r\n");
+            return isJpeg(answer) ? answer.status : 0;
+        };
+        QCOMPARE(statusOf("/"), 200);
+        QCOMPARE(statusOf("/clock.jpg?width=3"), 200);
+        QCOMPARE(statusOf("http://localhost/clock.jpg"), 200);
+        QCOMPARE(statusOf("HTTP://localhost"), 200);
+    }
+
+    void drawsTheSizeAskedFor()
+    {
+        Camera camera({"--size", "320x240", "--quality", "30"});
+        Client client(camera);
+        const Answer rough = client.ask(pictureRequest);
+        QCOMPARE(QImage::fromData(rough.body, "jpeg").size(), QSize(320, 240));
+
+        Camera fineCamera({"--size", "320x240", "--quality", "95"});
+        Client fineClient(fineCamera);
+        QVERIFY(fineClient.ask(pictureRequest).body.size() > rough.body.size() * 3 / 2);
+    }
+
+    void saysWhenThePictureWasChanged()
+    {
+        const qint64 before = QDateTime::currentSecsSinceEpoch();
+        Camera camera;
+        Client client(camera);
+        const QByteArray value = client.ask(pictureRequest).fields.value("last-modified");
+        static const QRegularExpression form("^(Mon|Tue|Wed|Thu|Fri|Sat|Sun), \\d\\d "
+                                             "(Jan|Feb|Mar|Apr|May|Jun|Jul|Aug|Sep|Oct|Nov|Dec) "
+                                             "\\d{4} \\d\\d:\\d\\d:\\d\\d GMT$");
+        QVERIFY2(form.match(QString::fromLatin1(value)).hasMatch(), value.constData());
+        QDateTime moment =
+            QLocale::c().toDateTime(QString::fromLatin1(value), "ddd, dd MMM yyyy HH:mm:ss 'GMT'");
+        moment.setTimeSpec(Qt::UTC);
+        QVERIFY(moment.toSecsSinceEpoch() >= before);
+        QVERIFY(moment.toSecsSinceEpoch() <= QDateTime::currentSecsSinceEpoch());
+    }
+
+    void answers304WhileThePictureStays()
+    {
+        Camera camera({"--unchanged", "3600"});
+        Client client(camera);
+        const Answer first = client.ask(pictureRequest);
+        QCOMPARE(client.ask(pictureRequest).body, first.body);
+
+        const QByteArray known = first.fields.value("last-modified");
+        const Answer second =
+            client.ask("GET /clock.jpg HTTP/1.1\r\nhOST: localhost\r\nif-Modified-since: " + known +
+                       "\r\n\r\n");
+        QCOMPARE(second.status, 304);
+        QCOMPARE(second.fields.value("last-modified"), known);
+        QVERIFY(!second.fields.contains("content-length"));
+        // A body of the 304 would stand before the next answer.
+        const Answer third = client.ask(pictureRequest);
+        QVERIFY(isJpeg(third));
+        QCOMPARE(third.body, first.body);
+    }
+
+    void answersAnew_data()
+    {
+        QTest::addColumn<QString>("unchanged");
+        QTest::addColumn<QByteArray>("since");
+        QTest::newRow("an older date") << "3600" << QByteArray("Sun, 06 Nov 1994 08:49:37 GMT");
+        QTest::newRow("the oldest form") << "3600" << QByteArray("Sunday, 06-Nov-94 08:49:37 GMT");
+        QTest::newRow("no date") << "3600" << QByteArray("yesterday");
+        QTest::newRow("a picture of its own for every request")
+            << "0" << QByteArray("Wed, 01 Jan 2098 00:00:00 GMT");
+    }
+
+    void answersAnew()
+    {
+        QFETCH(QString, unchanged);
+        QFETCH(QByteArray, since);
+        Camera camera({"--unchanged", unchanged});
+        Client client(camera);
+        const Answer answer = client.ask("GET / HTTP/1.0\r\nIf-Modified-Since: " + since +
+                                         "\r\nConnection: Keep-Alive\r\n\r\n");
         QCOMPARE(answer.status, 200);
         QVERIFY(isJpeg(answer));
-        QCOMPARE(answer.fields.value("content-length").toInt(), answer.body.size());
-        pictures << QImage::fromData(answer.body, "jpeg");
-        QCOMPARE(pictures.last().size(), QSize(1280, 720));
     }
-    QVERIFY(differenceInTheMiddle(pictures.at(0), pictures.at(1)) > 20);
-}
 
-void DemoCameraTest::rootIsThePictureToo()
-{
-    Camera camera;
-    const auto statusOf = [&](const QByteArray& target) {
+    void closesWhereItShould_data()
+    {
+        QTest::addColumn<QByteArray>("version");
+        QTest::addColumn<QByteArray>("fields");
+        QTest::addColumn<bool>("closes");
+        const QByteArray host = "Host: localhost\r\n";
+        QTest::newRow("1.0") << QByteArray("1.0") << QByteArray() << true;
+        QTest::newRow("1.0 keep-alive")
+            << QByteArray("1.0") << QByteArray("Connection: Keep-Alive\r\n") << false;
+        QTest::newRow("1.0 other case and more")
+            << QByteArray("1.0") << QByteArray("connection:te,  keep-alive \r\n") << false;
+        QTest::newRow("1.1") << QByteArray("1.1") << host << false;
+        QTest::newRow("1.1 close") << QByteArray("1.1") << host + "Connection: CLOSE\r\n" << true;
+        QTest::newRow("1.1 with a body nobody reads")
+            << QByteArray("1.1") << host + "Content-Length: 3\r\n"
+            << true;
+    }
+
+    void closesWhereItShould()
+    {
+        QFETCH(QByteArray, version);
+        QFETCH(QByteArray, fields);
+        QFETCH(bool, closes);
+        Camera camera;
         Client client(camera);
-        const Answer answer = client.ask("GET " + target + " HTTP/1.1\r\nHost: localhost\r\n\r\n");
-        return isJpeg(answer) ? answer.status : 0;
-    };
-    QCOMPARE(statusOf("/"), 200);
-    QCOMPARE(statusOf("/clock.jpg?width=3"), 200);
-    QCOMPARE(statusOf("http://localhost/clock.jpg"), 200);
-    QCOMPARE(statusOf("HTTP://localhost"), 200);
-}
-
-void DemoCameraTest::drawsTheSizeAskedFor()
-{
-    Camera camera({"--size", "320x240", "--quality", "30"});
-    Client client(camera);
-    const Answer rough = client.ask(pictureRequest);
-    QCOMPARE(QImage::fromData(rough.body, "jpeg").size(), QSize(320, 240));
-
-    Camera fineCamera({"--size", "320x240", "--quality", "95"});
-    Client fineClient(fineCamera);
-    QVERIFY(fineClient.ask(pictureRequest).body.size() > rough.body.size() * 3 / 2);
-}
-
-void DemoCameraTest::saysWhenThePictureWasChanged()
-{
-    const qint64 before = QDateTime::currentSecsSinceEpoch();
-    Camera camera;
-    Client client(camera);
-    const QByteArray value = client.ask(pictureRequest).fields.value("last-modified");
-    static const QRegularExpression form(
-        "^(Mon|Tue|Wed|Thu|Fri|Sat|Sun), \\d\\d (Jan|Feb|Mar|Apr|May|Jun|Jul|Aug|Sep|Oct|Nov|Dec) "
-        "\\d{4} \\d\\d:\\d\\d:\\d\\d GMT$");
-    QVERIFY2(form.match(QString::fromLatin1(value)).hasMatch(), value.constData());
-    QDateTime moment =
-        QLocale::c().toDateTime(QString::fromLatin1(value), "ddd, dd MMM yyyy HH:mm:ss 'GMT'");
-    moment.setTimeSpec(Qt::UTC);
-    QVERIFY(moment.toSecsSinceEpoch() >= before);
-    QVERIFY(moment.toSecsSinceEpoch() <= QDateTime::currentSecsSinceEpoch());
-}
-
-void DemoCameraTest::answers304WhileThePictureStays()
-{
-    Camera camera({"--unchanged", "3600"});
-    Client client(camera);
-    const Answer first = client.ask(pictureRequest);
-    QCOMPARE(client.ask(pictureRequest).body, first.body);
-
-    const QByteArray known = first.fields.value("last-modified");
-    const Answer second = client.ask(
-        "GET /clock.jpg HTTP/1.1\r\nhOST: localhost\r\nif-Modified-since: " + known + "\r\n\r\n");
-    QCOMPARE(second.status, 304);
-    QCOMPARE(second.fields.value("last-modified"), known);
-    QVERIFY(!second.fields.contains("content-length"));
-    // A body of the 304 would stand before the next answer.
-    const Answer third = client.ask(pictureRequest);
-    QVERIFY(isJpeg(third));
-    QCOMPARE(third.body, first.body);
-}
-
-void DemoCameraTest::answersAnew_data()
-{
-    QTest::addColumn<QString>("unchanged");
-    QTest::addColumn<QByteArray>("since");
-    QTest::newRow("an older date") << "3600" << QByteArray("Sun, 06 Nov 1994 08:49:37 GMT");
-    QTest::newRow("the oldest form") << "3600" << QByteArray("Sunday, 06-Nov-94 08:49:37 GMT");
-    QTest::newRow("no date") << "3600" << QByteArray("yesterday");
-    QTest::newRow("a picture of its own for every request")
-        << "0" << QByteArray("Wed, 01 Jan 2098 00:00:00 GMT");
-}
-
-void DemoCameraTest::answersAnew()
-{
-    QFETCH(QString, unchanged);
-    QFETCH(QByteArray, since);
-    Camera camera({"--unchanged", unchanged});
-    Client client(camera);
-    const Answer answer = client.ask("GET / HTTP/1.0\r\nIf-Modified-Since: " + since +
-                                     "\r\nConnection: Keep-Alive\r\n\r\n");
-    QCOMPARE(answer.status, 200);
-    QVERIFY(isJpeg(answer));
-}
-
-void DemoCameraTest::closesWhereItShould_data()
-{
-    QTest::addColumn<QByteArray>("version");
-    QTest::addColumn<QByteArray>("fields");
-    QTest::addColumn<bool>("closes");
-    const QByteArray host = "Host: localhost\r\n";
-    QTest::newRow("1.0") << QByteArray("1.0") << QByteArray() << true;
-    QTest::newRow("1.0 keep-alive")
-        << QByteArray("1.0") << QByteArray("Connection: Keep-Alive\r\n") << false;
-    QTest::newRow("1.0 other case and more")
-        << QByteArray("1.0") << QByteArray("connection:te,  keep-alive \r\n") << false;
-    QTest::newRow("1.1") << QByteArray("1.1") << host << false;
-    QTest::newRow("1.1 close") << QByteArray("1.1") << host + "Connection: CLOSE\r\n" << true;
-    QTest::newRow("1.1 with a body nobody reads")
-        << QByteArray("1.1") << host + "Content-Length: 3\r\n"
-        << true;
-}
-
-void DemoCameraTest::closesWhereItShould()
-{
-    QFETCH(QByteArray, version);
-    QFETCH(QByteArray, fields);
-    QFETCH(bool, closes);
-    Camera camera;
-    Client client(camera);
-    const QByteArray request = "GET / HTTP/" + version + "\r\n" + fields + "\r\n";
-    const Answer answer = client.ask(request);
-    QCOMPARE(answer.status, 200);
-    QCOMPARE(answer.fields.value("connection"), QByteArray(closes ? "close" : "keep-alive"));
-    if (closes)
-        QVERIFY(client.isClosed());
-    else
-        QCOMPARE(client.ask(request).status, 200);
-}
-
-void DemoCameraTest::answersRequestsSentAheadInTurn()
-{
-    Camera camera({"--size", "320x240"});
-    Client client(camera);
-    QByteArray requests;
-    for (int request = 0; request < 40; ++request)
-        requests += request % 2 ? pictureRequest : "GET /no HTTP/1.1\r\nHost: localhost\r\n\r\n";
-    client.socket.write(requests);
-    for (int request = 0; request < 40; ++request)
-        QCOMPARE(client.next().status, request % 2 ? 200 : 404);
-}
-
-void DemoCameraTest::takesARequestInPieces()
-{
-    Camera camera({"--size", "320x240"});
-    Client client(camera);
-    // Lines that end in LF alone, and empty lines before the request, are taken too.
-    for (const char letter : QByteArray("\r\n\nGET / HTTP/1.1\nHost: localhost\n\n")) {
-        client.socket.write(QByteArray(1, letter));
-        client.socket.waitForBytesWritten();
+        const QByteArray request = "GET / HTTP/" + version + "\r\n" + fields + "\r\n";
+        const Answer answer = client.ask(request);
+        QCOMPARE(answer.status, 200);
+        QCOMPARE(answer.fields.value("connection"), QByteArray(closes ? "close" : "keep-alive"));
+        if (closes)
+            QVERIFY(client.isClosed());
+        else
+            QCOMPARE(client.ask(request).status, 200);
     }
-    QVERIFY(isJpeg(client.next()));
-}
 
-void DemoCameraTest::headSendsNoBody()
-{
-    Camera camera({"--unchanged", "3600"});
-    Client client(camera);
-    const Answer head = client.ask("HEAD /clock.jpg HTTP/1.1\r\nHost: localhost\r\n\r\n", false);
-    QCOMPARE(head.status, 200);
-    const Answer whole = client.ask(pictureRequest);
-    QVERIFY(isJpeg(whole));
-    for (const char* name : {"content-length", "content-type", "last-modified"})
-        QCOMPARE(head.fields.value(name), whole.fields.value(name));
-}
-
-void DemoCameraTest::refuses_data()
-{
-    QTest::addColumn<QByteArray>("request");
-    QTest::addColumn<int>("status");
-    QTest::addColumn<bool>("closes");
-    const QByteArray end = " HTTP/1.1\r\nHost: localhost\r\n\r\n";
-    const auto broken = [](const char* name, const QByteArray& request) {
-        QTest::newRow(name) << request << 400 << true;
-    };
-    QTest::newRow("another path") << "GET /clock.png" + end << 404 << false;
-    QTest::newRow("above the root") << "GET /../clock.jpg" + end << 404 << false;
-    QTest::newRow("POST") << "POST /clock.jpg" + end << 405 << false;
-    QTest::newRow("a method nobody knows") << "FETCH /clock.jpg" + end << 405 << false;
-    QTest::newRow("a method in lower case") << "get /clock.jpg" + end << 405 << false;
-    QTest::newRow("a target that is no path") << "OPTIONS *" + end << 405 << false;
-    QTest::newRow("HTTP 2") << QByteArray("PRI * HTTP/2.0\r\n\r\nSM\r\n\r\n") << 505 << true;
-    broken("no HTTP", "hello there, how are you?\r\n\r\n");
-    broken("a request of 1991", "GET /clock.jpg\r\n\r\n");
-    broken("bytes", QByteArray("\x16\x03\x01\x02\x00\x01\x00\r\n\r\n", 11));
-    broken("no path", "GET clock.jpg" + end);
-    broken("two blanks", "GET  /clock.jpg" + end);
-    broken("no version", "GET / HTTP/one\r\n\r\n");
-    broken("no host", "GET / HTTP/1.1\r\n\r\n");
-    broken("two hosts", "GET / HTTP/1.1\r\nHost: a\r\nHost: b\r\n\r\n");
-    broken("no colon", "GET / HTTP/1.0\r\nHost localhost\r\n\r\n");
-    broken("a blank before the colon", "GET / HTTP/1.0\r\nHost : localhost\r\n\r\n");
-    broken("a folded line", "GET / HTTP/1.0\r\nHost: localhost\r\n folded: yes\r\n\r\n");
-    broken("a length that is none", "GET / HTTP/1.0\r\nContent-Length: -1\r\n\r\n");
-}
-
-void DemoCameraTest::refuses()
-{
-    QFETCH(QByteArray, request);
-    QFETCH(int, status);
-    QFETCH(bool, closes);
-    Camera camera({"--size", "320x240"});
-    Client client(camera);
-    const Answer answer = client.ask(request);
-    QCOMPARE(answer.status, status);
-    if (status == 405)
-        QCOMPARE(answer.fields.value("allow"), QByteArray("GET, HEAD"));
-    if (closes)
-        QVERIFY(client.isClosed());
-    else
-        QCOMPARE(client.ask(pictureRequest).status, 200);
-    // Whatever it was, the next client is served.
-    QCOMPARE(Client(camera).ask(pictureRequest).status, 200);
-}
-
-void DemoCameraTest::refusesAnEndlessHeader()
-{
-    Camera camera({"--size", "320x240"});
-    Client fits(camera);
-    const QByteArray start = "GET / HTTP/1.0\r\nX: ";
-    QCOMPARE(fits.ask(start + QByteArray(8192 - start.size() - 4, 'x') + "\r\n\r\n").status, 200);
-    Client endless(camera);
-    QCOMPARE(endless.ask(start + QByteArray(8192, 'x')).status, 431);
-    QVERIFY(endless.isClosed());
-}
-
-void DemoCameraTest::closesAConnectionThatRests()
-{
-    Camera camera({"--idle", "0.4", "--size", "320x240"});
-    Client done(camera);
-    QCOMPARE(done.ask(pictureRequest).status, 200);
-    Client silent(camera);
-    Client halfWay(camera);
-    halfWay.socket.write("GET / HT");
-    QVERIFY(halfWay.isClosed());
-    QVERIFY(silent.isClosed());
-    QVERIFY(done.isClosed());
-}
-
-void DemoCameraTest::acceptsNoMoreConnectionsThanItsBound()
-{
-    Camera camera({"--size", "320x240"});
-    std::vector<std::unique_ptr<Client>> clients;
-    for (int client = 0; client < 64; ++client) {
-        clients.push_back(std::make_unique<Client>(camera));
-        // The answer says that the server has taken the connection, and not the system alone.
-        QCOMPARE(clients.back()->ask(pictureRequest).status, 200);
-    }
-    QVERIFY(Client(camera).isClosed());
-    clients.pop_back();
-    // Once only: the client that was served would be in the way of the next.
-    QVERIFY(QTest::qWaitFor([&] { return Client(camera).ask(pictureRequest).status == 200; }));
-}
-
-void DemoCameraTest::writesALineForARequestOnlyWhenAsked()
-{
-    QTemporaryDir folder;
-    const QString name = folder.filePath("requests.log");
-    const auto talk = [](Camera& camera) {
+    void answersRequestsSentAheadInTurn()
+    {
+        Camera camera({"--size", "320x240"});
         Client client(camera);
-        client.ask("GET /n\x1b[31mo HTTP/1.0\r\n\r\n");
-        QVERIFY(client.isClosed());
-        client.socket.close();
-        QCOMPARE(Client(camera).ask("GET /other HTTP/1.0\r\n\r\n").status, 404);
-    };
-    static const QRegularExpression form(
-        "^\\S+ \"GET /n\\?\\[31mo HTTP/1.0\" 400 \\d+\n\\S+ \"GET /other HTTP/1.0\" 404 \\d+\n$");
-
-    Camera verbose({"--verbose"});
-    talk(verbose);
-    verbose.process().terminate();
-    QVERIFY(verbose.process().waitForFinished());
-    const QString printed = QString::fromLatin1(verbose.process().readAllStandardOutput());
-    QVERIFY2(form.match(printed).hasMatch(), qPrintable(printed));
-
-    Camera logging({"--verbose", "--log", name});
-    talk(logging);
-    QFile file(name);
-    QVERIFY(file.open(QIODevice::ReadOnly));
-    QVERIFY(form.match(QString::fromLatin1(file.readAll())).hasMatch());
-
-    Camera quiet;
-    talk(quiet);
-    for (Camera* camera : {&logging, &quiet}) {
-        camera->process().terminate();
-        QVERIFY(camera->process().waitForFinished());
-        QCOMPARE(camera->process().readAllStandardOutput(), QByteArray());
+        QByteArray requests;
+        for (int request = 0; request < 40; ++request)
+            requests +=
+                request % 2 ? pictureRequest : "GET /no HTTP/1.1\r\nHost: localhost\r\n\r\n";
+        client.socket.write(requests);
+        for (int request = 0; request < 40; ++request)
+            QCOMPARE(client.next().status, request % 2 ? 200 : 404);
     }
-}
 
-void DemoCameraTest::listensOnThisMachineOnly()
-{
-    Camera camera({"--ipv6"});
-    QVERIFY(camera.port);
-    int others = 0;
-    for (const QHostAddress& address : QNetworkInterface::allAddresses()) {
-        QTcpSocket socket;
-        socket.connectToHost(address, camera.port);
-        const bool isThere = socket.waitForConnected(2000);
-        if (address.isLoopback()) {
-            QVERIFY2(isThere, qPrintable(address.toString()));
-        } else {
-            ++others;
-            QVERIFY2(!isThere, qPrintable(address.toString()));
+    void takesARequestInPieces()
+    {
+        Camera camera({"--size", "320x240"});
+        Client client(camera);
+        // Lines that end in LF alone, and empty lines before the request, are taken too.
+        for (const char letter : QByteArray("\r\n\nGET / HTTP/1.1\nHost: localhost\n\n")) {
+            client.socket.write(QByteArray(1, letter));
+            client.socket.waitForBytesWritten();
+        }
+        QVERIFY(isJpeg(client.next()));
+    }
+
+    void headSendsNoBody()
+    {
+        Camera camera({"--unchanged", "3600"});
+        Client client(camera);
+        const Answer head =
+            client.ask("HEAD /clock.jpg HTTP/1.1\r\nHost: localhost\r\n\r\n", false);
+        QCOMPARE(head.status, 200);
+        const Answer whole = client.ask(pictureRequest);
+        QVERIFY(isJpeg(whole));
+        for (const char* name : {"content-length", "content-type", "last-modified"})
+            QCOMPARE(head.fields.value(name), whole.fields.value(name));
+    }
+
+    void refuses_data()
+    {
+        QTest::addColumn<QByteArray>("request");
+        QTest::addColumn<int>("status");
+        QTest::addColumn<bool>("closes");
+        const QByteArray end = " HTTP/1.1\r\nHost: localhost\r\n\r\n";
+        const auto broken = [](const char* name, const QByteArray& request) {
+            QTest::newRow(name) << request << 400 << true;
+        };
+        QTest::newRow("another path") << "GET /clock.png" + end << 404 << false;
+        QTest::newRow("above the root") << "GET /../clock.jpg" + end << 404 << false;
+        QTest::newRow("POST") << "POST /clock.jpg" + end << 405 << false;
+        QTest::newRow("a method nobody knows") << "FETCH /clock.jpg" + end << 405 << false;
+        QTest::newRow("a method in lower case") << "get /clock.jpg" + end << 405 << false;
+        QTest::newRow("a target that is no path") << "OPTIONS *" + end << 405 << false;
+        QTest::newRow("HTTP 2") << QByteArray("PRI * HTTP/2.0\r\n\r\nSM\r\n\r\n") << 505 << true;
+        broken("no HTTP", "hello there, how are you?\r\n\r\n");
+        broken("a request of 1991", "GET /clock.jpg\r\n\r\n");
+        broken("bytes", QByteArray("\x16\x03\x01\x02\x00\x01\x00\r\n\r\n", 11));
+        broken("no path", "GET clock.jpg" + end);
+        broken("two blanks", "GET  /clock.jpg" + end);
+        broken("no version", "GET / HTTP/one\r\n\r\n");
+        broken("no host", "GET / HTTP/1.1\r\n\r\n");
+        broken("two hosts", "GET / HTTP/1.1\r\nHost: a\r\nHost: b\r\n\r\n");
+        broken("no colon", "GET / HTTP/1.0\r\nHost localhost\r\n\r\n");
+        broken("a blank before the colon", "GET / HTTP/1.0\r\nHost : localhost\r\n\r\n");
+        broken("a folded line", "GET / HTTP/1.0\r\nHost: localhost\r\n folded: yes\r\n\r\n");
+        broken("a length that is none", "GET / HTTP/1.0\r\nContent-Length: -1\r\n\r\n");
+    }
+
+    void refuses()
+    {
+        QFETCH(QByteArray, request);
+        QFETCH(int, status);
+        QFETCH(bool, closes);
+        Camera camera({"--size", "320x240"});
+        Client client(camera);
+        const Answer answer = client.ask(request);
+        QCOMPARE(answer.status, status);
+        if (status == 405)
+            QCOMPARE(answer.fields.value("allow"), QByteArray("GET, HEAD"));
+        if (closes)
+            QVERIFY(client.isClosed());
+        else
+            QCOMPARE(client.ask(pictureRequest).status, 200);
+        // Whatever it was, the next client is served.
+        QCOMPARE(Client(camera).ask(pictureRequest).status, 200);
+    }
+
+    void refusesAnEndlessHeader()
+    {
+        Camera camera({"--size", "320x240"});
+        Client fits(camera);
+        const QByteArray start = "GET / HTTP/1.0\r\nX: ";
+        QCOMPARE(fits.ask(start + QByteArray(8192 - start.size() - 4, 'x') + "\r\n\r\n").status,
+                 200);
+        Client endless(camera);
+        QCOMPARE(endless.ask(start + QByteArray(8192, 'x')).status, 431);
+        QVERIFY(endless.isClosed());
+    }
+
+    void closesAConnectionThatRests()
+    {
+        Camera camera({"--idle", "0.4", "--size", "320x240"});
+        Client done(camera);
+        QCOMPARE(done.ask(pictureRequest).status, 200);
+        Client silent(camera);
+        Client halfWay(camera);
+        halfWay.socket.write("GET / HT");
+        QVERIFY(halfWay.isClosed());
+        QVERIFY(silent.isClosed());
+        QVERIFY(done.isClosed());
+    }
+
+    void acceptsNoMoreConnectionsThanItsBound()
+    {
+        Camera camera({"--size", "320x240"});
+        std::vector<std::unique_ptr<Client>> clients;
+        for (int client = 0; client < 64; ++client) {
+            clients.push_back(std::make_unique<Client>(camera));
+            // The answer says that the server has taken the connection, and not the system alone.
+            QCOMPARE(clients.back()->ask(pictureRequest).status, 200);
+        }
+        QVERIFY(Client(camera).isClosed());
+        clients.pop_back();
+        // Once only: the client that was served would be in the way of the next.
+        QVERIFY(QTest::qWaitFor([&] { return Client(camera).ask(pictureRequest).status == 200; }));
+    }
+
+    void writesALineForARequestOnlyWhenAsked()
+    {
+        QTemporaryDir folder;
+        const QString name = folder.filePath("requests.log");
+        const auto talk = [](Camera& camera) {
+            Client client(camera);
+            client.ask("GET /n\x1b[31mo HTTP/1.0\r\n\r\n");
+            QVERIFY(client.isClosed());
+            client.socket.close();
+            QCOMPARE(Client(camera).ask("GET /other HTTP/1.0\r\n\r\n").status, 404);
+        };
+        static const QRegularExpression form("^\\S+ \"GET /n\\?\\[31mo HTTP/1.0\" 400 \\d+\n\\S+ "
+                                             "\"GET /other HTTP/1.0\" 404 \\d+\n$");
+
+        Camera verbose({"--verbose"});
+        talk(verbose);
+        verbose.process().terminate();
+        QVERIFY(verbose.process().waitForFinished());
+        const QString printed = QString::fromLatin1(verbose.process().readAllStandardOutput());
+        QVERIFY2(form.match(printed).hasMatch(), qPrintable(printed));
+
+        Camera logging({"--verbose", "--log", name});
+        talk(logging);
+        QFile file(name);
+        QVERIFY(file.open(QIODevice::ReadOnly));
+        QVERIFY(form.match(QString::fromLatin1(file.readAll())).hasMatch());
+
+        Camera quiet;
+        talk(quiet);
+        for (Camera* camera : {&logging, &quiet}) {
+            camera->process().terminate();
+            QVERIFY(camera->process().waitForFinished());
+            QCOMPARE(camera->process().readAllStandardOutput(), QByteArray());
         }
     }
-    if (!others)
-        qInfo("this machine has no address but the loopback's");
-}
 
-void DemoCameraTest::endsWithoutComplaintWhenTerminated()
-{
-    Camera camera;
-    Client client(camera);
-    QCOMPARE(client.ask(pictureRequest).status, 200);
-    camera.process().terminate();
-    QVERIFY(camera.process().waitForFinished());
-    QCOMPARE(camera.process().exitStatus(), QProcess::NormalExit);
-    QCOMPARE(camera.process().exitCode(), 0);
-    QVERIFY(client.isClosed());
-}
+    void listensOnThisMachineOnly()
+    {
+        Camera camera({"--ipv6"});
+        QVERIFY(camera.port);
+        int others = 0;
+        for (const QHostAddress& address : QNetworkInterface::allAddresses()) {
+            QTcpSocket socket;
+            socket.connectToHost(address, camera.port);
+            const bool isThere = socket.waitForConnected(2000);
+            if (address.isLoopback()) {
+                QVERIFY2(isThere, qPrintable(address.toString()));
+            } else {
+                ++others;
+                QVERIFY2(!isThere, qPrintable(address.toString()));
+            }
+        }
+        if (!others)
+            qInfo("this machine has no address but the loopback's");
+    }
 
-void DemoCameraTest::refusesBadOptions_data()
-{
-    QTest::addColumn<QStringList>("arguments");
-    QTest::newRow("port") << QStringList{"--port", "70000"};
-    QTest::newRow("size") << QStringList{"--size", "1280"};
-    QTest::newRow("size too small") << QStringList{"--size", "319x240"};
-    QTest::newRow("size too large") << QStringList{"--size", "7681x4320"};
-    QTest::newRow("quality") << QStringList{"--quality", "0"};
-    QTest::newRow("unchanged") << QStringList{"--unchanged", "-1"};
-    QTest::newRow("unchanged is no number") << QStringList{"--unchanged", "nan"};
-    QTest::newRow("idle") << QStringList{"--idle", "0"};
-    QTest::newRow("log") << QStringList{"--log", "/no/such/folder/log"};
-    QTest::newRow("an argument") << QStringList{"clock.jpg"};
-    QTest::newRow("an option nobody knows") << QStringList{"--colour"};
-}
+    void endsWithoutComplaintWhenTerminated()
+    {
+        Camera camera;
+        Client client(camera);
+        QCOMPARE(client.ask(pictureRequest).status, 200);
+        camera.process().terminate();
+        QVERIFY(camera.process().waitForFinished());
+        QCOMPARE(camera.process().exitStatus(), QProcess::NormalExit);
+        QCOMPARE(camera.process().exitCode(), 0);
+        QVERIFY(client.isClosed());
+    }
 
-void DemoCameraTest::refusesBadOptions()
-{
-    QFETCH(QStringList, arguments);
-    QProcess process;
-    process.start(QStringLiteral(PEVORA_DEMO_CAMERA), arguments);
-    QVERIFY(process.waitForFinished());
-    QCOMPARE(process.exitStatus(), QProcess::NormalExit);
-    QCOMPARE(process.exitCode(), 1);
-    QVERIFY(!process.readAllStandardError().isEmpty());
-    QCOMPARE(process.readAllStandardOutput(), QByteArray());
-}
+    void refusesBadOptions_data()
+    {
+        QTest::addColumn<QStringList>("arguments");
+        QTest::newRow("port") << QStringList{"--port", "70000"};
+        QTest::newRow("size") << QStringList{"--size", "1280"};
+        QTest::newRow("size too small") << QStringList{"--size", "319x240"};
+        QTest::newRow("size too large") << QStringList{"--size", "7681x4320"};
+        QTest::newRow("quality") << QStringList{"--quality", "0"};
+        QTest::newRow("unchanged") << QStringList{"--unchanged", "-1"};
+        QTest::newRow("unchanged is no number") << QStringList{"--unchanged", "nan"};
+        QTest::newRow("idle") << QStringList{"--idle", "0"};
+        QTest::newRow("log") << QStringList{"--log", "/no/such/folder/log"};
+        QTest::newRow("an argument") << QStringList{"clock.jpg"};
+        QTest::newRow("an option nobody knows") << QStringList{"--colour"};
+    }
 
-void DemoCameraTest::saysThatAPortIsTaken()
-{
-    Camera camera;
-    QProcess second;
-    second.start(QStringLiteral(PEVORA_DEMO_CAMERA), {"--port", QString::number(camera.port)});
-    QVERIFY(second.waitForFinished());
-    QCOMPARE(second.exitCode(), 1);
-    QVERIFY(second.readAllStandardError().contains(QByteArray::number(camera.port)));
-}
+    void refusesBadOptions()
+    {
+        QFETCH(QStringList, arguments);
+        QProcess process;
+        process.start(QStringLiteral(PEVORA_DEMO_CAMERA), arguments);
+        QVERIFY(process.waitForFinished());
+        QCOMPARE(process.exitStatus(), QProcess::NormalExit);
+        QCOMPARE(process.exitCode(), 1);
+        QVERIFY(!process.readAllStandardError().isEmpty());
+        QCOMPARE(process.readAllStandardOutput(), QByteArray());
+    }
+
+    void saysThatAPortIsTaken()
+    {
+        Camera camera;
+        QProcess second;
+        second.start(QStringLiteral(PEVORA_DEMO_CAMERA), {"--port", QString::number(camera.port)});
+        QVERIFY(second.waitForFinished());
+        QCOMPARE(second.exitCode(), 1);
+        QVERIFY(second.readAllStandardError().contains(QByteArray::number(camera.port)));
+    }
+};
 
 QTEST_GUILESS_MAIN(DemoCameraTest)
 #include "tst_DemoCamera.moc"

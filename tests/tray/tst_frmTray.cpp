@@ -4,25 +4,6 @@
 #include "shared/SymbolIcon.h"
 #include "support/Desktop.h"
 
-class frmTrayTest : public QObject
-{
-    Q_OBJECT
-private slots:
-    void init();
-    void addingHidesTheFormAndShowsItsIcon();
-    void theIconIsAddedAndRemovedOnce();
-    void aClickCountsWhenTheButtonIsReleased();
-    void aReleaseBesideTheIconIsNoClick();
-    void otherClicksDoNothing_data();
-    void otherClicksDoNothing();
-    void aDoubleClickIsOneClick();
-    void anIconRemovedWhileItIsPressedIsNotClicked();
-    void closingTheFormRemovesTheIcon();
-    void closingTheFormDoesNotEndTheProgram();
-    void withoutATrayNothingBreaks();
-    void aTrayThatComesLaterGetsTheIcon();
-};
-
 /// The window that Qt puts into the tray.
 static QWidget* iconWindow()
 {
@@ -33,196 +14,199 @@ static QWidget* iconWindow()
     return found == windows.end() ? nullptr : *found;
 }
 
-/// A click soon after another one is a click of its own.
-void frmTrayTest::init()
+class frmTrayTest : public QObject
 {
-    QApplication::setDoubleClickInterval(0);
-}
+    Q_OBJECT
+private slots:
+    /// A click soon after another one is a click of its own.
+    void init() { QApplication::setDoubleClickInterval(0); }
 
-void frmTrayTest::addingHidesTheFormAndShowsItsIcon()
-{
-    const DesktopTray tray;
-    frmTray form(symbolIcon("pevora"));
-    form.show();
-    QVERIFY(!form.sysTray().isReachable());
-    form.sysTray().AddTrayIcon(form, "Pevora");
-    QVERIFY(!form.isVisible());
-    QVERIFY(!DesktopTray::icon().isEmpty());
-    QVERIFY(form.sysTray().isReachable());
-    QVERIFY(iconWindow());
-    QCOMPARE(iconWindow()->toolTip(), "Pevora");
-    // What is painted there is the form's icon, and no empty square.
-    const QImage seen = iconWindow()->grab().toImage();
-    QSet<QRgb> colours;
-    for (int y = 0; y < seen.height(); ++y) {
-        for (int x = 0; x < seen.width(); ++x)
-            colours.insert(seen.pixel(x, y));
-    }
-    QVERIFY(colours.size() > 4);
-}
-
-void frmTrayTest::theIconIsAddedAndRemovedOnce()
-{
-    const DesktopTray tray;
-    frmTray form(symbolIcon("pevora"));
-    for (int round = 0; round < 3; ++round) {
-        form.sysTray().AddTrayIcon(form, "Pevora");
-        QVERIFY(!DesktopTray::icon().isEmpty());
-        QSignalSpy replaced(iconWindow(), &QObject::destroyed);
-        form.sysTray().AddTrayIcon(form, "Pevora");
-        QCOMPARE(replaced.count(), 0);
-        QCOMPARE(DesktopTray::icons(), 1);
-        form.sysTray().RemoveTrayIcon();
-        QCOMPARE(DesktopTray::icons(), 0);
+    void addingHidesTheFormAndShowsItsIcon()
+    {
+        const DesktopTray tray;
+        frmTray form(symbolIcon("pevora"));
+        form.show();
         QVERIFY(!form.sysTray().isReachable());
-        form.sysTray().RemoveTrayIcon();
+        form.sysTray().AddTrayIcon(form, "Pevora");
+        QVERIFY(!form.isVisible());
+        QVERIFY(!DesktopTray::icon().isEmpty());
+        QVERIFY(form.sysTray().isReachable());
+        QVERIFY(iconWindow());
+        QCOMPARE(iconWindow()->toolTip(), "Pevora");
+        // What is painted there is the form's icon, and no empty square.
+        const QImage seen = iconWindow()->grab().toImage();
+        QSet<QRgb> colours;
+        for (int y = 0; y < seen.height(); ++y) {
+            for (int x = 0; x < seen.width(); ++x)
+                colours.insert(seen.pixel(x, y));
+        }
+        QVERIFY(colours.size() > 4);
     }
-}
 
-void frmTrayTest::aClickCountsWhenTheButtonIsReleased()
-{
-    const DesktopTray tray;
-    frmTray form(symbolIcon("pevora"));
-    QSignalSpy asked(&form, &frmTray::ShowRequested);
-    form.sysTray().AddTrayIcon(form, "Pevora");
-    const QPoint middle = DesktopTray::icon().center();
-    for (int round = 1; round <= 2; ++round) {
+    void theIconIsAddedAndRemovedOnce()
+    {
+        const DesktopTray tray;
+        frmTray form(symbolIcon("pevora"));
+        for (int round = 0; round < 3; ++round) {
+            form.sysTray().AddTrayIcon(form, "Pevora");
+            QVERIFY(!DesktopTray::icon().isEmpty());
+            QSignalSpy replaced(iconWindow(), &QObject::destroyed);
+            form.sysTray().AddTrayIcon(form, "Pevora");
+            QCOMPARE(replaced.count(), 0);
+            QCOMPARE(DesktopTray::icons(), 1);
+            form.sysTray().RemoveTrayIcon();
+            QCOMPARE(DesktopTray::icons(), 0);
+            QVERIFY(!form.sysTray().isReachable());
+            form.sysTray().RemoveTrayIcon();
+        }
+    }
+
+    void aClickCountsWhenTheButtonIsReleased()
+    {
+        const DesktopTray tray;
+        frmTray form(symbolIcon("pevora"));
+        QSignalSpy asked(&form, &frmTray::ShowRequested);
+        form.sysTray().AddTrayIcon(form, "Pevora");
+        const QPoint middle = DesktopTray::icon().center();
+        for (int round = 1; round <= 2; ++round) {
+            pointer(middle, "mousedown", 1);
+            QTRY_COMPARE(QGuiApplication::mouseButtons(), Qt::LeftButton);
+            QCoreApplication::processEvents();
+            QCOMPARE(asked.count(), round - 1);
+            pointer(middle, "mouseup", 1);
+            QTRY_COMPARE(asked.count(), round);
+        }
+    }
+
+    void aReleaseBesideTheIconIsNoClick()
+    {
+        const DesktopTray tray;
+        frmTray form(symbolIcon("pevora"));
+        QSignalSpy asked(&form, &frmTray::ShowRequested);
+        form.sysTray().AddTrayIcon(form, "Pevora");
+        pointer(DesktopTray::icon().center(), "mousedown", 1);
+        QTRY_COMPARE(QGuiApplication::mouseButtons(), Qt::LeftButton);
+        pointer(QPoint(300, 200), "mouseup", 1);
+        QTRY_COMPARE(QGuiApplication::mouseButtons(), Qt::NoButton);
+        QCoreApplication::processEvents();
+        QCOMPARE(asked.count(), 0);
+    }
+
+    void otherClicksDoNothing_data()
+    {
+        QTest::addColumn<int>("button");
+        QTest::newRow("middle") << 2;
+        QTest::newRow("secondary") << 3;
+        QTest::newRow("wheel up") << 4;
+        QTest::newRow("wheel down") << 5;
+    }
+
+    void otherClicksDoNothing()
+    {
+        QFETCH(int, button);
+        const DesktopTray tray;
+        frmTray form(symbolIcon("pevora"));
+        QSignalSpy asked(&form, &frmTray::ShowRequested);
+        form.sysTray().AddTrayIcon(form, "Pevora");
+        const QPoint middle = DesktopTray::icon().center();
+        pointer(middle, "click", button);
+        // The click behind it is the only one that is told.
+        pointer(middle, "click", 1);
+        QTRY_COMPARE(asked.count(), 1);
+        QCoreApplication::processEvents();
+        QCOMPARE(asked.count(), 1);
+    }
+
+    void aDoubleClickIsOneClick()
+    {
+        QApplication::setDoubleClickInterval(10'000);
+        const DesktopTray tray;
+        frmTray form(symbolIcon("pevora"));
+        QSignalSpy asked(&form, &frmTray::ShowRequested);
+        form.sysTray().AddTrayIcon(form, "Pevora");
+        const QPoint middle = DesktopTray::icon().center();
+        QProcess twice;
+        twice.start("xdotool",
+                    {"mousemove", QString::number(middle.x()), QString::number(middle.y()), "click",
+                     "--repeat", "2", "--delay", "20", "1"});
+        QVERIFY(twice.waitForFinished());
+        QTRY_VERIFY(asked.count() >= 1);
+        pointer(middle, "click", 3);
+        QTRY_COMPARE(QGuiApplication::mouseButtons(), Qt::NoButton);
+        QCOMPARE(asked.count(), 1);
+    }
+
+    void anIconRemovedWhileItIsPressedIsNotClicked()
+    {
+        const DesktopTray tray;
+        frmTray form(symbolIcon("pevora"));
+        QSignalSpy asked(&form, &frmTray::ShowRequested);
+        form.sysTray().AddTrayIcon(form, "Pevora");
+        const QPoint middle = DesktopTray::icon().center();
         pointer(middle, "mousedown", 1);
         QTRY_COMPARE(QGuiApplication::mouseButtons(), Qt::LeftButton);
-        QCoreApplication::processEvents();
-        QCOMPARE(asked.count(), round - 1);
+        form.sysTray().RemoveTrayIcon();
         pointer(middle, "mouseup", 1);
-        QTRY_COMPARE(asked.count(), round);
+        // Whatever is released next, anywhere in the program, is no click on the icon.
+        QWidget other;
+        other.setGeometry(100, 100, 200, 200);
+        other.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&other));
+        QTest::mouseClick(&other, Qt::LeftButton);
+        QCOMPARE(asked.count(), 0);
     }
-}
 
-void frmTrayTest::aReleaseBesideTheIconIsNoClick()
-{
-    const DesktopTray tray;
-    frmTray form(symbolIcon("pevora"));
-    QSignalSpy asked(&form, &frmTray::ShowRequested);
-    form.sysTray().AddTrayIcon(form, "Pevora");
-    pointer(DesktopTray::icon().center(), "mousedown", 1);
-    QTRY_COMPARE(QGuiApplication::mouseButtons(), Qt::LeftButton);
-    pointer(QPoint(300, 200), "mouseup", 1);
-    QTRY_COMPARE(QGuiApplication::mouseButtons(), Qt::NoButton);
-    QCoreApplication::processEvents();
-    QCOMPARE(asked.count(), 0);
-}
-
-void frmTrayTest::otherClicksDoNothing_data()
-{
-    QTest::addColumn<int>("button");
-    QTest::newRow("middle") << 2;
-    QTest::newRow("secondary") << 3;
-    QTest::newRow("wheel up") << 4;
-    QTest::newRow("wheel down") << 5;
-}
-
-void frmTrayTest::otherClicksDoNothing()
-{
-    QFETCH(int, button);
-    const DesktopTray tray;
-    frmTray form(symbolIcon("pevora"));
-    QSignalSpy asked(&form, &frmTray::ShowRequested);
-    form.sysTray().AddTrayIcon(form, "Pevora");
-    const QPoint middle = DesktopTray::icon().center();
-    pointer(middle, "click", button);
-    // The click behind it is the only one that is told.
-    pointer(middle, "click", 1);
-    QTRY_COMPARE(asked.count(), 1);
-    QCoreApplication::processEvents();
-    QCOMPARE(asked.count(), 1);
-}
-
-void frmTrayTest::aDoubleClickIsOneClick()
-{
-    QApplication::setDoubleClickInterval(10'000);
-    const DesktopTray tray;
-    frmTray form(symbolIcon("pevora"));
-    QSignalSpy asked(&form, &frmTray::ShowRequested);
-    form.sysTray().AddTrayIcon(form, "Pevora");
-    const QPoint middle = DesktopTray::icon().center();
-    QProcess twice;
-    twice.start("xdotool", {"mousemove", QString::number(middle.x()), QString::number(middle.y()),
-                            "click", "--repeat", "2", "--delay", "20", "1"});
-    QVERIFY(twice.waitForFinished());
-    QTRY_VERIFY(asked.count() >= 1);
-    pointer(middle, "click", 3);
-    QTRY_COMPARE(QGuiApplication::mouseButtons(), Qt::NoButton);
-    QCOMPARE(asked.count(), 1);
-}
-
-void frmTrayTest::anIconRemovedWhileItIsPressedIsNotClicked()
-{
-    const DesktopTray tray;
-    frmTray form(symbolIcon("pevora"));
-    QSignalSpy asked(&form, &frmTray::ShowRequested);
-    form.sysTray().AddTrayIcon(form, "Pevora");
-    const QPoint middle = DesktopTray::icon().center();
-    pointer(middle, "mousedown", 1);
-    QTRY_COMPARE(QGuiApplication::mouseButtons(), Qt::LeftButton);
-    form.sysTray().RemoveTrayIcon();
-    pointer(middle, "mouseup", 1);
-    // Whatever is released next, anywhere in the program, is no click on the icon.
-    QWidget other;
-    other.setGeometry(100, 100, 200, 200);
-    other.show();
-    QVERIFY(QTest::qWaitForWindowExposed(&other));
-    QTest::mouseClick(&other, Qt::LeftButton);
-    QCOMPARE(asked.count(), 0);
-}
-
-void frmTrayTest::closingTheFormRemovesTheIcon()
-{
-    const DesktopTray tray;
-    frmTray form(symbolIcon("pevora"));
-    form.sysTray().AddTrayIcon(form, "Pevora");
-    QVERIFY(!DesktopTray::icon().isEmpty());
-    QVERIFY(form.close());
-    QCOMPARE(DesktopTray::icons(), 0);
-}
-
-void frmTrayTest::closingTheFormDoesNotEndTheProgram()
-{
-    frmTray form(symbolIcon("pevora"));
-    form.show();
-    QVERIFY(QTest::qWaitForWindowExposed(&form));
-    QTimer::singleShot(0, &form, &QWidget::close);
-    QTimer::singleShot(200, &form, [] { QCoreApplication::exit(7); });
-    QCOMPARE(QCoreApplication::exec(), 7);
-}
-
-void frmTrayTest::withoutATrayNothingBreaks()
-{
-    QVERIFY(!QSystemTrayIcon::isSystemTrayAvailable());
-    frmTray form(symbolIcon("pevora"));
-    form.sysTray().AddTrayIcon(form, "Pevora");
-    QCoreApplication::processEvents();
-    QVERIFY(!form.sysTray().isReachable());
-    // No window stands for the icon on the desktop.
-    for (const auto* window : QApplication::topLevelWidgets())
-        QVERIFY2(!window->isVisible(), window->metaObject()->className());
-    form.sysTray().RemoveTrayIcon();
-    form.close();
-}
-
-void frmTrayTest::aTrayThatComesLaterGetsTheIcon()
-{
-    frmTray form(symbolIcon("pevora"));
-    form.sysTray().AddTrayIcon(form, "Pevora");
-    QVERIFY(!form.sysTray().isReachable());
-    QSignalSpy asked(&form, &frmTray::ShowRequested);
-    for (int round = 1; round <= 2; ++round) {
+    void closingTheFormRemovesTheIcon()
+    {
         const DesktopTray tray;
-        const QRect icon = DesktopTray::icon();
-        QVERIFY(!icon.isEmpty());
-        QVERIFY(form.sysTray().isReachable());
-        pointer(icon.center(), "click", 1);
-        QTRY_COMPARE(asked.count(), round);
+        frmTray form(symbolIcon("pevora"));
+        form.sysTray().AddTrayIcon(form, "Pevora");
+        QVERIFY(!DesktopTray::icon().isEmpty());
+        QVERIFY(form.close());
+        QCOMPARE(DesktopTray::icons(), 0);
     }
-    QVERIFY(!form.sysTray().isReachable());
-}
+
+    void closingTheFormDoesNotEndTheProgram()
+    {
+        frmTray form(symbolIcon("pevora"));
+        form.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&form));
+        QTimer::singleShot(0, &form, &QWidget::close);
+        QTimer::singleShot(200, &form, [] { QCoreApplication::exit(7); });
+        QCOMPARE(QCoreApplication::exec(), 7);
+    }
+
+    void withoutATrayNothingBreaks()
+    {
+        QVERIFY(!QSystemTrayIcon::isSystemTrayAvailable());
+        frmTray form(symbolIcon("pevora"));
+        form.sysTray().AddTrayIcon(form, "Pevora");
+        QCoreApplication::processEvents();
+        QVERIFY(!form.sysTray().isReachable());
+        // No window stands for the icon on the desktop.
+        for (const auto* window : QApplication::topLevelWidgets())
+            QVERIFY2(!window->isVisible(), window->metaObject()->className());
+        form.sysTray().RemoveTrayIcon();
+        form.close();
+    }
+
+    void aTrayThatComesLaterGetsTheIcon()
+    {
+        frmTray form(symbolIcon("pevora"));
+        form.sysTray().AddTrayIcon(form, "Pevora");
+        QVERIFY(!form.sysTray().isReachable());
+        QSignalSpy asked(&form, &frmTray::ShowRequested);
+        for (int round = 1; round <= 2; ++round) {
+            const DesktopTray tray;
+            const QRect icon = DesktopTray::icon();
+            QVERIFY(!icon.isEmpty());
+            QVERIFY(form.sysTray().isReachable());
+            pointer(icon.center(), "click", 1);
+            QTRY_COMPARE(asked.count(), round);
+        }
+        QVERIFY(!form.sysTray().isReachable());
+    }
+};
 
 QTEST_MAIN(frmTrayTest)
 #include "tst_frmTray.moc"

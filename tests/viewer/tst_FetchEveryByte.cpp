@@ -44,76 +44,73 @@ class FetchEveryByteTest : public QObject
 {
     Q_OBJECT
 private slots:
-    void aCloseAtEveryByteEndsAsDefined();
-    void aSplitAtEveryByteGivesTheSameImage();
+    void aCloseAtEveryByteEndsAsDefined()
+    {
+        const QByteArray body = smallPicture(Qt::red);
+        const QByteArray answer = pictureAnswer(body);
+        const QByteArray good = smallPicture(Qt::blue);
+        const auto headerSize = answer.size() - body.size();
+        constexpr int protocolName = 4; // "HTTP"
+        constexpr int statusCode = 12;  // and its version, a blank and "200"
+
+        ShownCamera c;
+        c.cam.resize(240, 180);
+        c.cam.setNewOnly(false);
+        ScriptedServer server;
+        server.listen();
+        for (qsizetype cut = 0; cut <= answer.size(); ++cut) {
+            server.play(answer.left(cut));
+            server.play(pictureAnswer(good));
+        }
+        QStringList ways;
+        for (qsizetype cut = 0; cut <= answer.size(); ++cut) {
+            const QByteArray at = "cut at " + QByteArray::number(cut);
+            QStringList expected = NotPicture;
+            if (cut >= protocolName && cut < statusCode)
+                expected = NotFound;
+            // What is enough of a picture is the decoder's to say.
+            else if (cut > headerSize && !Still::fromBytes(body.left(cut - headerSize)).isNull())
+                expected = NewImage;
+
+            const Outcome outcome = c.fetch(server.url());
+            QVERIFY2(all(outcome) == expected, at + ": " + all(outcome).join(", ").toUtf8());
+            QVERIFY2(!c.busy(), at);
+            QCOMPARE(all(c.fetch(server.url())), NewImage);
+            QVERIFY2(c.picture() == good, at);
+            if (ways.isEmpty() || ways.last() != outcome.status)
+                ways << outcome.status;
+        }
+        QCOMPARE(ways, (QStringList{NotPicture.last(), NotFound.last(), NotPicture.last(),
+                                    NewImage.last()}));
+        c.cam.resize(700, 500);
+        QCOMPARE(c.trouble(), "");
+    }
+
+    void aSplitAtEveryByteGivesTheSameImage()
+    {
+        const QByteArray answer = answerOfTwoChunks();
+        QVERIFY(answer.size() > TcpClient::PacketBytes);
+        const QByteArray picture = answer.mid(answer.indexOf("\r\n\r\n") + 4);
+
+        ShownCamera c;
+        c.cam.resize(240, 180);
+        c.cam.setNewOnly(false);
+        ScriptedServer server;
+        server.listen();
+        for (qsizetype split = 1; split < answer.size(); ++split)
+            server.play(Script{{answer.left(split), answer.mid(split)}, Script::End::KeepOpen});
+        QSignalSpy silence(&c.timer("tmrOut"), &Timer::Tick);
+        for (qsizetype split = 1; split < answer.size(); ++split) {
+            const QByteArray at = "split at " + QByteArray::number(split);
+            const Outcome outcome = c.fetch(server.url());
+            QVERIFY2(all(outcome) == NewImage, at + ": " + all(outcome).join(", ").toUtf8());
+            QVERIFY2(c.picture() == picture, at);
+        }
+        QCOMPARE(silence.count(), 0);
+        c.cam.resize(700, 500);
+        QCOMPARE(c.trouble(), "");
+    }
 };
-
-void FetchEveryByteTest::aCloseAtEveryByteEndsAsDefined()
-{
-    const QByteArray body = smallPicture(Qt::red);
-    const QByteArray answer = pictureAnswer(body);
-    const QByteArray good = smallPicture(Qt::blue);
-    const auto headerSize = answer.size() - body.size();
-    constexpr int protocolName = 4; // "HTTP"
-    constexpr int statusCode = 12;  // and its version, a blank and "200"
-
-    ShownCamera c;
-    c.cam.resize(240, 180);
-    c.cam.setNewOnly(false);
-    ScriptedServer server;
-    server.listen();
-    for (qsizetype cut = 0; cut <= answer.size(); ++cut) {
-        server.play(answer.left(cut));
-        server.play(pictureAnswer(good));
-    }
-    QStringList ways;
-    for (qsizetype cut = 0; cut <= answer.size(); ++cut) {
-        const QByteArray at = "cut at " + QByteArray::number(cut);
-        QStringList expected = NotPicture;
-        if (cut >= protocolName && cut < statusCode)
-            expected = NotFound;
-        // What is enough of a picture is the decoder's to say.
-        else if (cut > headerSize && !Still::fromBytes(body.left(cut - headerSize)).isNull())
-            expected = NewImage;
-
-        const Outcome outcome = c.fetch(server.url());
-        QVERIFY2(all(outcome) == expected, at + ": " + all(outcome).join(", ").toUtf8());
-        QVERIFY2(!c.busy(), at);
-        QCOMPARE(all(c.fetch(server.url())), NewImage);
-        QVERIFY2(c.picture() == good, at);
-        if (ways.isEmpty() || ways.last() != outcome.status)
-            ways << outcome.status;
-    }
-    QCOMPARE(ways,
-             (QStringList{NotPicture.last(), NotFound.last(), NotPicture.last(), NewImage.last()}));
-    c.cam.resize(700, 500);
-    QCOMPARE(c.trouble(), "");
-}
-
-void FetchEveryByteTest::aSplitAtEveryByteGivesTheSameImage()
-{
-    const QByteArray answer = answerOfTwoChunks();
-    QVERIFY(answer.size() > TcpClient::PacketBytes);
-    const QByteArray picture = answer.mid(answer.indexOf("\r\n\r\n") + 4);
-
-    ShownCamera c;
-    c.cam.resize(240, 180);
-    c.cam.setNewOnly(false);
-    ScriptedServer server;
-    server.listen();
-    for (qsizetype split = 1; split < answer.size(); ++split)
-        server.play(Script{{answer.left(split), answer.mid(split)}, Script::End::KeepOpen});
-    QSignalSpy silence(&c.timer("tmrOut"), &Timer::Tick);
-    for (qsizetype split = 1; split < answer.size(); ++split) {
-        const QByteArray at = "split at " + QByteArray::number(split);
-        const Outcome outcome = c.fetch(server.url());
-        QVERIFY2(all(outcome) == NewImage, at + ": " + all(outcome).join(", ").toUtf8());
-        QVERIFY2(c.picture() == picture, at);
-    }
-    QCOMPARE(silence.count(), 0);
-    c.cam.resize(700, 500);
-    QCOMPARE(c.trouble(), "");
-}
 
 QTEST_MAIN(FetchEveryByteTest)
 #include "tst_FetchEveryByte.moc"

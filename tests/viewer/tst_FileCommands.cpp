@@ -6,51 +6,487 @@
 #include "support/ScratchFile.h"
 #include "viewer/FileDialog.h"
 
+Q_DECLARE_METATYPE(void (FileCommands::*)())
+
+static QAbstractButton* acceptButton(QFileDialog* dialog)
+{
+    auto* box = dialog->findChild<QDialogButtonBox*>();
+    return box->button(dialog->acceptMode() == QFileDialog::AcceptSave ? QDialogButtonBox::Save
+                                                                       : QDialogButtonBox::Open);
+}
+
+static bool anyDialogIsOpen()
+{
+    const auto windows = QApplication::topLevelWidgets();
+    return std::any_of(windows.begin(), windows.end(), [](const QWidget* window) {
+        return window->isVisible() && qobject_cast<const QDialog*>(window);
+    });
+}
+
 class FileCommandsTest : public QObject
 {
     Q_OBJECT
 public:
-    static void initMain();
+    /// Qt keeps the look of its file dialog there.
+    static void initMain()
+    {
+        static const QTemporaryDir settings;
+        QSettings::setPath(QSettings::NativeFormat, QSettings::UserScope, settings.path());
+    }
+
 private slots:
-    void init();
-    void cleanup();
-    void theDialogIsTheWindowsOwnAndModal();
-    void eachDialogShowsItsFiltersTexts_data();
-    void eachDialogShowsItsFiltersTexts();
-    void filesAreListedWithoutRegardToCase();
-    void openImageGivesTheFilesBytes();
-    void whatIsNoPictureIsTold_data();
-    void whatIsNoPictureIsTold();
-    void aFileTooLongForAPictureIsNotOpened();
-    void aFileThatMustNotBeReadIsToldAsNoPicture();
+    void init()
+    {
+        m_home = std::make_unique<QTemporaryDir>();
+        qputenv("HOME", m_home->path().toLocal8Bit());
+        qputenv("XDG_CONFIG_HOME", m_home->filePath("config").toLocal8Bit());
+        m_picture = Still::fromImage(plainImage({32, 24}, Qt::red));
+        m_opens = true;
+        for (QStringList* list : {&m_status, &m_moviesToOpen, &m_moviesToSave})
+            list->clear();
+        m_opened.clear();
+
+        // The viewer is a child of the window, as in the program.
+        m_window = std::make_unique<QWidget>();
+        m_window->resize(400, 300);
+        auto* viewer = new QWidget(m_window.get());
+        const FileCommands::View view{[this] { return m_picture; },
+                                      [this](const QByteArray& bytes) {
+                                          m_opened.append(bytes);
+                                          return m_opens;
+                                      }};
+        m_files = new FileCommands(view, viewer);
+        connect(m_files, &FileCommands::StatusText, this,
+                [this](const QString& text) { m_status.append(text); });
+        connect(m_files, &FileCommands::MovieOpenRequested, this,
+                [this](const QString& path) { m_moviesToOpen.append(path); });
+        connect(m_files, &FileCommands::MovieSaveRequested, this,
+                [this](const QString& path) { m_moviesToSave.append(path); });
+        m_window->show();
+        QVERIFY(QTest::qWaitForWindowExposed(m_window.get()));
+    }
+
+    void cleanup()
+    {
+        m_window.reset();
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    }
+
+    void theDialogIsTheWindowsOwnAndModal()
+    {
+        for (const Command command : {&FileCommands::OpenImage, &FileCommands::SaveImage,
+                                      &FileCommands::OpenMovie, &FileCommands::SaveMovie}) {
+            QFileDialog* dialog = dialogOf(command);
+            QVERIFY(dialog);
+            QCOMPARE(dialog->objectName(), "cd");
+            QCOMPARE(dialog->parentWidget(), m_window.get());
+            QCOMPARE(dialog->windowModality(), Qt::WindowModal);
+            QCOMPARE(QThread::currentThread()->loopLevel(), 0);
+            const QPointer<QFileDialog> gone = dialog;
+            dialog->reject();
+            QTRY_VERIFY(!gone);
+        }
+    }
+
+    void eachDialogShowsItsFiltersTexts_data()
+    {
+        QTest::addColumn<Command>("command");
+        QTest::addColumn<QStringList>("texts");
+        QTest::newRow("open image")
+            << &FileCommands::OpenImage << QStringList{"Image Files (*.bmp,*.jpg,*.gif)"};
+        QTest::newRow("save image") << &FileCommands::SaveImage
+                                    << QStringList{"Bitmap (*.bmp)", "GIF (*.gif)", "JPEG (*.jpg)"};
+        QTest::newRow("open movie")
+            << &FileCommands::OpenMovie << QStringList{"Pevora Movie (*.pvm)"};
+        QTest::newRow("save movie")
+            << &FileCommands::SaveMovie << QStringList{"Pevora Movie (*.pvm)"};
+    }
+
+    void eachDialogShowsItsFiltersTexts()
+    {
+        QFETCH(Command, command);
+        QFETCH(QStringList, texts);
+        QFileDialog* dialog = dialogOf(command);
+        QVERIFY(dialog);
+        const auto* combo = dialog->findChild<QComboBox*>("fileTypeCombo");
+        QStringList shown;
+        for (int i = 0; i < combo->count(); ++i)
+            shown.append(combo->itemText(i));
+        QCOMPARE(shown, texts);
+    }
+
+    void filesAreListedWithoutRegardToCase()
+    {
+        for (const char* name : {"a.bmp", "b.JPG", "c.Gif", "d.png", "e.jpeg", "f.gif.txt"}) {
+            QFile file(m_home->filePath(name));
+            QVERIFY(file.open(QIODevice::WriteOnly));
+        }
+        QFileDialog* dialog = dialogOf(&FileCommands::OpenImage);
+        QVERIFY(dialog);
+        auto* list = dialog->findChild<QListView*>("listView");
+        const auto listed = [list] {
+            QStringList names;
+            for (int row = 0; row < list->model()->rowCount(list->rootIndex()); ++row)
+                names.append(list->model()->index(row, 0, list->rootIndex()).data().toString());
+            names.sort();
+            return names;
+        };
+        QTRY_COMPARE(listed(), (QStringList{"a.bmp", "b.JPG", "c.Gif"}));
+    }
+
+    void openImageGivesTheFilesBytes()
+    {
+        // The content counts, not the name.
+        ScratchFile file("picture.txt");
+        file.setContent(smallGif());
+        run(&FileCommands::OpenImage, file.path());
+        QCOMPARE(m_opened, QList{smallGif()});
+        QCOMPARE(m_status, QStringList{});
+        QVERIFY(!anyDialogIsOpen());
+    }
+
+    void whatIsNoPictureIsTold_data()
+    {
+        QTest::addColumn<bool>("exists");
+        QTest::newRow("no picture") << true;
+        QTest::newRow("no such file") << false;
+    }
+
+    void whatIsNoPictureIsTold()
+    {
+        QFETCH(bool, exists);
+        m_opens = false;
+        ScratchFile file("a.jpg");
+        if (exists)
+            file.setContent("text");
+        run(&FileCommands::OpenImage, file.path());
+        QCOMPARE(m_status, QStringList{"  Error: Not a picture."});
+        QCOMPARE(m_opened, exists ? QList<QByteArray>{"text"} : QList<QByteArray>{});
+        QVERIFY(!anyDialogIsOpen());
+    }
+
+    void aFileTooLongForAPictureIsNotOpened()
+    {
+        ScratchFile file("a.jpg");
+        file.setContent(encodedPicture({8, 8}, Qt::red));
+        QVERIFY(QFile::resize(file.path(), Still::MaxEncodedBytes + 1));
+        run(&FileCommands::OpenImage, file.path());
+        QCOMPARE(m_opened, QList<QByteArray>{});
+        QCOMPARE(m_status, QStringList{"  Error: Not a picture."});
+    }
+
+    void aFileThatMustNotBeReadIsToldAsNoPicture()
+    {
+        if (!runsAgain()) {
+            QCOMPARE(runAgainAsOrdinaryUser("aFileThatMustNotBeReadIsToldAsNoPicture"), "passed");
+            return;
+        }
+        ScratchFile file("a.jpg");
+        file.setContent(encodedPicture({8, 8}, Qt::red));
+        QVERIFY(QFile::setPermissions(file.path(), {}));
+        run(&FileCommands::OpenImage, file.path());
+        QCOMPARE(m_opened, QList<QByteArray>{});
+        QCOMPARE(m_status, QStringList{"  Error: Not a picture."});
+    }
+
     void cancelChangesNothing_data() { commands(); }
-    void cancelChangesNothing();
-    void anEmptyNameIsNoAnswer();
-    void withoutAPictureNoSaveDialogOpens();
-    void saveImageWritesTheNameAsItIsTyped_data();
-    void saveImageWritesTheNameAsItIsTyped();
-    void theFilterDoesNotChooseTheFormat();
-    void thePictureOnShowAtTheAnswerIsSaved();
-    void aPictureGoneAtTheAnswerIsNotSaved();
-    void aFailedSaveIsToldAndKeepsTheOldFile();
-    void aSaveOnAFullDiskIsToldAndKeepsTheOldFile();
-    void replacingAFileAsksFirst();
-    void theQuestionShowsTheNameAsPlainText();
-    void aFolderIsEnteredNotReplaced();
-    void moviesAreLeftToTheOwner();
-    void theFirstFolderIsPicturesElseHome();
-    void theNextDialogStartsInTheLastFolder();
-    void oneDialogAtATime();
-    void anAnswersHandlerMayAskAgain();
+
+    void cancelChangesNothing()
+    {
+        QFETCH(Command, command);
+        ScratchFile file("a.gif");
+        file.setContent("old");
+        QFileDialog* dialog = dialogOf(command);
+        QVERIFY(dialog);
+        dialog->findChild<QLineEdit*>("fileNameEdit")->setText(file.path());
+        QTest::mouseClick(dialog->findChild<QDialogButtonBox*>()->button(QDialogButtonBox::Cancel),
+                          Qt::LeftButton);
+        QVERIFY(!anyDialogIsOpen());
+        QCOMPARE(file.content(), "old");
+        QCOMPARE(m_status + m_moviesToOpen + m_moviesToSave, QStringList{});
+        QCOMPARE(m_opened, QList<QByteArray>{});
+        // The next one opens.
+        QVERIFY(dialogOf(command));
+    }
+
+    void anEmptyNameIsNoAnswer()
+    {
+        QFileDialog* dialog = dialogOf(&FileCommands::SaveMovie);
+        QVERIFY(dialog);
+        answer(dialog, "");
+        QVERIFY(dialog->isVisible());
+        QCOMPARE(m_moviesToSave, QStringList{});
+    }
+
+    void withoutAPictureNoSaveDialogOpens()
+    {
+        m_picture = {};
+        m_files->SaveImage();
+        QVERIFY(!anyDialogIsOpen());
+        QCOMPARE(m_status, QStringList{});
+        QVERIFY(!m_window->findChild<QFileDialog*>());
+    }
+
+    void saveImageWritesTheNameAsItIsTyped_data()
+    {
+        QTest::addColumn<QString>("name");
+        QTest::addColumn<QByteArray>("begins");
+        QTest::newRow("gif") << "a.gif" << QByteArray("GIF8");
+        QTest::newRow("JPG") << "a.JPG" << QByteArray("\xFF\xD8\xFF");
+        QTest::newRow("jpeg") << "a.jpeg" << QByteArray("BM");
+        QTest::newRow("png") << "a.png" << QByteArray("BM");
+        QTest::newRow("no ending") << "a" << QByteArray("BM");
+        QTest::newRow("xgif") << "xgif" << QByteArray("GIF8");
+        QTest::newRow("two characters") << "if" << QByteArray("BM");
+    }
+
+    void saveImageWritesTheNameAsItIsTyped()
+    {
+        QFETCH(QString, name);
+        QFETCH(QByteArray, begins);
+        ScratchFile file(name);
+        run(&FileCommands::SaveImage, file.path());
+        QVERIFY(file.content().startsWith(begins));
+        QCOMPARE(Still::fromBytes(file.content()).size(), QSize(32, 24));
+        QCOMPARE(QDir(file.folder()).entryList(QDir::Files), QStringList{name});
+        QCOMPARE(m_status, QStringList{});
+    }
+
+    void theFilterDoesNotChooseTheFormat()
+    {
+        ScratchFile file("a");
+        QFileDialog* dialog = dialogOf(&FileCommands::SaveImage);
+        QVERIFY(dialog);
+        auto* combo = dialog->findChild<QComboBox*>("fileTypeCombo");
+        combo->setCurrentIndex(2);
+        emit combo->activated(2);
+        QCOMPARE(dialog->selectedNameFilter(), "JPEG (*.jpg)");
+        answer(dialog, file.path());
+        QVERIFY(file.content().startsWith("BM"));
+        QCOMPARE(QDir(file.folder()).entryList(QDir::Files), QStringList{"a"});
+    }
+
+    void thePictureOnShowAtTheAnswerIsSaved()
+    {
+        ScratchFile file("a.bmp");
+        QFileDialog* dialog = dialogOf(&FileCommands::SaveImage);
+        QVERIFY(dialog);
+        m_picture = Still::fromImage(plainImage({7, 5}, Qt::blue));
+        answer(dialog, file.path());
+        const QImage saved = Still::fromBytes(file.content()).image();
+        QCOMPARE(saved.size(), QSize(7, 5));
+        QCOMPARE(saved.pixelColor(3, 3), QColor(Qt::blue));
+    }
+
+    void aPictureGoneAtTheAnswerIsNotSaved()
+    {
+        ScratchFile file("a.bmp");
+        QFileDialog* dialog = dialogOf(&FileCommands::SaveImage);
+        QVERIFY(dialog);
+        m_picture = {};
+        answer(dialog, file.path());
+        QVERIFY(!QFileInfo::exists(file.path()));
+        QCOMPARE(m_status, QStringList{"  Error: Not saved."});
+    }
+
+    void aFailedSaveIsToldAndKeepsTheOldFile()
+    {
+        if (!runsAgain()) {
+            QCOMPARE(runAgainAsOrdinaryUser("aFailedSaveIsToldAndKeepsTheOldFile"), "passed");
+            return;
+        }
+        ScratchFile file("a.jpg");
+        file.setContent("old");
+        QVERIFY(QFile::setPermissions(file.path(), QFile::ReadOwner));
+        run(&FileCommands::SaveImage, file.path());
+        QVERIFY(answerMessage(QMessageBox::Yes).shown);
+        QTRY_COMPARE(m_status, QStringList{"  Error: Not saved."});
+        QCOMPARE(file.content(), "old");
+    }
+
+    void aSaveOnAFullDiskIsToldAndKeepsTheOldFile()
+    {
+        if (!runsAgain()) {
+            QCOMPARE(runAgainWithOwnMounts("aSaveOnAFullDiskIsToldAndKeepsTheOldFile"), "passed");
+            return;
+        }
+        ScratchFile file("a.bmp");
+        QCOMPARE(mountSmallDisk(file.folder(), 64), "mounted");
+        file.setContent("old");
+        m_picture = Still::fromImage(plainImage({400, 300}, Qt::red));
+        run(&FileCommands::SaveImage, file.path());
+        QVERIFY(answerMessage(QMessageBox::Yes).shown);
+        QTRY_COMPARE(m_status, QStringList{"  Error: Not saved."});
+        QCOMPARE(file.content(), "old");
+    }
+
+    void replacingAFileAsksFirst()
+    {
+        ScratchFile file("a.gif");
+        file.setContent("old");
+        QFileDialog* dialog = dialogOf(&FileCommands::SaveImage);
+        QVERIFY(dialog);
+        answer(dialog, file.path());
+        QCOMPARE(QThread::currentThread()->loopLevel(), 0);
+        const ShownMessage question = answerMessage(QMessageBox::No);
+        QVERIFY(question.shown);
+        QCOMPARE(question.text, "a.gif already exists.\nDo you want to replace it?");
+        QVERIFY(dialog->isVisible());
+        QCOMPARE(file.content(), "old");
+
+        QTRY_VERIFY(!dialog->findChild<QMessageBox*>());
+        QTest::mouseClick(acceptButton(dialog), Qt::LeftButton);
+        QVERIFY(answerMessage(QMessageBox::Yes).shown);
+        QTRY_VERIFY(file.content().startsWith("GIF8"));
+        QVERIFY(!anyDialogIsOpen());
+        QCOMPARE(m_status, QStringList{});
+    }
+
+    void theQuestionShowsTheNameAsPlainText()
+    {
+        ScratchFile file("<b>a<b>.gif");
+        file.setContent("old");
+        run(&FileCommands::SaveMovie, file.path());
+        const auto* box = openDialog<QMessageBox>();
+        QVERIFY(box);
+        QCOMPARE(box->textFormat(), Qt::PlainText);
+        QVERIFY(box->text().startsWith("<b>a<b>.gif already"));
+    }
+
+    void aFolderIsEnteredNotReplaced()
+    {
+        QVERIFY(QDir(m_home->path()).mkdir("folder.gif"));
+        for (const Command command : {&FileCommands::SaveImage, &FileCommands::OpenImage}) {
+            QFileDialog* dialog = dialogOf(command);
+            QVERIFY(dialog);
+            answer(dialog, m_home->filePath("folder.gif"));
+            QVERIFY(dialog->isVisible());
+            QCOMPARE(dialog->directory().path(), m_home->filePath("folder.gif"));
+            QVERIFY(!dialog->findChild<QMessageBox*>());
+            dialog->reject();
+        }
+        QCOMPARE(m_status, QStringList{});
+    }
+
+    void moviesAreLeftToTheOwner()
+    {
+        ScratchFile file("a.pvm");
+        // Also a name without the ending is taken as it is.
+        run(&FileCommands::SaveMovie, file.path());
+        run(&FileCommands::SaveMovie, file.path() + "x");
+        QCOMPARE(m_moviesToSave, (QStringList{file.path(), file.path() + "x"}));
+        QVERIFY(!QFileInfo::exists(file.path()));
+        run(&FileCommands::OpenMovie, file.path());
+        QCOMPARE(m_moviesToOpen, QStringList{file.path()});
+        QCOMPARE(m_status, QStringList{});
+    }
+
+    void theFirstFolderIsPicturesElseHome()
+    {
+        QFileDialog* dialog = dialogOf(&FileCommands::OpenImage);
+        QVERIFY(dialog);
+        QCOMPARE(dialog->directory().path(), m_home->path());
+        dialog->reject();
+        QVERIFY(QDir(m_home->path()).mkdir("Pictures"));
+        dialog = dialogOf(&FileCommands::SaveMovie);
+        QVERIFY(dialog);
+        QCOMPARE(dialog->directory().path(), m_home->filePath("Pictures"));
+    }
+
+    void theNextDialogStartsInTheLastFolder()
+    {
+        auto file = std::make_unique<ScratchFile>("a.gif");
+        run(&FileCommands::SaveImage, file->path());
+        QFileDialog* dialog = dialogOf(&FileCommands::OpenMovie);
+        QVERIFY(dialog);
+        QCOMPARE(dialog->directory().path(), file->folder());
+        dialog->reject();
+        // A folder that is gone: as at first.
+        file.reset();
+        dialog = dialogOf(&FileCommands::OpenMovie);
+        QVERIFY(dialog);
+        QCOMPARE(dialog->directory().path(), m_home->path());
+    }
+
+    void oneDialogAtATime()
+    {
+        QFileDialog* first = dialogOf(&FileCommands::OpenImage);
+        QVERIFY(first);
+        m_files->SaveMovie();
+        m_files->OpenImage();
+        QCOMPARE(m_window->findChildren<QFileDialog*>(), QList{first});
+        answer(first, m_home->filePath("none"));
+        QCOMPARE(m_moviesToSave, QStringList{});
+        QCOMPARE(m_status.size(), 1);
+    }
+
+    void anAnswersHandlerMayAskAgain()
+    {
+        connect(m_files, &FileCommands::MovieOpenRequested, m_files, &FileCommands::SaveMovie);
+        run(&FileCommands::OpenMovie, m_home->filePath("a.pvm"));
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+        m_files->OpenMovie(); // the new one is open
+        QCOMPARE(m_window->findChildren<QFileDialog*>().size(), 1);
+        run(&FileCommands::SaveMovie, m_home->filePath("b.pvm"));
+        QCOMPARE(m_moviesToSave, QStringList{m_home->filePath("b.pvm")});
+    }
+
     void theViewerMayGoWhileADialogIsOpen_data() { commands(); }
-    void theViewerMayGoWhileADialogIsOpen();
-    void theViewerMayGoWhileTheQuestionIsOpen();
+
+    void theViewerMayGoWhileADialogIsOpen()
+    {
+        QFETCH(Command, command);
+        // The viewer alone, then the whole window.
+        QPointer<QFileDialog> dialog = dialogOf(command);
+        QVERIFY(dialog);
+        delete m_files->parent();
+        QVERIFY(!dialog);
+        QVERIFY(!m_files);
+
+        init();
+        dialog = dialogOf(command);
+        QVERIFY(dialog);
+        m_window.reset();
+        QVERIFY(!dialog);
+        QVERIFY(!anyDialogIsOpen());
+    }
+
+    void theViewerMayGoWhileTheQuestionIsOpen()
+    {
+        ScratchFile file("a.gif");
+        file.setContent("old");
+        run(&FileCommands::SaveImage, file.path());
+        QVERIFY(openDialog<QMessageBox>());
+        m_window.reset();
+        QVERIFY(!anyDialogIsOpen());
+        QCOMPARE(file.content(), "old");
+    }
 
 private:
     using Command = void (FileCommands::*)();
-    static void commands();
-    QFileDialog* dialogOf(Command command);
-    void answer(QFileDialog* dialog, const QString& typed);
+
+    static void commands()
+    {
+        QTest::addColumn<Command>("command");
+        QTest::newRow("open image") << &FileCommands::OpenImage;
+        QTest::newRow("save image") << &FileCommands::SaveImage;
+        QTest::newRow("open movie") << &FileCommands::OpenMovie;
+        QTest::newRow("save movie") << &FileCommands::SaveMovie;
+    }
+
+    QFileDialog* dialogOf(Command command)
+    {
+        (m_files->*command)();
+        return openDialog<QFileDialog>();
+    }
+
+    void answer(QFileDialog* dialog, const QString& typed)
+    {
+        QVERIFY(dialog);
+        dialog->findChild<QLineEdit*>("fileNameEdit")->setText(typed);
+        QTest::mouseClick(acceptButton(dialog), Qt::LeftButton);
+    }
+
     void run(Command command, const QString& typed) { answer(dialogOf(command), typed); }
 
     std::unique_ptr<QTemporaryDir> m_home;
@@ -63,473 +499,6 @@ private:
     QStringList m_moviesToOpen;
     QStringList m_moviesToSave;
 };
-
-Q_DECLARE_METATYPE(void (FileCommands::*)())
-
-/// Qt keeps the look of its file dialog there.
-void FileCommandsTest::initMain()
-{
-    static const QTemporaryDir settings;
-    QSettings::setPath(QSettings::NativeFormat, QSettings::UserScope, settings.path());
-}
-
-void FileCommandsTest::init()
-{
-    m_home = std::make_unique<QTemporaryDir>();
-    qputenv("HOME", m_home->path().toLocal8Bit());
-    qputenv("XDG_CONFIG_HOME", m_home->filePath("config").toLocal8Bit());
-    m_picture = Still::fromImage(plainImage({32, 24}, Qt::red));
-    m_opens = true;
-    for (QStringList* list : {&m_status, &m_moviesToOpen, &m_moviesToSave})
-        list->clear();
-    m_opened.clear();
-
-    // The viewer is a child of the window, as in the program.
-    m_window = std::make_unique<QWidget>();
-    m_window->resize(400, 300);
-    auto* viewer = new QWidget(m_window.get());
-    const FileCommands::View view{[this] { return m_picture; },
-                                  [this](const QByteArray& bytes) {
-                                      m_opened.append(bytes);
-                                      return m_opens;
-                                  }};
-    m_files = new FileCommands(view, viewer);
-    connect(m_files, &FileCommands::StatusText, this,
-            [this](const QString& text) { m_status.append(text); });
-    connect(m_files, &FileCommands::MovieOpenRequested, this,
-            [this](const QString& path) { m_moviesToOpen.append(path); });
-    connect(m_files, &FileCommands::MovieSaveRequested, this,
-            [this](const QString& path) { m_moviesToSave.append(path); });
-    m_window->show();
-    QVERIFY(QTest::qWaitForWindowExposed(m_window.get()));
-}
-
-void FileCommandsTest::cleanup()
-{
-    m_window.reset();
-    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
-}
-
-void FileCommandsTest::commands()
-{
-    QTest::addColumn<Command>("command");
-    QTest::newRow("open image") << &FileCommands::OpenImage;
-    QTest::newRow("save image") << &FileCommands::SaveImage;
-    QTest::newRow("open movie") << &FileCommands::OpenMovie;
-    QTest::newRow("save movie") << &FileCommands::SaveMovie;
-}
-
-QFileDialog* FileCommandsTest::dialogOf(Command command)
-{
-    (m_files->*command)();
-    return openDialog<QFileDialog>();
-}
-
-static QAbstractButton* acceptButton(QFileDialog* dialog)
-{
-    auto* box = dialog->findChild<QDialogButtonBox*>();
-    return box->button(dialog->acceptMode() == QFileDialog::AcceptSave ? QDialogButtonBox::Save
-                                                                       : QDialogButtonBox::Open);
-}
-
-void FileCommandsTest::answer(QFileDialog* dialog, const QString& typed)
-{
-    QVERIFY(dialog);
-    dialog->findChild<QLineEdit*>("fileNameEdit")->setText(typed);
-    QTest::mouseClick(acceptButton(dialog), Qt::LeftButton);
-}
-
-static bool anyDialogIsOpen()
-{
-    const auto windows = QApplication::topLevelWidgets();
-    return std::any_of(windows.begin(), windows.end(), [](const QWidget* window) {
-        return window->isVisible() && qobject_cast<const QDialog*>(window);
-    });
-}
-
-void FileCommandsTest::theDialogIsTheWindowsOwnAndModal()
-{
-    for (const Command command : {&FileCommands::OpenImage, &FileCommands::SaveImage,
-                                  &FileCommands::OpenMovie, &FileCommands::SaveMovie}) {
-        QFileDialog* dialog = dialogOf(command);
-        QVERIFY(dialog);
-        QCOMPARE(dialog->objectName(), "cd");
-        QCOMPARE(dialog->parentWidget(), m_window.get());
-        QCOMPARE(dialog->windowModality(), Qt::WindowModal);
-        QCOMPARE(QThread::currentThread()->loopLevel(), 0);
-        const QPointer<QFileDialog> gone = dialog;
-        dialog->reject();
-        QTRY_VERIFY(!gone);
-    }
-}
-
-void FileCommandsTest::eachDialogShowsItsFiltersTexts_data()
-{
-    QTest::addColumn<Command>("command");
-    QTest::addColumn<QStringList>("texts");
-    QTest::newRow("open image") << &FileCommands::OpenImage
-                                << QStringList{"Image Files (*.bmp,*.jpg,*.gif)"};
-    QTest::newRow("save image") << &FileCommands::SaveImage
-                                << QStringList{"Bitmap (*.bmp)", "GIF (*.gif)", "JPEG (*.jpg)"};
-    QTest::newRow("open movie") << &FileCommands::OpenMovie << QStringList{"Pevora Movie (*.pvm)"};
-    QTest::newRow("save movie") << &FileCommands::SaveMovie << QStringList{"Pevora Movie (*.pvm)"};
-}
-
-void FileCommandsTest::eachDialogShowsItsFiltersTexts()
-{
-    QFETCH(Command, command);
-    QFETCH(QStringList, texts);
-    QFileDialog* dialog = dialogOf(command);
-    QVERIFY(dialog);
-    const auto* combo = dialog->findChild<QComboBox*>("fileTypeCombo");
-    QStringList shown;
-    for (int i = 0; i < combo->count(); ++i)
-        shown.append(combo->itemText(i));
-    QCOMPARE(shown, texts);
-}
-
-void FileCommandsTest::filesAreListedWithoutRegardToCase()
-{
-    for (const char* name : {"a.bmp", "b.JPG", "c.Gif", "d.png", "e.jpeg", "f.gif.txt"}) {
-        QFile file(m_home->filePath(name));
-        QVERIFY(file.open(QIODevice::WriteOnly));
-    }
-    QFileDialog* dialog = dialogOf(&FileCommands::OpenImage);
-    QVERIFY(dialog);
-    auto* list = dialog->findChild<QListView*>("listView");
-    const auto listed = [list] {
-        QStringList names;
-        for (int row = 0; row < list->model()->rowCount(list->rootIndex()); ++row)
-            names.append(list->model()->index(row, 0, list->rootIndex()).data().toString());
-        names.sort();
-        return names;
-    };
-    QTRY_COMPARE(listed(), (QStringList{"a.bmp", "b.JPG", "c.Gif"}));
-}
-
-void FileCommandsTest::openImageGivesTheFilesBytes()
-{
-    // The content counts, not the name.
-    ScratchFile file("picture.txt");
-    file.setContent(smallGif());
-    run(&FileCommands::OpenImage, file.path());
-    QCOMPARE(m_opened, QList{smallGif()});
-    QCOMPARE(m_status, QStringList{});
-    QVERIFY(!anyDialogIsOpen());
-}
-
-void FileCommandsTest::whatIsNoPictureIsTold_data()
-{
-    QTest::addColumn<bool>("exists");
-    QTest::newRow("no picture") << true;
-    QTest::newRow("no such file") << false;
-}
-
-void FileCommandsTest::whatIsNoPictureIsTold()
-{
-    QFETCH(bool, exists);
-    m_opens = false;
-    ScratchFile file("a.jpg");
-    if (exists)
-        file.setContent("text");
-    run(&FileCommands::OpenImage, file.path());
-    QCOMPARE(m_status, QStringList{"  Error: Not a picture."});
-    QCOMPARE(m_opened, exists ? QList<QByteArray>{"text"} : QList<QByteArray>{});
-    QVERIFY(!anyDialogIsOpen());
-}
-
-void FileCommandsTest::aFileTooLongForAPictureIsNotOpened()
-{
-    ScratchFile file("a.jpg");
-    file.setContent(encodedPicture({8, 8}, Qt::red));
-    QVERIFY(QFile::resize(file.path(), Still::MaxEncodedBytes + 1));
-    run(&FileCommands::OpenImage, file.path());
-    QCOMPARE(m_opened, QList<QByteArray>{});
-    QCOMPARE(m_status, QStringList{"  Error: Not a picture."});
-}
-
-void FileCommandsTest::aFileThatMustNotBeReadIsToldAsNoPicture()
-{
-    if (!runsAgain()) {
-        QCOMPARE(runAgainAsOrdinaryUser("aFileThatMustNotBeReadIsToldAsNoPicture"), "passed");
-        return;
-    }
-    ScratchFile file("a.jpg");
-    file.setContent(encodedPicture({8, 8}, Qt::red));
-    QVERIFY(QFile::setPermissions(file.path(), {}));
-    run(&FileCommands::OpenImage, file.path());
-    QCOMPARE(m_opened, QList<QByteArray>{});
-    QCOMPARE(m_status, QStringList{"  Error: Not a picture."});
-}
-
-void FileCommandsTest::cancelChangesNothing()
-{
-    QFETCH(Command, command);
-    ScratchFile file("a.gif");
-    file.setContent("old");
-    QFileDialog* dialog = dialogOf(command);
-    QVERIFY(dialog);
-    dialog->findChild<QLineEdit*>("fileNameEdit")->setText(file.path());
-    QTest::mouseClick(dialog->findChild<QDialogButtonBox*>()->button(QDialogButtonBox::Cancel),
-                      Qt::LeftButton);
-    QVERIFY(!anyDialogIsOpen());
-    QCOMPARE(file.content(), "old");
-    QCOMPARE(m_status + m_moviesToOpen + m_moviesToSave, QStringList{});
-    QCOMPARE(m_opened, QList<QByteArray>{});
-    // The next one opens.
-    QVERIFY(dialogOf(command));
-}
-
-void FileCommandsTest::anEmptyNameIsNoAnswer()
-{
-    QFileDialog* dialog = dialogOf(&FileCommands::SaveMovie);
-    QVERIFY(dialog);
-    answer(dialog, "");
-    QVERIFY(dialog->isVisible());
-    QCOMPARE(m_moviesToSave, QStringList{});
-}
-
-void FileCommandsTest::withoutAPictureNoSaveDialogOpens()
-{
-    m_picture = {};
-    m_files->SaveImage();
-    QVERIFY(!anyDialogIsOpen());
-    QCOMPARE(m_status, QStringList{});
-    QVERIFY(!m_window->findChild<QFileDialog*>());
-}
-
-void FileCommandsTest::saveImageWritesTheNameAsItIsTyped_data()
-{
-    QTest::addColumn<QString>("name");
-    QTest::addColumn<QByteArray>("begins");
-    QTest::newRow("gif") << "a.gif" << QByteArray("GIF8");
-    QTest::newRow("JPG") << "a.JPG" << QByteArray("\xFF\xD8\xFF");
-    QTest::newRow("jpeg") << "a.jpeg" << QByteArray("BM");
-    QTest::newRow("png") << "a.png" << QByteArray("BM");
-    QTest::newRow("no ending") << "a" << QByteArray("BM");
-    QTest::newRow("xgif") << "xgif" << QByteArray("GIF8");
-    QTest::newRow("two characters") << "if" << QByteArray("BM");
-}
-
-void FileCommandsTest::saveImageWritesTheNameAsItIsTyped()
-{
-    QFETCH(QString, name);
-    QFETCH(QByteArray, begins);
-    ScratchFile file(name);
-    run(&FileCommands::SaveImage, file.path());
-    QVERIFY(file.content().startsWith(begins));
-    QCOMPARE(Still::fromBytes(file.content()).size(), QSize(32, 24));
-    QCOMPARE(QDir(file.folder()).entryList(QDir::Files), QStringList{name});
-    QCOMPARE(m_status, QStringList{});
-}
-
-void FileCommandsTest::theFilterDoesNotChooseTheFormat()
-{
-    ScratchFile file("a");
-    QFileDialog* dialog = dialogOf(&FileCommands::SaveImage);
-    QVERIFY(dialog);
-    auto* combo = dialog->findChild<QComboBox*>("fileTypeCombo");
-    combo->setCurrentIndex(2);
-    emit combo->activated(2);
-    QCOMPARE(dialog->selectedNameFilter(), "JPEG (*.jpg)");
-    answer(dialog, file.path());
-    QVERIFY(file.content().startsWith("BM"));
-    QCOMPARE(QDir(file.folder()).entryList(QDir::Files), QStringList{"a"});
-}
-
-void FileCommandsTest::thePictureOnShowAtTheAnswerIsSaved()
-{
-    ScratchFile file("a.bmp");
-    QFileDialog* dialog = dialogOf(&FileCommands::SaveImage);
-    QVERIFY(dialog);
-    m_picture = Still::fromImage(plainImage({7, 5}, Qt::blue));
-    answer(dialog, file.path());
-    const QImage saved = Still::fromBytes(file.content()).image();
-    QCOMPARE(saved.size(), QSize(7, 5));
-    QCOMPARE(saved.pixelColor(3, 3), QColor(Qt::blue));
-}
-
-void FileCommandsTest::aPictureGoneAtTheAnswerIsNotSaved()
-{
-    ScratchFile file("a.bmp");
-    QFileDialog* dialog = dialogOf(&FileCommands::SaveImage);
-    QVERIFY(dialog);
-    m_picture = {};
-    answer(dialog, file.path());
-    QVERIFY(!QFileInfo::exists(file.path()));
-    QCOMPARE(m_status, QStringList{"  Error: Not saved."});
-}
-
-void FileCommandsTest::aFailedSaveIsToldAndKeepsTheOldFile()
-{
-    if (!runsAgain()) {
-        QCOMPARE(runAgainAsOrdinaryUser("aFailedSaveIsToldAndKeepsTheOldFile"), "passed");
-        return;
-    }
-    ScratchFile file("a.jpg");
-    file.setContent("old");
-    QVERIFY(QFile::setPermissions(file.path(), QFile::ReadOwner));
-    run(&FileCommands::SaveImage, file.path());
-    QVERIFY(answerMessage(QMessageBox::Yes).shown);
-    QTRY_COMPARE(m_status, QStringList{"  Error: Not saved."});
-    QCOMPARE(file.content(), "old");
-}
-
-void FileCommandsTest::aSaveOnAFullDiskIsToldAndKeepsTheOldFile()
-{
-    if (!runsAgain()) {
-        QCOMPARE(runAgainWithOwnMounts("aSaveOnAFullDiskIsToldAndKeepsTheOldFile"), "passed");
-        return;
-    }
-    ScratchFile file("a.bmp");
-    QCOMPARE(mountSmallDisk(file.folder(), 64), "mounted");
-    file.setContent("old");
-    m_picture = Still::fromImage(plainImage({400, 300}, Qt::red));
-    run(&FileCommands::SaveImage, file.path());
-    QVERIFY(answerMessage(QMessageBox::Yes).shown);
-    QTRY_COMPARE(m_status, QStringList{"  Error: Not saved."});
-    QCOMPARE(file.content(), "old");
-}
-
-void FileCommandsTest::replacingAFileAsksFirst()
-{
-    ScratchFile file("a.gif");
-    file.setContent("old");
-    QFileDialog* dialog = dialogOf(&FileCommands::SaveImage);
-    QVERIFY(dialog);
-    answer(dialog, file.path());
-    QCOMPARE(QThread::currentThread()->loopLevel(), 0);
-    const ShownMessage question = answerMessage(QMessageBox::No);
-    QVERIFY(question.shown);
-    QCOMPARE(question.text, "a.gif already exists.\nDo you want to replace it?");
-    QVERIFY(dialog->isVisible());
-    QCOMPARE(file.content(), "old");
-
-    QTRY_VERIFY(!dialog->findChild<QMessageBox*>());
-    QTest::mouseClick(acceptButton(dialog), Qt::LeftButton);
-    QVERIFY(answerMessage(QMessageBox::Yes).shown);
-    QTRY_VERIFY(file.content().startsWith("GIF8"));
-    QVERIFY(!anyDialogIsOpen());
-    QCOMPARE(m_status, QStringList{});
-}
-
-void FileCommandsTest::theQuestionShowsTheNameAsPlainText()
-{
-    ScratchFile file("<b>a<b>.gif");
-    file.setContent("old");
-    run(&FileCommands::SaveMovie, file.path());
-    const auto* box = openDialog<QMessageBox>();
-    QVERIFY(box);
-    QCOMPARE(box->textFormat(), Qt::PlainText);
-    QVERIFY(box->text().startsWith("<b>a<b>.gif already"));
-}
-
-void FileCommandsTest::aFolderIsEnteredNotReplaced()
-{
-    QVERIFY(QDir(m_home->path()).mkdir("folder.gif"));
-    for (const Command command : {&FileCommands::SaveImage, &FileCommands::OpenImage}) {
-        QFileDialog* dialog = dialogOf(command);
-        QVERIFY(dialog);
-        answer(dialog, m_home->filePath("folder.gif"));
-        QVERIFY(dialog->isVisible());
-        QCOMPARE(dialog->directory().path(), m_home->filePath("folder.gif"));
-        QVERIFY(!dialog->findChild<QMessageBox*>());
-        dialog->reject();
-    }
-    QCOMPARE(m_status, QStringList{});
-}
-
-void FileCommandsTest::moviesAreLeftToTheOwner()
-{
-    ScratchFile file("a.pvm");
-    // Also a name without the ending is taken as it is.
-    run(&FileCommands::SaveMovie, file.path());
-    run(&FileCommands::SaveMovie, file.path() + "x");
-    QCOMPARE(m_moviesToSave, (QStringList{file.path(), file.path() + "x"}));
-    QVERIFY(!QFileInfo::exists(file.path()));
-    run(&FileCommands::OpenMovie, file.path());
-    QCOMPARE(m_moviesToOpen, QStringList{file.path()});
-    QCOMPARE(m_status, QStringList{});
-}
-
-void FileCommandsTest::theFirstFolderIsPicturesElseHome()
-{
-    QFileDialog* dialog = dialogOf(&FileCommands::OpenImage);
-    QVERIFY(dialog);
-    QCOMPARE(dialog->directory().path(), m_home->path());
-    dialog->reject();
-    QVERIFY(QDir(m_home->path()).mkdir("Pictures"));
-    dialog = dialogOf(&FileCommands::SaveMovie);
-    QVERIFY(dialog);
-    QCOMPARE(dialog->directory().path(), m_home->filePath("Pictures"));
-}
-
-void FileCommandsTest::theNextDialogStartsInTheLastFolder()
-{
-    auto file = std::make_unique<ScratchFile>("a.gif");
-    run(&FileCommands::SaveImage, file->path());
-    QFileDialog* dialog = dialogOf(&FileCommands::OpenMovie);
-    QVERIFY(dialog);
-    QCOMPARE(dialog->directory().path(), file->folder());
-    dialog->reject();
-    // A folder that is gone: as at first.
-    file.reset();
-    dialog = dialogOf(&FileCommands::OpenMovie);
-    QVERIFY(dialog);
-    QCOMPARE(dialog->directory().path(), m_home->path());
-}
-
-void FileCommandsTest::oneDialogAtATime()
-{
-    QFileDialog* first = dialogOf(&FileCommands::OpenImage);
-    QVERIFY(first);
-    m_files->SaveMovie();
-    m_files->OpenImage();
-    QCOMPARE(m_window->findChildren<QFileDialog*>(), QList{first});
-    answer(first, m_home->filePath("none"));
-    QCOMPARE(m_moviesToSave, QStringList{});
-    QCOMPARE(m_status.size(), 1);
-}
-
-void FileCommandsTest::anAnswersHandlerMayAskAgain()
-{
-    connect(m_files, &FileCommands::MovieOpenRequested, m_files, &FileCommands::SaveMovie);
-    run(&FileCommands::OpenMovie, m_home->filePath("a.pvm"));
-    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
-    m_files->OpenMovie(); // the new one is open
-    QCOMPARE(m_window->findChildren<QFileDialog*>().size(), 1);
-    run(&FileCommands::SaveMovie, m_home->filePath("b.pvm"));
-    QCOMPARE(m_moviesToSave, QStringList{m_home->filePath("b.pvm")});
-}
-
-void FileCommandsTest::theViewerMayGoWhileADialogIsOpen()
-{
-    QFETCH(Command, command);
-    // The viewer alone, then the whole window.
-    QPointer<QFileDialog> dialog = dialogOf(command);
-    QVERIFY(dialog);
-    delete m_files->parent();
-    QVERIFY(!dialog);
-    QVERIFY(!m_files);
-
-    init();
-    dialog = dialogOf(command);
-    QVERIFY(dialog);
-    m_window.reset();
-    QVERIFY(!dialog);
-    QVERIFY(!anyDialogIsOpen());
-}
-
-void FileCommandsTest::theViewerMayGoWhileTheQuestionIsOpen()
-{
-    ScratchFile file("a.gif");
-    file.setContent("old");
-    run(&FileCommands::SaveImage, file.path());
-    QVERIFY(openDialog<QMessageBox>());
-    m_window.reset();
-    QVERIFY(!anyDialogIsOpen());
-    QCOMPARE(file.content(), "old");
-}
 
 QTEST_MAIN(FileCommandsTest)
 #include "tst_FileCommands.moc"

@@ -15,19 +15,6 @@
     QVERIFY2((cost).peakMegabytes < (megabytes), qPrintable(QString::number((cost).peakMegabytes)))
 #endif
 
-class MovieReaderBoundsTest : public QObject
-{
-    Q_OBJECT
-private slots:
-    void twoGigabytesOfNothingCostLittle();
-    void aFileOfSeparatorsCostsLittle();
-    void aFileOfTheShortestPartsCostsNoMoreThanItsSize();
-    void aFrameIsDecodedAtAnEighth();
-
-private:
-    QTemporaryDir m_folder;
-};
-
 namespace {
 
 /// In a process of its own: reads the file that is named after it.
@@ -37,58 +24,67 @@ constexpr int Fails = 11;
 
 } // namespace
 
-void MovieReaderBoundsTest::twoGigabytesOfNothingCostLittle()
-{
-    const QString path = m_folder.filePath("huge.pvm");
-    QCOMPARE(QProcess::execute("truncate", {"-s", "2G", path}), 0);
-    const ChildCost cost = costOfChild({ReadOption, path});
-    QCOMPARE(cost.exitCode, Fails);
-    VERIFY_PEAK(cost, 100);
-    QVERIFY2(cost.seconds < 2 * Slower, qPrintable(QString::number(cost.seconds)));
-    QVERIFY(QFile::remove(path));
-}
-
-void MovieReaderBoundsTest::aFileOfSeparatorsCostsLittle()
-{
-    ScratchFile movie("separators.pvm");
-    movie.setContent(MovieSeparator.toByteArray().repeated(5'000'000));
-    const ChildCost cost = costOfChild({ReadOption, movie.path()});
-    QCOMPARE(cost.exitCode, Fails);
-    VERIFY_PEAK(cost, 100);
-}
-
-void MovieReaderBoundsTest::aFileOfTheShortestPartsCostsNoMoreThanItsSize()
-{
-    // Beside what an empty program holds.
-    const QByteArray part = QByteArray(MoviePart::MinBytes, 'x') + MovieSeparator.toByteArray();
-    ScratchFile small("small.pvm");
-    small.setContent(part.repeated(1000));
-    const ChildCost least = costOfChild({ReadOption, small.path()});
-    QCOMPARE(least.exitCode, Fails);
-
-    constexpr int parts = 5'000'000;
-    ScratchFile movie("parts.pvm");
-    movie.setContent(part.repeated(parts));
-    const ChildCost cost = costOfChild({ReadOption, movie.path()});
-    QCOMPARE(cost.exitCode, Fails);
-    VERIFY_PEAK(cost, least.peakMegabytes + double(part.size()) * parts / 1e6);
-}
-
-void MovieReaderBoundsTest::aFrameIsDecodedAtAnEighth()
-{
-    // Whole it has 192 MB.
-    const QString path = m_folder.filePath("large.pvm");
-    {
-        QFile file(path);
-        QVERIFY(file.open(QIODevice::WriteOnly));
-        file.write(encodedPicture({8000, 6000}, Qt::red));
-    }
-    const ChildCost cost = costOfChild({ReadOption, path});
-    QCOMPARE(cost.exitCode, Loads);
-    VERIFY_PEAK(cost, 100);
-}
-
 /// With arguments as the tests give them: reads that file and ends.
+
+class MovieReaderBoundsTest : public QObject
+{
+    Q_OBJECT
+private slots:
+    void twoGigabytesOfNothingCostLittle()
+    {
+        const QString path = m_folder.filePath("huge.pvm");
+        QCOMPARE(QProcess::execute("truncate", {"-s", "2G", path}), 0);
+        const ChildCost cost = costOfChild({ReadOption, path});
+        QCOMPARE(cost.exitCode, Fails);
+        VERIFY_PEAK(cost, 100);
+        QVERIFY2(cost.seconds < 2 * Slower, qPrintable(QString::number(cost.seconds)));
+        QVERIFY(QFile::remove(path));
+    }
+
+    void aFileOfSeparatorsCostsLittle()
+    {
+        ScratchFile movie("separators.pvm");
+        movie.setContent(MovieSeparator.toByteArray().repeated(5'000'000));
+        const ChildCost cost = costOfChild({ReadOption, movie.path()});
+        QCOMPARE(cost.exitCode, Fails);
+        VERIFY_PEAK(cost, 100);
+    }
+
+    void aFileOfTheShortestPartsCostsNoMoreThanItsSize()
+    {
+        // Beside what an empty program holds.
+        const QByteArray part = QByteArray(MoviePart::MinBytes, 'x') + MovieSeparator.toByteArray();
+        ScratchFile small("small.pvm");
+        small.setContent(part.repeated(1000));
+        const ChildCost least = costOfChild({ReadOption, small.path()});
+        QCOMPARE(least.exitCode, Fails);
+
+        constexpr int parts = 5'000'000;
+        ScratchFile movie("parts.pvm");
+        movie.setContent(part.repeated(parts));
+        const ChildCost cost = costOfChild({ReadOption, movie.path()});
+        QCOMPARE(cost.exitCode, Fails);
+        VERIFY_PEAK(cost, least.peakMegabytes + double(part.size()) * parts / 1e6);
+    }
+
+    void aFrameIsDecodedAtAnEighth()
+    {
+        // Whole it has 192 MB.
+        const QString path = m_folder.filePath("large.pvm");
+        {
+            QFile file(path);
+            QVERIFY(file.open(QIODevice::WriteOnly));
+            file.write(encodedPicture({8000, 6000}, Qt::red));
+        }
+        const ChildCost cost = costOfChild({ReadOption, path});
+        QCOMPARE(cost.exitCode, Loads);
+        VERIFY_PEAK(cost, 100);
+    }
+
+private:
+    QTemporaryDir m_folder;
+};
+
 int main(int argc, char* argv[])
 {
     QCoreApplication application(argc, argv);

@@ -35,213 +35,198 @@ class RefreshTimerTest : public QObject
 {
     Q_OBJECT
 private slots:
-    void startsReleasedAtThirtySeconds();
-    void pressingCountsAndTheToolTipSaysSo();
-    void fetchesOnTheLastSecondAndWaitsForItsEnd();
-    void anotherIntervalTakesEffectAtTheNextTick();
-    void pressingTwiceKeepsTheRestartMark();
-    void theMarkRestartsTheCount();
-    void withoutUrlTheStopButtonIsReleased();
-    void zeroOrLessFetchesAtEveryTick();
-    void theLargestIntervalDoesNotOverflow();
-    void errorsStopRefreshing();
-    void keepRefreshingGoesOnAfterErrors();
-    void aManualFetchWhileCountingLeavesTheCount();
-    void aStoppedFetchStalls();
-    void releasedNothingStartsIt();
-};
-
-void RefreshTimerTest::startsReleasedAtThirtySeconds()
-{
-    Countdown c;
-    QVERIFY(!c.timer.isPressed());
-    QVERIFY(!c.tmrRe().Enabled());
-    QCOMPARE(c.tmrRe().Interval(), 1'000);
-    QCOMPARE(c.tmrRe().Tag(), "30");
-}
-
-void RefreshTimerTest::pressingCountsAndTheToolTipSaysSo()
-{
-    Countdown c;
-    c.timer.toggle();
-    QVERIFY(c.pressed);
-    QVERIFY(c.tmrRe().Enabled());
-    QCOMPARE(c.tip, "Timer: Refreshing in 30 sec(s)");
-    QCOMPARE(c.tmrRe().Tag(), "r30");
-    c.seconds(1);
-    QCOMPARE(c.tip, "Refreshing in 29 sec(s)");
-    QCOMPARE(c.tmrRe().Tag(), "30");
-    c.timer.toggle();
-    QVERIFY(!c.pressed);
-    QVERIFY(!c.tmrRe().Enabled());
-    QCOMPARE(c.tip, "Timer");
-}
-
-void RefreshTimerTest::fetchesOnTheLastSecondAndWaitsForItsEnd()
-{
-    Countdown c;
-    c.timer.toggle();
-    c.seconds(29);
-    QCOMPARE(c.refreshes, 0);
-    QCOMPARE(c.tip, "Refreshing in 1 sec(s)");
-    c.seconds(1);
-    QCOMPARE(c.refreshes, 1);
-    QVERIFY(!c.tmrRe().Enabled());
-    QCOMPARE(c.tip, "Refreshing in 30 sec(s)");
-    QVERIFY(c.pressed);
-    QVERIFY(!c.stalled);
-    c.timer.fetchEnded(true);
-    QVERIFY(c.tmrRe().Enabled());
-    c.seconds(30);
-    QCOMPARE(c.refreshes, 2);
-}
-
-void RefreshTimerTest::anotherIntervalTakesEffectAtTheNextTick()
-{
-    Countdown c;
-    c.timer.toggle();
-    c.seconds(7);
-    c.timer.setInterval(10);
-    QCOMPARE(c.refreshes, 0);
-    c.seconds(2);
-    QCOMPARE(c.refreshes, 0);
-    c.seconds(1);
-    QCOMPARE(c.refreshes, 1);
-}
-
-void RefreshTimerTest::pressingTwiceKeepsTheRestartMark()
-{
-    Countdown c;
-    c.timer.toggle();
-    c.timer.toggle();
-    QVERIFY(!c.tmrRe().Enabled());
-    QCOMPARE(c.tip, "Timer");
-    QCOMPARE(c.tmrRe().Tag(), "r30");
-    // A third press adds no second mark, and the tool tip shows the number alone.
-    c.timer.toggle();
-    QCOMPARE(c.tmrRe().Tag(), "r30");
-    QCOMPARE(c.tip, "Timer: Refreshing in 30 sec(s)");
-}
-
-void RefreshTimerTest::theMarkRestartsTheCount()
-{
-    Countdown c;
-    c.timer.toggle();
-    c.seconds(20);
-    c.timer.toggle();
-    c.timer.toggle();
-    c.seconds(29);
-    QCOMPARE(c.refreshes, 0);
-    c.seconds(1);
-    QCOMPARE(c.refreshes, 1);
-}
-
-void RefreshTimerTest::withoutUrlTheStopButtonIsReleased()
-{
-    Countdown c;
-    c.hasUrl = false;
-    c.timer.setInterval(2);
-    c.timer.toggle();
-    c.seconds(1);
-    QCOMPARE(c.stopReleased, 0);
-    c.seconds(1);
-    QCOMPARE(c.refreshes, 0);
-    QCOMPARE(c.stopReleased, 1);
-    QVERIFY(!c.tmrRe().Enabled());
-    QVERIFY(c.pressed); // kept: the timer button stays pressed
-    QVERIFY(c.stalled);
-}
-
-void RefreshTimerTest::zeroOrLessFetchesAtEveryTick()
-{
-    for (const int seconds : {0, -5}) {
+    void startsReleasedAtThirtySeconds()
+    {
         Countdown c;
-        c.timer.setInterval(seconds);
+        QVERIFY(!c.timer.isPressed());
+        QVERIFY(!c.tmrRe().Enabled());
+        QCOMPARE(c.tmrRe().Interval(), 1'000);
+        QCOMPARE(c.tmrRe().Tag(), "30");
+    }
+
+    void pressingCountsAndTheToolTipSaysSo()
+    {
+        Countdown c;
         c.timer.toggle();
+        QVERIFY(c.pressed);
+        QVERIFY(c.tmrRe().Enabled());
+        QCOMPARE(c.tip, "Timer: Refreshing in 30 sec(s)");
+        QCOMPARE(c.tmrRe().Tag(), "r30");
         c.seconds(1);
+        QCOMPARE(c.tip, "Refreshing in 29 sec(s)");
+        QCOMPARE(c.tmrRe().Tag(), "30");
+        c.timer.toggle();
+        QVERIFY(!c.pressed);
+        QVERIFY(!c.tmrRe().Enabled());
+        QCOMPARE(c.tip, "Timer");
+    }
+
+    void fetchesOnTheLastSecondAndWaitsForItsEnd()
+    {
+        Countdown c;
+        c.timer.toggle();
+        c.seconds(29);
+        QCOMPARE(c.refreshes, 0);
+        QCOMPARE(c.tip, "Refreshing in 1 sec(s)");
+        c.seconds(1);
+        QCOMPARE(c.refreshes, 1);
+        QVERIFY(!c.tmrRe().Enabled());
+        QCOMPARE(c.tip, "Refreshing in 30 sec(s)");
+        QVERIFY(c.pressed);
+        QVERIFY(!c.stalled);
         c.timer.fetchEnded(true);
-        c.seconds(1);
+        QVERIFY(c.tmrRe().Enabled());
+        c.seconds(30);
         QCOMPARE(c.refreshes, 2);
     }
-}
 
-void RefreshTimerTest::theLargestIntervalDoesNotOverflow()
-{
-    Countdown c;
-    c.timer.setInterval(32767);
-    c.timer.toggle();
-    c.seconds(32766);
-    QCOMPARE(c.refreshes, 0);
-    QCOMPARE(c.tip, "Refreshing in 1 sec(s)");
-    c.seconds(1);
-    QCOMPARE(c.refreshes, 1);
-}
+    void anotherIntervalTakesEffectAtTheNextTick()
+    {
+        Countdown c;
+        c.timer.toggle();
+        c.seconds(7);
+        c.timer.setInterval(10);
+        QCOMPARE(c.refreshes, 0);
+        c.seconds(2);
+        QCOMPARE(c.refreshes, 0);
+        c.seconds(1);
+        QCOMPARE(c.refreshes, 1);
+    }
 
-void RefreshTimerTest::errorsStopRefreshing()
-{
-    Countdown c;
-    c.timer.setInterval(1);
-    c.timer.toggle();
-    c.seconds(1);
-    c.timer.fetchEnded(false);
-    QVERIFY(!c.tmrRe().Enabled());
-    QVERIFY(c.stalled);
-    QVERIFY(c.pressed);
-    // A later fetch that works sets it going again.
-    c.timer.fetchEnded(true);
-    QVERIFY(c.tmrRe().Enabled());
-    QVERIFY(!c.stalled);
-}
+    void pressingTwiceKeepsTheRestartMark()
+    {
+        Countdown c;
+        c.timer.toggle();
+        c.timer.toggle();
+        QVERIFY(!c.tmrRe().Enabled());
+        QCOMPARE(c.tip, "Timer");
+        QCOMPARE(c.tmrRe().Tag(), "r30");
+        // A third press adds no second mark, and the tool tip shows the number alone.
+        c.timer.toggle();
+        QCOMPARE(c.tmrRe().Tag(), "r30");
+        QCOMPARE(c.tip, "Timer: Refreshing in 30 sec(s)");
+    }
 
-void RefreshTimerTest::keepRefreshingGoesOnAfterErrors()
-{
-    Countdown c;
-    c.timer.setKeepRefreshing(true);
-    c.timer.setInterval(1);
-    c.timer.toggle();
-    c.seconds(1);
-    c.timer.fetchEnded(false);
-    QVERIFY(c.tmrRe().Enabled());
-    QVERIFY(!c.stalled);
-}
+    void theMarkRestartsTheCount()
+    {
+        Countdown c;
+        c.timer.toggle();
+        c.seconds(20);
+        c.timer.toggle();
+        c.timer.toggle();
+        c.seconds(29);
+        QCOMPARE(c.refreshes, 0);
+        c.seconds(1);
+        QCOMPARE(c.refreshes, 1);
+    }
 
-void RefreshTimerTest::aManualFetchWhileCountingLeavesTheCount()
-{
-    Countdown c;
-    c.timer.setInterval(10);
-    c.timer.toggle();
-    c.seconds(7);
-    c.timer.fetchEnded(false);
-    QVERIFY(c.tmrRe().Enabled());
-    QVERIFY(!c.stalled);
-    c.seconds(3);
-    QCOMPARE(c.refreshes, 1);
-}
+    void withoutUrlTheStopButtonIsReleased()
+    {
+        Countdown c;
+        c.hasUrl = false;
+        c.timer.setInterval(2);
+        c.timer.toggle();
+        c.seconds(1);
+        QCOMPARE(c.stopReleased, 0);
+        c.seconds(1);
+        QCOMPARE(c.refreshes, 0);
+        QCOMPARE(c.stopReleased, 1);
+        QVERIFY(!c.tmrRe().Enabled());
+        QVERIFY(c.pressed); // kept: the timer button stays pressed
+        QVERIFY(c.stalled);
+    }
 
-void RefreshTimerTest::aStoppedFetchStalls()
-{
-    Countdown c;
-    c.timer.setInterval(1);
-    c.timer.toggle();
-    c.timer.fetchStopped();
-    QVERIFY(!c.stalled); // still counting
-    c.seconds(1);
-    c.timer.fetchStopped();
-    QVERIFY(c.stalled);
-    c.timer.toggle();
-    QVERIFY(!c.stalled);
-}
+    void zeroOrLessFetchesAtEveryTick()
+    {
+        for (const int seconds : {0, -5}) {
+            Countdown c;
+            c.timer.setInterval(seconds);
+            c.timer.toggle();
+            c.seconds(1);
+            c.timer.fetchEnded(true);
+            c.seconds(1);
+            QCOMPARE(c.refreshes, 2);
+        }
+    }
 
-void RefreshTimerTest::releasedNothingStartsIt()
-{
-    Countdown c;
-    c.timer.setKeepRefreshing(true);
-    c.timer.fetchEnded(true);
-    c.timer.fetchEnded(false);
-    c.timer.fetchStopped();
-    QVERIFY(!c.tmrRe().Enabled());
-    QVERIFY(!c.stalled);
-}
+    void theLargestIntervalDoesNotOverflow()
+    {
+        Countdown c;
+        c.timer.setInterval(32767);
+        c.timer.toggle();
+        c.seconds(32766);
+        QCOMPARE(c.refreshes, 0);
+        QCOMPARE(c.tip, "Refreshing in 1 sec(s)");
+        c.seconds(1);
+        QCOMPARE(c.refreshes, 1);
+    }
+
+    void errorsStopRefreshing()
+    {
+        Countdown c;
+        c.timer.setInterval(1);
+        c.timer.toggle();
+        c.seconds(1);
+        c.timer.fetchEnded(false);
+        QVERIFY(!c.tmrRe().Enabled());
+        QVERIFY(c.stalled);
+        QVERIFY(c.pressed);
+        // A later fetch that works sets it going again.
+        c.timer.fetchEnded(true);
+        QVERIFY(c.tmrRe().Enabled());
+        QVERIFY(!c.stalled);
+    }
+
+    void keepRefreshingGoesOnAfterErrors()
+    {
+        Countdown c;
+        c.timer.setKeepRefreshing(true);
+        c.timer.setInterval(1);
+        c.timer.toggle();
+        c.seconds(1);
+        c.timer.fetchEnded(false);
+        QVERIFY(c.tmrRe().Enabled());
+        QVERIFY(!c.stalled);
+    }
+
+    void aManualFetchWhileCountingLeavesTheCount()
+    {
+        Countdown c;
+        c.timer.setInterval(10);
+        c.timer.toggle();
+        c.seconds(7);
+        c.timer.fetchEnded(false);
+        QVERIFY(c.tmrRe().Enabled());
+        QVERIFY(!c.stalled);
+        c.seconds(3);
+        QCOMPARE(c.refreshes, 1);
+    }
+
+    void aStoppedFetchStalls()
+    {
+        Countdown c;
+        c.timer.setInterval(1);
+        c.timer.toggle();
+        c.timer.fetchStopped();
+        QVERIFY(!c.stalled); // still counting
+        c.seconds(1);
+        c.timer.fetchStopped();
+        QVERIFY(c.stalled);
+        c.timer.toggle();
+        QVERIFY(!c.stalled);
+    }
+
+    void releasedNothingStartsIt()
+    {
+        Countdown c;
+        c.timer.setKeepRefreshing(true);
+        c.timer.fetchEnded(true);
+        c.timer.fetchEnded(false);
+        c.timer.fetchStopped();
+        QVERIFY(!c.tmrRe().Enabled());
+        QVERIFY(!c.stalled);
+    }
+};
 
 QTEST_GUILESS_MAIN(RefreshTimerTest)
 #include "tst_RefreshTimer.moc"

@@ -74,334 +74,313 @@ class WebCamFilesTest : public QObject
 {
     Q_OBJECT
 private slots:
-    void anOpenedImageJoinsTheHistorySilently();
-    void anOpenedImageHasNoAddress();
-    void the46thOpenedImageBecomesTheNewest45th();
-    void aFileThatIsNoPictureStopsThere();
-    void theImageOnShowIsSaved();
-    void aFailedSaveSaysSo();
-    void aMovieReplacesTheHistory();
-    void openMovieLocksTheToolBarMeanwhile();
-    void aFileThatIsNoMovieUnlocksTheToolBar();
-    void loadMovieLeavesTheButtonsAlone();
-    void framesOfAMovieHaveNoAddress();
-    void aLongMovieStaysWholeAndEachNewImageCostsOne();
-    void theHistoryIsSavedAndLoadedAgain();
-    void anEmptyHistorySavesAnEmptyFile();
-    void aFailedMovieSaveSaysSoAndKeepsTheOldFile();
-    void imagesFetchedDuringASaveAreKept();
-    void playWaitsForASave();
-    void twoMoviesInARowAreLoadedInTurn();
-    void closingDuringASaveKeepsTheOldFile();
-    void whatIsDeletedWhileAMovieLoadsStaysDeleted();
-};
+    void anOpenedImageJoinsTheHistorySilently()
+    {
+        Files f;
+        ScriptedServer server;
+        server.listen();
+        server.play(pictureAnswer(picture(1)));
+        f.fetch(server.url());
+        const auto told = f.told();
+        f.press(ToolBar::Open);
+        f.answer(f.write("a.jpg", picture(2)));
+        QCOMPARE(f.picture(), picture(2));
+        QCOMPARE(f.caption(), "Image 2");
+        QCOMPARE(f.told(), told);
+        QCOMPARE(f.cam.Url(), server.url());
+        // The strip learns of it when it is shown.
+        auto& strip = f.part<ThumbView>("tvMain");
+        QCOMPARE(strip.ThumbCount(), 1);
+        f.press(ToolBar::ToggleView);
+        QCOMPARE(strip.ThumbCount(), 2);
 
-void WebCamFilesTest::anOpenedImageJoinsTheHistorySilently()
-{
-    Files f;
-    ScriptedServer server;
-    server.listen();
-    server.play(pictureAnswer(picture(1)));
-    f.fetch(server.url());
-    const auto told = f.told();
-    f.press(ToolBar::Open);
-    f.answer(f.write("a.jpg", picture(2)));
-    QCOMPARE(f.picture(), picture(2));
-    QCOMPARE(f.caption(), "Image 2");
-    QCOMPARE(f.told(), told);
-    QCOMPARE(f.cam.Url(), server.url());
-    // The strip learns of it when it is shown.
-    auto& strip = f.part<ThumbView>("tvMain");
-    QCOMPARE(strip.ThumbCount(), 1);
-    f.press(ToolBar::ToggleView);
-    QCOMPARE(strip.ThumbCount(), 2);
+        f.press(ToolBar::ToggleView);
+        f.chooseFromMenu(ToolBar::Open, 1);
+        f.answer(f.write("b.gif", smallGif()));
+        QCOMPARE(f.picture(), smallGif());
+        QCOMPARE(f.caption(), "Image 3");
+    }
 
-    f.press(ToolBar::ToggleView);
-    f.chooseFromMenu(ToolBar::Open, 1);
-    f.answer(f.write("b.gif", smallGif()));
-    QCOMPARE(f.picture(), smallGif());
-    QCOMPARE(f.caption(), "Image 3");
-}
-
-void WebCamFilesTest::anOpenedImageHasNoAddress()
-{
-    Files f;
-    f.cam.setUrl("cam/a.jpg");
-    const QString file = f.write("a.jpg", picture(1));
-    f.press(ToolBar::Open);
-    f.answer(file);
-    QCOMPARE(f.cam.Url(), "cam/a.jpg");
-    f.press(ToolBar::Back);
-    QCOMPARE(f.told(), (QStringList{"change http://"}));
-    QCOMPARE(f.cam.Url(), "");
-    QCOMPARE(f.caption(), "Image 1");
-    // There is nothing to refresh now.
-    f.press(ToolBar::Refresh);
-    QCOMPARE(f.status(), "");
-}
-
-void WebCamFilesTest::the46thOpenedImageBecomesTheNewest45th()
-{
-    Files f;
-    const QString file = f.write("a.jpg", picture(1));
-    for (int i = 0; i < 45; ++i) {
+    void anOpenedImageHasNoAddress()
+    {
+        Files f;
+        f.cam.setUrl("cam/a.jpg");
+        const QString file = f.write("a.jpg", picture(1));
         f.press(ToolBar::Open);
         f.answer(file);
+        QCOMPARE(f.cam.Url(), "cam/a.jpg");
+        f.press(ToolBar::Back);
+        QCOMPARE(f.told(), (QStringList{"change http://"}));
+        QCOMPARE(f.cam.Url(), "");
+        QCOMPARE(f.caption(), "Image 1");
+        // There is nothing to refresh now.
+        f.press(ToolBar::Refresh);
+        QCOMPARE(f.status(), "");
     }
-    f.press(ToolBar::Open);
-    f.answer(f.write("b.jpg", picture(2)));
-    QCOMPARE(f.caption(), "Image 45");
-    QCOMPARE(f.picture(), picture(2));
-    f.press(ToolBar::ToggleView);
-    QCOMPARE(f.part<ThumbView>("tvMain").ThumbCount(), 45);
-}
 
-void WebCamFilesTest::aFileThatIsNoPictureStopsThere()
-{
-    Files f;
-    f.press(ToolBar::Open);
-    f.answer(f.write("good.jpg", picture(1)));
-    f.hideStatus();
-    f.press(ToolBar::Open);
-    f.answer(f.write("bad.jpg", "no picture"));
-    QCOMPARE(f.status(), "  Error: Not a picture.");
-    QVERIFY(f.statusIsShown());
-    QCOMPARE(f.picture(), picture(1));
-    QCOMPARE(f.caption(), "Image 1");
-}
-
-void WebCamFilesTest::theImageOnShowIsSaved()
-{
-    Files f;
-    f.press(ToolBar::Open);
-    f.answer(f.write("a.jpg", picture(1)));
-    f.press(ToolBar::Save);
-    f.answer(f.path("b.bmp"));
-    QVERIFY(f.read("b.bmp").startsWith("BM"));
-    f.chooseFromMenu(ToolBar::Save, 1);
-    f.answer(f.path("c.gif"));
-    QVERIFY(f.read("c.gif").startsWith("GIF8"));
-}
-
-void WebCamFilesTest::aFailedSaveSaysSo()
-{
-    Files f;
-    f.press(ToolBar::Open);
-    f.answer(f.write("a.jpg", picture(1)));
-    f.hideStatus();
-    f.press(ToolBar::Save);
-    f.answer(f.path("missing folder/b.jpg"));
-    QCOMPARE(f.status(), "  Error: Not saved.");
-    QVERIFY(f.statusIsShown());
-}
-
-void WebCamFilesTest::aMovieReplacesTheHistory()
-{
-    Files f;
-    f.press(ToolBar::Open);
-    f.answer(f.write("a.bmp", encodedPicture({3, 3}, Qt::red, "bmp")));
-    f.cam.setUrl("cam/a.jpg");
-    f.openMovie(f.write("m.pvm", movieOf(3)));
-    QTRY_VERIFY(!f.isWorking());
-    QCOMPARE(f.caption(), "Image 1");
-    QCOMPARE(f.picture(), picture(1));
-    QCOMPARE(f.told(), QStringList{});
-    QCOMPARE(f.cam.Url(), "cam/a.jpg");
-    f.press(ToolBar::Back);
-    QCOMPARE(f.caption(), "Image 3");
-    f.press(ToolBar::ToggleView);
-    QCOMPARE(f.part<ThumbView>("tvMain").ThumbCount(), 3);
-}
-
-void WebCamFilesTest::openMovieLocksTheToolBarMeanwhile()
-{
-    Files f;
-    f.openMovie(f.write("m.pvm", movieOf(3)));
-    QVERIFY(f.isWorking());
-    QCOMPARE(f.enabledButtons(), QList<int>{});
-    QTRY_VERIFY(!f.isWorking());
-    QCOMPARE(f.enabledButtons(), AllButtons);
-}
-
-void WebCamFilesTest::aFileThatIsNoMovieUnlocksTheToolBar()
-{
-    Files f;
-    f.openMovie(f.write("m.pvm", movieOf(2) + "&IMAGE&no picture"));
-    const ShownMessage message = answerMessage(QMessageBox::Ok);
-    QCOMPARE(message.text, "Out of memory");
-    QCOMPARE(message.title, "Error");
-    QCOMPARE(message.icon, int(QMessageBox::Critical));
-    QTRY_COMPARE(f.enabledButtons(), AllButtons);
-    // What came before the fault is there, and nothing on show.
-    QCOMPARE(f.caption(), "");
-    QVERIFY(f.part<ImageView>("imgMain").Picture().isNull());
-    f.press(ToolBar::Forward);
-    f.press(ToolBar::Forward);
-    QCOMPARE(f.caption(), "Image 2");
-}
-
-void WebCamFilesTest::loadMovieLeavesTheButtonsAlone()
-{
-    Files f;
-    f.cam.LoadMovie(f.write("m.pvm", movieOf(2)));
-    QVERIFY(f.isWorking());
-    QCOMPARE(f.enabledButtons(), AllButtons);
-    QTRY_VERIFY(!f.isWorking());
-    QCOMPARE(f.caption(), "Image 1");
-}
-
-void WebCamFilesTest::framesOfAMovieHaveNoAddress()
-{
-    Files f;
-    f.cam.setUrl("cam/a.jpg");
-    f.cam.LoadMovie(f.write("m.pvm", movieOf(2)));
-    QTRY_VERIFY(!f.isWorking());
-    f.press(ToolBar::Forward);
-    f.press(ToolBar::Delete);
-    f.press(ToolBar::PlayMovie);
-    f.press(ToolBar::StopMovie);
-    QCOMPARE(f.told(), QStringList{});
-    QCOMPARE(f.cam.Url(), "cam/a.jpg");
-}
-
-void WebCamFilesTest::aLongMovieStaysWholeAndEachNewImageCostsOne()
-{
-    Files f;
-    f.cam.LoadMovie(f.write("m.pvm", movieOf(60)));
-    QTRY_VERIFY(!f.isWorking());
-    f.press(ToolBar::Back);
-    QCOMPARE(f.caption(), "Image 60");
-    ScriptedServer server;
-    server.listen();
-    server.play(pictureAnswer(picture(61)));
-    f.fetch(server.url());
-    QCOMPARE(f.caption(), "Image 60");
-    f.press(ToolBar::Forward);
-    QCOMPARE(f.picture(), picture(2));
-}
-
-void WebCamFilesTest::theHistoryIsSavedAndLoadedAgain()
-{
-    Files f;
-    for (int number = 1; number <= 3; ++number) {
+    void the46thOpenedImageBecomesTheNewest45th()
+    {
+        Files f;
+        const QString file = f.write("a.jpg", picture(1));
+        for (int i = 0; i < 45; ++i) {
+            f.press(ToolBar::Open);
+            f.answer(file);
+        }
         f.press(ToolBar::Open);
-        f.answer(f.write("a.jpg", picture(number)));
+        f.answer(f.write("b.jpg", picture(2)));
+        QCOMPARE(f.caption(), "Image 45");
+        QCOMPARE(f.picture(), picture(2));
+        f.press(ToolBar::ToggleView);
+        QCOMPARE(f.part<ThumbView>("tvMain").ThumbCount(), 45);
     }
-    f.chooseFromMenu(ToolBar::Save, 2);
-    f.answer(f.path("m.pvm"));
-    QTRY_VERIFY(!f.isWorking());
-    QCOMPARE(f.status(), "");
-    f.chooseFromMenu(ToolBar::Delete, 2);
-    f.openMovie(f.path("m.pvm"));
-    QTRY_VERIFY(!f.isWorking());
-    for (int number = 1; number <= 3; ++number) {
-        QCOMPARE(f.caption(), QString("Image %1").arg(number));
-        QCOMPARE(f.size(), QSize(8 + number, 8));
+
+    void aFileThatIsNoPictureStopsThere()
+    {
+        Files f;
+        f.press(ToolBar::Open);
+        f.answer(f.write("good.jpg", picture(1)));
+        f.hideStatus();
+        f.press(ToolBar::Open);
+        f.answer(f.write("bad.jpg", "no picture"));
+        QCOMPARE(f.status(), "  Error: Not a picture.");
+        QVERIFY(f.statusIsShown());
+        QCOMPARE(f.picture(), picture(1));
+        QCOMPARE(f.caption(), "Image 1");
+    }
+
+    void theImageOnShowIsSaved()
+    {
+        Files f;
+        f.press(ToolBar::Open);
+        f.answer(f.write("a.jpg", picture(1)));
+        f.press(ToolBar::Save);
+        f.answer(f.path("b.bmp"));
+        QVERIFY(f.read("b.bmp").startsWith("BM"));
+        f.chooseFromMenu(ToolBar::Save, 1);
+        f.answer(f.path("c.gif"));
+        QVERIFY(f.read("c.gif").startsWith("GIF8"));
+    }
+
+    void aFailedSaveSaysSo()
+    {
+        Files f;
+        f.press(ToolBar::Open);
+        f.answer(f.write("a.jpg", picture(1)));
+        f.hideStatus();
+        f.press(ToolBar::Save);
+        f.answer(f.path("missing folder/b.jpg"));
+        QCOMPARE(f.status(), "  Error: Not saved.");
+        QVERIFY(f.statusIsShown());
+    }
+
+    void aMovieReplacesTheHistory()
+    {
+        Files f;
+        f.press(ToolBar::Open);
+        f.answer(f.write("a.bmp", encodedPicture({3, 3}, Qt::red, "bmp")));
+        f.cam.setUrl("cam/a.jpg");
+        f.openMovie(f.write("m.pvm", movieOf(3)));
+        QTRY_VERIFY(!f.isWorking());
+        QCOMPARE(f.caption(), "Image 1");
+        QCOMPARE(f.picture(), picture(1));
+        QCOMPARE(f.told(), QStringList{});
+        QCOMPARE(f.cam.Url(), "cam/a.jpg");
+        f.press(ToolBar::Back);
+        QCOMPARE(f.caption(), "Image 3");
+        f.press(ToolBar::ToggleView);
+        QCOMPARE(f.part<ThumbView>("tvMain").ThumbCount(), 3);
+    }
+
+    void openMovieLocksTheToolBarMeanwhile()
+    {
+        Files f;
+        f.openMovie(f.write("m.pvm", movieOf(3)));
+        QVERIFY(f.isWorking());
+        QCOMPARE(f.enabledButtons(), QList<int>{});
+        QTRY_VERIFY(!f.isWorking());
+        QCOMPARE(f.enabledButtons(), AllButtons);
+    }
+
+    void aFileThatIsNoMovieUnlocksTheToolBar()
+    {
+        Files f;
+        f.openMovie(f.write("m.pvm", movieOf(2) + "&IMAGE&no picture"));
+        const ShownMessage message = answerMessage(QMessageBox::Ok);
+        QCOMPARE(message.text, "Out of memory");
+        QCOMPARE(message.title, "Error");
+        QCOMPARE(message.icon, int(QMessageBox::Critical));
+        QTRY_COMPARE(f.enabledButtons(), AllButtons);
+        // What came before the fault is there, and nothing on show.
+        QCOMPARE(f.caption(), "");
+        QVERIFY(f.part<ImageView>("imgMain").Picture().isNull());
         f.press(ToolBar::Forward);
+        f.press(ToolBar::Forward);
+        QCOMPARE(f.caption(), "Image 2");
     }
-    QCOMPARE(f.caption(), "Image 1");
-}
 
-void WebCamFilesTest::anEmptyHistorySavesAnEmptyFile()
-{
-    Files f;
-    f.chooseFromMenu(ToolBar::Save, 2);
-    f.answer(f.path("m.pvm"));
-    QTRY_VERIFY(!f.isWorking());
-    QVERIFY(QFileInfo::exists(f.path("m.pvm")));
-    QCOMPARE(f.read("m.pvm"), QByteArray());
-    f.openMovie(f.path("m.pvm"));
-    QCOMPARE(answerMessage(QMessageBox::Ok).text, "Out of memory");
-}
+    void loadMovieLeavesTheButtonsAlone()
+    {
+        Files f;
+        f.cam.LoadMovie(f.write("m.pvm", movieOf(2)));
+        QVERIFY(f.isWorking());
+        QCOMPARE(f.enabledButtons(), AllButtons);
+        QTRY_VERIFY(!f.isWorking());
+        QCOMPARE(f.caption(), "Image 1");
+    }
 
-void WebCamFilesTest::aFailedMovieSaveSaysSoAndKeepsTheOldFile()
-{
-    Files f;
-    f.press(ToolBar::Open);
-    f.answer(f.write("a.jpg", picture(1)));
-    f.hideStatus();
-    f.chooseFromMenu(ToolBar::Save, 2);
-    f.answer(f.path("missing folder/m.pvm"));
-    QTRY_COMPARE(f.status(), "  Error: Not saved.");
-    QVERIFY(f.statusIsShown());
-    QTRY_VERIFY(!f.isWorking());
-}
+    void framesOfAMovieHaveNoAddress()
+    {
+        Files f;
+        f.cam.setUrl("cam/a.jpg");
+        f.cam.LoadMovie(f.write("m.pvm", movieOf(2)));
+        QTRY_VERIFY(!f.isWorking());
+        f.press(ToolBar::Forward);
+        f.press(ToolBar::Delete);
+        f.press(ToolBar::PlayMovie);
+        f.press(ToolBar::StopMovie);
+        QCOMPARE(f.told(), QStringList{});
+        QCOMPARE(f.cam.Url(), "cam/a.jpg");
+    }
 
-void WebCamFilesTest::imagesFetchedDuringASaveAreKept()
-{
-    Files f;
-    f.cam.LoadMovie(f.write("m.pvm", movieOf(20)));
-    QTRY_VERIFY(!f.isWorking());
-    f.chooseFromMenu(ToolBar::Save, 2);
-    f.answer(f.path("n.pvm"));
-    QVERIFY(f.isWorking());
-    ScriptedServer server;
-    server.listen();
-    server.play(pictureAnswer(picture(21)));
-    f.fetch(server.url());
-    QTRY_VERIFY(!f.isWorking());
-    QCOMPARE(f.caption(), "Image 21");
-    // Whether it is in the movie, too, depends on who was first.
-    QVERIFY(f.read("n.pvm").count("&IMAGE&") >= 19);
-}
+    void aLongMovieStaysWholeAndEachNewImageCostsOne()
+    {
+        Files f;
+        f.cam.LoadMovie(f.write("m.pvm", movieOf(60)));
+        QTRY_VERIFY(!f.isWorking());
+        f.press(ToolBar::Back);
+        QCOMPARE(f.caption(), "Image 60");
+        ScriptedServer server;
+        server.listen();
+        server.play(pictureAnswer(picture(61)));
+        f.fetch(server.url());
+        QCOMPARE(f.caption(), "Image 60");
+        f.press(ToolBar::Forward);
+        QCOMPARE(f.picture(), picture(2));
+    }
 
-void WebCamFilesTest::playWaitsForASave()
-{
-    Files f;
-    f.cam.LoadMovie(f.write("m.pvm", movieOf(5)));
-    QTRY_VERIFY(!f.isWorking());
-    f.press(ToolBar::Back);
-    f.chooseFromMenu(ToolBar::Save, 2);
-    f.answer(f.path("n.pvm"));
-    f.press(ToolBar::PlayMovie);
-    QVERIFY(f.isWorking());
-    QCOMPARE(f.enabledButtons(), QList<int>{ToolBar::StopMovie});
-    QCOMPARE(f.caption(), "Image 5");
-    QTRY_COMPARE(f.caption(), "Image 1");
-    QTRY_VERIFY(!f.isWorking());
-    QVERIFY(f.timer("tmrPlay").Enabled());
-    QCOMPARE(f.read("n.pvm").count("&IMAGE&"), 4);
-}
+    void theHistoryIsSavedAndLoadedAgain()
+    {
+        Files f;
+        for (int number = 1; number <= 3; ++number) {
+            f.press(ToolBar::Open);
+            f.answer(f.write("a.jpg", picture(number)));
+        }
+        f.chooseFromMenu(ToolBar::Save, 2);
+        f.answer(f.path("m.pvm"));
+        QTRY_VERIFY(!f.isWorking());
+        QCOMPARE(f.status(), "");
+        f.chooseFromMenu(ToolBar::Delete, 2);
+        f.openMovie(f.path("m.pvm"));
+        QTRY_VERIFY(!f.isWorking());
+        for (int number = 1; number <= 3; ++number) {
+            QCOMPARE(f.caption(), QString("Image %1").arg(number));
+            QCOMPARE(f.size(), QSize(8 + number, 8));
+            f.press(ToolBar::Forward);
+        }
+        QCOMPARE(f.caption(), "Image 1");
+    }
 
-void WebCamFilesTest::twoMoviesInARowAreLoadedInTurn()
-{
-    Files f;
-    f.cam.LoadMovie(f.write("a.pvm", movieOf(5)));
-    f.cam.LoadMovie(f.write("b.pvm", movieOf(2)));
-    QTRY_VERIFY(!f.isWorking());
-    f.press(ToolBar::Back);
-    QCOMPARE(f.caption(), "Image 2");
-}
+    void anEmptyHistorySavesAnEmptyFile()
+    {
+        Files f;
+        f.chooseFromMenu(ToolBar::Save, 2);
+        f.answer(f.path("m.pvm"));
+        QTRY_VERIFY(!f.isWorking());
+        QVERIFY(QFileInfo::exists(f.path("m.pvm")));
+        QCOMPARE(f.read("m.pvm"), QByteArray());
+        f.openMovie(f.path("m.pvm"));
+        QCOMPARE(answerMessage(QMessageBox::Ok).text, "Out of memory");
+    }
 
-void WebCamFilesTest::closingDuringASaveKeepsTheOldFile()
-{
-    Files f;
-    f.cam.LoadMovie(f.write("m.pvm", movieOf(5)));
-    QTRY_VERIFY(!f.isWorking());
-    const QString old = f.write("old.pvm", "old");
-    f.chooseFromMenu(ToolBar::Save, 2);
-    f.answer(old);
-    (void)answerMessage(QMessageBox::Yes); // to replace the file
-    QTRY_VERIFY(f.isWorking());
-    f.cam.shutDown();
-    QVERIFY(!f.timer("tmrMovie").Enabled());
-    QCOMPARE(f.read("old.pvm"), "old");
-}
+    void aFailedMovieSaveSaysSoAndKeepsTheOldFile()
+    {
+        Files f;
+        f.press(ToolBar::Open);
+        f.answer(f.write("a.jpg", picture(1)));
+        f.hideStatus();
+        f.chooseFromMenu(ToolBar::Save, 2);
+        f.answer(f.path("missing folder/m.pvm"));
+        QTRY_COMPARE(f.status(), "  Error: Not saved.");
+        QVERIFY(f.statusIsShown());
+        QTRY_VERIFY(!f.isWorking());
+    }
 
-void WebCamFilesTest::whatIsDeletedWhileAMovieLoadsStaysDeleted()
-{
-    Files f;
-    f.cam.LoadMovie(f.write("m.pvm", movieOf(2)));
-    auto& steps = f.timer("tmrMovie");
-    // Opened, scanned, both frames read; then "Done!".
-    for (int i = 0; i < 4; ++i)
-        steps.elapse();
-    f.chooseFromMenu(ToolBar::Delete, 2);
-    QTRY_VERIFY(!f.isWorking());
-    QCOMPARE(f.caption(), "Image N/A");
-    f.press(ToolBar::Forward);
-    QCOMPARE(f.caption(), "Image N/A");
-}
+    void imagesFetchedDuringASaveAreKept()
+    {
+        Files f;
+        f.cam.LoadMovie(f.write("m.pvm", movieOf(20)));
+        QTRY_VERIFY(!f.isWorking());
+        f.chooseFromMenu(ToolBar::Save, 2);
+        f.answer(f.path("n.pvm"));
+        QVERIFY(f.isWorking());
+        ScriptedServer server;
+        server.listen();
+        server.play(pictureAnswer(picture(21)));
+        f.fetch(server.url());
+        QTRY_VERIFY(!f.isWorking());
+        QCOMPARE(f.caption(), "Image 21");
+        // Whether it is in the movie, too, depends on who was first.
+        QVERIFY(f.read("n.pvm").count("&IMAGE&") >= 19);
+    }
+
+    void playWaitsForASave()
+    {
+        Files f;
+        f.cam.LoadMovie(f.write("m.pvm", movieOf(5)));
+        QTRY_VERIFY(!f.isWorking());
+        f.press(ToolBar::Back);
+        f.chooseFromMenu(ToolBar::Save, 2);
+        f.answer(f.path("n.pvm"));
+        f.press(ToolBar::PlayMovie);
+        QVERIFY(f.isWorking());
+        QCOMPARE(f.enabledButtons(), QList<int>{ToolBar::StopMovie});
+        QCOMPARE(f.caption(), "Image 5");
+        QTRY_COMPARE(f.caption(), "Image 1");
+        QTRY_VERIFY(!f.isWorking());
+        QVERIFY(f.timer("tmrPlay").Enabled());
+        QCOMPARE(f.read("n.pvm").count("&IMAGE&"), 4);
+    }
+
+    void twoMoviesInARowAreLoadedInTurn()
+    {
+        Files f;
+        f.cam.LoadMovie(f.write("a.pvm", movieOf(5)));
+        f.cam.LoadMovie(f.write("b.pvm", movieOf(2)));
+        QTRY_VERIFY(!f.isWorking());
+        f.press(ToolBar::Back);
+        QCOMPARE(f.caption(), "Image 2");
+    }
+
+    void closingDuringASaveKeepsTheOldFile()
+    {
+        Files f;
+        f.cam.LoadMovie(f.write("m.pvm", movieOf(5)));
+        QTRY_VERIFY(!f.isWorking());
+        const QString old = f.write("old.pvm", "old");
+        f.chooseFromMenu(ToolBar::Save, 2);
+        f.answer(old);
+        (void)answerMessage(QMessageBox::Yes); // to replace the file
+        QTRY_VERIFY(f.isWorking());
+        f.cam.shutDown();
+        QVERIFY(!f.timer("tmrMovie").Enabled());
+        QCOMPARE(f.read("old.pvm"), "old");
+    }
+
+    void whatIsDeletedWhileAMovieLoadsStaysDeleted()
+    {
+        Files f;
+        f.cam.LoadMovie(f.write("m.pvm", movieOf(2)));
+        auto& steps = f.timer("tmrMovie");
+        // Opened, scanned, both frames read; then "Done!".
+        for (int i = 0; i < 4; ++i)
+            steps.elapse();
+        f.chooseFromMenu(ToolBar::Delete, 2);
+        QTRY_VERIFY(!f.isWorking());
+        QCOMPARE(f.caption(), "Image N/A");
+        f.press(ToolBar::Forward);
+        QCOMPARE(f.caption(), "Image N/A");
+    }
+};
 
 QTEST_MAIN(WebCamFilesTest)
 #include "tst_WebCamFiles.moc"

@@ -65,532 +65,496 @@ class WebCamHistoryTest : public QObject
 {
     Q_OBJECT
 private slots:
-    void backAndForwardWrapAround();
-    void steppingBackSetsUrlAndAnnouncesIt();
-    void refreshAfterSteppingBackAsksThatCamera();
-    void stepsInAnEmptyHistoryDoNothing();
-    void theDeleteButtonShowsWhatFollows();
-    void theDeleteButtonOnTheLastShowsTheNewLast();
-    void deletingTheOnlyOneLeavesNothing();
-    void theDeleteMenuLeavesNothingAndTheNumber();
-    void deleteAllForgetsEverything();
-    void commandsAfterDeleteAllAreHarmless();
-    void theStripShowsTheHistory();
-    void theStripOffersOnlyWhatLeavesTheHistoryAlone();
-    void theStripFollowsFetches();
-    void theStripIsRebuiltWhenItIsShown();
-    void aThumbnailShowsItsImage();
-    void aThumbnailIsChosenByKey();
-    void theKeyboardsPlaceElsewhereStays();
-    void aThumbnailWithoutEntryDoesNothing();
-    void the46thImageLeavesHistoryAndStripInStep();
-    void playShowsTheEntriesInTurn();
-    void stopMovieRestoresTheAddress();
-    void playOfAnEmptyHistoryLeavesTheButtonsEnabled();
-    void thePlayMenuHasThreeSpeeds();
-    void aFetchDuringPlayIsKept();
-    void the304EntryComesOnShow();
-    void a304LeavesAnOlderImageOfTheCameraOnShow();
-    void closingEndsThePlay();
-    void playLeavesTheStrip();
-    void aMovieThatWaitsLeavesTheStoppedPlaysAddress();
-    void arrowKeysLeaveAHiddenPictureAlone();
-    void theStripBeginsAtTheImageOnShow();
-    void deletedImagesDoNotPileUpInTheStrip();
-    void aHandlerMayDeleteEverything();
-    void theSameUrlSetAgainStandsForTheSameCamera();
-    void playingCostsLittle();
-};
-
-void WebCamHistoryTest::backAndForwardWrapAround()
-{
-    Watched w(3);
-    QCOMPARE(w.caption(), "Image 3");
-    w.press(ToolBar::Forward);
-    QCOMPARE(w.caption(), "Image 1");
-    QCOMPARE(w.picture(), w.sent[0]);
-    w.press(ToolBar::Forward);
-    QCOMPARE(w.caption(), "Image 2");
-    w.press(ToolBar::Back);
-    w.press(ToolBar::Back);
-    QCOMPARE(w.caption(), "Image 3");
-    QCOMPARE(w.picture(), w.sent[2]);
-}
-
-void WebCamHistoryTest::steppingBackSetsUrlAndAnnouncesIt()
-{
-    Watched w(2);
-    QSignalSpy urlChanged(&w.cam, &WebCam::UrlChanged);
-    QString captionThen;
-    QObject::connect(&w.cam, &WebCam::ImageChange, &w, [&] { captionThen = w.caption(); });
-    QCOMPARE(w.since([&] { w.press(ToolBar::Back); }),
-             (QStringList{"change http://127.0.0.1/1.jpg"}));
-    QCOMPARE(w.cam.Url(), "127.0.0.1/1.jpg");
-    QCOMPARE(urlChanged.count(), 1);
-    // The caption follows the announcement.
-    QCOMPARE(captionThen, "Image 2");
-}
-
-void WebCamHistoryTest::refreshAfterSteppingBackAsksThatCamera()
-{
-    Watched w(0);
-    ScriptedServer other;
-    other.listen();
-    other.play(pictureAnswer(encodedPicture({8, 8}, Qt::red)));
-    w.fetch(other.url() + QChar(1) + "Cookie: a=1");
-    w.fetchMore(1);
-    w.press(ToolBar::Back);
-    QCOMPARE(w.cam.Url(), "127.0.0.1/a.jpg");
-    w.fetch();
-    QCOMPARE(other.requests().size(), 2);
-    QVERIFY(other.requests()[1].contains("\r\nCookie: a=1\r\n"));
-    QCOMPARE(w.cam.Url(), "127.0.0.1/a.jpg");
-    QCOMPARE(w.caption(), "Image 3");
-}
-
-void WebCamHistoryTest::stepsInAnEmptyHistoryDoNothing()
-{
-    Watched w(0);
-    for (const int button : {ToolBar::Back, ToolBar::Forward, ToolBar::Delete}) {
-        QCOMPARE(w.since([&] { w.press(button); }), QStringList{});
-        QCOMPARE(w.caption(), "");
-    }
-    w.chooseFromMenu(ToolBar::Delete, 1);
-    QCOMPARE(w.caption(), "");
-}
-
-void WebCamHistoryTest::theDeleteButtonShowsWhatFollows()
-{
-    Watched w(3);
-    w.press(ToolBar::Back);
-    QCOMPARE(w.since([&] { w.press(ToolBar::Delete); }),
-             (QStringList{"change http://127.0.0.1/3.jpg"}));
-    QCOMPARE(w.caption(), "Image 2");
-    QCOMPARE(w.picture(), w.sent[2]);
-}
-
-void WebCamHistoryTest::theDeleteButtonOnTheLastShowsTheNewLast()
-{
-    Watched w(3);
-    w.press(ToolBar::Delete);
-    QCOMPARE(w.caption(), "Image 2");
-    QCOMPARE(w.picture(), w.sent[1]);
-}
-
-void WebCamHistoryTest::deletingTheOnlyOneLeavesNothing()
-{
-    Watched w(1);
-    QCOMPARE(w.since([&] { w.press(ToolBar::Delete); }), QStringList{});
-    QCOMPARE(w.caption(), "Image N/A");
-    QVERIFY(w.part<ImageView>("imgMain").Picture().isNull());
-}
-
-void WebCamHistoryTest::theDeleteMenuLeavesNothingAndTheNumber()
-{
-    Watched w(3);
-    w.press(ToolBar::Back);
-    QCOMPARE(w.since([&] { w.chooseFromMenu(ToolBar::Delete, 1); }), QStringList{});
-    QCOMPARE(w.caption(), "Image N/A");
-    QVERIFY(w.part<ImageView>("imgMain").Picture().isNull());
-    // The number was kept: the next step counts from 2.
-    w.press(ToolBar::Back);
-    QCOMPARE(w.caption(), "Image 1");
-
-    // Of the last entry the number stays above the end; both steps lead to the end.
-    w.press(ToolBar::Forward);
-    w.chooseFromMenu(ToolBar::Delete, 1);
-    w.press(ToolBar::Forward);
-    QCOMPARE(w.caption(), "Image 1");
-    QCOMPARE(w.picture(), w.sent[0]);
-}
-
-void WebCamHistoryTest::deleteAllForgetsEverything()
-{
-    Watched w(0);
-    w.cam.setNewOnly(true);
-    const QByteArray picture = encodedPicture({8, 8}, Qt::red);
-    w.server.play(pictureAnswer(picture, "Last-Modified: Mon\r\n"));
-    w.fetch(w.server.url());
-    w.chooseFromMenu(ToolBar::Delete, 2);
-    QCOMPARE(w.caption(), "Image N/A");
-    QVERIFY(w.part<ImageView>("imgMain").Picture().isNull());
-    QCOMPARE(w.strip().ThumbCount(), 0);
-    // The same body is new again, and nothing is asked about its date.
-    w.fetch();
-    QVERIFY(!w.server.requests()[1].contains("Modified"));
-    QCOMPARE(w.caption(), "Image 1");
-    QCOMPARE(w.picture(), picture);
-}
-
-void WebCamHistoryTest::commandsAfterDeleteAllAreHarmless()
-{
-    Watched w(3);
-    w.chooseFromMenu(ToolBar::Delete, 2);
-    const auto told = w.since([&] {
-        for (const int button : {ToolBar::Back, ToolBar::Forward, ToolBar::Delete,
-                                 ToolBar::StopMovie, ToolBar::PlayMovie})
-            w.press(button);
-        w.chooseFromMenu(ToolBar::Delete, 1);
-    });
-    QCOMPARE(told, QStringList{});
-    QCOMPARE(w.caption(), "Image N/A");
-    w.fetchMore(1);
-    QCOMPARE(w.caption(), "Image 1");
-}
-
-void WebCamHistoryTest::theStripShowsTheHistory()
-{
-    Watched w(3);
-    QVERIFY(w.showsPicture());
-    w.press(ToolBar::ToggleView);
-    QVERIFY(w.showsStrip());
-    QCOMPARE(w.thumbnails(), w.sent);
-    w.press(ToolBar::ToggleView);
-    QVERIFY(w.showsPicture());
-    QCOMPARE(w.enabledButtons(), AllButtons);
-}
-
-void WebCamHistoryTest::theStripOffersOnlyWhatLeavesTheHistoryAlone()
-{
-    Watched w(1);
-    w.press(ToolBar::ToggleView);
-    QCOMPARE(w.enabledButtons(), (QList<int>{6, 7, 9, 15}));
-}
-
-void WebCamHistoryTest::theStripFollowsFetches()
-{
-    Watched w(2);
-    QCOMPARE(w.thumbnails(), w.sent);
-    w.press(ToolBar::ToggleView);
-    w.fetchMore(1);
-    QCOMPARE(w.thumbnails(), w.sent);
-    QVERIFY(w.showsStrip());
-}
-
-void WebCamHistoryTest::theStripIsRebuiltWhenItIsShown()
-{
-    Watched w(3);
-    w.press(ToolBar::Forward);
-    w.press(ToolBar::Delete);
-    // Deleting leaves it alone.
-    QCOMPARE(w.thumbnails(), w.sent);
-    w.press(ToolBar::ToggleView);
-    QCOMPARE(w.thumbnails(), w.sent.mid(1));
-}
-
-void WebCamHistoryTest::aThumbnailShowsItsImage()
-{
-    Watched w(3);
-    w.press(ToolBar::ToggleView);
-    auto& thumbnail = w.part<QWidget>("img(1)");
-    QCOMPARE(w.since([&] { QTest::mouseClick(&thumbnail, Qt::LeftButton); }),
-             (QStringList{"change http://127.0.0.1/2.jpg"}));
-    QCOMPARE(w.cam.Url(), "127.0.0.1/2.jpg");
-    QCOMPARE(w.caption(), "Image 2");
-    QCOMPARE(w.picture(), w.sent[1]);
-    QVERIFY(w.showsPicture());
-    QCOMPARE(w.enabledButtons(), AllButtons);
-    w.press(ToolBar::Forward);
-    QCOMPARE(w.caption(), "Image 3");
-}
-
-void WebCamHistoryTest::aThumbnailIsChosenByKey()
-{
-    Watched w(3);
-    // Another place that the keyboard could go to.
-    QLineEdit other(&w.cam);
-    other.show();
-    w.cam.setFocus();
-    w.press(ToolBar::ToggleView);
-    QTest::keyClick(QApplication::focusWidget(), Qt::Key_Home);
-    QTest::keyClick(QApplication::focusWidget(), Qt::Key_Right);
-    QTest::keyClick(QApplication::focusWidget(), Qt::Key_Return);
-    QCOMPARE(w.caption(), "Image 2");
-    QVERIFY(w.showsPicture());
-    // The keyboard goes on in the picture's place.
-    QCOMPARE(QApplication::focusWidget(), &w.cam);
-}
-
-void WebCamHistoryTest::theKeyboardsPlaceElsewhereStays()
-{
-    Watched w(1);
-    auto* button = w.part<ToolBar>("tbMain").button(ToolBar::ToggleView);
-    button->setFocus(Qt::TabFocusReason);
-    QTest::keyClick(button, Qt::Key_Space);
-    QVERIFY(w.showsStrip());
-    QCOMPARE(QApplication::focusWidget(), button);
-    QTest::keyClick(button, Qt::Key_Space);
-    QVERIFY(w.showsPicture());
-    QCOMPARE(QApplication::focusWidget(), button);
-}
-
-void WebCamHistoryTest::aThumbnailWithoutEntryDoesNothing()
-{
-    Watched w(2);
-    w.press(ToolBar::ToggleView);
-    for (const int index : {0, 3, -1}) {
-        QCOMPARE(w.since([&] { emit w.strip().Click(index); }), QStringList{});
-        QVERIFY(w.showsStrip());
-    }
-}
-
-void WebCamHistoryTest::the46thImageLeavesHistoryAndStripInStep()
-{
-    Watched w(46);
-    QCOMPARE(w.caption(), "Image 45");
-    QCOMPARE(w.picture(), w.sent[45]);
-    QCOMPARE(w.thumbnails(), w.sent.mid(1));
-    w.press(ToolBar::Forward);
-    QCOMPARE(w.picture(), w.sent[1]);
-}
-
-void WebCamHistoryTest::playShowsTheEntriesInTurn()
-{
-    Watched w(2);
-    QDateTime now(QDate(2001, 2, 3), QTime(12, 0));
-    w.cam.setClock([&] { return now; });
-    const auto told = w.since([&] {
-        w.press(ToolBar::PlayMovie);
+    void backAndForwardWrapAround()
+    {
+        Watched w(3);
+        QCOMPARE(w.caption(), "Image 3");
+        w.press(ToolBar::Forward);
         QCOMPARE(w.caption(), "Image 1");
         QCOMPARE(w.picture(), w.sent[0]);
-        QCOMPARE(w.enabledButtons(), QList<int>{ToolBar::StopMovie});
-        QCOMPARE(w.timer("tmrPlay").Interval(), 1000);
-        now = now.addMSecs(1010);
-        w.timer("tmrPlay").elapse();
+        w.press(ToolBar::Forward);
+        QCOMPARE(w.caption(), "Image 2");
+        w.press(ToolBar::Back);
+        w.press(ToolBar::Back);
+        QCOMPARE(w.caption(), "Image 3");
+        QCOMPARE(w.picture(), w.sent[2]);
+    }
+
+    void steppingBackSetsUrlAndAnnouncesIt()
+    {
+        Watched w(2);
+        QSignalSpy urlChanged(&w.cam, &WebCam::UrlChanged);
+        QString captionThen;
+        QObject::connect(&w.cam, &WebCam::ImageChange, &w, [&] { captionThen = w.caption(); });
+        QCOMPARE(w.since([&] { w.press(ToolBar::Back); }),
+                 (QStringList{"change http://127.0.0.1/1.jpg"}));
+        QCOMPARE(w.cam.Url(), "127.0.0.1/1.jpg");
+        QCOMPARE(urlChanged.count(), 1);
+        // The caption follows the announcement.
+        QCOMPARE(captionThen, "Image 2");
+    }
+
+    void refreshAfterSteppingBackAsksThatCamera()
+    {
+        Watched w(0);
+        ScriptedServer other;
+        other.listen();
+        other.play(pictureAnswer(encodedPicture({8, 8}, Qt::red)));
+        w.fetch(other.url() + QChar(1) + "Cookie: a=1");
+        w.fetchMore(1);
+        w.press(ToolBar::Back);
+        QCOMPARE(w.cam.Url(), "127.0.0.1/a.jpg");
+        w.fetch();
+        QCOMPARE(other.requests().size(), 2);
+        QVERIFY(other.requests()[1].contains("\r\nCookie: a=1\r\n"));
+        QCOMPARE(w.cam.Url(), "127.0.0.1/a.jpg");
+        QCOMPARE(w.caption(), "Image 3");
+    }
+
+    void stepsInAnEmptyHistoryDoNothing()
+    {
+        Watched w(0);
+        for (const int button : {ToolBar::Back, ToolBar::Forward, ToolBar::Delete}) {
+            QCOMPARE(w.since([&] { w.press(button); }), QStringList{});
+            QCOMPARE(w.caption(), "");
+        }
+        w.chooseFromMenu(ToolBar::Delete, 1);
+        QCOMPARE(w.caption(), "");
+    }
+
+    void theDeleteButtonShowsWhatFollows()
+    {
+        Watched w(3);
+        w.press(ToolBar::Back);
+        QCOMPARE(w.since([&] { w.press(ToolBar::Delete); }),
+                 (QStringList{"change http://127.0.0.1/3.jpg"}));
+        QCOMPARE(w.caption(), "Image 2");
+        QCOMPARE(w.picture(), w.sent[2]);
+    }
+
+    void theDeleteButtonOnTheLastShowsTheNewLast()
+    {
+        Watched w(3);
+        w.press(ToolBar::Delete);
         QCOMPARE(w.caption(), "Image 2");
         QCOMPARE(w.picture(), w.sent[1]);
-    });
-    QCOMPARE(told, QStringList{});
-    QCOMPARE(w.cam.Url(), w.server.url("/2.jpg"));
-}
-
-void WebCamHistoryTest::stopMovieRestoresTheAddress()
-{
-    Watched w(2);
-    w.press(ToolBar::PlayMovie);
-    QCOMPARE(w.since([&] { w.press(ToolBar::StopMovie); }),
-             (QStringList{"change http://127.0.0.1/1.jpg"}));
-    QCOMPARE(w.cam.Url(), "127.0.0.1/1.jpg");
-    QCOMPARE(w.caption(), "Image 1");
-    QCOMPARE(w.enabledButtons(), AllButtons);
-    w.press(ToolBar::Forward);
-    QCOMPARE(w.caption(), "Image 2");
-
-    // All but the button itself are enabled.
-    auto& bar = w.part<ToolBar>("tbMain");
-    bar.setButtonsEnabled(false);
-    emit bar.ButtonClick(ToolBar::StopMovie);
-    QCOMPARE(w.enabledButtons(), (QList<int>{1, 2, 4, 5, 6, 7, 9, 10, 12, 15}));
-}
-
-void WebCamHistoryTest::playOfAnEmptyHistoryLeavesTheButtonsEnabled()
-{
-    Watched w(0);
-    w.press(ToolBar::PlayMovie);
-    QCOMPARE(w.enabledButtons(), AllButtons);
-    w.cam.Play();
-    QCOMPARE(w.enabledButtons(), AllButtons);
-}
-
-void WebCamHistoryTest::thePlayMenuHasThreeSpeeds()
-{
-    Watched w(1);
-    int item = 0;
-    for (const int milliseconds : {200, 500, 1000}) {
-        w.chooseFromMenu(ToolBar::PlayMovie, ++item);
-        // Single precision steps by 8 ms in the evening.
-        QVERIFY(qAbs(w.timer("tmrPlay").Interval() - milliseconds) <= 8);
-        w.press(ToolBar::StopMovie);
-        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
     }
-}
 
-void WebCamHistoryTest::aFetchDuringPlayIsKept()
-{
-    Watched w(1);
-    QDateTime now(QDate(2001, 2, 3), QTime(12, 0));
-    w.cam.setClock([&] { return now; });
-    w.press(ToolBar::PlayMovie);
-    w.fetchMore(1);
-    QCOMPARE(w.caption(), "Image 2");
-    QStringList captions;
-    for (int i = 0; i < 3; ++i) {
-        now = now.addMSecs(1010);
-        w.timer("tmrPlay").elapse();
-        captions << w.caption();
+    void deletingTheOnlyOneLeavesNothing()
+    {
+        Watched w(1);
+        QCOMPARE(w.since([&] { w.press(ToolBar::Delete); }), QStringList{});
+        QCOMPARE(w.caption(), "Image N/A");
+        QVERIFY(w.part<ImageView>("imgMain").Picture().isNull());
     }
-    QCOMPARE(captions, (QStringList{"Image 1", "Image 2", "Image 1"}));
-}
 
-void WebCamHistoryTest::the304EntryComesOnShow()
-{
-    Watched w(0);
-    w.cam.setNewOnly(true);
-    const QByteArray red = encodedPicture({8, 8}, Qt::red);
-    w.server.play(pictureAnswer(red, "Last-Modified: Mon\r\n"));
-    w.server.play(pictureAnswer(encodedPicture({8, 8}, Qt::blue)));
-    w.server.play(httpAnswer({}, {}, "304 Not Modified"));
-    w.fetch(w.server.url("/a.jpg"));
-    w.fetch(w.server.url("/b.jpg"));
-    const Outcome outcome = w.fetch(w.server.url("/a.jpg"));
-    QVERIFY(w.server.requests()[2].contains("if-Modified-Since: Mon"));
-    QCOMPARE(outcome.told, (QStringList{"error Not a new image"}));
-    QCOMPARE(w.picture(), red);
-    QCOMPARE(w.caption(), "Image 1");
-    w.press(ToolBar::Forward);
-    QCOMPARE(w.caption(), "Image 2");
-}
+    void theDeleteMenuLeavesNothingAndTheNumber()
+    {
+        Watched w(3);
+        w.press(ToolBar::Back);
+        QCOMPARE(w.since([&] { w.chooseFromMenu(ToolBar::Delete, 1); }), QStringList{});
+        QCOMPARE(w.caption(), "Image N/A");
+        QVERIFY(w.part<ImageView>("imgMain").Picture().isNull());
+        // The number was kept: the next step counts from 2.
+        w.press(ToolBar::Back);
+        QCOMPARE(w.caption(), "Image 1");
 
-void WebCamHistoryTest::a304LeavesAnOlderImageOfTheCameraOnShow()
-{
-    Watched w(0);
-    w.cam.setNewOnly(true);
-    const QByteArray red = encodedPicture({8, 8}, Qt::red);
-    w.server.play(pictureAnswer(red, "Last-Modified: Mon\r\n"));
-    w.server.play(pictureAnswer(encodedPicture({8, 8}, Qt::blue), "Last-Modified: Tue\r\n"));
-    w.server.play(httpAnswer({}, {}, "304 Not Modified"));
-    w.fetch(w.server.url());
-    w.fetch();
-    w.press(ToolBar::Back);
-    w.fetch();
-    QVERIFY(w.server.requests()[2].contains("if-Modified-Since: Tue"));
-    QCOMPARE(w.picture(), red);
-    QCOMPARE(w.caption(), "Image 1");
-
-    // With nothing on show, the newest of the camera comes.
-    w.chooseFromMenu(ToolBar::Delete, 1);
-    w.fetch(w.server.url());
-    QCOMPARE(w.caption(), "Image 1");
-    QVERIFY(!w.part<ImageView>("imgMain").Picture().isNull());
-}
-
-void WebCamHistoryTest::closingEndsThePlay()
-{
-    Watched w(2);
-    w.press(ToolBar::PlayMovie);
-    auto& pause = w.timer("tmrPlay");
-    w.cam.shutDown();
-    QVERIFY(!pause.Enabled());
-    QCOMPARE(w.caption(), "Image 1");
-}
-
-void WebCamHistoryTest::playLeavesTheStrip()
-{
-    Watched w(2);
-    w.press(ToolBar::ToggleView);
-    w.cam.Play();
-    QVERIFY(w.showsPicture());
-    QCOMPARE(w.enabledButtons(), QList<int>{ToolBar::StopMovie});
-}
-
-void WebCamHistoryTest::aMovieThatWaitsLeavesTheStoppedPlaysAddress()
-{
-    Watched w(2);
-    w.press(ToolBar::PlayMovie);
-    w.cam.LoadMovie("/no such movie");
-    QCOMPARE(w.since([&] { w.press(ToolBar::StopMovie); }),
-             (QStringList{"change http://127.0.0.1/1.jpg"}));
-    QCOMPARE(answerMessage(QMessageBox::Ok).text, "Out of memory");
-    QVERIFY(w.part<ImageView>("imgMain").Picture().isNull());
-}
-
-void WebCamHistoryTest::arrowKeysLeaveAHiddenPictureAlone()
-{
-    Watched w(1);
-    w.press(ToolBar::ToggleView);
-    auto& image = w.part<QWidget>("imgMain");
-    const QPoint before = image.pos();
-    QTest::keyClick(&w.cam, Qt::Key_Right);
-    QCOMPARE(image.pos(), before);
-    w.press(ToolBar::ToggleView);
-    QTest::keyClick(&w.cam, Qt::Key_Right);
-    QVERIFY(image.pos() != before);
-}
-
-void WebCamHistoryTest::theStripBeginsAtTheImageOnShow()
-{
-    Watched w(3);
-    w.press(ToolBar::Back);
-    w.cam.setFocus();
-    w.press(ToolBar::ToggleView);
-    QCOMPARE(QApplication::focusWidget(), &w.part<QWidget>("img(1)"));
-}
-
-void WebCamHistoryTest::deletedImagesDoNotPileUpInTheStrip()
-{
-    Watched w(0);
-    for (int i = 0; i < 50; ++i) {
-        w.fetchMore(1);
+        // Of the last entry the number stays above the end; both steps lead to the end.
+        w.press(ToolBar::Forward);
         w.chooseFromMenu(ToolBar::Delete, 1);
+        w.press(ToolBar::Forward);
+        QCOMPARE(w.caption(), "Image 1");
+        QCOMPARE(w.picture(), w.sent[0]);
     }
-    QCOMPARE(w.strip().ThumbCount(), 45);
-    QCOMPARE(w.strip().Picture(45).bytes(), w.sent.last());
-}
 
-void WebCamHistoryTest::aHandlerMayDeleteEverything()
-{
-    Watched w(0);
-    w.cam.setNewOnly(true);
-    const auto forget = QObject::connect(&w.cam, &WebCam::ImageChange, &w,
-                                         [&] { w.chooseFromMenu(ToolBar::Delete, 2); });
-    w.server.play(pictureAnswer(encodedPicture({8, 8}, Qt::red)));
-    w.fetch(w.server.url());
-    QCOMPARE(w.strip().ThumbCount(), 0);
-    QCOMPARE(w.caption(), "Image N/A");
-    QObject::disconnect(forget);
-
-    // Forgotten is forgotten: the same body is new.
-    QCOMPARE(w.fetch().told, (QStringList{"change http://127.0.0.1/a.jpg", "done"}));
-    QCOMPARE(w.caption(), "Image 1");
-
-    QObject::connect(&w.cam, &WebCam::ImageChange, &w,
-                     [&] { w.chooseFromMenu(ToolBar::Delete, 2); });
-    w.press(ToolBar::Back);
-    QCOMPARE(w.caption(), "Image N/A");
-}
-
-void WebCamHistoryTest::theSameUrlSetAgainStandsForTheSameCamera()
-{
-    Watched w(2);
-    w.press(ToolBar::Back);
-    w.cam.setUrl("http://" + w.cam.Url());
-    const auto before = w.server.requests().size();
-    w.fetch();
-    QCOMPARE(w.server.requests().size(), before + 1);
-    QVERIFY(w.server.requests().last().startsWith("GET /1.jpg "));
-}
-
-void WebCamHistoryTest::playingCostsLittle()
-{
-    ShownCamera c;
-    const QTemporaryDir folder;
-    QFile movie(folder.filePath("m.pvm"));
-    QVERIFY(movie.open(QIODevice::WriteOnly));
-    QByteArrayList frames;
-    for (int i = 0; i < 10; ++i)
-        frames << encodedPicture({640, 480}, QColor::fromHsv(i * 37, 255, 255));
-    movie.write(frames.join("&IMAGE&"));
-    movie.close();
-    c.cam.LoadMovie(movie.fileName());
-    QTRY_COMPARE(c.caption(), "Image 1");
-
-    QDateTime now(QDate(2001, 2, 3), QTime(12, 0));
-    c.cam.setClock([&] { return now; });
-    c.chooseFromMenu(ToolBar::PlayMovie, 2);
-    auto& pause = c.timer("tmrPlay");
-    constexpr int shownFrames = 40;
-    const std::clock_t before = std::clock();
-    for (int i = 0; i < shownFrames; ++i) {
-        now = now.addMSecs(510);
-        pause.elapse();
-        QCoreApplication::processEvents();
-        c.cam.repaint();
-        QVERIFY(pause.Interval() > 400);
+    void deleteAllForgetsEverything()
+    {
+        Watched w(0);
+        w.cam.setNewOnly(true);
+        const QByteArray picture = encodedPicture({8, 8}, Qt::red);
+        w.server.play(pictureAnswer(picture, "Last-Modified: Mon\r\n"));
+        w.fetch(w.server.url());
+        w.chooseFromMenu(ToolBar::Delete, 2);
+        QCOMPARE(w.caption(), "Image N/A");
+        QVERIFY(w.part<ImageView>("imgMain").Picture().isNull());
+        QCOMPARE(w.strip().ThumbCount(), 0);
+        // The same body is new again, and nothing is asked about its date.
+        w.fetch();
+        QVERIFY(!w.server.requests()[1].contains("Modified"));
+        QCOMPARE(w.caption(), "Image 1");
+        QCOMPARE(w.picture(), picture);
     }
-    // Of the half second that each is on show, a twentieth.
-    const double each = double(std::clock() - before) / CLOCKS_PER_SEC / shownFrames;
-    QVERIFY2(each < 0.025 * Slower, qPrintable(QString("%1 s a frame").arg(each)));
-}
+
+    void commandsAfterDeleteAllAreHarmless()
+    {
+        Watched w(3);
+        w.chooseFromMenu(ToolBar::Delete, 2);
+        const auto told = w.since([&] {
+            for (const int button : {ToolBar::Back, ToolBar::Forward, ToolBar::Delete,
+                                     ToolBar::StopMovie, ToolBar::PlayMovie})
+                w.press(button);
+            w.chooseFromMenu(ToolBar::Delete, 1);
+        });
+        QCOMPARE(told, QStringList{});
+        QCOMPARE(w.caption(), "Image N/A");
+        w.fetchMore(1);
+        QCOMPARE(w.caption(), "Image 1");
+    }
+
+    void theStripShowsTheHistory()
+    {
+        Watched w(3);
+        QVERIFY(w.showsPicture());
+        w.press(ToolBar::ToggleView);
+        QVERIFY(w.showsStrip());
+        QCOMPARE(w.thumbnails(), w.sent);
+        w.press(ToolBar::ToggleView);
+        QVERIFY(w.showsPicture());
+        QCOMPARE(w.enabledButtons(), AllButtons);
+    }
+
+    void theStripOffersOnlyWhatLeavesTheHistoryAlone()
+    {
+        Watched w(1);
+        w.press(ToolBar::ToggleView);
+        QCOMPARE(w.enabledButtons(), (QList<int>{6, 7, 9, 15}));
+    }
+
+    void theStripFollowsFetches()
+    {
+        Watched w(2);
+        QCOMPARE(w.thumbnails(), w.sent);
+        w.press(ToolBar::ToggleView);
+        w.fetchMore(1);
+        QCOMPARE(w.thumbnails(), w.sent);
+        QVERIFY(w.showsStrip());
+    }
+
+    void theStripIsRebuiltWhenItIsShown()
+    {
+        Watched w(3);
+        w.press(ToolBar::Forward);
+        w.press(ToolBar::Delete);
+        // Deleting leaves it alone.
+        QCOMPARE(w.thumbnails(), w.sent);
+        w.press(ToolBar::ToggleView);
+        QCOMPARE(w.thumbnails(), w.sent.mid(1));
+    }
+
+    void aThumbnailShowsItsImage()
+    {
+        Watched w(3);
+        w.press(ToolBar::ToggleView);
+        auto& thumbnail = w.part<QWidget>("img(1)");
+        QCOMPARE(w.since([&] { QTest::mouseClick(&thumbnail, Qt::LeftButton); }),
+                 (QStringList{"change http://127.0.0.1/2.jpg"}));
+        QCOMPARE(w.cam.Url(), "127.0.0.1/2.jpg");
+        QCOMPARE(w.caption(), "Image 2");
+        QCOMPARE(w.picture(), w.sent[1]);
+        QVERIFY(w.showsPicture());
+        QCOMPARE(w.enabledButtons(), AllButtons);
+        w.press(ToolBar::Forward);
+        QCOMPARE(w.caption(), "Image 3");
+    }
+
+    void aThumbnailIsChosenByKey()
+    {
+        Watched w(3);
+        // Another place that the keyboard could go to.
+        QLineEdit other(&w.cam);
+        other.show();
+        w.cam.setFocus();
+        w.press(ToolBar::ToggleView);
+        QTest::keyClick(QApplication::focusWidget(), Qt::Key_Home);
+        QTest::keyClick(QApplication::focusWidget(), Qt::Key_Right);
+        QTest::keyClick(QApplication::focusWidget(), Qt::Key_Return);
+        QCOMPARE(w.caption(), "Image 2");
+        QVERIFY(w.showsPicture());
+        // The keyboard goes on in the picture's place.
+        QCOMPARE(QApplication::focusWidget(), &w.cam);
+    }
+
+    void theKeyboardsPlaceElsewhereStays()
+    {
+        Watched w(1);
+        auto* button = w.part<ToolBar>("tbMain").button(ToolBar::ToggleView);
+        button->setFocus(Qt::TabFocusReason);
+        QTest::keyClick(button, Qt::Key_Space);
+        QVERIFY(w.showsStrip());
+        QCOMPARE(QApplication::focusWidget(), button);
+        QTest::keyClick(button, Qt::Key_Space);
+        QVERIFY(w.showsPicture());
+        QCOMPARE(QApplication::focusWidget(), button);
+    }
+
+    void aThumbnailWithoutEntryDoesNothing()
+    {
+        Watched w(2);
+        w.press(ToolBar::ToggleView);
+        for (const int index : {0, 3, -1}) {
+            QCOMPARE(w.since([&] { emit w.strip().Click(index); }), QStringList{});
+            QVERIFY(w.showsStrip());
+        }
+    }
+
+    void the46thImageLeavesHistoryAndStripInStep()
+    {
+        Watched w(46);
+        QCOMPARE(w.caption(), "Image 45");
+        QCOMPARE(w.picture(), w.sent[45]);
+        QCOMPARE(w.thumbnails(), w.sent.mid(1));
+        w.press(ToolBar::Forward);
+        QCOMPARE(w.picture(), w.sent[1]);
+    }
+
+    void playShowsTheEntriesInTurn()
+    {
+        Watched w(2);
+        QDateTime now(QDate(2001, 2, 3), QTime(12, 0));
+        w.cam.setClock([&] { return now; });
+        const auto told = w.since([&] {
+            w.press(ToolBar::PlayMovie);
+            QCOMPARE(w.caption(), "Image 1");
+            QCOMPARE(w.picture(), w.sent[0]);
+            QCOMPARE(w.enabledButtons(), QList<int>{ToolBar::StopMovie});
+            QCOMPARE(w.timer("tmrPlay").Interval(), 1000);
+            now = now.addMSecs(1010);
+            w.timer("tmrPlay").elapse();
+            QCOMPARE(w.caption(), "Image 2");
+            QCOMPARE(w.picture(), w.sent[1]);
+        });
+        QCOMPARE(told, QStringList{});
+        QCOMPARE(w.cam.Url(), w.server.url("/2.jpg"));
+    }
+
+    void stopMovieRestoresTheAddress()
+    {
+        Watched w(2);
+        w.press(ToolBar::PlayMovie);
+        QCOMPARE(w.since([&] { w.press(ToolBar::StopMovie); }),
+                 (QStringList{"change http://127.0.0.1/1.jpg"}));
+        QCOMPARE(w.cam.Url(), "127.0.0.1/1.jpg");
+        QCOMPARE(w.caption(), "Image 1");
+        QCOMPARE(w.enabledButtons(), AllButtons);
+        w.press(ToolBar::Forward);
+        QCOMPARE(w.caption(), "Image 2");
+
+        // All but the button itself are enabled.
+        auto& bar = w.part<ToolBar>("tbMain");
+        bar.setButtonsEnabled(false);
+        emit bar.ButtonClick(ToolBar::StopMovie);
+        QCOMPARE(w.enabledButtons(), (QList<int>{1, 2, 4, 5, 6, 7, 9, 10, 12, 15}));
+    }
+
+    void playOfAnEmptyHistoryLeavesTheButtonsEnabled()
+    {
+        Watched w(0);
+        w.press(ToolBar::PlayMovie);
+        QCOMPARE(w.enabledButtons(), AllButtons);
+        w.cam.Play();
+        QCOMPARE(w.enabledButtons(), AllButtons);
+    }
+
+    void thePlayMenuHasThreeSpeeds()
+    {
+        Watched w(1);
+        int item = 0;
+        for (const int milliseconds : {200, 500, 1000}) {
+            w.chooseFromMenu(ToolBar::PlayMovie, ++item);
+            // Single precision steps by 8 ms in the evening.
+            QVERIFY(qAbs(w.timer("tmrPlay").Interval() - milliseconds) <= 8);
+            w.press(ToolBar::StopMovie);
+            QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+        }
+    }
+
+    void aFetchDuringPlayIsKept()
+    {
+        Watched w(1);
+        QDateTime now(QDate(2001, 2, 3), QTime(12, 0));
+        w.cam.setClock([&] { return now; });
+        w.press(ToolBar::PlayMovie);
+        w.fetchMore(1);
+        QCOMPARE(w.caption(), "Image 2");
+        QStringList captions;
+        for (int i = 0; i < 3; ++i) {
+            now = now.addMSecs(1010);
+            w.timer("tmrPlay").elapse();
+            captions << w.caption();
+        }
+        QCOMPARE(captions, (QStringList{"Image 1", "Image 2", "Image 1"}));
+    }
+
+    void the304EntryComesOnShow()
+    {
+        Watched w(0);
+        w.cam.setNewOnly(true);
+        const QByteArray red = encodedPicture({8, 8}, Qt::red);
+        w.server.play(pictureAnswer(red, "Last-Modified: Mon\r\n"));
+        w.server.play(pictureAnswer(encodedPicture({8, 8}, Qt::blue)));
+        w.server.play(httpAnswer({}, {}, "304 Not Modified"));
+        w.fetch(w.server.url("/a.jpg"));
+        w.fetch(w.server.url("/b.jpg"));
+        const Outcome outcome = w.fetch(w.server.url("/a.jpg"));
+        QVERIFY(w.server.requests()[2].contains("if-Modified-Since: Mon"));
+        QCOMPARE(outcome.told, (QStringList{"error Not a new image"}));
+        QCOMPARE(w.picture(), red);
+        QCOMPARE(w.caption(), "Image 1");
+        w.press(ToolBar::Forward);
+        QCOMPARE(w.caption(), "Image 2");
+    }
+
+    void a304LeavesAnOlderImageOfTheCameraOnShow()
+    {
+        Watched w(0);
+        w.cam.setNewOnly(true);
+        const QByteArray red = encodedPicture({8, 8}, Qt::red);
+        w.server.play(pictureAnswer(red, "Last-Modified: Mon\r\n"));
+        w.server.play(pictureAnswer(encodedPicture({8, 8}, Qt::blue), "Last-Modified: Tue\r\n"));
+        w.server.play(httpAnswer({}, {}, "304 Not Modified"));
+        w.fetch(w.server.url());
+        w.fetch();
+        w.press(ToolBar::Back);
+        w.fetch();
+        QVERIFY(w.server.requests()[2].contains("if-Modified-Since: Tue"));
+        QCOMPARE(w.picture(), red);
+        QCOMPARE(w.caption(), "Image 1");
+
+        // With nothing on show, the newest of the camera comes.
+        w.chooseFromMenu(ToolBar::Delete, 1);
+        w.fetch(w.server.url());
+        QCOMPARE(w.caption(), "Image 1");
+        QVERIFY(!w.part<ImageView>("imgMain").Picture().isNull());
+    }
+
+    void closingEndsThePlay()
+    {
+        Watched w(2);
+        w.press(ToolBar::PlayMovie);
+        auto& pause = w.timer("tmrPlay");
+        w.cam.shutDown();
+        QVERIFY(!pause.Enabled());
+        QCOMPARE(w.caption(), "Image 1");
+    }
+
+    void playLeavesTheStrip()
+    {
+        Watched w(2);
+        w.press(ToolBar::ToggleView);
+        w.cam.Play();
+        QVERIFY(w.showsPicture());
+        QCOMPARE(w.enabledButtons(), QList<int>{ToolBar::StopMovie});
+    }
+
+    void aMovieThatWaitsLeavesTheStoppedPlaysAddress()
+    {
+        Watched w(2);
+        w.press(ToolBar::PlayMovie);
+        w.cam.LoadMovie("/no such movie");
+        QCOMPARE(w.since([&] { w.press(ToolBar::StopMovie); }),
+                 (QStringList{"change http://127.0.0.1/1.jpg"}));
+        QCOMPARE(answerMessage(QMessageBox::Ok).text, "Out of memory");
+        QVERIFY(w.part<ImageView>("imgMain").Picture().isNull());
+    }
+
+    void arrowKeysLeaveAHiddenPictureAlone()
+    {
+        Watched w(1);
+        w.press(ToolBar::ToggleView);
+        auto& image = w.part<QWidget>("imgMain");
+        const QPoint before = image.pos();
+        QTest::keyClick(&w.cam, Qt::Key_Right);
+        QCOMPARE(image.pos(), before);
+        w.press(ToolBar::ToggleView);
+        QTest::keyClick(&w.cam, Qt::Key_Right);
+        QVERIFY(image.pos() != before);
+    }
+
+    void theStripBeginsAtTheImageOnShow()
+    {
+        Watched w(3);
+        w.press(ToolBar::Back);
+        w.cam.setFocus();
+        w.press(ToolBar::ToggleView);
+        QCOMPARE(QApplication::focusWidget(), &w.part<QWidget>("img(1)"));
+    }
+
+    void deletedImagesDoNotPileUpInTheStrip()
+    {
+        Watched w(0);
+        for (int i = 0; i < 50; ++i) {
+            w.fetchMore(1);
+            w.chooseFromMenu(ToolBar::Delete, 1);
+        }
+        QCOMPARE(w.strip().ThumbCount(), 45);
+        QCOMPARE(w.strip().Picture(45).bytes(), w.sent.last());
+    }
+
+    void aHandlerMayDeleteEverything()
+    {
+        Watched w(0);
+        w.cam.setNewOnly(true);
+        const auto forget = QObject::connect(&w.cam, &WebCam::ImageChange, &w,
+                                             [&] { w.chooseFromMenu(ToolBar::Delete, 2); });
+        w.server.play(pictureAnswer(encodedPicture({8, 8}, Qt::red)));
+        w.fetch(w.server.url());
+        QCOMPARE(w.strip().ThumbCount(), 0);
+        QCOMPARE(w.caption(), "Image N/A");
+        QObject::disconnect(forget);
+
+        // Forgotten is forgotten: the same body is new.
+        QCOMPARE(w.fetch().told, (QStringList{"change http://127.0.0.1/a.jpg", "done"}));
+        QCOMPARE(w.caption(), "Image 1");
+
+        QObject::connect(&w.cam, &WebCam::ImageChange, &w,
+                         [&] { w.chooseFromMenu(ToolBar::Delete, 2); });
+        w.press(ToolBar::Back);
+        QCOMPARE(w.caption(), "Image N/A");
+    }
+
+    void theSameUrlSetAgainStandsForTheSameCamera()
+    {
+        Watched w(2);
+        w.press(ToolBar::Back);
+        w.cam.setUrl("http://" + w.cam.Url());
+        const auto before = w.server.requests().size();
+        w.fetch();
+        QCOMPARE(w.server.requests().size(), before + 1);
+        QVERIFY(w.server.requests().last().startsWith("GET /1.jpg "));
+    }
+
+    void playingCostsLittle()
+    {
+        ShownCamera c;
+        const QTemporaryDir folder;
+        QFile movie(folder.filePath("m.pvm"));
+        QVERIFY(movie.open(QIODevice::WriteOnly));
+        QByteArrayList frames;
+        for (int i = 0; i < 10; ++i)
+            frames << encodedPicture({640, 480}, QColor::fromHsv(i * 37, 255, 255));
+        movie.write(frames.join("&IMAGE&"));
+        movie.close();
+        c.cam.LoadMovie(movie.fileName());
+        QTRY_COMPARE(c.caption(), "Image 1");
+
+        QDateTime now(QDate(2001, 2, 3), QTime(12, 0));
+        c.cam.setClock([&] { return now; });
+        c.chooseFromMenu(ToolBar::PlayMovie, 2);
+        auto& pause = c.timer("tmrPlay");
+        constexpr int shownFrames = 40;
+        const std::clock_t before = std::clock();
+        for (int i = 0; i < shownFrames; ++i) {
+            now = now.addMSecs(510);
+            pause.elapse();
+            QCoreApplication::processEvents();
+            c.cam.repaint();
+            QVERIFY(pause.Interval() > 400);
+        }
+        // Of the half second that each is on show, a twentieth.
+        const double each = double(std::clock() - before) / CLOCKS_PER_SEC / shownFrames;
+        QVERIFY2(each < 0.025 * Slower, qPrintable(QString("%1 s a frame").arg(each)));
+    }
+};
 
 QTEST_MAIN(WebCamHistoryTest)
 #include "tst_WebCamHistory.moc"

@@ -30,11 +30,78 @@ class WorkQueueTest : public QObject
     Q_OBJECT
 private slots:
     void init() { log.clear(); }
-    void theSecondWaitsForTheFirst();
-    void droppingTheRunningOneStartsTheNext();
-    void droppingAWaitingOneLeavesTheRunningOne();
-    void afterShutDownNothingBegins();
-    void isIdleWhenTheLastOneIsOver();
+
+    void theSecondWaitsForTheFirst()
+    {
+        WorkQueue queue(nullptr);
+        auto* a = add(queue, "a");
+        auto* b = add(queue, "b");
+        QCOMPARE(log, QStringList({"a begins"}));
+        QVERIFY(queue.isBusy());
+
+        a->end();
+        QCOMPARE(log, QStringList({"a begins", "b begins"}));
+        letGo();
+        QCOMPARE(log.takeLast(), "a gone");
+
+        b->end();
+        QVERIFY(!queue.isBusy());
+        letGo();
+        QCOMPARE(log, QStringList({"a begins", "b begins", "b gone"}));
+    }
+
+    void droppingTheRunningOneStartsTheNext()
+    {
+        WorkQueue queue(nullptr);
+        auto* a = add(queue, "a");
+        add(queue, "b");
+        queue.drop(a);
+        QCOMPARE(log, QStringList({"a begins", "a cancelled", "b begins"}));
+    }
+
+    void droppingAWaitingOneLeavesTheRunningOne()
+    {
+        WorkQueue queue(nullptr);
+        auto* a = add(queue, "a");
+        auto* b = add(queue, "b");
+        add(queue, "c");
+        queue.drop(b);
+        QCOMPARE(log, QStringList({"a begins", "b cancelled"}));
+        queue.drop(b);
+        QCOMPARE(log.size(), 2);
+        a->end();
+        QCOMPARE(log.last(), "c begins");
+    }
+
+    void afterShutDownNothingBegins()
+    {
+        WorkQueue queue(nullptr);
+        add(queue, "a");
+        add(queue, "b");
+        queue.shutDown();
+        QCOMPARE(log, QStringList({"a begins", "b cancelled", "a cancelled"}));
+        QVERIFY(!queue.isBusy());
+        add(queue, "c");
+        QVERIFY(!log.contains("c begins"));
+    }
+
+    void isIdleWhenTheLastOneIsOver()
+    {
+        WorkQueue queue(nullptr);
+        QSignalSpy idle(&queue, &WorkQueue::Idle);
+        auto* a = add(queue, "a");
+        auto* b = add(queue, "b");
+        a->end();
+        QCOMPARE(idle.count(), 0);
+        connect(&queue, &WorkQueue::Idle, this, [&] { QVERIFY(!queue.isBusy()); });
+        b->end();
+        QCOMPARE(idle.count(), 1);
+        queue.drop(add(queue, "c"));
+        QCOMPARE(idle.count(), 2);
+        add(queue, "d");
+        queue.shutDown();
+        QCOMPARE(idle.count(), 2);
+    }
 
 private:
     Work* add(WorkQueue& queue, const QString& name)
@@ -49,78 +116,6 @@ private:
     /// Outlives the works, which go only when events run.
     QStringList log;
 };
-
-void WorkQueueTest::theSecondWaitsForTheFirst()
-{
-    WorkQueue queue(nullptr);
-    auto* a = add(queue, "a");
-    auto* b = add(queue, "b");
-    QCOMPARE(log, QStringList({"a begins"}));
-    QVERIFY(queue.isBusy());
-
-    a->end();
-    QCOMPARE(log, QStringList({"a begins", "b begins"}));
-    letGo();
-    QCOMPARE(log.takeLast(), "a gone");
-
-    b->end();
-    QVERIFY(!queue.isBusy());
-    letGo();
-    QCOMPARE(log, QStringList({"a begins", "b begins", "b gone"}));
-}
-
-void WorkQueueTest::droppingTheRunningOneStartsTheNext()
-{
-    WorkQueue queue(nullptr);
-    auto* a = add(queue, "a");
-    add(queue, "b");
-    queue.drop(a);
-    QCOMPARE(log, QStringList({"a begins", "a cancelled", "b begins"}));
-}
-
-void WorkQueueTest::droppingAWaitingOneLeavesTheRunningOne()
-{
-    WorkQueue queue(nullptr);
-    auto* a = add(queue, "a");
-    auto* b = add(queue, "b");
-    add(queue, "c");
-    queue.drop(b);
-    QCOMPARE(log, QStringList({"a begins", "b cancelled"}));
-    queue.drop(b);
-    QCOMPARE(log.size(), 2);
-    a->end();
-    QCOMPARE(log.last(), "c begins");
-}
-
-void WorkQueueTest::afterShutDownNothingBegins()
-{
-    WorkQueue queue(nullptr);
-    add(queue, "a");
-    add(queue, "b");
-    queue.shutDown();
-    QCOMPARE(log, QStringList({"a begins", "b cancelled", "a cancelled"}));
-    QVERIFY(!queue.isBusy());
-    add(queue, "c");
-    QVERIFY(!log.contains("c begins"));
-}
-
-void WorkQueueTest::isIdleWhenTheLastOneIsOver()
-{
-    WorkQueue queue(nullptr);
-    QSignalSpy idle(&queue, &WorkQueue::Idle);
-    auto* a = add(queue, "a");
-    auto* b = add(queue, "b");
-    a->end();
-    QCOMPARE(idle.count(), 0);
-    connect(&queue, &WorkQueue::Idle, this, [&] { QVERIFY(!queue.isBusy()); });
-    b->end();
-    QCOMPARE(idle.count(), 1);
-    queue.drop(add(queue, "c"));
-    QCOMPARE(idle.count(), 2);
-    add(queue, "d");
-    queue.shutDown();
-    QCOMPARE(idle.count(), 2);
-}
 
 QTEST_GUILESS_MAIN(WorkQueueTest)
 #include "tst_WorkQueue.moc"
