@@ -14,6 +14,7 @@
 
 #include <cmath>
 #include <functional>
+#include <optional>
 
 namespace {
 

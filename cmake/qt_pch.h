@@ -1,11 +1,35 @@
-// Precompiled for every source of the core library: what nearly all of them include anyway.
-#include <QtCore/QtCore>
-#include <QtGui/QtGui>
-#include <QtNetwork/QtNetwork>
-#include <QtWidgets/QtWidgets>
-
-#include <algorithm>
-#include <cmath>
-#include <functional>
-#include <memory>
-#include <optional>
+// Precompiled for every source of the core library: the Qt headers that many of them use. A source
+// includes what it uses all the same, these too.
+#include <QAction>
+#include <QApplication>
+#include <QByteArray>
+#include <QByteArrayView>
+#include <QComboBox>
+#include <QCoreApplication>
+#include <QDialog>
+#include <QDir>
+#include <QEvent>
+#include <QFile>
+#include <QFileInfo>
+#include <QHash>
+#include <QImage>
+#include <QKeyEvent>
+#include <QLabel>
+#include <QLineEdit>
+#include <QList>
+#include <QMenu>
+#include <QMessageBox>
+#include <QMouseEvent>
+#include <QObject>
+#include <QPainter>
+#include <QPointer>
+#include <QPushButton>
+#include <QRegularExpression>
+#include <QSet>
+#include <QSize>
+#include <QStandardPaths>
+#include <QString>
+#include <QStringList>
+#include <QTreeView>
+#include <QVBoxLayout>
+#include <QWidget>

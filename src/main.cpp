@@ -1,15 +1,17 @@
+#include "instance/CommandLine.h"
+#include "instance/InstanceClient.h"
+#include "instance/InstanceLock.h"
+#include "instance/InstanceServer.h"
 #include "platform/TerminationSignal.h"
 #include "shared/AppFolder.h"
-#include "shell/CommandChannel.h"
-#include "shell/CommandLine.h"
-#include "shell/HandOver.h"
-#include "shell/MeetingPlace.h"
 #include "shell/frmMain.h"
 
 #include <QApplication>
 #include <QLoggingCategory>
 
 #include <cstdio>
+#include <cstdlib>
+#include <optional>
 
 namespace {
 
@@ -19,7 +21,7 @@ struct Start
     QString commandLine;
     bool isRestart = false;
     /// Held from the moment that nobody else was found to serve.
-    std::optional<MeetingPlace> place;
+    std::optional<InstanceLock> place;
 };
 
 void nameProgram()
@@ -76,7 +78,7 @@ int main(int argc, char* argv[])
     const TerminationSignal termination;
     QObject::connect(&termination, &TerminationSignal::Received, &window, &frmMain::shutDown);
     window.show();
-    const CommandChannel channel(*start.place,
+    const InstanceServer channel(*start.place,
                                  [&](const QString& name) { return window.receive(name); });
     return QApplication::exec();
 }

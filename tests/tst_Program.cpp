@@ -3,6 +3,7 @@
 #include "support/RunningProgram.h"
 
 #include <csignal>
+#include <functional>
 
 namespace {
 

@@ -5,8 +5,8 @@
 
 #include "display/ThumbView.h"
 #include "shared/Timer.h"
-#include "viewer/MovieReader.h"
-#include "viewer/MovieWriter.h"
+#include "viewer/movie/MovieReader.h"
+#include "viewer/movie/MovieWriter.h"
 
 #include <QApplication>
 #include <QElapsedTimer>

@@ -4,9 +4,9 @@
 // a person would, before it goes on.
 
 #include "shared/Timer.h"
-#include "viewer/ToolBar.h"
-#include "viewer/ToolBarButton.h"
 #include "viewer/WebCam.h"
+#include "viewer/surface/ToolBar.h"
+#include "viewer/surface/ToolBarButton.h"
 
 #include <QApplication>
 #include <QTemporaryDir>

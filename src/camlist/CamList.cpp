@@ -1,7 +1,7 @@
 #include "camlist/CamList.h"
 
 #include "camlist/AlreadyListed.h"
-#include "camlist/CameraTree.h"
+#include "camlist/CameraTreeModel.h"
 #include "camlist/CameraTreeView.h"
 #include "camlist/DefaultCameras.h"
 #include "camlist/frmEdit.h"
@@ -13,6 +13,8 @@
 #include <QMenu>
 #include <QMessageBox>
 
+#include <optional>
+
 using namespace Qt::Literals::StringLiterals;
 
 namespace {
@@ -22,7 +24,7 @@ constexpr int MostShownOpen = 50;
 
 /// The cameras of a list that was read; those of a new list where it is empty. `line` has to live
 /// as long as the result.
-CameraTree::Source camerasOf(const QByteArray& line)
+CameraTreeModel::Source camerasOf(const QByteArray& line)
 {
     if (!line.isEmpty())
         return [reader = CameraListReader(line)]() mutable { return reader.next(); };
@@ -36,7 +38,7 @@ CameraTree::Source camerasOf(const QByteArray& line)
 CamList::CamList(const QString& folder, QWidget* parent)
     : QWidget(parent)
     , m_file(folder)
-    , m_tree(new CameraTree(this))
+    , m_tree(new CameraTreeModel(this))
     , m_tvwCat(new CameraTreeView(this))
     , m_mnu(new QMenu(this))
     , m_alreadyListed(new AlreadyListed(this))
@@ -97,7 +99,7 @@ void CamList::updateMenu()
     const QModelIndex node = m_tvwCat->selected();
     for (QAction* entry : m_mnu->actions())
         entry->setEnabled(node.isValid());
-    m_mnuEdit->setEnabled(CameraTree::isCamera(node));
+    m_mnuEdit->setEnabled(CameraTreeModel::isCamera(node));
 }
 
 QString CamList::ReturnUrlViaName(const QString& name) const
@@ -115,7 +117,7 @@ void CamList::Remove()
     const QModelIndex node = m_tvwCat->selected();
     if (!node.isValid())
         return;
-    if (CameraTree::isCamera(node))
+    if (CameraTreeModel::isCamera(node))
         m_tree->remove(node);
     else
         askToRemove(node);

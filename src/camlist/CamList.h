@@ -5,7 +5,7 @@
 #include <QWidget>
 
 class AlreadyListed;
-class CameraTree;
+class CameraTreeModel;
 class CameraTreeView;
 class QAction;
 class QComboBox;
@@ -77,7 +77,7 @@ private:
     void edit();
 
     CameraListFile m_file;
-    CameraTree* m_tree;
+    CameraTreeModel* m_tree;
     CameraTreeView* m_tvwCat;
     QMenu* m_mnu;
     QAction* m_mnuEdit = nullptr;

@@ -1,9 +1,9 @@
 #include "camlist/CameraListFile.h"
 
+#include "cameras/CameraListLine.h"
 #include "platform/ExchangeNames.h"
 #include "platform/FileStamp.h"
 #include "shared/AppFolder.h"
-#include "shared/CameraListLine.h"
 #include "shared/DiskText.h"
 #include "shared/ReadFile.h"
 #include "shared/ReplaceFile.h"

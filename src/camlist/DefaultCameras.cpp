@@ -1,6 +1,6 @@
 #include "camlist/DefaultCameras.h"
 
-#include "shared/CameraKey.h"
+#include "cameras/CameraKey.h"
 
 #include <QFile>
 #include <QStringList>

@@ -1,8 +1,10 @@
 #include "camlist/Favourites.h"
 
+#include "cameras/CameraTexts.h"
 #include "settings/Ini.h"
 #include "shared/InputText.h"
-#include "shared/ShownCamera.h"
+
+#include <algorithm>
 
 using namespace Qt::Literals::StringLiterals;
 

@@ -1,8 +1,8 @@
 #include "camlist/frmEdit.h"
 
-#include "shared/CameraKey.h"
-#include "shared/InputBoxes.h"
-#include "shared/ShownCamera.h"
+#include "cameras/CameraKey.h"
+#include "cameras/CameraTexts.h"
+#include "widgets/InputBoxes.h"
 
 #include <QComboBox>
 #include <QDialogButtonBox>

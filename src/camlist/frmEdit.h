@@ -1,6 +1,6 @@
 #pragma once
 
-#include "shared/CameraListLine.h"
+#include "cameras/CameraListLine.h"
 
 #include <QDialog>
 

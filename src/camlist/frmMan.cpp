@@ -1,8 +1,8 @@
 #include "camlist/frmMan.h"
 
-#include "camlist/FavouriteItems.h"
-#include "shared/CheckBoxDelegate.h"
-#include "shared/Twips.h"
+#include "camlist/FavouritesModel.h"
+#include "widgets/CheckBoxDelegate.h"
+#include "widgets/Twips.h"
 
 #include <QDialogButtonBox>
 #include <QEvent>
@@ -12,6 +12,8 @@
 #include <QPushButton>
 #include <QToolTip>
 #include <QTreeView>
+
+#include <algorithm>
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -53,7 +55,7 @@ QPushButton* newButton(const QString& name, const QString& caption, QWidget* par
 frmMan::frmMan(Favourites* favourites, QWidget* parent)
     : QDialog(parent)
     , m_favourites(favourites)
-    , m_items(new FavouriteItems(favourites->entries(), this))
+    , m_items(new FavouritesModel(favourites->entries(), this))
 {
     setObjectName(u"frmMan"_s);
     setWindowTitle(u"Manage Favorites"_s);
@@ -104,7 +106,7 @@ void frmMan::createButtons()
     connect(m_cmdNone, &QPushButton::clicked, this, [this] { m_items->checkAll(false); });
     // Nothing joins the list and no name changes while the window is open: sorted once, it stays
     // sorted.
-    connect(m_cmdSort, &QPushButton::clicked, m_items, &FavouriteItems::sortByName);
+    connect(m_cmdSort, &QPushButton::clicked, m_items, &FavouritesModel::sortByName);
     connect(m_cmdOk, &QPushButton::clicked, this, &frmMan::accept);
     connect(m_cmdCan, &QPushButton::clicked, this, &frmMan::reject);
 }

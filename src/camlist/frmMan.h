@@ -2,7 +2,7 @@
 
 #include <QDialog>
 
-class FavouriteItems;
+class FavouritesModel;
 class Favourites;
 class QPushButton;
 class QTreeView;
@@ -33,7 +33,7 @@ private:
     void setUsable(QPushButton* button, bool usable);
 
     Favourites* m_favourites;
-    FavouriteItems* m_items;
+    FavouritesModel* m_items;
     QTreeView* m_lvwList;
     QPushButton* m_cmdRem;
     QPushButton* m_cmdAll;

@@ -1,7 +1,8 @@
 #include "directory/DirectoryAddress.h"
 
+#include "cameras/CameraKey.h"
 #include "settings/Ini.h"
-#include "shared/CameraKey.h"
+#include "shared/BuildSettings.h"
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -22,5 +23,5 @@ QString baseOf(const QString& address)
 QString directoryAddress(const QString& preferencesPath)
 {
     const QString own = baseOf(GetFromINI(u"DIRECTORY"_s, u"HOST"_s, preferencesPath));
-    return own.isEmpty() ? baseOf(QStringLiteral(PEVORA_DIRECTORY)) : own;
+    return own.isEmpty() ? baseOf(directorySite()) : own;
 }

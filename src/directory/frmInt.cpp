@@ -1,12 +1,13 @@
 #include "directory/frmInt.h"
 
+#include "cameras/CameraCategories.h"
 #include "directory/DirectoryAnswer.h"
-#include "directory/FoundCameras.h"
+#include "directory/FoundCamerasModel.h"
 #include "shared/AppFolder.h"
-#include "shared/CheckBoxDelegate.h"
 #include "shared/InputText.h"
 #include "shared/ReplaceFile.h"
-#include "shared/Twips.h"
+#include "widgets/CheckBoxDelegate.h"
+#include "widgets/Twips.h"
 
 #include <QFile>
 #include <QHBoxLayout>
@@ -20,6 +21,8 @@
 #include <QPushButton>
 #include <QTreeView>
 
+#include <utility>
+
 using namespace Qt::Literals::StringLiterals;
 
 namespace {
@@ -32,9 +35,6 @@ constexpr int FirstColumnTwips = 2000;
 constexpr int BesideColumnsTwips = 500;
 
 constexpr auto ScriptPath = "/pevora/index.cgi?"_L1;
-
-constexpr auto Categories = {"Animals"_L1, "Buildings"_L1, "Cities"_L1, "General"_L1, "Interest"_L1,
-                             "People"_L1,  "Science"_L1,   "Sights"_L1, "Traffic"_L1};
 
 QPushButton* newButton(const QString& name, const QString& caption, QWidget* parent)
 {
@@ -52,7 +52,7 @@ frmInt::frmInt(const QString& folder, const QString& directory, int port, QWidge
     , m_folder(folder)
     , m_directory(directory)
     , m_HTTP1(this, port)
-    , m_found(new FoundCameras(this))
+    , m_found(new FoundCamerasModel(this))
 {
     setObjectName(u"frmInt"_s);
     setWindowTitle(u"Internet List"_s);
@@ -106,7 +106,7 @@ QMenu* frmInt::createMenu()
     options->addSeparator();
     auto* categories = options->addMenu(u"Categories"_s);
     categories->setObjectName(u"mnuOptDown"_s);
-    for (const auto category : Categories) {
+    for (const QString& category : cameraCategories()) {
         const QString name = u"mnuOptDownIt(%1)"_s.arg(categories->actions().size());
         auto* entry = addEntry(categories, name, category);
         connect(entry, &QAction::triggered, this, [this, category] { searchCategory(category); });
@@ -158,8 +158,8 @@ void frmInt::showEvent(QShowEvent* event)
         return;
     layout()->activate();
     const int first = pixelsFromTwips(FirstColumnTwips);
-    m_lvwList->setColumnWidth(FoundCameras::CategoryColumn, first);
-    m_lvwList->setColumnWidth(FoundCameras::NameColumn,
+    m_lvwList->setColumnWidth(FoundCamerasModel::CategoryColumn, first);
+    m_lvwList->setColumnWidth(FoundCamerasModel::NameColumn,
                               m_lvwList->width() - first - pixelsFromTwips(BesideColumnsTwips));
 }
 
@@ -233,7 +233,7 @@ void frmInt::preview()
 {
     const QModelIndexList selected = m_lvwList->selectionModel()->selectedRows();
     if (!selected.isEmpty())
-        emit Preview(selected.first().data(FoundCameras::KeyRole).toString());
+        emit Preview(selected.first().data(FoundCamerasModel::KeyRole).toString());
 }
 
 void frmInt::addSelected()
@@ -278,7 +278,8 @@ bool frmInt::eventFilter(QObject* watched, QEvent* event)
 /// Whichever column was clicked, the space bar is for the row's check box.
 void frmInt::toggleCurrent()
 {
-    const QModelIndex row = m_lvwList->currentIndex().siblingAtColumn(FoundCameras::CategoryColumn);
+    const QModelIndex row =
+        m_lvwList->currentIndex().siblingAtColumn(FoundCamerasModel::CategoryColumn);
     if (!row.isValid())
         return;
     const bool checked = row.data(Qt::CheckStateRole).toInt() == Qt::Checked;
@@ -289,6 +290,6 @@ void frmInt::toggleCurrent()
 void frmInt::growNameColumn(const QResizeEvent* event)
 {
     const int gain = event->size().width() - event->oldSize().width();
-    m_lvwList->setColumnWidth(FoundCameras::NameColumn,
-                              m_lvwList->columnWidth(FoundCameras::NameColumn) + gain);
+    m_lvwList->setColumnWidth(FoundCamerasModel::NameColumn,
+                              m_lvwList->columnWidth(FoundCamerasModel::NameColumn) + gain);
 }

@@ -1,11 +1,11 @@
 #pragma once
 
-#include "directory/HTTP.h"
+#include "network/HTTP.h"
 
 #include <QDialog>
 #include <QList>
 
-class FoundCameras;
+class FoundCamerasModel;
 class QAction;
 class QMenu;
 class QPushButton;
@@ -61,7 +61,7 @@ private:
     QString m_folder;
     QString m_directory;
     HTTP m_HTTP1;
-    FoundCameras* m_found;
+    FoundCamerasModel* m_found;
     QTreeView* m_lvwList;
     QPushButton* m_cmdAll;
     QPushButton* m_cmdNone;

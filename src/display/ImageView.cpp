@@ -1,12 +1,14 @@
 #include "display/ImageView.h"
 
 #include "display/PictureCanvas.h"
+#include "picture/EncodeBitmap.h"
 #include "platform/Wallpaper.h"
 #include "shared/AppFolder.h"
-#include "shared/EncodeBitmap.h"
 #include "shared/ReplaceFile.h"
 
 #include <QMenu>
+
+#include <algorithm>
 
 using namespace Qt::Literals::StringLiterals;
 

@@ -1,9 +1,12 @@
 #include "display/PictureCanvas.h"
 
-#include "shared/SmoothScale.h"
+#include "picture/SmoothScale.h"
 
 #include <QMouseEvent>
 #include <QPainter>
+
+#include <algorithm>
+#include <utility>
 
 namespace {
 

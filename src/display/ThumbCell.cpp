@@ -1,6 +1,6 @@
 #include "display/ThumbCell.h"
 
-#include "shared/SmoothScale.h"
+#include "picture/SmoothScale.h"
 
 #include <QFocusEvent>
 #include <QKeyEvent>

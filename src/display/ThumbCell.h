@@ -1,6 +1,6 @@
 #pragma once
 
-#include "shared/Still.h"
+#include "picture/Still.h"
 
 #include <QAbstractButton>
 #include <QPixmap>

@@ -6,6 +6,8 @@
 #include <QFontInfo>
 #include <QLabel>
 
+#include <algorithm>
+
 using namespace Qt::Literals::StringLiterals;
 
 namespace {

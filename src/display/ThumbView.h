@@ -1,7 +1,7 @@
 #pragma once
 
-#include "shared/ImageList.h"
-#include "shared/Still.h"
+#include "picture/ImageList.h"
+#include "picture/Still.h"
 
 #include <QWidget>
 

@@ -3,6 +3,7 @@
 #ifndef NOMINMAX
 #define NOMINMAX
 #endif
+#include <optional>
 #include <windows.h>
 
 #include <limits>

@@ -6,6 +6,7 @@
 #include <atomic>
 #include <cerrno>
 #include <csignal>
+#include <memory>
 #include <tuple>
 #include <utility>
 #include <vector>

@@ -8,7 +8,9 @@
 #include <QScopedValueRollback>
 
 #include <chrono>
+#include <cmath>
 #include <cstdlib>
+#include <optional>
 
 using namespace Qt::Literals::StringLiterals;
 

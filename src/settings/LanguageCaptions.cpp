@@ -1,13 +1,15 @@
 #include "settings/LanguageCaptions.h"
 
 #include "settings/Ini.h"
-#include "shared/MenuText.h"
+#include "widgets/MenuText.h"
 
 #include <QAbstractButton>
 #include <QAction>
 #include <QHash>
 #include <QLabel>
 #include <QMenu>
+
+#include <utility>
 
 using namespace Qt::Literals::StringLiterals;
 

@@ -5,6 +5,8 @@
 
 #include <QStringDecoder>
 
+#include <optional>
+
 namespace {
 
 bool isPlain(const QString& text)

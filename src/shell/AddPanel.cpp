@@ -1,8 +1,9 @@
 #include "shell/AddPanel.h"
 
-#include "directory/Submission.h"
-#include "shared/InputBoxes.h"
-#include "shared/LinkLabel.h"
+#include "cameras/CameraCategories.h"
+#include "cameras/EnteredCamera.h"
+#include "widgets/InputBoxes.h"
+#include "widgets/LinkLabel.h"
 
 #include <QCheckBox>
 #include <QComboBox>
@@ -12,22 +13,9 @@
 #include <QVBoxLayout>
 
 #include <algorithm>
+#include <utility>
 
 using namespace Qt::Literals::StringLiterals;
-
-namespace {
-
-const QStringList& designCategories()
-{
-    static const QStringList names = {u"Animals"_s, u"Buildings"_s, u"Cities"_s,
-                                      u"General"_s, u"Interest"_s,  u"People"_s,
-                                      u"Science"_s, u"Sights"_s,    u"Traffic"_s};
-    return names;
-}
-
-constexpr int GeneralIndex = 3;
-
-} // namespace
 
 AddPanel::AddPanel(std::function<void(QComboBox*)> fillParent, QWidget* parent)
     : QScrollArea(parent)
@@ -102,7 +90,7 @@ void AddPanel::layOut(QWidget* form)
 void AddPanel::startAnew()
 {
     fillCategories();
-    m_cmbCat->setCurrentIndex(GeneralIndex);
+    m_cmbCat->setCurrentIndex(m_cmbCat->findText(DefaultCategory));
     m_txtName->setText(u"New"_s);
     m_txtUrl->setText(u"http://"_s);
     m_txtHead->clear();
@@ -112,11 +100,11 @@ void AddPanel::startAnew()
 void AddPanel::fillCategories()
 {
     m_cmbCat->clear();
-    m_cmbCat->addItems(designCategories());
+    m_cmbCat->addItems(cameraCategories());
     QComboBox ofList;
     m_fillParent(&ofList);
     for (int i = 0; i < ofList.count(); ++i) {
-        if (!designCategories().contains(ofList.itemText(i)))
+        if (!cameraCategories().contains(ofList.itemText(i)))
             m_cmbCat->addItem(ofList.itemText(i));
     }
 }

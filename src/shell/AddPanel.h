@@ -11,7 +11,7 @@ class QComboBox;
 class QLabel;
 class QLineEdit;
 class QPushButton;
-struct Submission;
+struct EnteredCamera;
 
 /// The page of the left column on which a person enters a camera (`picAdd`). It says what was
 /// entered, and changes no list itself. In a low window it scrolls.
@@ -28,7 +28,7 @@ public:
 
 signals:
     /// "Add It" was pressed and everything was there. `submit`: to the directory, too.
-    void CameraEntered(const Submission& camera, bool submit);
+    void CameraEntered(const EnteredCamera& camera, bool submit);
     /// The page about extra headers is wanted.
     void HeaderHelpRequested();
 

@@ -1,7 +1,7 @@
 #include "shell/FavouritesMenu.h"
 
 #include "camlist/Favourites.h"
-#include "shared/MenuText.h"
+#include "widgets/MenuText.h"
 
 #include <QMenu>
 

@@ -1,7 +1,7 @@
 #include "shell/GotoBar.h"
 
-#include "shared/CameraKey.h"
-#include "shared/InputBoxes.h"
+#include "cameras/CameraKey.h"
+#include "widgets/InputBoxes.h"
 
 #include <QKeyEvent>
 #include <QLineEdit>

@@ -1,11 +1,11 @@
 #include "shell/LeftPanel.h"
 
+#include "cameras/CameraKey.h"
+#include "cameras/EnteredCamera.h"
 #include "camlist/CamList.h"
-#include "directory/Submission.h"
-#include "shared/CameraKey.h"
-#include "shared/Twips.h"
 #include "shell/AddPanel.h"
 #include "shell/MainLayout.h"
+#include "widgets/Twips.h"
 
 #include <QRadioButton>
 
@@ -60,7 +60,7 @@ void LeftPanel::optionClicked(int index)
 }
 
 /// The camera is in the list, whatever becomes of the offer.
-void LeftPanel::cameraEntered(const Submission& camera, bool submit)
+void LeftPanel::cameraEntered(const EnteredCamera& camera, bool submit)
 {
     if (submit)
         emit Submitted(camera);

@@ -9,7 +9,7 @@ class CamList;
 class QRadioButton;
 class QWidget;
 struct MainLayout;
-struct Submission;
+struct EnteredCamera;
 
 /// The left column of the main window: the camera list (`cList`) or in its place the page that adds
 /// a camera (`picAdd`), and below them two option buttons, `opt(0)` for that page and `opt(1)` for
@@ -37,13 +37,13 @@ public:
 
 signals:
     /// A camera was added that shall be offered to the directory, too.
-    void Submitted(const Submission& camera);
+    void Submitted(const EnteredCamera& camera);
     /// The page about extra headers is wanted.
     void HeaderHelpRequested();
 
 private:
     void optionClicked(int index);
-    void cameraEntered(const Submission& camera, bool submit);
+    void cameraEntered(const EnteredCamera& camera, bool submit);
 
     CamList* m_cList;
     std::array<QRadioButton*, 2> m_opt;

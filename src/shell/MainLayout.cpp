@@ -1,6 +1,6 @@
 #include "shell/MainLayout.h"
 
-#include "shared/Twips.h"
+#include "widgets/Twips.h"
 
 #include <algorithm>
 

@@ -1,6 +1,6 @@
 #include "shell/MainMenu.h"
 
-#include "shared/MenuText.h"
+#include "widgets/MenuText.h"
 
 #include <QAction>
 #include <QMenu>
@@ -8,6 +8,7 @@
 #include <QSet>
 
 #include <algorithm>
+#include <utility>
 
 using namespace Qt::Literals::StringLiterals;
 

@@ -7,6 +7,8 @@
 
 #include <QAction>
 
+#include <utility>
+
 using namespace Qt::Literals::StringLiterals;
 
 namespace {

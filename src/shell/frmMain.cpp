@@ -1,25 +1,25 @@
 #include "shell/frmMain.h"
 
+#include "cameras/CameraKey.h"
 #include "camlist/CamList.h"
 #include "camlist/Favourites.h"
 #include "camlist/frmMan.h"
+#include "instance/CommandLine.h"
+#include "instance/FileInbox.h"
 #include "settings/Ini.h"
 #include "settings/LanguageCaptions.h"
 #include "shared/AppFolder.h"
-#include "shared/CameraKey.h"
-#include "shared/SymbolIcon.h"
-#include "shared/Topmost.h"
-#include "shared/WebPages.h"
-#include "shell/CommandBox.h"
-#include "shell/CommandLine.h"
+#include "shared/BuildSettings.h"
 #include "shell/FavouritesMenu.h"
 #include "shell/GotoBar.h"
 #include "shell/LeftPanel.h"
 #include "shell/MainMenu.h"
-#include "shell/OtherWindows.h"
-#include "shell/TrayHiding.h"
+#include "shell/SecondaryWindows.h"
 #include "shell/ViewPreferences.h"
+#include "tray/TrayHiding.h"
 #include "viewer/WebCam.h"
+#include "widgets/SymbolIcon.h"
+#include "widgets/Topmost.h"
 
 #include <QApplication>
 #include <QCloseEvent>
@@ -27,6 +27,8 @@
 #include <QMessageBox>
 #include <QScreen>
 #include <QThread>
+
+#include <utility>
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -74,21 +76,21 @@ void frmMain::createParts()
         showCamera(key);
     });
     connect(list, &CamList::AddFavorite, m_favourites, &Favourites::add);
-    m_txtCom = new CommandBox({[this] { return m_shutDown || m_cam->isBusy(); },
-                               [this](const QString& name) { m_cam->LoadMovie(name); },
-                               [list](const QString& name) { list->LoadFile(name); }},
-                              this);
-    connect(m_cam, &WebCam::Idle, m_txtCom, &CommandBox::wake);
+    m_txtCom = new FileInbox({[this] { return m_shutDown || m_cam->isBusy(); },
+                              [this](const QString& name) { m_cam->LoadMovie(name); },
+                              [list](const QString& name) { list->LoadFile(name); }},
+                             this);
+    connect(m_cam, &WebCam::Idle, m_txtCom, &FileInbox::wake);
     connect(m_cmbUrl, &GotoBar::CameraChosen, this, &frmMain::showCamera);
     connect(m_cam, &WebCam::ImageChange, this,
             [this](const QString&, const QString& url) { m_cmbUrl->mirror(url); });
     m_cmbUrl->setFocus();
 
-    m_windows = new OtherWindows(this, m_folders.application);
-    connect(m_windows, &OtherWindows::Preview, this, &frmMain::showCamera);
-    connect(m_windows, &OtherWindows::Import, list, &CamList::LoadFile);
-    connect(m_windows, &OtherWindows::OpenWeb, m_cam, &WebCam::OpenWeb);
-    connect(m_left, &LeftPanel::Submitted, m_windows, &OtherWindows::submit);
+    m_windows = new SecondaryWindows(this, m_folders.application);
+    connect(m_windows, &SecondaryWindows::Preview, this, &frmMain::showCamera);
+    connect(m_windows, &SecondaryWindows::Import, list, &CamList::LoadFile);
+    connect(m_windows, &SecondaryWindows::OpenWeb, m_cam, &WebCam::OpenWeb);
+    connect(m_left, &LeftPanel::Submitted, m_windows, &SecondaryWindows::submit);
     connect(m_left, &LeftPanel::HeaderHelpRequested, this,
             [this] { m_cam->OpenWeb(headerHelpPage()); });
 }

@@ -6,12 +6,12 @@
 
 #include <memory>
 
-class CommandBox;
+class FileInbox;
 class Favourites;
 class GotoBar;
 class LeftPanel;
 class MainMenu;
-class OtherWindows;
+class SecondaryWindows;
 class TrayHiding;
 class ViewPreferences;
 class WebCam;
@@ -71,10 +71,10 @@ private:
     LeftPanel* m_left;
     WebCam* m_cam;
     GotoBar* m_cmbUrl;
-    CommandBox* m_txtCom;
+    FileInbox* m_txtCom;
     MainLayout m_layout;
     TrayHiding* m_tray;
-    OtherWindows* m_windows;
+    SecondaryWindows* m_windows;
     std::unique_ptr<ViewPreferences> m_preferences;
     /// Set by Exit Without Saving alone, and never cleared: the camera list is not saved.
     bool m_exitWithoutSaving = false;

@@ -1,14 +1,16 @@
 #include "viewer/FileCommands.h"
 
+#include "picture/SaveImage.h"
 #include "shared/ReadFile.h"
-#include "viewer/FileDialog.h"
-#include "viewer/FileFilter.h"
-#include "viewer/SaveImage.h"
+#include "widgets/FileDialog.h"
+#include "widgets/FileFilter.h"
 
 #include <QDir>
 #include <QFileInfo>
 #include <QStandardPaths>
 #include <QWidget>
+
+#include <utility>
 
 using namespace Qt::Literals::StringLiterals;
 

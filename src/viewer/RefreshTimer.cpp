@@ -1,5 +1,7 @@
 #include "viewer/RefreshTimer.h"
 
+#include <utility>
+
 using namespace Qt::Literals::StringLiterals;
 
 namespace {

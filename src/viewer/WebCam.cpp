@@ -1,22 +1,22 @@
 #include "viewer/WebCam.h"
 
+#include "cameras/CameraKey.h"
 #include "display/ImageView.h"
 #include "display/ThumbView.h"
-#include "shared/CameraKey.h"
-#include "viewer/DebugBox.h"
-#include "viewer/Fetch.h"
+#include "shared/JobQueue.h"
+#include "shared/TempFiles.h"
 #include "viewer/FileCommands.h"
-#include "viewer/History.h"
-#include "viewer/HistoryView.h"
-#include "viewer/IntervalMenu.h"
-#include "viewer/MovieCommands.h"
-#include "viewer/Player.h"
 #include "viewer/RefreshTimer.h"
-#include "viewer/TempFiles.h"
-#include "viewer/TextStrip.h"
-#include "viewer/ToolBar.h"
-#include "viewer/ToolbarCommands.h"
-#include "viewer/WorkQueue.h"
+#include "viewer/fetch/Fetch.h"
+#include "viewer/history/History.h"
+#include "viewer/history/HistoryView.h"
+#include "viewer/history/Player.h"
+#include "viewer/movie/MovieCommands.h"
+#include "viewer/surface/DebugBox.h"
+#include "viewer/surface/IntervalMenu.h"
+#include "viewer/surface/ToolBar.h"
+#include "viewer/surface/ToolbarCommands.h"
+#include "widgets/ElidedLabel.h"
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -25,7 +25,7 @@ WebCam::WebCam(const QString& folder, QWidget* parent)
     , m_folder(folder)
     , m_history(new History(this))
     , m_historyView(new HistoryView(*m_history, {imgMain(), tvMain(), lblPic(), tbMain()}, this))
-    , m_work(new WorkQueue(this))
+    , m_work(new JobQueue(this))
     , m_player(new Player(*m_history, tbMain(), *m_work, this))
     , m_movies(new MovieCommands({*m_history, *m_historyView, tbMain(), *m_work}, folder, this))
     , m_files(new FileCommands({[this] { return imgMain().GetOriginalPic(); },
@@ -92,7 +92,7 @@ void WebCam::connectHistory()
                 emit ImageChange({}, webAddressOf(address));
                 emit UrlChanged();
             });
-    connect(m_player, &Player::FrameDue, m_historyView, &HistoryView::showSilently);
+    connect(m_player, &Player::FrameDue, m_historyView, &HistoryView::showWithoutAnnouncing);
 }
 
 void WebCam::connectFiles()
@@ -101,7 +101,7 @@ void WebCam::connectFiles()
     connect(m_files, &FileCommands::MovieSaveRequested, m_movies, &MovieCommands::SaveMovie);
     connect(m_files, &FileCommands::StatusText, this, &WebCam::showMessage);
     connect(m_movies, &MovieCommands::StatusText, this, &WebCam::showMessage);
-    connect(m_work, &WorkQueue::Idle, this, &WebCam::Idle);
+    connect(m_work, &JobQueue::Idle, this, &WebCam::Idle);
 }
 
 void WebCam::connectToolBar()
@@ -170,7 +170,7 @@ bool WebCam::acceptBody(const QByteArray& body)
     const QString address = m_fetch->address();
     m_history->Append(imgMain().Picture(), address, m_fetch->LastModified(), m_fetch->camera());
     emit ImageChange({}, webAddressOf(address));
-    m_historyView->captionCurrent();
+    m_historyView->updateCaption();
     return true;
 }
 
@@ -180,7 +180,7 @@ bool WebCam::acceptFile(const QByteArray& bytes)
     if (!imgMain().loadPicture(bytes))
         return false;
     m_history->AppendFile(imgMain().Picture());
-    m_historyView->captionCurrent();
+    m_historyView->updateCaption();
     return true;
 }
 

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "shared/Clock.h"
-#include "viewer/ViewerSurface.h"
+#include "viewer/surface/ViewerSurface.h"
 
 class Fetch;
 class FileCommands;
@@ -10,7 +10,7 @@ class HistoryView;
 class MovieCommands;
 class Player;
 class RefreshTimer;
-class WorkQueue;
+class JobQueue;
 
 /// The camera viewer: fetches the image of one camera, shows it, keeps it and fetches it again.
 /// The facade that the rest of the program sees; each piece behind it keeps its own state, and
@@ -103,7 +103,7 @@ private:
     QString m_folder;
     History* m_history;
     HistoryView* m_historyView;
-    WorkQueue* m_work;
+    JobQueue* m_work;
     Player* m_player;
     MovieCommands* m_movies;
     FileCommands* m_files;

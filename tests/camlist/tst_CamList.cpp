@@ -9,6 +9,8 @@
 #include <QComboBox>
 #include <QMessageBox>
 
+#include <algorithm>
+
 namespace {
 
 const QByteArray Example = "Cities\xFFHarbour\xFFURL1\xFFSights\xFFTower\xFFURL2\x01"

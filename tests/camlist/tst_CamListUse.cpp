@@ -9,6 +9,7 @@
 #include <QMenu>
 #include <QMessageBox>
 #include <QPushButton>
+#include <QVariantList>
 
 class CamListUseTest : public QObject
 {

@@ -1,7 +1,10 @@
+#include "cameras/CameraListLine.h"
 #include "camlist/CameraListFile.h"
-#include "shared/CameraListLine.h"
 #include "support/RunAgain.h"
 #include "support/ScratchFile.h"
+
+#include <memory>
+#include <optional>
 
 using namespace Qt::Literals::StringLiterals;
 

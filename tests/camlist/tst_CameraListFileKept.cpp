@@ -4,6 +4,9 @@
 
 #include <cerrno>
 #include <cstddef>
+#include <iterator>
+#include <memory>
+#include <optional>
 
 #include <linux/filter.h>
 #include <linux/seccomp.h>

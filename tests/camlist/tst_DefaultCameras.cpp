@@ -1,6 +1,7 @@
 #include "camlist/DefaultCameras.h"
 
-#include "shared/CameraKey.h"
+#include "cameras/CameraKey.h"
+#include "support/Paths.h"
 
 class DefaultCamerasTest : public QObject
 {
@@ -69,7 +70,7 @@ private:
     /// The rows of the data file without that of the columns' names.
     static QList<QStringList> rows()
     {
-        QFile file(PEVORA_SOURCE_DIR "/resources/default-cameras.tsv");
+        QFile file(sourcePath("resources/default-cameras.tsv"));
         if (!file.open(QIODevice::ReadOnly))
             qFatal("no data file");
         QList<QStringList> rows;

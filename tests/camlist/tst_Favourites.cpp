@@ -1,6 +1,6 @@
+#include "cameras/CameraKey.h"
 #include "camlist/Favourites.h"
 #include "settings/Ini.h"
-#include "shared/CameraKey.h"
 #include "support/Slower.h"
 
 class FavouritesTest : public QObject

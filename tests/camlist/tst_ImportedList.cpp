@@ -1,6 +1,8 @@
 #include "camlist/CameraListFile.h"
 #include "support/ScratchFile.h"
 
+#include <optional>
+
 class ImportedListTest : public QObject
 {
     Q_OBJECT

@@ -1,12 +1,18 @@
 // The window "Manage Favorites" in a person's hands.
 
+#include "cameras/CameraKey.h"
 #include "camlist/Favourites.h"
-#include "shared/CameraKey.h"
-#include "shared/Twips.h"
 #include "support/ShownManager.h"
 #include "support/Slower.h"
+#include "widgets/Twips.h"
 
 #include <QAccessible>
+#include <QHeaderView>
+#include <QToolTip>
+
+#include <algorithm>
+#include <memory>
+#include <utility>
 
 namespace {
 

@@ -1,12 +1,12 @@
 // The window "Internet List": its parts, its queries and what it does with the answers.
 
+#include "cameras/CameraKey.h"
 #include "camlist/CamList.h"
-#include "shared/CameraKey.h"
-#include "shared/Twips.h"
 #include "support/Dialogs.h"
 #include "support/ScratchFile.h"
 #include "support/ShownDirectory.h"
 #include "support/TimeSeam.h"
+#include "widgets/Twips.h"
 
 #include <QAction>
 #include <QHeaderView>
@@ -16,6 +16,8 @@
 #include <QMessageBox>
 #include <QPushButton>
 #include <QTreeView>
+
+#include <utility>
 
 using namespace Qt::Literals::StringLiterals;
 

@@ -1,7 +1,7 @@
 // The window "Internet List" against answers that nobody would send in good faith, and under the
 // load of many cameras.
 
-#include "shared/CameraKey.h"
+#include "cameras/CameraKey.h"
 #include "support/ShownDirectory.h"
 #include "support/Slower.h"
 #include "support/TimeSeam.h"

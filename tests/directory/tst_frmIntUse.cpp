@@ -13,6 +13,8 @@
 #include <QStyleOptionViewItem>
 #include <QTreeView>
 
+#include <algorithm>
+
 namespace {
 
 const QByteArray Three =

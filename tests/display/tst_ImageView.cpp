@@ -1,6 +1,13 @@
 #include "display/ImageView.h"
 #include "support/Pictures.h"
 
+#include <QPainter>
+#include <QVariantList>
+
+#include <algorithm>
+#include <cmath>
+#include <limits>
+
 /// A view in a window of its own; what it shows is read back from the screen's side.
 class ShownView
 {

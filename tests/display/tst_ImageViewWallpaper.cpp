@@ -4,6 +4,8 @@
 #include "display/ImageView.h"
 #include "support/Pictures.h"
 
+#include <memory>
+
 class ImageViewWallpaperTest : public QObject
 {
     Q_OBJECT

@@ -2,6 +2,10 @@
 
 #include "support/ShownStrip.h"
 
+#include <QScrollBar>
+
+#include <algorithm>
+
 static QStringList freshPlaces(QSize size, int count)
 {
     ShownStrip strip(size);

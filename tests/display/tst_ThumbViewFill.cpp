@@ -6,7 +6,11 @@
 #include "support/Slower.h"
 #include "support/TimeSeam.h"
 
+#include <QPainter>
+
+#include <algorithm>
 #include <ctime>
+#include <functional>
 
 static double processorSeconds()
 {

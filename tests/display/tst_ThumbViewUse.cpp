@@ -2,6 +2,10 @@
 
 #include "support/ShownStrip.h"
 
+#include <QAccessible>
+
+#include <utility>
+
 /// As the window system does: what the part under the mouse does not want goes to its parent.
 static void turnWheel(QWidget& over, QPoint angle, QPoint pixels = {},
                       Qt::ScrollPhase phase = Qt::NoScrollPhase)

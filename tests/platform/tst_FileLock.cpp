@@ -1,5 +1,7 @@
 #include "platform/FileLock.h"
 
+#include <memory>
+
 using Result = FileLock::Result;
 
 class FileLockTest : public QObject

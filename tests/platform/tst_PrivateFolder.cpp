@@ -2,6 +2,8 @@
 
 #include "platform/PrivateFolder.h"
 
+#include <functional>
+#include <memory>
 #include <sys/stat.h>
 #include <unistd.h>
 

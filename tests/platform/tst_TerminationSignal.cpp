@@ -1,6 +1,7 @@
 #include "platform/TerminationSignal.h"
 
 #include <csignal>
+#include <memory>
 
 namespace {
 

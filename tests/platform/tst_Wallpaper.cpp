@@ -1,7 +1,15 @@
 #include "platform/Wallpaper.h"
 #include "platform/WallpaperSetter_linux.h"
 
+#include <QDBusConnection>
+#include <QDBusError>
+#include <QDBusMessage>
+#include <QDBusObjectPath>
+#include <QDBusUnixFileDescriptor>
+#include <QVariantMap>
 #include <QtDBus/QtDBus>
+
+#include <memory>
 
 using namespace Qt::Literals::StringLiterals;
 

@@ -5,6 +5,8 @@
 #include "support/ScratchFile.h"
 #include "support/Slower.h"
 
+#include <memory>
+
 using namespace Qt::Literals::StringLiterals;
 
 class IniTest : public QObject

@@ -6,6 +6,10 @@
 #include "support/Slower.h"
 #include "support/TimeSeam.h"
 
+#include <algorithm>
+#include <functional>
+#include <memory>
+
 static Timer& flushTimer()
 {
     auto* cache = QCoreApplication::instance()->findChild<IniCache*>();

@@ -1,5 +1,12 @@
 #include "settings/LanguageCaptions.h"
 
+#include <QCheckBox>
+#include <QMainWindow>
+#include <QMenuBar>
+#include <QRadioButton>
+
+#include <memory>
+
 using namespace Qt::Literals::StringLiterals;
 
 /// The main window's menus and add panel, with their design captions.

@@ -2,13 +2,17 @@
 
 #include "settings/Ini.h"
 #include "settings/LanguageCaptions.h"
+#include "support/Paths.h"
 #include "support/ShownMain.h"
+
+#include <QMenuBar>
+#include <QStringDecoder>
 
 using namespace Qt::Literals::StringLiterals;
 
 namespace {
 
-const QString LanguagesFolder = QStringLiteral(PEVORA_SOURCE_DIR "/languages");
+const QString LanguagesFolder = sourcePath("languages");
 
 /// The keys of the table in its order, each once.
 QStringList tableKeys()

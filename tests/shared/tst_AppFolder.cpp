@@ -1,5 +1,7 @@
 #include "shared/AppFolder.h"
 
+#include <memory>
+
 using namespace Qt::Literals::StringLiterals;
 
 class AppFolderTest : public QObject

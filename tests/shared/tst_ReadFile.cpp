@@ -1,6 +1,8 @@
 #include "shared/ReadFile.h"
 #include "support/RunAgain.h"
 
+#include <optional>
+
 static void write(const QString& path, const QByteArray& bytes)
 {
     QFile file(path);

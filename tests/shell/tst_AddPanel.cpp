@@ -1,10 +1,10 @@
 // The page that adds a camera, and the option buttons that choose it, in the main window.
 
-#include "shared/LinkLabel.h"
 #include "shell/AddPanel.h"
 #include "support/Dialogs.h"
 #include "support/ScratchFile.h"
 #include "support/ShownMain.h"
+#include "widgets/LinkLabel.h"
 
 #include <QCheckBox>
 #include <QClipboard>
@@ -14,6 +14,8 @@
 #include <QPushButton>
 #include <QRadioButton>
 #include <QScrollBar>
+
+#include <utility>
 
 namespace {
 

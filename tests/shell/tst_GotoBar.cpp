@@ -1,5 +1,7 @@
 #include "shell/GotoBar.h"
 
+#include <QClipboard>
+
 /// A bar in a window, with three cameras, and a second field that can take the keyboard.
 class ShownBar
 {

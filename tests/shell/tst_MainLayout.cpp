@@ -1,5 +1,7 @@
-#include "shared/Twips.h"
 #include "shell/MainLayout.h"
+#include "widgets/Twips.h"
+
+#include <cmath>
 
 namespace {
 

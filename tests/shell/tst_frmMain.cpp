@@ -2,10 +2,15 @@
 
 #include "display/ImageView.h"
 #include "support/ShownMain.h"
-#include "viewer/ToolBar.h"
 #include "viewer/WebCam.h"
+#include "viewer/surface/ToolBar.h"
 
 #include <QAccessible>
+#include <QMenuBar>
+
+#include <functional>
+#include <tuple>
+#include <utility>
 
 class frmMainTest : public QObject
 {

@@ -4,9 +4,9 @@
 #include "support/Dialogs.h"
 #include "support/Pictures.h"
 #include "support/ShownMain.h"
-#include "viewer/ToolBar.h"
-#include "viewer/ToolBarButton.h"
 #include "viewer/WebCam.h"
+#include "viewer/surface/ToolBar.h"
+#include "viewer/surface/ToolBarButton.h"
 
 namespace {
 

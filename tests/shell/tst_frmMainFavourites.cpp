@@ -8,6 +8,8 @@
 #include "support/Slower.h"
 #include "viewer/WebCam.h"
 
+#include <utility>
+
 namespace {
 
 QByteArray preferencesOf(const QList<std::pair<QByteArray, QByteArray>>& pairs)

@@ -2,6 +2,9 @@
 
 #include "support/ShownMain.h"
 
+#include <algorithm>
+#include <utility>
+
 class frmMainFocusTest : public QObject
 {
     Q_OBJECT

@@ -3,9 +3,14 @@
 
 #include "shell/MainLayout.h"
 #include "support/ShownMain.h"
-#include "viewer/ToolBar.h"
-#include "viewer/ToolBarButton.h"
 #include "viewer/WebCam.h"
+#include "viewer/surface/ToolBar.h"
+#include "viewer/surface/ToolBarButton.h"
+
+#include <QRadioButton>
+
+#include <algorithm>
+#include <cmath>
 
 namespace {
 

@@ -12,6 +12,8 @@
 #include <QFileDialog>
 #include <QMessageBox>
 
+#include <functional>
+
 namespace {
 
 const QByteArray TwoCameras = "Cities\xFFHarbour\xFF"

@@ -7,9 +7,11 @@
 #include "support/ScratchFile.h"
 #include "support/ShownMain.h"
 #include "support/TimeSeam.h"
-#include "viewer/ToolBar.h"
-#include "viewer/ToolBarButton.h"
 #include "viewer/WebCam.h"
+#include "viewer/surface/ToolBar.h"
+#include "viewer/surface/ToolBarButton.h"
+
+#include <QFileDialog>
 
 namespace {
 

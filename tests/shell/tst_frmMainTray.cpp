@@ -5,6 +5,8 @@
 #include "support/ShownMain.h"
 #include "support/TimeSeam.h"
 
+#include <memory>
+
 namespace {
 
 bool isIconic(const QWidget& window)

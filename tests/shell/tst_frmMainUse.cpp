@@ -3,8 +3,8 @@
 #include "support/Pictures.h"
 #include "support/ScriptedServer.h"
 #include "support/ShownMain.h"
-#include "viewer/ToolBar.h"
 #include "viewer/WebCam.h"
+#include "viewer/surface/ToolBar.h"
 
 class frmMainUseTest : public QObject
 {

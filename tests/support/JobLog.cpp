@@ -1,7 +1,7 @@
 #include "support/JobLog.h"
 
 #include "support/Slower.h"
-#include "viewer/MovieReader.h"
+#include "viewer/movie/MovieReader.h"
 
 #include <QTest>
 

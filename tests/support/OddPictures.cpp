@@ -5,6 +5,7 @@
 #include <QtEndian>
 
 #include <algorithm>
+#include <initializer_list>
 
 namespace odd {
 

@@ -1,4 +1,5 @@
 #include "support/RunningProgram.h"
+#include "support/Paths.h"
 
 #include <QDir>
 #include <QFile>
@@ -30,7 +31,7 @@ void kill(QProcess& one)
 RunningProgram::RunningProgram()
 {
     QVERIFY(QDir(m_scratch.path()).mkpath("program") && QDir(m_scratch.path()).mkpath("home"));
-    QVERIFY(QFile::copy(PEVORA_PROGRAM, program("pevora")));
+    QVERIFY(QFile::copy(pevoraProgram(), program("pevora")));
     for (const QString& one : {m_scratch.path(), program(), home(), program("pevora")})
         giveToOrdinaryUser(one);
     // A runtime folder that others can look into is none.

@@ -4,10 +4,10 @@
 #include "support/Pictures.h"
 #include "support/ScriptedServer.h"
 #include "support/TimeSeam.h"
-#include "viewer/Fetch.h"
-#include "viewer/TextStrip.h"
-#include "viewer/ToolBar.h"
-#include "viewer/ToolBarButton.h"
+#include "viewer/fetch/Fetch.h"
+#include "viewer/surface/ToolBar.h"
+#include "viewer/surface/ToolBarButton.h"
+#include "widgets/ElidedLabel.h"
 
 #include <QEventLoop>
 #include <QLabel>
@@ -15,6 +15,8 @@
 #include <QSignalSpy>
 #include <QTest>
 #include <QTimer>
+
+#include <cmath>
 
 namespace {
 
@@ -93,14 +95,14 @@ Outcome ShownCamera::fetchUntilSilence(const QString& url, qsizetype bytes)
 
 QString ShownCamera::status()
 {
-    return part<TextStrip>("lbl").Tag();
+    return part<ElidedLabel>("lbl").Tag();
 }
 
 bool ShownCamera::busy()
 {
     timer("tmrFalse").setEnabled(true);
     timer("tmrFalse").elapse();
-    return part<TextStrip>("lbl").isVisible();
+    return part<ElidedLabel>("lbl").isVisible();
 }
 
 QByteArray ShownCamera::picture()

@@ -2,8 +2,6 @@
 
 #include "support/Pictures.h"
 
-#include <QtTest/QtTest>
-
 Still numberedStill(int number)
 {
     return Still::fromImage(plainImage({8, 6}, QColor::fromRgb(QRgb(number))));

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "shared/TcpClient.h"
+#include "network/TcpClient.h"
 
 #include <QByteArray>
 #include <QList>

@@ -1,3 +1,4 @@
+#include "support/Paths.h"
 #include "support/Pictures.h"
 #include "support/Slower.h"
 #include "support/WebServer.h"
@@ -159,7 +160,7 @@ private:
         QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
         environment.insert("no_proxy", "*");
         process.setProcessEnvironment(environment);
-        process.start(PEVORA_SOURCE_DIR "/tools/check-defaults", arguments);
+        process.start(sourcePath("tools/check-defaults"), arguments);
         if (!process.waitForFinished(60'000 * Slower) ||
             process.exitStatus() != QProcess::NormalExit)
             qFatal("check-defaults does not end");

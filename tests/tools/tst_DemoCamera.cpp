@@ -1,7 +1,8 @@
-#include <QtGui>
-#include <QtNetwork>
-#include <QtTest>
+#include "support/Paths.h"
 
+#include <QNetworkInterface>
+
+#include <cmath>
 #include <memory>
 #include <vector>
 
@@ -13,7 +14,7 @@ class Camera
 public:
     explicit Camera(const QStringList& arguments = {})
     {
-        m_process.start(QStringLiteral(PEVORA_DEMO_CAMERA), QStringList{"--port", "0"} + arguments);
+        m_process.start(demoCameraProgram(), QStringList{"--port", "0"} + arguments);
         while (!m_process.canReadLine() && m_process.waitForReadyRead()) {
         }
         firstLine = QString::fromLatin1(m_process.readLine());
@@ -490,7 +491,7 @@ private slots:
     {
         QFETCH(QStringList, arguments);
         QProcess process;
-        process.start(QStringLiteral(PEVORA_DEMO_CAMERA), arguments);
+        process.start(demoCameraProgram(), arguments);
         QVERIFY(process.waitForFinished());
         QCOMPARE(process.exitStatus(), QProcess::NormalExit);
         QCOMPARE(process.exitCode(), 1);
@@ -502,7 +503,7 @@ private slots:
     {
         Camera camera;
         QProcess second;
-        second.start(QStringLiteral(PEVORA_DEMO_CAMERA), {"--port", QString::number(camera.port)});
+        second.start(demoCameraProgram(), {"--port", QString::number(camera.port)});
         QVERIFY(second.waitForFinished());
         QCOMPARE(second.exitCode(), 1);
         QVERIFY(second.readAllStandardError().contains(QByteArray::number(camera.port)));

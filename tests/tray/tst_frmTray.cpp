@@ -1,8 +1,12 @@
 // The icon in the tray and the window behind it.
 #include "tray/frmTray.h"
 
-#include "shared/SymbolIcon.h"
 #include "support/Desktop.h"
+#include "widgets/SymbolIcon.h"
+
+#include <QSystemTrayIcon>
+
+#include <algorithm>
 
 /// The window that Qt puts into the tray.
 static QWidget* iconWindow()

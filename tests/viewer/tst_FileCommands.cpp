@@ -4,7 +4,15 @@
 #include "support/Pictures.h"
 #include "support/RunAgain.h"
 #include "support/ScratchFile.h"
-#include "viewer/FileDialog.h"
+#include "widgets/FileDialog.h"
+
+#include <QDialogButtonBox>
+#include <QFileDialog>
+#include <QListView>
+#include <QSettings>
+
+#include <algorithm>
+#include <memory>
 
 Q_DECLARE_METATYPE(void (FileCommands::*)())
 

@@ -5,13 +5,16 @@
 #include "support/Pictures.h"
 #include "support/ScriptedServer.h"
 #include "support/TimeSeam.h"
-#include "viewer/IntervalMenu.h"
-#include "viewer/TextStrip.h"
-#include "viewer/ToolBar.h"
-#include "viewer/ToolBarButton.h"
 #include "viewer/WebCam.h"
+#include "viewer/surface/IntervalMenu.h"
+#include "viewer/surface/ToolBar.h"
+#include "viewer/surface/ToolBarButton.h"
+#include "widgets/ElidedLabel.h"
 
 #include <QDesktopServices>
+#include <QPlainTextEdit>
+
+#include <cmath>
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -41,7 +44,7 @@ public:
     }
     ToolBarButton& button(int index) { return *part<ToolBar>("tbMain").button(index); }
     void press(int index) { QTest::mouseClick(&button(index), Qt::LeftButton, {}, QPoint(12, 14)); }
-    QString status() { return part<TextStrip>("lbl").Tag(); }
+    QString status() { return part<ElidedLabel>("lbl").Tag(); }
     Timer& timer(const char* name) { return timerOf(cam, name); }
     void fetch(const QString& url)
     {
@@ -217,7 +220,7 @@ private slots:
     void theStatusLineShowsOnlyWhenWanted()
     {
         ShownViewer v;
-        auto& lbl = v.part<TextStrip>("lbl");
+        auto& lbl = v.part<ElidedLabel>("lbl");
         v.server.play(pictureAnswer(encodedPicture({8, 8}, Qt::red)));
         v.fetch(v.server.url());
         QVERIFY(lbl.isVisible());
@@ -243,7 +246,7 @@ private slots:
         const QRectF zoomed = image.shownRegion();
         QVERIFY(zoomed != QRectF(0, 0, 1, 1));
         v.timer("tmrFalse").elapse();
-        QVERIFY(!v.part<TextStrip>("lbl").isVisible());
+        QVERIFY(!v.part<ElidedLabel>("lbl").isVisible());
         QCOMPARE(image.geometry(), place);
         QCOMPARE(image.shownRegion(), zoomed);
     }
@@ -438,7 +441,7 @@ private slots:
         ShownViewer v;
         v.cam.setUrl(url);
         v.moveOverImage(16);
-        auto& banner = v.part<TextStrip>("lblURl");
+        auto& banner = v.part<ElidedLabel>("lblURl");
         QVERIFY(banner.isVisible());
         QTEST(banner.Tag(), "text");
         QVERIFY(banner.alignment() & Qt::AlignHCenter);
@@ -449,18 +452,18 @@ private slots:
     {
         ShownViewer v;
         v.moveOverImage(17);
-        QVERIFY(!v.part<TextStrip>("lblURl").isVisible());
+        QVERIFY(!v.part<ElidedLabel>("lblURl").isVisible());
         v.moveOverImage(5, Qt::LeftButton);
-        QVERIFY(!v.part<TextStrip>("lblURl").isVisible());
+        QVERIFY(!v.part<ElidedLabel>("lblURl").isVisible());
         v.moveOverImage(16);
-        QVERIFY(v.part<TextStrip>("lblURl").isVisible());
+        QVERIFY(v.part<ElidedLabel>("lblURl").isVisible());
     }
 
     void theBannerHidesOnceThePointerLeaves()
     {
         ShownViewer v;
         v.cam.setUrl("one.example/");
-        auto& banner = v.part<TextStrip>("lblURl");
+        auto& banner = v.part<ElidedLabel>("lblURl");
         v.moveOverImage(5);
         QCursor::setPos(banner.mapToGlobal(banner.rect().center()));
         QTRY_VERIFY(banner.rect().contains(banner.mapFromGlobal(QCursor::pos())));
@@ -481,7 +484,7 @@ private slots:
     {
         ShownViewer v;
         v.moveOverImage(5);
-        QTest::mouseClick(&v.part<TextStrip>("lblURl"), Qt::LeftButton);
+        QTest::mouseClick(&v.part<ElidedLabel>("lblURl"), Qt::LeftButton);
         QCOMPARE(v.openedPages, QList<QUrl>{QUrl("http://localhost/pevora/")});
     }
 
@@ -626,7 +629,7 @@ private slots:
             QVERIFY(shown.pixelColor(outside).red() < 240 || shown.pixelColor(outside) == ground);
         QCOMPARE(shown.pixelColor(350, 250).red(), 254);
         v.moveOverImage(5);
-        QVERIFY(v.cam.rect().contains(v.part<TextStrip>("lblURl").geometry()));
+        QVERIFY(v.cam.rect().contains(v.part<ElidedLabel>("lblURl").geometry()));
         v.cam.setOriginalSize(false);
         QCOMPARE(image.geometry(), stretched);
     }

@@ -8,7 +8,9 @@
 #include "support/ScriptedServer.h"
 #include "support/ShownCamera.h"
 #include "support/TimeSeam.h"
-#include "viewer/ToolBar.h"
+#include "viewer/surface/ToolBar.h"
+
+#include <QFileDialog>
 
 namespace {
 

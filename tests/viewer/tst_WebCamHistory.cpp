@@ -9,10 +9,11 @@
 #include "support/ShownCamera.h"
 #include "support/Slower.h"
 #include "support/TimeSeam.h"
-#include "viewer/ToolBar.h"
-#include "viewer/ToolBarButton.h"
+#include "viewer/surface/ToolBar.h"
+#include "viewer/surface/ToolBarButton.h"
 
 #include <ctime>
+#include <functional>
 
 namespace {
 

@@ -4,6 +4,8 @@
 #include <QPainter>
 #include <QPolygonF>
 
+#include <algorithm>
+
 namespace {
 
 void paintPost(QPainter& painter, QPointF centre, double radius, double foot, const Light& light)

@@ -1,0 +1,23 @@
+#include "directory/SubmissionUrl.h"
+
+#include "cameras/CameraKey.h"
+#include "cameras/EnteredCamera.h"
+
+using namespace Qt::Literals::StringLiterals;
+
+QString EscapeQueryValue(const QString& value)
+{
+    // In this order: the "+" of a blank stays, and no "%" is escaped again.
+    QString escaped = value;
+    return escaped.replace(u' ', u'+').replace(u'&', "%26"_L1).replace(u'=', "%3D"_L1);
+}
+
+QString submissionUrl(const QString& base, const EnteredCamera& camera)
+{
+    QString url = base + "/pevora/?n="_L1 + EscapeQueryValue(camera.name) + "&a="_L1 +
+                  EscapeQueryValue(camera.url);
+    if (!camera.extraHeader.isEmpty())
+        url += HeaderMark;
+    return url + EscapeQueryValue(camera.extraHeader) + "&c="_L1 +
+           EscapeQueryValue(camera.category);
+}

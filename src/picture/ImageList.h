@@ -1,0 +1,42 @@
+#pragma once
+
+#include "picture/Still.h"
+
+#include <QSet>
+#include <QString>
+
+#include <vector>
+
+/// An ordered list of pictures, numbered from 1, each with an optional key that no other entry
+/// bears. Holds values only; nobody is told of changes.
+class ImageList
+{
+public:
+    int Count() const { return static_cast<int>(m_entries.size()); }
+
+    /// Appends at the end. False, and nothing is added, where another entry has `key` already;
+    /// an empty key is no key.
+    bool Add(const Still& picture, const QString& key = {});
+
+    /// Removes entry `n`; a number outside 1..Count is ignored.
+    void Remove(int n);
+
+    void Clear();
+
+    /// Picture and key of entry `n`; null and empty outside 1..Count.
+    Still Picture(int n) const;
+    QString Key(int n) const;
+
+private:
+    struct Entry
+    {
+        Still picture;
+        QString key;
+    };
+
+    bool holds(int n) const { return n >= 1 && n <= Count(); }
+    const Entry& at(int n) const { return m_entries[static_cast<std::size_t>(n) - 1]; }
+
+    std::vector<Entry> m_entries;
+    QSet<QString> m_keys;
+};

@@ -1,0 +1,50 @@
+#include "picture/SaveImage.h"
+
+#include "picture/EncodeBitmap.h"
+#include "picture/FlattenedOnWhite.h"
+#include "picture/GifWriter.h"
+#include "shared/ReplaceFile.h"
+
+#include <QBuffer>
+#include <QImageWriter>
+
+using namespace Qt::Literals::StringLiterals;
+
+namespace {
+
+constexpr int JpegQuality = 75;
+
+bool writeFile(const QString& fileName, const QByteArray& bytes)
+{
+    return !bytes.isEmpty() && replaceFile(fileName, bytes);
+}
+
+} // namespace
+
+QByteArray encodeJpeg(const QImage& image)
+{
+    const QImage opaque = flattenedOnWhite(image);
+    if (opaque.isNull())
+        return {};
+    QByteArray bytes;
+    QBuffer buffer(&bytes);
+    buffer.open(QIODevice::WriteOnly);
+    QImageWriter writer(&buffer, "jpeg");
+    writer.setQuality(JpegQuality);
+    return writer.write(opaque) ? bytes : QByteArray();
+}
+
+bool SaveImage(const QString& FileName, const Still& picture, const QString& TypeWord)
+{
+    const QImage image = picture.image();
+    return writeFile(FileName, TypeWord == "jpg"_L1 ? encodeJpeg(image) : encodeGif(image));
+}
+
+bool savePicture(const QString& fileName, const Still& picture)
+{
+    // Kept: "xjpg" is a JPEG and "x.jpeg" a bitmap. The last characters count, not the suffix.
+    const QString last = fileName.right(3).toLower();
+    if (last == "gif"_L1 || last == "jpg"_L1)
+        return SaveImage(fileName, picture, last);
+    return writeFile(fileName, encodeBitmap(picture.image()));
+}

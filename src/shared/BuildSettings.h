@@ -1,0 +1,24 @@
+#pragma once
+
+#include <QString>
+
+// What the build decides. The values stand in one generated source, so that another one rebuilds
+// that alone.
+
+/// The program's version, as "1.1".
+QString programVersion();
+
+/// Month and year of the build, as "November 2026"; SOURCE_DATE_EPOCH sets them.
+QString releaseMonth();
+
+/// Scheme and host of the camera directory's web site (PEVORA_DIRECTORY).
+QString directorySite();
+
+/// The online help (PEVORA_HELP_PAGE).
+QString helpPage();
+
+/// The page about extra request headers (PEVORA_HEADER_HELP_PAGE).
+QString headerHelpPage();
+
+/// The home page (PEVORA_HOME_PAGE).
+QString homePage();

@@ -1,0 +1,81 @@
+#include "shell/SecondaryWindows.h"
+
+#include "directory/DirectoryAddress.h"
+#include "directory/SubmissionUrl.h"
+#include "directory/frmInt.h"
+#include "shared/AppFolder.h"
+#include "shared/BuildSettings.h"
+#include "shell/frmWhat.h"
+#include "widgets/FileDialog.h"
+#include "widgets/Topmost.h"
+
+using namespace Qt::Literals::StringLiterals;
+
+SecondaryWindows::SecondaryWindows(QWidget* form, const QString& folder, int port)
+    : QObject(form)
+    , m_form(form)
+    , m_folder(folder)
+    , m_port(port)
+    , m_HTTP1(std::make_unique<HTTP>(this, port))
+{
+    m_HTTP1->setObjectName(u"HTTP1"_s);
+}
+
+SecondaryWindows::~SecondaryWindows()
+{
+    shutDown();
+}
+
+void SecondaryWindows::showInternetList(bool topmost)
+{
+    if (!m_frmInt) {
+        m_frmInt = new frmInt(m_folder, directory(), m_port);
+        m_frmInt->setWindowIcon(m_form->windowIcon());
+        connect(m_frmInt, &frmInt::Preview, this, &SecondaryWindows::Preview);
+        connect(m_frmInt, &frmInt::Import, this, &SecondaryWindows::Import);
+    }
+    setListTopmost(topmost);
+    m_frmInt->setWindowState(m_frmInt->windowState() & ~Qt::WindowMinimized);
+    m_frmInt->show();
+    m_frmInt->raise();
+    m_frmInt->activateWindow();
+}
+
+void SecondaryWindows::setListTopmost(bool topmost)
+{
+    if (m_frmInt)
+        setTopmost(*m_frmInt, topmost);
+}
+
+void SecondaryWindows::shutDown()
+{
+    delete m_frmInt.data();
+    m_HTTP1.reset();
+}
+
+void SecondaryWindows::askForList()
+{
+    auto* dialog = new FileDialog(QFileDialog::AcceptOpen,
+                                  u"Zipped Cam Lists (*.zip)|*.zip|All Files (*)|*|"_s, {}, m_form);
+    connect(dialog, &FileDialog::FileChosen, this, &SecondaryWindows::Import);
+    dialog->open();
+}
+
+void SecondaryWindows::showAbout(bool topmost)
+{
+    auto* what = new frmWhat(homePage(), m_form);
+    connect(what, &frmWhat::HomePageRequested, this, &SecondaryWindows::OpenWeb);
+    setTopmost(*what, topmost);
+    what->open();
+}
+
+void SecondaryWindows::submit(const EnteredCamera& camera)
+{
+    if (m_HTTP1)
+        m_HTTP1->Retrieve(submissionUrl(directory(), camera));
+}
+
+QString SecondaryWindows::directory() const
+{
+    return directoryAddress(pathInFolder(m_folder, u"pref.ini"_s));
+}

@@ -1,0 +1,254 @@
+#include "viewer/fetch/Fetch.h"
+
+#include "shared/AppFolder.h"
+
+#include <utility>
+
+using namespace Qt::Literals::StringLiterals;
+
+Fetch::Fetch(const QString& folder, Owner owner, QObject* parent)
+    : QObject(parent)
+    , m_owner(std::move(owner))
+    , m_folder(folder)
+    , m_client(TcpClient::FirstChunk::OnePacket, this)
+    , m_tmrOut(u"tmrOut"_s, IdleTimeoutMs, this)
+    , m_tmrFalse(u"tmrFalse"_s, HideStatusMs, this)
+{
+    m_client.setObjectName(u"sckMain"_s);
+    connect(&m_client, &TcpClient::Connected, this, &Fetch::connected);
+    connect(&m_client, &TcpClient::DataArrival, this, &Fetch::dataArrival);
+    connect(&m_client, &TcpClient::Closed, this, &Fetch::FinishFetch);
+    connect(&m_client, &TcpClient::Error, this,
+            [this](int, const QString& description) { socketError(description); });
+    connect(&m_tmrOut, &Timer::Tick, this, &Fetch::FinishFetch);
+    connect(&m_tmrFalse, &Timer::Tick, this, [this] {
+        m_tmrFalse.setEnabled(false);
+        if (!m_busy)
+            emit HideStatus();
+    });
+}
+
+void Fetch::setUrl(const QString& url, const QString& camera)
+{
+    m_url = url;
+    m_urlCamera = camera;
+}
+
+void Fetch::setUrl(const QString& url)
+{
+    if (url != m_url)
+        setUrl(url, {});
+}
+
+void Fetch::Refresh(const QString& url)
+{
+    if (!url.isEmpty())
+        setUrl(url);
+    ++m_run;
+    m_camera = m_urlCamera.isEmpty() ? m_url : m_urlCamera;
+    m_target = fetchTargetOf(m_camera);
+    m_busy = true;
+    m_answer.reset();
+    m_tmrOut.setEnabled(false);
+    emit Started();
+    emit StatusText("  Connecting to "_L1 + m_target.hostPart);
+
+    m_client.Close();
+    m_client.setSecure(m_target.secure);
+    m_client.setRemoteHost(m_target.host);
+    QString problem;
+    if (!m_client.setRemotePort(portNumber(m_target.port)))
+        problem = u"The port must be a number from 1 to 65535."_s;
+    else if (!m_client.Connect())
+        problem = u"The address names no host."_s;
+    if (problem.isEmpty())
+        return;
+    m_busy = false;
+    emit StatusText("  "_L1 + problem);
+    m_tmrFalse.setEnabled(true);
+    emit Ended(false);
+}
+
+void Fetch::Stop()
+{
+    const auto run = ++m_run;
+    m_tempFile.close();
+    m_client.Close();
+    emit StatusText(u"  Stopped"_s);
+    emit Done();
+    if (run != m_run)
+        return; // a handler has started the next fetch
+    m_busy = false;
+    m_tmrOut.setEnabled(false);
+    m_tmrFalse.setEnabled(true);
+    emit Stopped();
+}
+
+void Fetch::forget()
+{
+    m_previousBody.clear();
+    m_answer.setLastModified({});
+}
+
+void Fetch::shutDown()
+{
+    ++m_run;
+    m_client.Close();
+    m_tempFile.close();
+    m_tmrOut.setEnabled(false);
+    m_tmrFalse.setEnabled(false);
+    m_busy = false;
+}
+
+void Fetch::connected()
+{
+    emit StatusText(u"  Connected!"_s);
+    m_answer.setLastModified(m_owner.lastModifiedOf(address()));
+    m_client.SendData(buildRequest("GET "_L1 + m_target.requestPath, m_client.RemoteHost(),
+                                   m_newOnly ? m_answer.LastModified() : QString(),
+                                   m_target.extraHeader));
+    openTempFile();
+    m_answer.emptyBody();
+}
+
+/// A file that cannot be written costs only the file: the picture is decoded from memory.
+void Fetch::openTempFile()
+{
+    m_tempFile.close();
+    m_tempFile.setFileName(
+        pathInFolder(m_folder, "tt."_L1 + imageExtensionOf(m_target.requestPath)));
+    m_tempFile.remove();
+    // NewOnly: never through whatever another program may have put in its place meanwhile.
+    (void)m_tempFile.open(QIODevice::WriteOnly | QIODevice::NewOnly);
+}
+
+void Fetch::dataArrival()
+{
+    const QByteArray chunk = m_client.GetData();
+    m_tmrOut.restart();
+    emit ChunkReceived(chunk);
+
+    const auto verdict = m_answer.take(chunk, m_camera);
+    switch (verdict) {
+    case FetchAnswer::Verdict::Redirect:
+        redirect();
+        return;
+    case FetchAnswer::Verdict::NotModified:
+        m_owner.notModified();
+        refuse(u"Not a new image"_s, u"  Not a new image: Process stopped."_s);
+        return;
+    case FetchAnswer::Verdict::NotFound:
+        refuse(u"File not found"_s, u"  Error: File not found."_s);
+        return;
+    case FetchAnswer::Verdict::TooLong:
+        refuseBody();
+        return;
+    case FetchAnswer::Verdict::Receiving:
+    case FetchAnswer::Verdict::Complete:
+        break;
+    }
+    if (m_tempFile.isOpen())
+        m_tempFile.write(m_answer.lastBodyPart());
+    emit StatusText(m_answer.progressText());
+    if (verdict == FetchAnswer::Verdict::Complete)
+        FinishFetch();
+}
+
+/// The next fetch starts from the event loop, so that Stop gets in between two redirects.
+void Fetch::redirect()
+{
+    m_tmrOut.setEnabled(false);
+    m_client.Close();
+    setUrl(m_answer.redirectUrl());
+    const auto run = m_run;
+    emit UrlChanged();
+    QMetaObject::invokeMethod(
+        this,
+        [this, run] {
+            if (run == m_run)
+                Refresh();
+        },
+        Qt::QueuedConnection);
+}
+
+void Fetch::refuse(const QString& error, const QString& status)
+{
+    const auto run = m_run;
+    // First of all: a handler of Error may let events go on, and the answer's body is none.
+    end();
+    emit Error(error);
+    if (run != m_run)
+        return; // a handler has started or stopped a fetch: this one is gone
+    emit StatusText(status);
+    m_busy = false;
+    m_tmrFalse.setEnabled(true);
+    emit Ended(false);
+}
+
+/// Kept: Busy stays as it was, so that the error stays on the status line.
+void Fetch::socketError(const QString& description)
+{
+    end();
+    emit StatusText("  "_L1 + description);
+    m_tmrFalse.setEnabled(true);
+    const auto run = m_run;
+    emit Error(description);
+    if (run == m_run)
+        emit Ended(false);
+}
+
+void Fetch::end()
+{
+    m_tmrOut.setEnabled(false);
+    m_tempFile.close();
+    m_client.Close();
+}
+
+void Fetch::FinishFetch()
+{
+    const auto run = m_run;
+    end();
+    emit StatusText(m_answer.completeText());
+
+    // What was set aside for the announced length would stay with the image in the history.
+    const QByteArray body = m_answer.takeBody();
+    if (m_newOnly && body == m_previousBody) {
+        m_busy = false;
+        m_tmrFalse.setEnabled(true);
+        emit Done();
+        if (run != m_run)
+            return;
+        // Kept: these capitals tell this test from the server's "Not a new image".
+        emit StatusText(u"  Not a New Image: Process Stopped."_s);
+        emit Ended(true);
+        return;
+    }
+    // Before it is announced: a handler may want it forgotten.
+    const QByteArray previous = std::exchange(m_previousBody, body);
+    if (!m_owner.accept(body)) {
+        m_previousBody = previous;
+        if (run == m_run)
+            refuseBody();
+        return;
+    }
+    m_owner.accepted();
+    if (run != m_run)
+        return;
+    m_busy = false;
+    m_tmrFalse.setEnabled(true);
+    emit Done();
+    if (run == m_run)
+        emit Ended(true);
+}
+
+void Fetch::refuseBody()
+{
+    const auto run = m_run;
+    end();
+    m_busy = false;
+    m_tmrFalse.setEnabled(true);
+    emit StatusText(u"  Error: Not a picture."_s);
+    emit Error(u"Not a picture"_s);
+    if (run == m_run)
+        emit Ended(true);
+}

@@ -1,0 +1,123 @@
+#pragma once
+
+#include "network/TcpClient.h"
+#include "shared/Timer.h"
+#include "viewer/fetch/FetchProtocol.h"
+
+#include <QFile>
+#include <QObject>
+#include <QString>
+
+#include <functional>
+
+/// Fetches one camera image at a time: from an address to a body that its owner accepts as a
+/// picture. Owns the socket (`sckMain`), the idle time-out (`tmrOut`), the timer that hides the
+/// status line afterwards (`tmrFalse`) and the temporary file. Knows no window.
+///
+/// Everything happens in socket and timer events; Refresh() returns at once. A new Refresh() in
+/// any state abandons the fetch under way.
+class Fetch : public QObject
+{
+    Q_OBJECT
+
+public:
+    static constexpr int IdleTimeoutMs = 10'000;
+    static constexpr int HideStatusMs = 1'000;
+
+    /// What a finished body turned out to be, in the order in which the fetch needs to know.
+    struct Owner
+    {
+        /// The Last-Modified text of the newest image of `address` (see address()), or empty.
+        std::function<QString(const QString& address)> lastModifiedOf;
+        /// Shows `body` and keeps it in the history; false (and nothing changed) where it is no
+        /// picture.
+        std::function<bool(const QByteArray& body)> accept;
+        /// The accepted picture has been announced: mirror it in the strip.
+        std::function<void()> accepted;
+        /// The server has nothing newer than the image that lastModifiedOf() knew.
+        std::function<void()> notModified;
+    };
+
+    /// `folder` is the folder of the temporary file, the application folder.
+    Fetch(const QString& folder, Owner owner, QObject* parent);
+
+    /// The camera key as given, without "http://". Setting it fetches nothing.
+    QString Url() const { return m_url; }
+    void setUrl(const QString& url);
+    /// As above; as long as Url is unchanged, Refresh() fetches `camera`, the whole camera key that
+    /// `url` (host and path alone) was fetched by. An empty one stands for `url` itself.
+    void setUrl(const QString& url, const QString& camera);
+
+    /// Ask for new images only, and refuse a body that equals the last accepted one.
+    bool NewOnly() const { return m_newOnly; }
+    void setNewOnly(bool on) { m_newOnly = on; }
+
+    /// Starts a fetch of `url` (a camera key without "http://"), or of the stored Url where it
+    /// is empty. An address that cannot be fetched ends in a status text alone.
+    void Refresh(const QString& url = {});
+
+    /// Ends the fetch under way; also without one: "  Stopped", Done, and Stopped.
+    void Stop();
+
+    /// True from Refresh() until the fetch ends; kept: also after a socket error.
+    bool Busy() const { return m_busy; }
+
+    /// The camera key of the image being fetched.
+    QString camera() const { return m_camera; }
+    /// Address of the image being fetched: the first field of its history key.
+    QString address() const { return m_target.address(); }
+    /// The Last-Modified text of the answer just read; the second field of its history key.
+    QString LastModified() const { return m_answer.LastModified(); }
+
+    /// Forgets the last image: whatever comes next is new, and has no date of an older answer.
+    void forget();
+
+    /// Ends everything without a word, for the end of the program.
+    void shutDown();
+
+signals:
+    /// A fetch begins: the status line may be shown, the debug box empties.
+    void Started();
+    /// A new text for the status line.
+    void StatusText(const QString& text);
+    /// The status line has been up for its second after the end.
+    void HideStatus();
+    void ChunkReceived(const QByteArray& chunk);
+    /// A redirect has replaced Url.
+    void UrlChanged();
+    void Error(const QString& message);
+    void Done();
+    /// The fetch is over, after all its other signals. `gotBody`: the server sent one, be it a
+    /// new image, an old one or no picture at all. Not emitted for Stop().
+    void Ended(bool gotBody);
+    /// The user has stopped it, and no handler of Done has started another.
+    void Stopped();
+
+private:
+    void connected();
+    void dataArrival();
+    void socketError(const QString& description);
+    void refuse(const QString& error, const QString& status);
+    void redirect();
+    void FinishFetch();
+    void refuseBody();
+    void openTempFile();
+    void end();
+
+    Owner m_owner;
+    QString m_folder;
+    QString m_url;
+    /// What m_url stands for; empty where that is m_url itself.
+    QString m_urlCamera;
+    QString m_camera;
+    FetchTarget m_target;
+    FetchAnswer m_answer;
+    TcpClient m_client;
+    Timer m_tmrOut;
+    Timer m_tmrFalse;
+    QFile m_tempFile;
+    QByteArray m_previousBody;
+    quint64 m_run = 0;
+    bool m_newOnly = true;
+    bool m_busy = false;
+};

@@ -1,0 +1,87 @@
+#pragma once
+
+#include "picture/ImageList.h"
+#include "shared/Clock.h"
+
+#include <QObject>
+#include <QStringList>
+
+#include <optional>
+
+/// The images of this run, fetched, opened from files or loaded from a movie, and which of them
+/// is on show. Holds values and numbers only; shows nothing.
+///
+/// Each image that joins a list of 45 or more drives out the oldest one; a movie alone may bring
+/// more. The first field of an entry's key, up to the first field separator, is the address that
+/// the image came from:
+/// - fetched: address (FetchTarget::address()), separator, Last-Modified text, separator, and
+///   random digits that only make the key unique;
+/// - opened from a file: separator and such digits, so that the address is empty;
+/// - frame of a movie: no key.
+class History : public QObject
+{
+    Q_OBJECT
+
+public:
+    static constexpr int MaxImages = 45;
+
+    explicit History(QObject* parent = nullptr);
+
+    /// The entries, in the order in which they came.
+    const ImageList& ilHis() const { return m_ilHis; }
+    int Count() const { return m_ilHis.Count(); }
+
+    /// Number of the entry on show; 0 or out of range when none is.
+    int CurrentImage() const { return m_currentImage; }
+    void setCurrentImage(int n) { m_currentImage = n; }
+
+    /// Keeps a fetched picture as the newest entry, which is then the current one. A full list
+    /// gives up its oldest entry first and says so. `camera` is the camera key to fetch it anew.
+    void Append(const Still& picture, const QString& address, const QString& lastModified,
+                const QString& camera = {});
+    /// The same for a picture opened from a file. Kept: no word of the entry given up; the strip
+    /// is rebuilt whenever it is shown.
+    void AppendFile(const Still& picture);
+    /// Keeps the next frame of a movie. There may be any number; the current entry stays.
+    void AppendFrame(const Still& picture);
+
+    /// Removes the current entry; false where CurrentImage names none. CurrentImage stays.
+    bool removeCurrent();
+    /// Removes all entries. CurrentImage stays.
+    void Clear();
+
+    /// Makes the entry before or after the current one the current one, the newest following on
+    /// the oldest; gives its number, 0 where there are none. From above Count both lead to Count.
+    int back();
+    int forward();
+
+    /// The address that entry `n` came from, empty for a file; nothing for a frame of a movie or a
+    /// number outside 1..Count.
+    std::optional<QString> addressOf(int n) const;
+    /// The camera key that entry `n` was fetched by; empty where it was not fetched.
+    QString cameraOf(int n) const;
+
+    /// The number of the newest entry of `address`; 0 where there is none.
+    int newestOf(const QString& address) const;
+    /// The Last-Modified text of the newest entry of `address`; empty where there is none.
+    QString lastModifiedOf(const QString& address) const;
+
+    /// The random tails of keys are drawn by `clock`.
+    void setClock(const Clock& clock) { m_clock = clock; }
+
+signals:
+    /// Entry 1 has been removed to make room for a fetched picture.
+    void OldestRemoved();
+
+private:
+    bool makeRoom();
+    void remove(int n);
+    template<typename MakeKey>
+    void add(const Still& picture, const QString& camera, MakeKey makeKey);
+
+    ImageList m_ilHis;
+    /// The camera key of each entry.
+    QStringList m_cameras;
+    Clock m_clock = systemClock;
+    int m_currentImage = 0;
+};

@@ -1,0 +1,194 @@
+#include "viewer/history/HistoryView.h"
+
+#include "display/ImageView.h"
+#include "display/ThumbView.h"
+#include "viewer/history/History.h"
+#include "viewer/surface/ToolBar.h"
+
+#include <QApplication>
+#include <QLabel>
+
+#include <algorithm>
+
+using namespace Qt::Literals::StringLiterals;
+
+HistoryView::HistoryView(History& history, const Parts& parts, QObject* parent)
+    : QObject(parent)
+    , m_history(history)
+    , m_parts(parts)
+{
+    connect(&m_history, &History::OldestRemoved, this, [this] { m_parts.tvMain.RemImage(1); });
+    connect(&m_parts.tvMain, &ThumbView::Click, this, &HistoryView::chooseThumbnail);
+}
+
+void HistoryView::ShowEntry(int n)
+{
+    if (n < 1 || n > m_history.Count())
+        return;
+    showPicture(n);
+    announce(n);
+    showCaption(n);
+}
+
+void HistoryView::showWithoutAnnouncing(int n)
+{
+    if (n < 1 || n > m_history.Count())
+        return;
+    m_history.setCurrentImage(n);
+    showPicture(n);
+    showCaption(n);
+}
+
+void HistoryView::updateCaption()
+{
+    showCaption(m_history.CurrentImage());
+}
+
+void HistoryView::showPicture(int n)
+{
+    m_parts.imgMain.setPicture(m_history.ilHis().Picture(n));
+}
+
+/// An opened file's address is empty, and is announced so; a movie's frame has none.
+void HistoryView::announce(int n)
+{
+    if (const auto address = m_history.addressOf(n))
+        emit AddressShown(*address, m_history.cameraOf(n));
+}
+
+/// An owner that was told of the address may have emptied the history since.
+void HistoryView::showCaption(int n)
+{
+    if (n <= m_history.Count())
+        m_parts.lblPic.setText("Image "_L1 + QString::number(n));
+}
+
+void HistoryView::showNothing()
+{
+    m_parts.lblPic.setText(u"Image N/A"_s);
+}
+
+void HistoryView::mirrorNewest()
+{
+    const Still newest = m_parts.imgMain.Picture();
+    if (!newest.isNull())
+        m_parts.tvMain.AddImage(newest);
+    // The strip is not told of deletions: what it has too many of goes here.
+    while (m_parts.tvMain.ThumbCount() > std::max(m_history.Count(), History::MaxImages))
+        m_parts.tvMain.RemImage(1);
+}
+
+void HistoryView::Back()
+{
+    ShowEntry(m_history.back());
+}
+
+void HistoryView::Forward()
+{
+    ShowEntry(m_history.forward());
+}
+
+void HistoryView::DeleteCurrent()
+{
+    if (m_history.Count() == 0)
+        return;
+    if (m_history.removeCurrent())
+        m_parts.imgMain.setPicture({});
+    if (m_history.CurrentImage() > m_history.Count())
+        m_history.setCurrentImage(m_history.CurrentImage() - 1);
+    if (m_history.CurrentImage() > 0)
+        ShowEntry(m_history.CurrentImage());
+    else
+        showNothing();
+}
+
+void HistoryView::DeleteCurrentOnly()
+{
+    if (m_history.Count() == 0)
+        return;
+    if (m_history.removeCurrent())
+        m_parts.imgMain.setPicture({});
+    showNothing();
+}
+
+void HistoryView::DeleteAll()
+{
+    emptyHistory();
+    m_parts.tvMain.Clear();
+    showNothing();
+}
+
+void HistoryView::emptyHistory()
+{
+    m_history.Clear();
+    m_parts.imgMain.setPicture({});
+}
+
+void HistoryView::ToggleView()
+{
+    const bool toStrip = m_parts.tvMain.isHidden();
+    showStrip(toStrip);
+    if (!toStrip) {
+        m_parts.tbMain.setButtonsEnabled(true);
+        return;
+    }
+    m_parts.tvMain.ShowImages(m_history.ilHis());
+    m_parts.tvMain.makeCurrent(m_history.CurrentImage());
+    m_parts.tbMain.setButtonsEnabled(
+        false, {ToolBar::Stop, ToolBar::Refresh, ToolBar::Timer, ToolBar::ToggleView});
+}
+
+void HistoryView::leaveStrip()
+{
+    if (!m_parts.tvMain.isHidden())
+        ToggleView();
+}
+
+/// The keyboard's place goes along: the viewer itself is the picture's.
+void HistoryView::showStrip(bool on)
+{
+    ThumbView& strip = m_parts.tvMain;
+    QWidget* viewer = strip.parentWidget();
+    const auto* focus = QApplication::focusWidget();
+    const bool stripHasFocus = focus && strip.isAncestorOf(focus);
+    const bool viewerHasFocus = viewer->hasFocus();
+    strip.setVisible(on);
+    m_parts.imgMain.setVisible(!on);
+    viewer->update();
+    if (on && viewerHasFocus)
+        strip.setFocus(Qt::OtherFocusReason);
+    else if (!on && stripHasFocus)
+        viewer->setFocus(Qt::OtherFocusReason);
+}
+
+void HistoryView::announceCurrent()
+{
+    announce(m_history.CurrentImage());
+}
+
+void HistoryView::chooseThumbnail(int n)
+{
+    if (n < 1 || n > m_history.Count())
+        return;
+    m_history.setCurrentImage(n);
+    ShowEntry(n);
+    showStrip(false);
+    m_parts.tbMain.setButtonsEnabled(true);
+}
+
+void HistoryView::showNewestOf(const QString& address)
+{
+    const int n = m_history.newestOf(address);
+    if (n > 0 && !isOnShow(address))
+        showWithoutAnnouncing(n);
+}
+
+bool HistoryView::isOnShow(const QString& address) const
+{
+    const Still shown = m_parts.imgMain.Picture();
+    for (int n = m_history.Count(); n >= 1; --n) {
+        if (m_history.addressOf(n) == address && m_history.ilHis().Picture(n).isSameAs(shown))
+            return true;
+    }
+    return false;
+}

@@ -1,0 +1,52 @@
+#pragma once
+
+#include <QObject>
+#include <QString>
+
+class History;
+class HistoryView;
+class ToolBar;
+class JobQueue;
+
+/// The history from and into movie files: starts the works that read and write them, and takes
+/// over what they bring.
+class MovieCommands : public QObject
+{
+    Q_OBJECT
+
+public:
+    struct Parts
+    {
+        History& history;
+        HistoryView& historyView;
+        ToolBar& tbMain;
+        JobQueue& queue;
+    };
+
+    /// Owned by `viewer`, whose window the progress window goes with. `folder` is the application
+    /// folder, for temporary files.
+    MovieCommands(const Parts& parts, const QString& folder, QWidget* viewer);
+
+    /// Replaces the history by the frames of a movie file, as soon as no other long work runs. A
+    /// message box tells of a file that is no movie; the frames before the fault then stay.
+    /// Neither the strip nor Url changes.
+    void LoadMovie(const QString& FileName);
+
+    /// The same with all buttons of the toolbar disabled from now to the end.
+    void openMovie(const QString& path);
+
+    /// Writes the history to a movie file, as soon as no other long work runs. Where that fails,
+    /// an old file stays as it was, and the status says "  Error: Not saved.".
+    void SaveMovie(const QString& FileName);
+
+signals:
+    /// A line for the status line.
+    void StatusText(const QString& text);
+
+private:
+    void load(const QString& path, bool lockToolBar);
+
+    Parts m_parts;
+    QString m_folder;
+    QWidget* m_viewer;
+};

@@ -1,0 +1,123 @@
+#include "viewer/surface/IntervalMenu.h"
+
+#include <QActionGroup>
+#include <QInputDialog>
+#include <QLineEdit>
+#include <QMessageBox>
+#include <QRegularExpression>
+
+#include <cmath>
+#include <limits>
+
+using namespace Qt::Literals::StringLiterals;
+
+namespace {
+
+struct Row
+{
+    int index;
+    const char* caption;
+};
+
+/// Kept: "sec" and "secs" here, "sec(s)" for the custom interval.
+constexpr Row Rows[] = {
+    {1, "1 sec"},    {5, "5 secs"},   {10, "10 secs"}, {15, "15 secs"},
+    {30, "30 secs"}, {45, "45 secs"}, {60, "60 secs"}, {IntervalMenu::CustomIndex, "Custom"}};
+constexpr int CheckedAtStart = 30;
+
+} // namespace
+
+TypedInterval readInterval(const QString& text)
+{
+    static const QRegularExpression number(uR"(^\s*[+-]?(\d+\.?\d*|\.\d+)([eE][+-]?\d+)?\s*$)"_s);
+    if (!number.match(text).hasMatch())
+        return {};
+    const double value = std::nearbyint(text.trimmed().toDouble());
+    using Bounds = std::numeric_limits<qint16>;
+    if (!(value >= Bounds::min() && value <= Bounds::max()))
+        return {true, {}};
+    return {true, static_cast<int>(value)};
+}
+
+IntervalMenu::IntervalMenu(QWidget* parent)
+    : QMenu(parent)
+{
+    setObjectName(u"mnuTmr"_s);
+    auto* group = new QActionGroup(this);
+    for (const Row& row : Rows) {
+        auto* one = addAction(QString::fromLatin1(row.caption));
+        one->setObjectName(u"mnuTmrSel(%1)"_s.arg(row.index));
+        one->setData(row.index);
+        one->setCheckable(true);
+        one->setChecked(row.index == CheckedAtStart);
+        group->addAction(one);
+        m_items.append(one);
+        connect(one, &QAction::triggered, this, [this, index = row.index] { choose(index); });
+    }
+    addSeparator();
+    m_keep = addAction(u"Keep Refreshing"_s);
+    m_keep->setObjectName(u"mnuTmrKeep"_s);
+    m_keep->setCheckable(true);
+    m_keep->setToolTip(u"Go on refreshing after errors and refused answers"_s);
+    connect(m_keep, &QAction::triggered, this, &IntervalMenu::KeepRefreshingChosen);
+}
+
+bool IntervalMenu::KeepRefreshing() const
+{
+    return m_keep->isChecked();
+}
+
+void IntervalMenu::setKeepRefreshing(bool on)
+{
+    m_keep->setChecked(on);
+}
+
+QAction* IntervalMenu::item(int index) const
+{
+    for (auto* one : m_items) {
+        if (one->data().toInt() == index)
+            return one;
+    }
+    return nullptr;
+}
+
+void IntervalMenu::choose(int index)
+{
+    item(index)->setChecked(true);
+    if (index == CustomIndex) {
+        askForInterval();
+        return;
+    }
+    item(CustomIndex)->setText(u"Custom"_s);
+    emit IntervalChosen(index);
+}
+
+void IntervalMenu::askForInterval()
+{
+    auto* dialog = new QInputDialog(parentWidget());
+    dialog->setAttribute(Qt::WA_DeleteOnClose);
+    dialog->setWindowTitle(u"Custom Refresh"_s);
+    dialog->setLabelText(u"Enter a Refresh rate in seconds."_s);
+    dialog->setTextValue(u"60"_s);
+    connect(dialog, &QInputDialog::textValueSelected, this, &IntervalMenu::customAnswer);
+    dialog->open();
+}
+
+void IntervalMenu::customAnswer(const QString& answer)
+{
+    if (answer.isEmpty())
+        return;
+    const auto [isNumber, seconds] = readInterval(answer);
+    if (!seconds) {
+        auto* box = new QMessageBox(parentWidget());
+        box->setAttribute(Qt::WA_DeleteOnClose);
+        box->setWindowTitle(u"Error"_s);
+        box->setIcon(isNumber ? QMessageBox::Critical : QMessageBox::Information);
+        box->setText(isNumber ? u"Number is too large, please choose a small number."_s
+                              : u"Must be a number!"_s);
+        box->open();
+        return;
+    }
+    item(CustomIndex)->setText(QString::number(*seconds) + " sec(s)"_L1);
+    emit IntervalChosen(*seconds);
+}

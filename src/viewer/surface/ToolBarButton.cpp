@@ -1,0 +1,96 @@
+#include "viewer/surface/ToolBarButton.h"
+
+#include <QKeyEvent>
+#include <QMouseEvent>
+#include <QStyleOptionToolButton>
+#include <QStylePainter>
+
+ToolBarButton::ToolBarButton(bool hasArrow, QWidget* parent)
+    : QToolButton(parent)
+    , m_hasArrow(hasArrow)
+{
+    setAutoRaise(true);
+    setIconSize({IconPx, IconPx});
+    setFixedSize(sizeHint());
+    setMouseTracking(hasArrow);
+    setFocusPolicy(Qt::TabFocus);
+}
+
+QSize ToolBarButton::sizeHint() const
+{
+    return {FaceWidthPx + (m_hasArrow ? ArrowWidthPx : 0), HeightPx};
+}
+
+QRect ToolBarButton::faceRect() const
+{
+    return rect().adjusted(0, 0, m_hasArrow ? -ArrowWidthPx : 0, 0);
+}
+
+QRect ToolBarButton::arrowRect() const
+{
+    return m_hasArrow ? rect().adjusted(FaceWidthPx, 0, 0, 0) : QRect();
+}
+
+/// Face and arrow are drawn as two parts, so that their widths do not depend on the style.
+void ToolBarButton::paintEvent(QPaintEvent*)
+{
+    QStylePainter painter(this);
+    QStyleOptionToolButton option;
+    initStyleOption(&option);
+    option.rect = faceRect();
+    painter.drawComplexControl(QStyle::CC_ToolButton, option);
+    if (!m_hasArrow)
+        return;
+
+    QStyleOptionToolButton part = option;
+    part.rect = arrowRect();
+    part.icon = {};
+    part.state &= ~(QStyle::State_On | QStyle::State_HasFocus);
+    if (!m_arrowHovered)
+        part.state &= ~(QStyle::State_MouseOver | QStyle::State_Sunken | QStyle::State_Raised);
+    painter.drawComplexControl(QStyle::CC_ToolButton, part);
+
+    QStyleOption arrow = option;
+    constexpr int arrowSize = 8;
+    arrow.rect = QRect(0, 0, arrowSize, arrowSize);
+    arrow.rect.moveCenter(arrowRect().center());
+    painter.drawPrimitive(QStyle::PE_IndicatorArrowDown, arrow);
+}
+
+void ToolBarButton::mousePressEvent(QMouseEvent* event)
+{
+    if (event->button() == Qt::LeftButton && arrowRect().contains(event->position().toPoint())) {
+        emit DropDown();
+        return;
+    }
+    QToolButton::mousePressEvent(event);
+}
+
+void ToolBarButton::mouseMoveEvent(QMouseEvent* event)
+{
+    setArrowHovered(arrowRect().contains(event->position().toPoint()));
+    QToolButton::mouseMoveEvent(event);
+}
+
+void ToolBarButton::leaveEvent(QEvent* event)
+{
+    setArrowHovered(false);
+    QToolButton::leaveEvent(event);
+}
+
+void ToolBarButton::setArrowHovered(bool hovered)
+{
+    if (m_arrowHovered == hovered)
+        return;
+    m_arrowHovered = hovered;
+    update();
+}
+
+void ToolBarButton::keyPressEvent(QKeyEvent* event)
+{
+    if (m_hasArrow && (event->key() == Qt::Key_Down || event->key() == Qt::Key_F4)) {
+        emit DropDown();
+        return;
+    }
+    QToolButton::keyPressEvent(event);
+}

@@ -1,0 +1,206 @@
+#include "viewer/surface/ViewerSurface.h"
+
+#include "display/ImageView.h"
+#include "display/ThumbView.h"
+#include "viewer/surface/DebugBox.h"
+#include "viewer/surface/IntervalMenu.h"
+#include "viewer/surface/ToolBar.h"
+#include "viewer/surface/UrlBanner.h"
+#include "viewer/surface/ViewerLayout.h"
+#include "widgets/ElidedLabel.h"
+#include "widgets/OpenAddress.h"
+#include "widgets/Twips.h"
+
+#include <QContextMenuEvent>
+#include <QKeyEvent>
+#include <QLabel>
+#include <QPainter>
+
+using namespace Qt::Literals::StringLiterals;
+
+namespace {
+
+constexpr int PanStepTwips = 100;
+constexpr int StatusPaddingPx = 6;
+/// Under the timer button, whose place is computed, not read.
+constexpr int TimerMenuLeftTwips = TwipsPerPixel * 17 * 10 + 120;
+
+} // namespace
+
+ViewerSurface::ViewerSurface(QWidget* parent)
+    : QWidget(parent)
+    , m_imageArea(new QWidget(this))
+    , m_imgMain(new ImageView(m_imageArea))
+    , m_tvMain(new ThumbView(this))
+    , m_txtDebug(new DebugBox(this))
+    , m_lblURl(new UrlBanner([this] { return Url(); }, this))
+    , m_tbMain(new ToolBar(this))
+    , m_lbl(new ElidedLabel(this))
+    , m_lblPic(new QLabel(this))
+    , m_mnuTmr(new IntervalMenu(this))
+{
+    setFocusPolicy(Qt::StrongFocus);
+    m_imgMain->setObjectName(u"imgMain"_s);
+    m_tvMain->setObjectName(u"tvMain"_s);
+    m_tvMain->hide();
+    m_tbMain->setObjectName(u"tbMain"_s);
+    m_lbl->setObjectName(u"lbl"_s);
+    m_lblPic->setObjectName(u"lblPic"_s);
+    m_lblPic->setTextFormat(Qt::PlainText);
+    m_lblPic->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
+    m_lblPic->installEventFilter(this);
+
+    connect(m_imgMain, &ImageView::PictureLoad, this, &ViewerSurface::layOut);
+    connect(m_imgMain, &ImageView::MouseMove, this,
+            [this](int button, int, int, int y) { m_lblURl->mouseMovedOverImage(button, y); });
+    connect(m_lblURl, &UrlBanner::OpenRequested, this, &ViewerSurface::OpenWeb);
+    connect(m_tbMain, &ToolBar::ButtonDropDown, this, [this](int index) {
+        if (index == ToolBar::Timer)
+            m_mnuTmr->popup(
+                mapToGlobal(QPoint(pixelsFromTwips(TimerMenuLeftTwips), m_tbMain->height())));
+    });
+}
+
+void ViewerSurface::OpenWeb(const QString& address)
+{
+    openAddress(address);
+}
+
+void ViewerSurface::setShowToolBar(bool on)
+{
+    m_showToolBar = on;
+    m_tbMain->setVisible(on);
+    layOut();
+}
+
+bool ViewerSurface::OriginalSize() const
+{
+    return m_imgMain->OriginalSize();
+}
+
+void ViewerSurface::setOriginalSize(bool on)
+{
+    m_imgMain->setOriginalSize(on);
+    layOut();
+}
+
+void ViewerSurface::layOut()
+{
+    const int textHeight = fontMetrics().height() + StatusPaddingPx;
+    const ViewerLayout layout = layOutViewer({
+        .control = size(),
+        .toolBarVisible = m_showToolBar,
+        .toolBarHeight = ToolBar::HeightPx,
+        .statusHeight = textHeight,
+        .captionWidth = fontMetrics().horizontalAdvance(u"Image 32767  "_s),
+        .bannerHeight = textHeight,
+        .debugVisible = !m_txtDebug->isHidden(),
+        .originalSize = OriginalSize(),
+        .picture = m_imgMain->Picture().size(),
+    });
+    // A new picture mostly finds its place as it was: then nothing but the picture is painted.
+    if (m_frame != layout.frame || m_imageArea->geometry() != layout.imageArea)
+        update();
+    m_frame = layout.frame;
+    m_tbMain->setGeometry(layout.toolBar);
+    m_imageArea->setGeometry(layout.imageArea);
+    m_imgMain->setGeometry(layout.image.translated(-layout.imageArea.topLeft()));
+    m_tvMain->setGeometry(layout.imageArea);
+    m_lblURl->setGeometry(layout.banner);
+    m_txtDebug->setGeometry(layout.debugBox);
+    m_lbl->setGeometry(layout.statusLine);
+    m_lblPic->setGeometry(layout.caption);
+    m_imageTwips = m_imgMain->pos() * TwipsPerPixel;
+}
+
+void ViewerSurface::panImage(int leftTwips, int topTwips)
+{
+    m_imageTwips += QPoint(leftTwips, topTwips);
+    m_imgMain->move(pixelsFromTwips(m_imageTwips.x()), pixelsFromTwips(m_imageTwips.y()));
+}
+
+void ViewerSurface::resizeEvent(QResizeEvent*)
+{
+    layOut();
+}
+
+void ViewerSurface::changeEvent(QEvent* event)
+{
+    QWidget::changeEvent(event);
+    if (event->type() == QEvent::FontChange)
+        layOut();
+}
+
+void ViewerSurface::paintEvent(QPaintEvent*)
+{
+    QPainter painter(this);
+    if (m_showsFocus) {
+        painter.setPen(palette().color(QPalette::Highlight));
+        painter.drawRect(m_imageArea->geometry().adjusted(-2, -2, 1, 1));
+    }
+    if (!m_imgMain->isVisible())
+        return;
+    // The frame of a picture larger than its room ends with the room.
+    painter.setClipRect(m_imageArea->geometry().marginsAdded({1, 1, 1, 1}));
+    painter.setPen(palette().color(QPalette::Mid));
+    painter.drawLines(m_frame);
+}
+
+/// The keyboard's way here is shown; a click shows itself.
+void ViewerSurface::focusInEvent(QFocusEvent* event)
+{
+    m_showsFocus =
+        event->reason() == Qt::TabFocusReason || event->reason() == Qt::BacktabFocusReason;
+    update();
+}
+
+void ViewerSurface::focusOutEvent(QFocusEvent*)
+{
+    m_showsFocus = false;
+    update();
+}
+
+void ViewerSurface::keyPressEvent(QKeyEvent* event)
+{
+    if (!m_imgMain->isVisible()) {
+        QWidget::keyPressEvent(event);
+        return;
+    }
+    switch (event->key()) {
+    case Qt::Key_Left:
+        panImage(-PanStepTwips, 0);
+        break;
+    case Qt::Key_Right:
+        panImage(PanStepTwips, 0);
+        break;
+    case Qt::Key_Up:
+        panImage(0, -PanStepTwips);
+        break;
+    case Qt::Key_Down:
+        panImage(0, PanStepTwips);
+        break;
+    default:
+        QWidget::keyPressEvent(event);
+        break;
+    }
+}
+
+/// The mouse's way to the image's menu is its own; this is the menu key's.
+void ViewerSurface::contextMenuEvent(QContextMenuEvent* event)
+{
+    if (event->reason() == QContextMenuEvent::Keyboard && m_imgMain->isVisible())
+        m_imgMain->popUpMenu(m_imageArea->mapToGlobal(m_imageArea->rect().center()));
+}
+
+bool ViewerSurface::eventFilter(QObject* watched, QEvent* event)
+{
+    if (watched == m_lblPic && event->type() == QEvent::MouseButtonPress) {
+        const auto* press = static_cast<QMouseEvent*>(event);
+        if (press->button() == Qt::RightButton && press->modifiers() == Qt::ShiftModifier) {
+            m_txtDebug->setVisible(m_txtDebug->isHidden());
+            layOut();
+            return true;
+        }
+    }
+    return QWidget::eventFilter(watched, event);
+}

@@ -1,0 +1,74 @@
+#pragma once
+
+#include <QLine>
+#include <QList>
+#include <QPoint>
+#include <QWidget>
+
+class DebugBox;
+class ImageView;
+class IntervalMenu;
+class QLabel;
+class ElidedLabel;
+class ThumbView;
+class ToolBar;
+class UrlBanner;
+
+/// The viewer's surface: its child controls, their places, the banner over the image, the hidden
+/// debug box and panning by the arrow keys. Knows nothing of fetches, history or timers of these.
+class ViewerSurface : public QWidget
+{
+    Q_OBJECT
+
+public:
+    explicit ViewerSurface(QWidget* parent);
+
+    bool ShowToolBar() const { return m_showToolBar; }
+    void setShowToolBar(bool on);
+
+    bool OriginalSize() const;
+    void setOriginalSize(bool on);
+
+    /// The camera key on show; the banner shows its host.
+    virtual QString Url() const = 0;
+    /// Opens an http or https address in the user's browser; any other is ignored.
+    void OpenWeb(const QString& address);
+
+protected:
+    ToolBar& tbMain() { return *m_tbMain; }
+    IntervalMenu& mnuTmr() { return *m_mnuTmr; }
+    ImageView& imgMain() { return *m_imgMain; }
+    ThumbView& tvMain() { return *m_tvMain; }
+    ElidedLabel& lbl() { return *m_lbl; }
+    QLabel& lblPic() { return *m_lblPic; }
+    DebugBox& txtDebug() { return *m_txtDebug; }
+
+    void resizeEvent(QResizeEvent* event) override;
+    void paintEvent(QPaintEvent* event) override;
+    void changeEvent(QEvent* event) override;
+    void focusInEvent(QFocusEvent* event) override;
+    void focusOutEvent(QFocusEvent* event) override;
+    void keyPressEvent(QKeyEvent* event) override;
+    void contextMenuEvent(QContextMenuEvent* event) override;
+    bool eventFilter(QObject* watched, QEvent* event) override;
+
+private:
+    void layOut();
+    void panImage(int leftTwips, int topTwips);
+
+    /// Clips the image, which may be larger than its room.
+    QWidget* m_imageArea;
+    ImageView* m_imgMain;
+    /// In the image's place, one of them shown; hidden at first.
+    ThumbView* m_tvMain;
+    DebugBox* m_txtDebug;
+    UrlBanner* m_lblURl;
+    ToolBar* m_tbMain;
+    ElidedLabel* m_lbl;
+    QLabel* m_lblPic;
+    IntervalMenu* m_mnuTmr;
+    QList<QLine> m_frame;
+    QPoint m_imageTwips;
+    bool m_showToolBar = true;
+    bool m_showsFocus = false;
+};

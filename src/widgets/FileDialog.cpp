@@ -1,0 +1,60 @@
+#include "widgets/FileDialog.h"
+
+#include "widgets/FileFilter.h"
+
+#include <QFileInfo>
+#include <QMessageBox>
+
+using namespace Qt::Literals::StringLiterals;
+
+FileDialog::FileDialog(AcceptMode mode, const QString& filter, const QString& folder,
+                       QWidget* window)
+    : QFileDialog(window, {}, folder)
+{
+    setObjectName(u"cd"_s);
+    setAttribute(Qt::WA_DeleteOnClose);
+    setAcceptMode(mode);
+    setFileMode(AnyFile);
+    setOption(HideNameFilterDetails);
+    // While a file to open is looked for none is renamed or deleted.
+    setOption(ReadOnly, mode == AcceptOpen);
+    setNameFilters(fileFilter::toNameFilters(filter));
+    connect(this, &QDialog::accepted, this, [this] {
+        const QString path = selectedFiles().value(0);
+        if (!path.isEmpty())
+            emit FileChosen(path);
+    });
+}
+
+void FileDialog::accept()
+{
+    // Without widgets of ours it is the desktop's own dialog, which has asked already.
+    const bool desktops = testAttribute(Qt::WA_DontShowOnScreen);
+    if (!desktops && acceptMode() == AcceptSave && askBeforeReplacing(selectedFiles().value(0)))
+        return;
+    QFileDialog::accept();
+}
+
+/// Whether `path` is a file and the question is asked; "Yes" then goes on.
+bool FileDialog::askBeforeReplacing(const QString& path)
+{
+    const QFileInfo file(path);
+    if (!file.exists() || file.isDir())
+        return false;
+    auto* box = new QMessageBox(
+        QMessageBox::Warning, windowTitle(),
+        QFileDialog::tr("%1 already exists.\nDo you want to replace it?").arg(file.fileName()),
+        QMessageBox::Yes | QMessageBox::No, this);
+    box->setObjectName(u"replace"_s);
+    box->setTextFormat(Qt::PlainText);
+    box->setDefaultButton(QMessageBox::No);
+    box->setAttribute(Qt::WA_DeleteOnClose);
+    connect(box, &QDialog::finished, this, [this](int answer) {
+        if (answer != QMessageBox::Yes)
+            return;
+        setOption(DontConfirmOverwrite);
+        QFileDialog::accept();
+    });
+    box->open();
+    return true;
+}

@@ -1,0 +1,514 @@
+// The channel in one process: the sender, which blocks, is a thread of its own.
+
+#include "instance/InstanceClient.h"
+#include "instance/InstanceLock.h"
+#include "instance/InstanceServer.h"
+#include "shared/Timer.h"
+#include "support/RunAgain.h"
+#include "support/Slower.h"
+
+#include <QLocalServer>
+#include <QLocalSocket>
+
+#include <algorithm>
+#include <memory>
+#include <sys/stat.h>
+#include <unistd.h>
+#include <vector>
+
+namespace {
+
+/// An instance that runs in the application folder `folder`.
+struct Instance
+{
+    explicit Instance(const QString& folder)
+        : place(folder)
+        , channel(place, [this](const QString& name) {
+            if (willing)
+                names << name;
+            return willing;
+        })
+    {
+    }
+
+    bool willing = true;
+    QStringList names;
+    InstanceLock place;
+    InstanceServer channel;
+};
+
+/// A starting instance that hands a file over, beside the event loop of the test.
+class Sender
+{
+public:
+    Sender(const QString& folder, const QString& name, int patienceMs = HandOverPatienceMs)
+        : m_thread(QThread::create([=, this] {
+            InstanceLock place(folder);
+            m_result = handOver(place, name, patienceMs);
+        }))
+    {
+        m_thread->start();
+    }
+    ~Sender() { m_thread->wait(); }
+
+    bool isOver() const { return m_thread->isFinished(); }
+    HandOver result() const
+    {
+        const bool inTime = QTest::qWaitFor([this] { return isOver(); }, 30'000);
+        if (!inTime)
+            qWarning("the sender does not end");
+        m_thread->wait();
+        return m_result;
+    }
+
+private:
+    HandOver m_result = HandOver::NobodyServes;
+    std::unique_ptr<QThread> m_thread;
+};
+
+/// A connection that says `bytes`, whatever they are.
+class Stranger
+{
+public:
+    explicit Stranger(const QString& folder, const QByteArray& bytes = {})
+    {
+        socket.connectToServer(InstanceLock(folder).serverName());
+        socket.write(bytes);
+    }
+    bool isDropped()
+    {
+        return QTest::qWaitFor([this] { return socket.state() == QLocalSocket::UnconnectedState; },
+                               10'000);
+    }
+
+    QLocalSocket socket;
+};
+
+} // namespace
+
+class InstanceServerTest : public QObject
+{
+    Q_OBJECT
+private slots:
+    void init()
+    {
+        m_folder = std::make_unique<QTemporaryDir>();
+        m_runtime = std::make_unique<QTemporaryDir>();
+        qputenv("XDG_RUNTIME_DIR", m_runtime->path().toLocal8Bit());
+        qputenv("XDG_CACHE_HOME", m_folder->filePath("cache").toLocal8Bit());
+    }
+
+    void aFileReachesTheInstanceThatServes()
+    {
+        const Instance running(folder());
+        QVERIFY(running.channel.isServing());
+        const QString name = QString::fromUtf8("/a b/日本 ÿ\U0001F600\n\".pvm");
+        QCOMPARE(Sender(folder(), name).result(), HandOver::Delivered);
+        QCOMPARE(running.names, QStringList(name));
+        QCOMPARE(Sender(folder(), "").result(), HandOver::Delivered);
+        QCOMPARE(running.names.last(), "");
+    }
+
+    void theSameFileTwiceComesTwice()
+    {
+        const Instance running(folder());
+        QCOMPARE(Sender(folder(), "/a.pvm").result(), HandOver::Delivered);
+        QCOMPARE(Sender(folder(), "/a.pvm").result(), HandOver::Delivered);
+        QCOMPARE(running.names, (QStringList{"/a.pvm", "/a.pvm"}));
+    }
+
+    void aFileNeverSharesItsFolderWithAnothers()
+    {
+        const QTemporaryDir elsewhere;
+        const Instance running(folder());
+        const Instance other(elsewhere.path());
+        QVERIFY(running.channel.isServing() && other.channel.isServing());
+        QCOMPARE(Sender(elsewhere.path(), "/a.pvm").result(), HandOver::Delivered);
+        QCOMPARE(running.names, QStringList());
+        QCOMPARE(other.names, QStringList("/a.pvm"));
+    }
+
+    void twoWaysToOneFolderAreOneFolder()
+    {
+        const QTemporaryDir elsewhere;
+        QVERIFY(QFile::link(folder(), elsewhere.filePath("link")));
+        const Instance running(folder());
+        QCOMPARE(Sender(elsewhere.filePath("link"), "/a").result(), HandOver::Delivered);
+        QCOMPARE(Sender(folder() + "/../" + QFileInfo(folder()).fileName() + '/', "/b").result(),
+                 HandOver::Delivered);
+        QCOMPARE(running.names, (QStringList{"/a", "/b"}));
+    }
+
+    void whereNobodyServesTheSenderIsTheFirst()
+    {
+        InstanceLock place(folder());
+        QElapsedTimer clock;
+        clock.start();
+        QCOMPARE(handOver(place, "/a.pvm"), HandOver::NobodyServes);
+        QVERIFY(clock.elapsed() < 1000 * Slower);
+        // From then on the place is its own.
+        QCOMPARE(InstanceLock(folder()).take(), FileLock::Result::HeldByAnother);
+        const InstanceServer channel(place, [](const QString&) { return true; });
+        QVERIFY(channel.isServing());
+    }
+
+    void aFileThatIsNotTakenStaysWithItsSender()
+    {
+        auto running = std::make_unique<Instance>(folder());
+        running->willing = false;
+        const Sender sender(folder(), "/a.pvm");
+        // It has asked once, at least, when the instance ends.
+        Stranger stranger(folder(), QByteArray("F/b.pvm\0", 8));
+        QVERIFY(stranger.isDropped());
+        QCOMPARE(stranger.socket.readAll(), "");
+        running.reset();
+        QCOMPARE(sender.result(), HandOver::NobodyServes);
+    }
+
+    void theSenderWaitsForOneThatIsAboutToServe()
+    {
+        InstanceLock place(folder());
+        QCOMPARE(place.take(), FileLock::Result::Taken);
+        const Sender sender(folder(), "/a.pvm");
+        QVERIFY(!QTest::qWaitFor([&] { return sender.isOver(); }, 200));
+        QStringList names;
+        const InstanceServer channel(place, [&](const QString& name) {
+            names << name;
+            return true;
+        });
+        QCOMPARE(sender.result(), HandOver::Delivered);
+        QCOMPARE(names, QStringList("/a.pvm"));
+    }
+
+    void anInstanceThatDoesNotAnswerIsWaitedForOnlySoLong()
+    {
+        // Nobody accepts its connection while this thread waits.
+        const Instance hanging(folder());
+        InstanceLock place(folder());
+        constexpr int patienceMs = 300;
+        QElapsedTimer clock;
+        clock.start();
+        QCOMPARE(handOver(place, "/a.pvm", patienceMs), HandOver::Unanswered);
+        QVERIFY(clock.elapsed() >= patienceMs);
+        QVERIFY(clock.elapsed() < patienceMs + 2000 * Slower);
+        // One that answers late opens the file, too, though nobody waits any more.
+        QTRY_COMPARE(hanging.names, QStringList("/a.pvm"));
+    }
+
+    void whatIsTooLongIsNotSent()
+    {
+        const Instance running(folder());
+        const QString longest = '/' + QString(meeting::MaxBytes - 2, 'x');
+        QCOMPARE(Sender(folder(), longest).result(), HandOver::Delivered);
+        QCOMPARE(running.names, QStringList(longest));
+        QElapsedTimer clock;
+        clock.start();
+        QCOMPARE(Sender(folder(), longest + 'x').result(), HandOver::Unanswered);
+        QCOMPARE(Sender(folder(), QString("/a") + QChar(0) + "b").result(), HandOver::Unanswered);
+        QVERIFY(clock.elapsed() < HandOverPatienceMs);
+        QCOMPARE(running.names.size(), 1);
+    }
+
+    void namesAreMadeAbsolute_data()
+    {
+        QTest::addColumn<QString>("name");
+        QTest::addColumn<QString>("sent");
+        const QString here = QDir::currentPath();
+        QTest::newRow("absolute") << "/a/b.pvm"
+                                  << "/a/b.pvm";
+        QTest::newRow("relative") << "b.pvm" << here + "/b.pvm";
+        QTest::newRow("in a folder below") << "a/b" << here + "/a/b";
+        QTest::newRow("a blank") << " " << here + "/ ";
+        QTest::newRow("an option") << "--foo" << here + "/--foo";
+        QTest::newRow("the ending alone") << ".pvm"
+                                          << ".pvm";
+        QTest::newRow("the ending in capitals") << ".PVM" << here + "/.PVM";
+        QTest::newRow("nothing") << ""
+                                 << "";
+    }
+
+    void namesAreMadeAbsolute()
+    {
+        QFETCH(QString, name);
+        QFETCH(QString, sent);
+        QCOMPARE(nameForOtherInstance(name), sent);
+        const Instance running(folder());
+        QCOMPARE(Sender(folder(), name).result(), HandOver::Delivered);
+        QCOMPARE(running.names, QStringList(sent));
+    }
+
+    void nonsenseIsDropped_data()
+    {
+        QTest::addColumn<QByteArray>("bytes");
+        const QByteArray end(1, '\0');
+        QTest::newRow("nothing") << end;
+        QTest::newRow("an unknown kind") << "X/a.pvm" + end;
+        QTest::newRow("an old web browser") << QByteArray("GET / HTTP/1.0\r\n\r\n") + end;
+        QTest::newRow("no text") << "F/\xFF\xFE.pvm" + end;
+        QTest::newRow("half a character") << "F/\xC3" + end;
+        QTest::newRow("two messages") << "F/a" + end + "F/b" + end;
+        QTest::newRow("more behind it") << "F/a" + end + "b";
+        QTest::newRow("in line with a text") << "Lx" + end;
+        QTest::newRow("too long by one") << 'F' + QByteArray(meeting::MaxBytes, 'x') + end;
+        QTest::newRow("too long without an end") << QByteArray(meeting::MaxBytes + 1, 'F');
+        QTest::newRow("ten megabytes") << QByteArray(10'000'000, 'F');
+        QByteArray noise(100'000, 0);
+        QRandomGenerator random(5);
+        for (char& byte : noise)
+            byte = char(1 + random.bounded(255));
+        QTest::newRow("noise") << noise;
+    }
+
+    void nonsenseIsDropped()
+    {
+        QFETCH(QByteArray, bytes);
+        const Instance running(folder());
+        Stranger stranger(folder(), bytes);
+        // At once, and not when its time is over.
+        QTRY_VERIFY_WITH_TIMEOUT(
+            [&] {
+                for (Timer* timer : running.channel.findChildren<Timer*>("tmrMessage"))
+                    timer->setEnabled(false);
+                return stranger.socket.state() == QLocalSocket::UnconnectedState;
+            }(),
+            10'000);
+        QCOMPARE(stranger.socket.readAll(), "");
+        QCOMPARE(running.names, QStringList());
+        QCOMPARE(Sender(folder(), "/a.pvm").result(), HandOver::Delivered);
+        QCOMPARE(running.names, QStringList("/a.pvm"));
+    }
+
+    void aMessageMayComeInPieces()
+    {
+        const Instance running(folder());
+        Stranger sender(folder());
+        const QByteArray message("F/\xC3\xA4.pvm\0", 9);
+        for (const char byte : message) {
+            QCOMPARE(running.names, QStringList());
+            sender.socket.putChar(byte);
+            QVERIFY(sender.socket.flush());
+            QCoreApplication::processEvents();
+        }
+        QTRY_COMPARE(running.names, QStringList(QString::fromUtf8("/ä.pvm")));
+        QVERIFY(sender.isDropped());
+        QCOMPARE(sender.socket.readAll(), "T");
+    }
+
+    void whoSaysNothingIsDroppedAndBlocksNobody()
+    {
+        const Instance running(folder());
+        const auto timers = [&] { return running.channel.findChildren<Timer*>("tmrMessage"); };
+        Stranger silent(folder());
+        Stranger halfway(folder(), "F/a");
+        QTRY_COMPARE(timers().size(), 2);
+        QCOMPARE(timers().first()->Interval(), 5000);
+        QCOMPARE(Sender(folder(), "/b").result(), HandOver::Delivered);
+        QCOMPARE(running.names, QStringList("/b"));
+        QCOMPARE(silent.socket.state(), QLocalSocket::ConnectedState);
+        for (Timer* timer : timers())
+            timer->elapse();
+        QVERIFY(silent.isDropped() && halfway.isDropped());
+        QCOMPARE(running.names, QStringList("/b"));
+    }
+
+    void silentConnectionsAreBounded()
+    {
+        const Instance running(folder());
+        std::vector<std::unique_ptr<Stranger>> silent;
+        for (qsizetype i = 0; i < InstanceServer::MaxConnections; ++i)
+            silent.push_back(std::make_unique<Stranger>(folder()));
+        const auto connections = [&] {
+            return running.channel.findChildren<Timer*>("tmrMessage").size();
+        };
+        QTRY_COMPARE(connections(), InstanceServer::MaxConnections);
+        QCOMPARE(silent[0]->socket.state(), QLocalSocket::ConnectedState);
+        Stranger oneMore(folder());
+        QVERIFY(silent[0]->isDropped());
+        QCOMPARE(silent[1]->socket.state(), QLocalSocket::ConnectedState);
+        QTRY_COMPARE(connections(), InstanceServer::MaxConnections);
+        QCOMPARE(Sender(folder(), "/a").result(), HandOver::Delivered);
+    }
+
+    void whoGoesAwayDoesNoHarm()
+    {
+        const Instance running(folder());
+        for (const QByteArray& said : {QByteArray(), QByteArray("F/a"), QByteArray("F/b\0", 4)}) {
+            Stranger gone(folder(), said);
+            gone.socket.flush();
+            gone.socket.abort();
+        }
+        QCOMPARE(Sender(folder(), "/c").result(), HandOver::Delivered);
+        QTRY_COMPARE(running.names, (QStringList{"/b", "/c"}));
+        QTRY_COMPARE(running.channel.findChildren<Timer*>("tmrMessage").size(), 0);
+    }
+
+    void theNextInLineTakesOver()
+    {
+        auto first = std::make_unique<Instance>(folder());
+        const Instance second(folder());
+        QVERIFY(!second.channel.isServing());
+        QTRY_VERIFY(second.channel.isInLine());
+        QCOMPARE(Sender(folder(), "/a").result(), HandOver::Delivered);
+        QCOMPARE(first->names, QStringList("/a"));
+
+        // Who stands in line is silent for as long as it likes, and does not ask again and again.
+        QList<Timer*> timers;
+        QTRY_COMPARE((timers = first->channel.findChildren<Timer*>("tmrMessage")).size(), 1);
+        QTRY_VERIFY(
+            std::none_of(timers.begin(), timers.end(), [](Timer* t) { return t->Enabled(); }));
+        QVERIFY(!second.channel.findChild<Timer*>("tmrLine")->Enabled());
+
+        first.reset();
+        QTRY_VERIFY(second.channel.isServing());
+        QCOMPARE(Sender(folder(), "/b").result(), HandOver::Delivered);
+        QCOMPARE(second.names, QStringList("/b"));
+    }
+
+    void ofManyInLineOneTakesOver()
+    {
+        constexpr int many = 6;
+        std::vector<std::unique_ptr<Instance>> running;
+        for (int i = 0; i < many; ++i)
+            running.push_back(std::make_unique<Instance>(folder()));
+        const auto count = [&](auto&& holds) {
+            return std::count_if(running.begin(), running.end(),
+                                 [&](const auto& one) { return holds(one->channel); });
+        };
+        const auto serving = [&] {
+            return count([](const InstanceServer& one) { return one.isServing(); });
+        };
+        const auto inLine = [&] {
+            return count([](const InstanceServer& one) { return one.isInLine(); });
+        };
+        while (!running.empty()) {
+            QTRY_COMPARE(inLine(), qsizetype(running.size()) - 1);
+            QCOMPARE(serving(), 1);
+            QCOMPARE(Sender(folder(), "/a").result(), HandOver::Delivered);
+            running.erase(std::find_if(running.begin(), running.end(),
+                                       [](const auto& one) { return one->channel.isServing(); }));
+        }
+        QCOMPARE(Sender(folder(), "/a").result(), HandOver::NobodyServes);
+    }
+
+    void onlyOneServes()
+    {
+        const Instance first(folder());
+        {
+            const Instance second(folder());
+            QTRY_VERIFY(second.channel.isInLine());
+        }
+        // The one that went was not the one that served: its end takes nothing away.
+        QCOMPARE(Sender(folder(), "/a").result(), HandOver::Delivered);
+        QCOMPARE(first.names, QStringList("/a"));
+    }
+
+    void whoStopsServingLeavesThePlace()
+    {
+        InstanceLock place(folder());
+        auto channel = std::make_unique<InstanceServer>(place, [](const QString&) { return true; });
+        QCOMPARE(InstanceLock(folder()).take(), FileLock::Result::HeldByAnother);
+        channel.reset();
+        QCOMPARE(InstanceLock(folder()).take(), FileLock::Result::Taken);
+        QVERIFY(!QFileInfo::exists(place.serverName()));
+    }
+
+    void aKilledInstanceLeavesNothingInTheWay()
+    {
+        // What one leaves that had no time to clean up: the file of the lock and a dead socket.
+        InstanceLock place(folder());
+        QCOMPARE(place.take(), FileLock::Result::Taken);
+        place.leave();
+        {
+            QLocalServer dead;
+            QVERIFY(dead.listen(place.serverName()));
+            QVERIFY(QFile::rename(place.serverName(), place.serverName() + "-kept"));
+        }
+        QVERIFY(QFile::rename(place.serverName() + "-kept", place.serverName()));
+        QCOMPARE(Sender(folder(), "/a").result(), HandOver::NobodyServes);
+
+        const Instance next(folder());
+        QVERIFY(next.channel.isServing());
+        QCOMPARE(Sender(folder(), "/a").result(), HandOver::Delivered);
+        QCOMPARE(next.names, QStringList("/a"));
+    }
+
+    void withoutAPrivateFolderThereIsNoChannel()
+    {
+        QVERIFY(QFile::link(folder(), m_runtime->filePath("pevora")));
+        const Instance running(folder());
+        QVERIFY(!running.channel.isServing() && !running.channel.isInLine());
+        QVERIFY(!running.channel.findChild<Timer*>("tmrLine")->Enabled());
+        InstanceLock place(folder());
+        QCOMPARE(place.serverName(), "");
+        QCOMPARE(handOver(place, "/a"), HandOver::NobodyServes);
+        QVERIFY(QDir(folder()).isEmpty());
+    }
+
+    void aPathTooLongForASocketIsNoChannel()
+    {
+        const QString deep = m_runtime->filePath(QString(120, 'd'));
+        QVERIFY(QDir().mkdir(deep));
+        QVERIFY(QFile::setPermissions(deep, QFile::Permissions(0x7700)));
+        qputenv("XDG_RUNTIME_DIR", deep.toLocal8Bit());
+        const Instance running(folder());
+        QVERIFY(!running.channel.isServing());
+        QVERIFY(!running.channel.findChild<Timer*>("tmrLine")->Enabled());
+        // Nobody waits for one that cannot answer.
+        QCOMPARE(Sender(folder(), "/a").result(), HandOver::NobodyServes);
+    }
+
+    void nobodyElseCanOpenWhatIsThere()
+    {
+        const Instance running(folder());
+        const QDir place(m_runtime->filePath("pevora"));
+        const auto files =
+            place.entryInfoList(QDir::AllEntries | QDir::System | QDir::NoDotAndDotDot);
+        QCOMPARE(files.size(), 2);
+        for (const QFileInfo& file : files)
+            QCOMPARE(file.permissions() & QFile::Permissions(0x077), QFile::Permissions());
+        QCOMPARE(QFileInfo(place.path()).permissions() & QFile::Permissions(0x077),
+                 QFile::Permissions());
+    }
+
+    void anotherUserReachesNothing()
+    {
+        constexpr auto variable = "PEVORA_TEST_PLACE";
+        if (!runsAgain()) {
+            if (geteuid() != 0)
+                QSKIP("Only root can be two users.");
+            const Instance running(folder());
+            // Even where everybody may reach the folder that the private one lies in.
+            QCOMPARE(::chmod(m_runtime->path().toLocal8Bit().constData(), 0755), 0);
+            const Instance inOpen(m_runtime->path());
+            QVERIFY(inOpen.channel.isServing());
+            qputenv(variable, inOpen.place.serverName().toLocal8Bit());
+            QCOMPARE(runAgainAsOrdinaryUser("anotherUserReachesNothing"), "passed");
+            QCOMPARE(inOpen.names, QStringList());
+            QCOMPARE(inOpen.channel.findChildren<Timer*>("tmrMessage").size(), 0);
+            return;
+        }
+        const QString server = qEnvironmentVariable(variable);
+        const QString place = QFileInfo(server).path();
+        QLocalSocket socket;
+        socket.connectToServer(server);
+        QVERIFY(!socket.waitForConnected(1000));
+        QVERIFY(QDir(place).entryList(QDir::AllEntries | QDir::System).isEmpty());
+        QCOMPARE(FileLock().take(server + ".lock"), FileLock::Result::Impossible);
+        QVERIFY(!QFile::remove(server) && !QFile::rename(server, server + "2"));
+        QVERIFY(!QLocalServer().listen(server));
+        // Neither can the folder be replaced, nor is it taken for this user's own.
+        QVERIFY(!QDir().rename(place, place + "2") && !QDir().rmdir(place));
+        qputenv("XDG_RUNTIME_DIR", QFileInfo(place).path().toLocal8Bit());
+        qputenv("XDG_CACHE_HOME", "/");
+        QCOMPARE(InstanceLock("/").take(), FileLock::Result::Impossible);
+    }
+
+private:
+    QString folder() const { return m_folder->path(); }
+
+    std::unique_ptr<QTemporaryDir> m_folder;
+    std::unique_ptr<QTemporaryDir> m_runtime;
+};
+
+QTEST_GUILESS_MAIN(InstanceServerTest)
+#include "tst_InstanceServer.moc"

@@ -1,0 +1,64 @@
+#include "picture/ImageList.h"
+#include "support/Pictures.h"
+
+static Still still(int width)
+{
+    return Still::fromImage(plainImage({width, 1}, Qt::red));
+}
+
+class ImageListTest : public QObject
+{
+    Q_OBJECT
+private slots:
+    void numbersFromOneInOrder()
+    {
+        ImageList list;
+        QCOMPARE(list.Count(), 0);
+        QVERIFY(list.Add(still(1), "a"));
+        QVERIFY(list.Add(still(2), "b"));
+        QVERIFY(list.Add(still(3)));
+        QCOMPARE(list.Count(), 3);
+        list.Remove(1);
+        QCOMPARE(list.Count(), 2);
+        QCOMPARE(list.Picture(1).size().width(), 2);
+        QCOMPARE(list.Key(1), "b");
+        QCOMPARE(list.Key(2), "");
+    }
+
+    void refusesADuplicateKeyButNoMissingOnes()
+    {
+        ImageList list;
+        QVERIFY(list.Add(still(1), "a"));
+        QVERIFY(!list.Add(still(2), "a"));
+        QVERIFY(list.Add(still(3), "A"));
+        QVERIFY(list.Add(still(4)));
+        QVERIFY(list.Add(still(5)));
+        QCOMPARE(list.Count(), 4);
+    }
+
+    void aRemovedKeyIsFreeAgain()
+    {
+        ImageList list;
+        list.Add(still(1), "a");
+        list.Remove(1);
+        QVERIFY(list.Add(still(2), "a"));
+        list.Clear();
+        QCOMPARE(list.Count(), 0);
+        QVERIFY(list.Add(still(3), "a"));
+    }
+
+    void numbersOutsideAreIgnored()
+    {
+        ImageList list;
+        list.Add(still(1), "a");
+        for (const int n : {-1, 0, 2}) {
+            list.Remove(n);
+            QVERIFY(list.Picture(n).isNull());
+            QCOMPARE(list.Key(n), "");
+        }
+        QCOMPARE(list.Count(), 1);
+    }
+};
+
+QTEST_GUILESS_MAIN(ImageListTest)
+#include "tst_ImageList.moc"

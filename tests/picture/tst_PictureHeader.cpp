@@ -1,0 +1,265 @@
+#include "picture/PictureHeader.h"
+
+#include "support/OddPictures.h"
+
+#include <limits>
+#include <utility>
+
+using Format = PictureHeader::Format;
+
+namespace {
+
+constexpr QSize Small(37, 21);
+
+odd::JpegFrame frameOf(int marker, QList<int> sampling = {0x11, 0x11, 0x11}, QSize size = Small)
+{
+    return {.size = size, .marker = marker, .sampling = std::move(sampling)};
+}
+
+QByteArray smallBitmap(int headerSize, int width = Small.width(), int height = Small.height())
+{
+    return odd::bitmap({.width = width, .height = height, .headerSize = headerSize}, "pixels");
+}
+
+QByteArray smallGif(const QByteArray& extensions = {})
+{
+    return odd::gif(Small, QRect({}, Small), odd::gifCodes(QByteArray(37 * 21, 5)), false,
+                    extensions);
+}
+
+} // namespace
+
+class PictureHeaderTest : public QObject
+{
+    Q_OBJECT
+private slots:
+    void tellsFormatAndSize_data()
+    {
+        QTest::addColumn<QByteArray>("bytes");
+        QTest::addColumn<Format>("format");
+        for (const int size : {12, 40, 64, 108, 124})
+            QTest::addRow("bitmap with a header of %d bytes", size)
+                << smallBitmap(size) << Format::Bmp;
+        QTest::newRow("bitmap from the top")
+            << smallBitmap(40, Small.width(), -Small.height()) << Format::Bmp;
+        QTest::newRow("gif 89a") << smallGif() << Format::Gif;
+        QTest::newRow("gif 87a") << smallGif().replace(0, 6, "GIF87a") << Format::Gif;
+        QTest::newRow("gif with extensions first")
+            << smallGif(QByteArray::fromHex("21f904050a000000"
+                                            "21ff0b4e45545343415045322e300301000000"
+                                            "21fe0361626302642c00"))
+            << Format::Gif;
+        QTest::newRow("gif whose screen is left out")
+            << smallGif().replace(6, 4, QByteArray(4, 0)) << Format::Gif;
+        QTest::newRow("jpeg as written")
+            << odd::encoded(odd::scenery(Small), "jpg") << Format::Jpeg;
+        QTest::newRow("progressive jpeg as written")
+            << odd::encoded(odd::scenery(Small), "jpg", true) << Format::Jpeg;
+        for (const int marker : {0xC0, 0xC1, 0xC2, 0xC3, 0xC5, 0xC9, 0xCA, 0xCF})
+            QTest::addRow("jpeg frame %x", marker) << odd::jpeg(frameOf(marker)) << Format::Jpeg;
+        QTest::newRow("grey jpeg") << odd::jpeg(frameOf(0xC0, {0x11})) << Format::Jpeg;
+        QTest::newRow("jpeg of four colours")
+            << odd::jpeg(frameOf(0xC0, {0x11, 0x11, 0x11, 0x11})) << Format::Jpeg;
+    }
+
+    void tellsFormatAndSize()
+    {
+        QFETCH(QByteArray, bytes);
+        QFETCH(Format, format);
+        const auto header = PictureHeader::read(bytes);
+        QVERIFY(header);
+        QCOMPARE(int(header->format), int(format));
+        QCOMPARE(header->size, Small);
+        QCOMPARE(header->pixels, qint64(Small.width()) * Small.height());
+        QCOMPARE(header->scans, format == Format::Jpeg ? bytes.count("\xFF\xDA") : 0);
+    }
+
+    void knowsNothingOf_data()
+    {
+        QTest::addColumn<QByteArray>("bytes");
+        QTest::newRow("nothing") << QByteArray();
+        QTest::newRow("text") << QByteArray("BUT NOT A BITMAP: <html></html>");
+        QTest::newRow("png") << odd::encoded(odd::scenery(Small), "png");
+        QTest::newRow("pixmap in letters") << odd::encoded(odd::scenery(Small), "xpm");
+        QTest::newRow("two letters of a bitmap") << QByteArray("BM");
+        QTest::newRow("bitmap without a height") << smallBitmap(40).left(22);
+        QTest::newRow("bitmap with an odd header") << smallBitmap(52);
+        QTest::newRow("bitmap of no width") << smallBitmap(40, 0);
+        QTest::newRow("bitmap of negative width") << smallBitmap(40, -5);
+        QTest::newRow("bitmap of the lowest height")
+            << smallBitmap(40, 5, std::numeric_limits<int>::min());
+        QTest::newRow("gif of another year") << smallGif().replace(0, 6, "GIF88a");
+        QTest::newRow("gif without a frame") << smallGif().left(13 + 768) + ";";
+        QTest::newRow("gif cut before its frame") << smallGif().left(13 + 768);
+        QTest::newRow("gif cut in an extension") << smallGif("!\xFE\x20").left(13 + 768 + 3);
+        QTest::newRow("start of a jpeg") << QByteArray("\xFF\xD8\xFF");
+        QTest::newRow("jpeg of zeros") << QByteArray("\xFF\xD8\xFF") + QByteArray(1000, 0);
+        QTest::newRow("jpeg of fill bytes") << QByteArray("\xFF\xD8") + QByteArray(1000, '\xFF');
+        QTest::newRow("jpeg of tables") << odd::jpegStart() + odd::jpegTables() + odd::jpegEnd();
+        QTest::newRow("jpeg without a scan")
+            << odd::jpegStart() + odd::jpegFrame(frameOf(0xC0)) + odd::jpegEnd();
+        QTest::newRow("jpeg scan before its frame") << odd::jpegStart() + odd::jpegScan(1, 3, {}) +
+                                                           odd::jpegFrame(frameOf(0xC0)) +
+                                                           odd::jpegEnd();
+        QTest::newRow("jpeg of no height")
+            << odd::jpeg(frameOf(0xC0, {0x11, 0x11, 0x11}, QSize(37, 0)));
+        QTest::newRow("jpeg sampled 0 by 1") << odd::jpeg(frameOf(0xC0, {0x01, 0x11, 0x11}));
+        QTest::newRow("jpeg frame shorter than its components")
+            << odd::jpegStart() + odd::jpegSegment(0xC0, QByteArray::fromHex("080015002503"));
+    }
+
+    void knowsNothingOf()
+    {
+        QFETCH(QByteArray, bytes);
+        QVERIFY(!PictureHeader::read(bytes));
+    }
+
+    void countsScansAsADecoderMeetsThem_data()
+    {
+        QTest::addColumn<QByteArray>("bytes");
+        QTest::addColumn<int>("scans");
+        QTest::addColumn<int>("segments");
+        const auto frame = frameOf(0xC0);
+        const QByteArray whole = odd::jpeg(frame, "\x12\x34"); // 3 tables, frame, scan
+        const QByteArray rest = whole.mid(2);
+        QTest::newRow("one") << whole << 1 << 5;
+        QTest::newRow("seventeen") << odd::jpegInScans(frame, 17, "\x12") << 17 << 21;
+        QTest::newRow("a thumbnail in a segment")
+            << odd::jpegStart() + odd::jpegSegment(0xE1, "Exif" + odd::jpegInScans(frame, 9)) + rest
+            << 1 << 6;
+        QTest::newRow("another picture behind the end") << whole + whole << 1 << 5;
+        QTest::newRow("stuffed and restart markers in the data")
+            << odd::jpegStart() + odd::jpegTables() + odd::jpegFrame(frame) +
+                   odd::jpegScan(1, 3, QByteArray::fromHex("12ff0034ffd0ff00daffd7ff01da")) +
+                   odd::jpegScan(1, 3, "\x12") + odd::jpegEnd()
+            << 2 << 6;
+        QTest::newRow("fill bytes before the marker")
+            << odd::jpegStart() + odd::jpegTables() + odd::jpegFrame(frame) +
+                   "garbage\xFF\xFF\xFF" + odd::jpegScan(1, 3, "\x12") + odd::jpegEnd()
+            << 1 << 5;
+        QTest::newRow("a segment of impossible length")
+            << odd::jpegStart() + QByteArray("\xFF\xE0\0\0", 4) + rest << 1 << 6;
+        QTest::newRow("no end") << whole.chopped(2) << 1 << 5;
+    }
+
+    void countsScansAsADecoderMeetsThem()
+    {
+        QFETCH(QByteArray, bytes);
+        QFETCH(int, scans);
+        QFETCH(int, segments);
+        const auto header = PictureHeader::read(bytes);
+        QVERIFY(header);
+        QCOMPARE(header->scans, scans);
+        QCOMPARE(header->segments, segments);
+        QCOMPARE(header->size, Small);
+    }
+
+    void theFirstFrameHeaderOfAJpegCounts()
+    {
+        const auto other = odd::jpegFrame(frameOf(0xC2, {0x11}, QSize(30'000, 30'000)));
+        const auto header =
+            PictureHeader::read(odd::jpegStart() + odd::jpegSegment(0xE1, other) +
+                                odd::jpegTables() + odd::jpegFrame(frameOf(0xC0)) + other +
+                                odd::jpegScan(1, 3, {}) + other + odd::jpegEnd());
+        QVERIFY(header);
+        QCOMPARE(header->size, Small);
+        QCOMPARE(header->coefficientBytes, 0);
+    }
+
+    void tellsWhatADecoderHolds_data()
+    {
+        QTest::addColumn<QByteArray>("bytes");
+        QTest::addColumn<qint64>("coefficients");
+        constexpr QSize size(100, 50); // 13 x 7 blocks
+        QTest::newRow("one scan: a few rows")
+            << odd::jpeg(frameOf(0xC0, {0x11, 0x11, 0x11}, size)) << qint64(0);
+        QTest::newRow("a scan for each component")
+            << odd::jpegInScans(frameOf(0xC0, {0x11, 0x11, 0x11}, size), 3)
+            << qint64(3 * 13 * 7 * 64);
+        QTest::newRow("progressive") << odd::jpegInScans(frameOf(0xC2, {0x11, 0x11, 0x11}, size), 1)
+                                     << qint64(3 * 13 * 7 * 64);
+        QTest::newRow("progressive, colours halved")
+            << odd::jpegInScans(frameOf(0xC2, {0x22, 0x11, 0x11}, size), 1)
+            << qint64((14 * 8 + 2 * 7 * 4) * 64);
+        QTest::newRow("progressive of four colours")
+            << odd::jpegInScans(frameOf(0xC2, {0x11, 0x11, 0x11, 0x11}, size), 1)
+            << qint64(4 * 13 * 7 * 64);
+    }
+
+    void tellsWhatADecoderHolds()
+    {
+        QFETCH(QByteArray, bytes);
+        QFETCH(qint64, coefficients);
+        const auto header = PictureHeader::read(bytes);
+        QVERIFY(header);
+        QCOMPARE(header->coefficientBytes, coefficients * 2);
+    }
+
+    void tellsArithmeticCoding()
+    {
+        for (const int marker : {0xC0, 0xC1, 0xC2})
+            QVERIFY(!PictureHeader::read(odd::jpeg(frameOf(marker)))->arithmetic);
+        for (const int marker : {0xC9, 0xCA})
+            QVERIFY(PictureHeader::read(odd::jpeg(frameOf(marker)))->arithmetic);
+    }
+
+    void aGifAnnouncesItsLargerArea()
+    {
+        const QByteArray codes = odd::gifCodes("\1\2\3");
+        const auto largeFrame =
+            PictureHeader::read(odd::gif(QSize(10, 10), QRect(5, 5, 60'000, 50'000), codes));
+        QCOMPARE(largeFrame->size, QSize(10, 10));
+        QCOMPARE(largeFrame->pixels, 3'000'000'000);
+        const auto largeScreen =
+            PictureHeader::read(odd::gif(QSize(60'000, 50'000), QRect(5, 5, 10, 10), codes));
+        QCOMPARE(largeScreen->size, QSize(60'000, 50'000));
+        QCOMPARE(largeScreen->pixels, 3'000'000'000);
+    }
+
+    void endsBehindTheFirstPicture_data()
+    {
+        QTest::addColumn<QByteArray>("bytes");
+        QTest::addColumn<qsizetype>("used");
+        const QByteArray bitmap = smallBitmap(40);
+        QTest::newRow("bitmap: all") << bitmap << bitmap.size();
+
+        const QByteArray jpeg = odd::jpeg(frameOf(0xC0), "data");
+        QTest::newRow("jpeg with something behind it") << jpeg + "behind it" << jpeg.size();
+        QTest::newRow("jpeg cut in its data") << jpeg.chopped(4) << jpeg.size() - 4;
+        const QByteArray cut = odd::jpegInScans(frameOf(0xC2), 3, "data").chopped(2);
+        for (const int bytes : {1, 3, 7})
+            QTest::addRow("jpeg that ends with %d bytes of a table", bytes)
+                << cut + odd::jpegTables().left(bytes)
+                << (bytes == 1 ? cut.size() + 1 : cut.size());
+
+        // Blocks of 255 bytes have their length before them.
+        const QByteArray before = odd::gif(Small, QRect({}, Small), {}).chopped(2);
+        const QByteArray gif = smallGif();
+        constexpr int clears = 4;
+        const qsizetype codes = ((clears + 37 * 21) * 9 + 7) / 8;
+        const auto inFrame = [&](qsizetype count) {
+            return before.size() + 1 + count + count / 255;
+        };
+        QTest::newRow("gif: up to its last pixel") << gif << inFrame(codes);
+        QTest::newRow("gif of two frames") << gif.chopped(1) + gif.mid(13 + 768) << inFrame(codes);
+        QTest::newRow("gif with data for a thousand times its pixels")
+            << odd::gif({3, 1}, QRect(0, 0, 3, 1), odd::gifRuns(100'000))
+            << odd::gif({3, 1}, QRect(0, 0, 3, 1), {}).size() - 2 + 1 +
+                   4; // Clear, one, two: 27 bits.
+        QTest::newRow("gif with too long codes")
+            << gif.left(before.size() - 1) + "\x0D\x01" + gif.mid(before.size() + 1)
+            << before.size();
+    }
+
+    void endsBehindTheFirstPicture()
+    {
+        QFETCH(QByteArray, bytes);
+        QFETCH(qsizetype, used);
+        const auto header = PictureHeader::read(bytes);
+        QVERIFY(header);
+        QCOMPARE(header->usedBytes, used);
+    }
+};
+
+QTEST_GUILESS_MAIN(PictureHeaderTest)
+#include "tst_PictureHeader.moc"

@@ -1,0 +1,303 @@
+// What is written is read by other programs.
+
+#include "picture/SaveImage.h"
+
+#include "picture/FixedPalette.h"
+#include "picture/GifWriter.h"
+#include "support/OddPictures.h"
+#include "support/OtherProgram.h"
+#include "support/Pictures.h"
+#include "support/RunAgain.h"
+#include "support/ScratchFile.h"
+#include "support/Slower.h"
+
+static QByteArray sizeOf(const QImage& image)
+{
+    return QByteArray::number(image.width()) + ' ' + QByteArray::number(image.height());
+}
+
+/// The pixels of a GIF file; null where it cannot be read.
+static QImage readGif(const QByteArray& bytes)
+{
+    QImage image;
+    image.loadFromData(bytes, "gif");
+    return image.convertToFormat(QImage::Format_RGB32);
+}
+
+class SaveImageTest : public QObject
+{
+    Q_OBJECT
+private slots:
+    void aGifHasEightBitsForEverySource_data() { sources(); }
+
+    void aGifHasEightBitsForEverySource()
+    {
+        QFETCH(QImage, image);
+        ScratchFile file("a.gif");
+        QVERIFY(SaveImage(file.path(), Still::fromImage(image), "gif"));
+        QVERIFY(file.content().startsWith("GIF8"));
+        QCOMPARE(printedBy({"identify", "-format", "%m %w %h %z %n", file.path()}),
+                 "GIF " + sizeOf(image) + " 8 1");
+
+        const QByteArray text = printedBy({"giftext", file.path()});
+        const QByteArray width = QByteArray::number(image.width());
+        const QByteArray height = QByteArray::number(image.height());
+        QVERIFY2(text.contains("Width = " + width + ", Height = " + height), text.constData());
+        QVERIFY2(text.contains("ColorResolution = 8, BitsPerPixel = 8"), text.constData());
+        QVERIFY2(text.contains("Image Size - Left = 0, Top = 0, Width = " + width),
+                 text.constData());
+    }
+
+    void aGifHasTheNearestColourOfOnePalette()
+    {
+        const QImage image = odd::scenery({300, 200});
+        const QImage written = readGif(encodeGif(image));
+        QCOMPARE(written.size(), image.size());
+        QSet<QRgb> colours;
+        for (int y = 0; y < image.height(); ++y) {
+            for (int x = 0; x < image.width(); ++x) {
+                const QRgb nearest =
+                    fixedPalette::colours()[fixedPalette::nearest(image.pixel(x, y))];
+                QCOMPARE(written.pixel(x, y), nearest);
+                colours.insert(nearest);
+            }
+        }
+        QVERIFY(colours.size() > 30);
+    }
+
+    void allGifsHaveTheSamePalette()
+    {
+        constexpr int headerBytes = 13;
+        QByteArray expected;
+        for (const QRgb colour : fixedPalette::colours())
+            expected += QByteArray{}
+                            .append(char(qRed(colour)))
+                            .append(char(qGreen(colour)))
+                            .append(char(qBlue(colour)));
+        for (const QImage& image : {odd::scenery({80, 60}), plainImage({3, 3}, Qt::red)})
+            QCOMPARE(encodeGif(image).mid(headerBytes, expected.size()), expected);
+    }
+
+    void aGifIsWhiteWhereThePictureIsTransparent()
+    {
+        QImage image(4, 4, QImage::Format_ARGB32);
+        image.fill(qRgba(255, 0, 0, 0));
+        image.setPixel(1, 1, qRgb(0, 0, 255));
+        const QByteArray bytes = encodeGif(image);
+        QCOMPARE(readGif(bytes).pixelColor(0, 0), QColor(Qt::white));
+        QCOMPARE(readGif(bytes).pixelColor(1, 1), QColor(Qt::blue));
+        QCOMPARE(printedBy({"identify", "-format", "%[opaque]", "gif:-"}, bytes).toLower(), "true");
+    }
+
+    void aPictureTooLargeForAGifIsRefused_data()
+    {
+        QTest::addColumn<QSize>("size");
+        QTest::addColumn<bool>("isWritten");
+        QTest::newRow("widest") << QSize(65'535, 2) << true;
+        QTest::newRow("too wide") << QSize(65'536, 2) << false;
+        QTest::newRow("highest") << QSize(2, 65'535) << true;
+        QTest::newRow("too high") << QSize(2, 65'536) << false;
+    }
+
+    void aPictureTooLargeForAGifIsRefused()
+    {
+        QFETCH(QSize, size);
+        QFETCH(bool, isWritten);
+        ScratchFile file("a.gif");
+        file.setContent("old");
+        const Still picture = Still::fromImage(plainImage(size, Qt::green));
+        QCOMPARE(SaveImage(file.path(), picture, "gif"), isWritten);
+        if (isWritten) {
+            const QImage written = readGif(file.content());
+            QCOMPARE(written.size(), size);
+            QCOMPARE(written.pixelColor(size.width() - 1, size.height() - 1), QColor(Qt::green));
+        } else {
+            QCOMPARE(file.content(), "old");
+        }
+    }
+
+    void aLargeGifIsWrittenInTime()
+    {
+        const QImage image = odd::scenery({1920, 1080});
+        QElapsedTimer timer;
+        timer.start();
+        const QByteArray bytes = encodeGif(image);
+        const qint64 took = timer.elapsed();
+        QVERIFY(!bytes.isEmpty());
+        QVERIFY2(took < 1'000 * Slower, qPrintable(QString("%1 ms").arg(took)));
+    }
+
+    void aJpegHas24BitsAndQuality75ForEverySource_data() { sources(); }
+
+    void aJpegHas24BitsAndQuality75ForEverySource()
+    {
+        QFETCH(QImage, image);
+        ScratchFile file("a.jpg");
+        QVERIFY(SaveImage(file.path(), Still::fromImage(image), "jpg"));
+        QCOMPARE(printedBy({"identify", "-format", "%m %w %h %z %Q", file.path()}),
+                 "JPEG " + sizeOf(image) + " 8 75");
+        // Three components: one of grey would come out as "P5".
+        const QByteArray pixels = printedBy({"djpeg", "-pnm", file.path()});
+        QVERIFY(pixels.startsWith("P6\n" + sizeOf(image) + "\n255\n"));
+        // The encoder by itself makes no less of a grey picture.
+        QVERIFY(printedBy({"djpeg", "-pnm"}, encodeJpeg(image)).startsWith("P6\n"));
+    }
+
+    void aJpegIsEncodedAnew()
+    {
+        QByteArray fine;
+        QBuffer buffer(&fine);
+        buffer.open(QIODevice::WriteOnly);
+        QVERIFY(odd::scenery({200, 100}).save(&buffer, "jpg", 98));
+        ScratchFile file("a.jpg");
+        QVERIFY(SaveImage(file.path(), Still::fromBytes(fine), "jpg"));
+        QVERIFY(file.content() != fine);
+        QCOMPARE(printedBy({"identify", "-format", "%Q %w %h", file.path()}), "75 200 100");
+    }
+
+    void aJpegIsWhiteWhereThePictureIsTransparent()
+    {
+        QImage image(16, 16, QImage::Format_ARGB32);
+        image.fill(qRgba(255, 0, 0, 0));
+        ScratchFile file("a.jpg");
+        QVERIFY(SaveImage(file.path(), Still::fromImage(image), "jpg"));
+        const QImage written = Still::fromBytes(file.content()).image();
+        QCOMPARE(written.pixelColor(8, 8), QColor(Qt::white));
+    }
+
+    void aPictureTooLargeForAJpegIsRefused()
+    {
+        ScratchFile file("a.jpg");
+        file.setContent("old");
+        QTest::ignoreMessage(QtWarningMsg, QRegularExpression("65500"));
+        QVERIFY(!SaveImage(file.path(), Still::fromImage(plainImage({65'536, 2}, Qt::red)), "jpg"));
+        QCOMPARE(file.content(), "old");
+    }
+
+    void anyOtherWordGivesAGif()
+    {
+        const Still picture = Still::fromImage(plainImage({8, 8}, Qt::red));
+        for (const char* word : {"gif", "", "bmp", "JPG", "jpeg"}) {
+            ScratchFile file("a.jpg");
+            QVERIFY(SaveImage(file.path(), picture, word));
+            QVERIFY2(file.content().startsWith("GIF8"), word);
+        }
+    }
+
+    void theLastThreeCharactersTellTheFormat_data()
+    {
+        QTest::addColumn<QString>("name");
+        QTest::addColumn<QByteArray>("begins");
+        const QByteArray gif = "GIF8";
+        const QByteArray jpeg = "\xFF\xD8\xFF";
+        const QByteArray bitmap = "BM";
+        QTest::newRow("a.gif") << "a.gif" << gif;
+        QTest::newRow("a.GIF") << "a.GIF" << gif;
+        QTest::newRow("a.Gif") << "a.Gif" << gif;
+        QTest::newRow("a.jpg") << "a.jpg" << jpeg;
+        QTest::newRow("a.JPG") << "a.JPG" << jpeg;
+        QTest::newRow("a.bmp") << "a.bmp" << bitmap;
+        QTest::newRow("a.jpeg") << "a.jpeg" << bitmap;
+        QTest::newRow("a.png") << "a.png" << bitmap;
+        QTest::newRow("no ending") << "a" << bitmap;
+        QTest::newRow("xgif") << "xgif" << gif;
+        QTest::newRow("xjpg") << "xjpg" << jpeg;
+        QTest::newRow("jpg alone") << "jpg" << jpeg;
+        QTest::newRow("a.gif.bmp") << "a.gif.bmp" << bitmap;
+        QTest::newRow("a.jpg and a dot") << "a.jpg." << bitmap;
+        QTest::newRow("two characters") << "if" << bitmap;
+        QTest::newRow("two others") << "pg" << bitmap;
+        QTest::newRow("letters beyond ASCII") << "\u0130.\u00fcjpg" << jpeg;
+    }
+
+    void theLastThreeCharactersTellTheFormat()
+    {
+        QFETCH(QString, name);
+        QFETCH(QByteArray, begins);
+        ScratchFile file(name);
+        QVERIFY(savePicture(file.path(), Still::fromImage(plainImage({20, 10}, Qt::red))));
+        QVERIFY(file.content().startsWith(begins));
+        QCOMPARE(Still::fromBytes(file.content()).size(), QSize(20, 10));
+        QCOMPARE(QDir(file.folder()).entryList(QDir::Files), QStringList{name});
+    }
+
+    void nothingIsSavedOfANullPicture()
+    {
+        for (const char* name : {"a.gif", "a.jpg", "a.bmp"}) {
+            ScratchFile file(name);
+            file.setContent("old");
+            QVERIFY(!savePicture(file.path(), {}));
+            QCOMPARE(file.content(), "old");
+        }
+        QCOMPARE(encodeGif({}), QByteArray());
+        QCOMPARE(encodeJpeg({}), QByteArray());
+    }
+
+    void aFolderAsTargetIsRefused()
+    {
+        const Still picture = Still::fromImage(plainImage({8, 8}, Qt::red));
+        for (const char* name : {"a.gif", "a.jpg", "a.bmp"}) {
+            QTemporaryDir folder;
+            QVERIFY(QDir(folder.path()).mkdir(name));
+            QVERIFY(!savePicture(folder.filePath(name), picture));
+            QVERIFY(!savePicture(folder.filePath("none/") + name, picture));
+            QVERIFY(QFileInfo(folder.filePath(name)).isDir());
+        }
+    }
+
+    void aFullDiskKeepsTheOldFile()
+    {
+        if (!runsAgain()) {
+            QCOMPARE(runAgainWithOwnMounts("aFullDiskKeepsTheOldFile"), "passed");
+            return;
+        }
+        ScratchFile disk("unused");
+        QCOMPARE(mountSmallDisk(disk.folder(), 64), "mounted");
+        const Still large = Still::fromImage(odd::scenery({1000, 800}));
+        for (const char* name : {"a.gif", "a.jpg", "a.bmp"}) {
+            const QString path = QDir(disk.folder()).filePath(name);
+            QVERIFY(savePicture(path, Still::fromImage(plainImage({20, 20}, Qt::red))));
+            QVERIFY2(!savePicture(path, large), name);
+            QFile file(path);
+            QVERIFY(file.open(QIODevice::ReadOnly));
+            QCOMPARE(Still::fromBytes(file.readAll()).size(), QSize(20, 20));
+        }
+        QCOMPARE(QDir(disk.folder()).entryList(QDir::Files | QDir::Hidden),
+                 (QStringList{"a.bmp", "a.gif", "a.jpg"}));
+    }
+
+    void aFileThatMustNotBeWrittenIsKept()
+    {
+        if (!runsAgain()) {
+            QCOMPARE(runAgainAsOrdinaryUser("aFileThatMustNotBeWrittenIsKept"), "passed");
+            return;
+        }
+        for (const char* name : {"a.gif", "a.jpg", "a.bmp"}) {
+            ScratchFile file(name);
+            file.setContent("old");
+            QVERIFY(QFile::setPermissions(file.path(), QFile::ReadOwner));
+            QVERIFY(!savePicture(file.path(), Still::fromImage(plainImage({8, 8}, Qt::red))));
+            QCOMPARE(file.content(), "old");
+        }
+    }
+
+private:
+    /// Pictures of each kind, no larger than the other programs take.
+    static void sources()
+    {
+        QTest::addColumn<QImage>("image");
+        const QImage scenery = odd::scenery({61, 47});
+        QTest::newRow("32 bits") << scenery;
+        QTest::newRow("grey") << scenery.convertToFormat(QImage::Format_Grayscale8);
+        QTest::newRow("16 bits of grey") << scenery.convertToFormat(QImage::Format_Grayscale16);
+        QTest::newRow("1 bit") << scenery.convertToFormat(QImage::Format_Mono);
+        QTest::newRow("indexed") << scenery.convertToFormat(QImage::Format_Indexed8);
+        QTest::newRow("with alpha") << scenery.convertToFormat(QImage::Format_ARGB32);
+        QTest::newRow("1 x 1") << odd::scenery({1, 1});
+        QTest::newRow("1 wide") << odd::scenery({1, 300});
+        QTest::newRow("large") << odd::scenery({3840, 2160});
+    }
+};
+
+QTEST_GUILESS_MAIN(SaveImageTest)
+#include "tst_SaveImage.moc"

@@ -1,0 +1,317 @@
+#include "picture/Still.h"
+
+#include "support/MessageLog.h"
+#include "support/OddPictures.h"
+
+#include <QImageIOHandler>
+#include <QImageReader>
+
+#include <functional>
+#include <limits>
+
+namespace {
+
+constexpr QSize Small(37, 21);
+
+double processorSeconds(const std::function<void()>& work)
+{
+    const std::clock_t before = std::clock();
+    work();
+    return double(std::clock() - before) / CLOCKS_PER_SEC;
+}
+
+} // namespace
+
+class StillTest : public QObject
+{
+    Q_OBJECT
+private slots:
+    void isNullWithoutAPicture()
+    {
+        const Still still;
+        QVERIFY(still.isNull());
+        QCOMPARE(still.size(), QSize(0, 0));
+        QVERIFY(still.bytes().isEmpty());
+        QVERIFY(still.image().isNull());
+        QVERIFY(still.imageNoSmallerThan(QSize(1, 1)).isNull());
+        QVERIFY(Still::fromImage(QImage()).isNull());
+    }
+
+    void keepsTheBytesAndGivesThePixels_data()
+    {
+        QTest::addColumn<QByteArray>("bytes");
+        QTest::addColumn<QImage>("pixels");
+        const QImage scenery = odd::scenery(Small);
+        const QByteArray bitmap = odd::encoded(scenery, "bmp");
+        const QByteArray jpeg = odd::encoded(scenery, "jpg");
+        const QByteArray progressive = odd::encoded(scenery, "jpg", true);
+        const QByteArray grey = odd::encoded(scenery.convertedTo(QImage::Format_Grayscale8), "jpg");
+        QTest::newRow("bitmap") << bitmap << scenery;
+        QTest::newRow("bitmap of 256 colours")
+            << odd::encoded(scenery.convertedTo(QImage::Format_Indexed8), "bmp")
+            << scenery.convertedTo(QImage::Format_Indexed8).convertedTo(QImage::Format_RGB32);
+        QTest::newRow("gif") << odd::gifPattern(Small) << odd::gifPatternPixels(Small);
+        QTest::newRow("jpeg") << jpeg << QImage::fromData(jpeg);
+        QTest::newRow("progressive jpeg") << progressive << QImage::fromData(progressive);
+        QTest::newRow("grey jpeg") << grey << QImage::fromData(grey);
+    }
+
+    void keepsTheBytesAndGivesThePixels()
+    {
+        QFETCH(QByteArray, bytes);
+        QFETCH(QImage, pixels);
+        QVERIFY(!pixels.isNull());
+        QImage decoded;
+        const Still still = Still::fromBytes(bytes, {}, &decoded);
+        QVERIFY(!still.isNull());
+        QCOMPARE(still.size(), pixels.size());
+        QCOMPARE(still.bytes(), bytes);
+        QCOMPARE(decoded, pixels);
+        QCOMPARE(still.image(), pixels);
+        QVERIFY(decoded.format() == QImage::Format_RGB32 ||
+                decoded.format() == QImage::Format_Grayscale8);
+    }
+
+    void keepsPixelsThatNeverWereAFile()
+    {
+        const QImage pixels = odd::scenery(QSize(64, 48));
+        const Still still = Still::fromImage(pixels);
+        QVERIFY(!still.isNull());
+        QCOMPARE(still.size(), QSize(64, 48));
+        QVERIFY(still.bytes().isEmpty());
+        QCOMPARE(still.image(), pixels);
+        QCOMPARE(still.image().constBits(), pixels.constBits());
+        QCOMPARE(still.imageNoSmallerThan(QSize(16, 12)).size(), QSize(16, 12));
+    }
+
+    void halvesWhileNoSmallerThanNeeded_data()
+    {
+        QTest::addColumn<QSize>("size");
+        QTest::addColumn<QSize>("needed");
+        QTest::addColumn<QSize>("halved");
+        const auto row = [](const char* name, QSize size, QSize needed, QSize halved) {
+            QTest::newRow(name) << size << needed << halved;
+        };
+        row("larger than the image", {640, 480}, {1000, 1000}, {640, 480});
+        row("the image", {640, 480}, {640, 480}, {640, 480});
+        row("just over a half", {640, 480}, {321, 10}, {640, 480});
+        row("just over a half in height", {640, 480}, {10, 241}, {640, 480});
+        row("a half", {640, 480}, {320, 240}, {320, 240});
+        row("a quarter", {640, 480}, {160, 120}, {160, 120});
+        row("an eighth", {640, 480}, {80, 60}, {80, 60});
+        row("next to nothing", {640, 480}, {1, 1}, {80, 60});
+        row("odd", {1081, 721}, {200, 100}, {270, 180});
+        row("odd, one too many", {1081, 721}, {271, 100}, {540, 360});
+        row("a line", {1, 10'000}, {1, 1'000}, {1, 1'250});
+        row("a dot", {1, 1}, {1, 1}, {1, 1});
+        row("empty", {640, 480}, {}, {640, 480});
+        row("0 by 0", {640, 480}, {0, 0}, {640, 480});
+        row("of no height", {640, 480}, {5, 0}, {640, 480});
+        row("of nothing", {0, 0}, {5, 5}, {0, 0});
+    }
+
+    void halvesWhileNoSmallerThanNeeded()
+    {
+        QFETCH(QSize, size);
+        QFETCH(QSize, needed);
+        QFETCH(QSize, halved);
+        QCOMPARE(Still::halvedSize(size, needed), halved);
+    }
+
+    void decodesAtTheHalvedSize_data()
+    {
+        QTest::addColumn<QByteArray>("bytes");
+        for (const QSize size : {QSize(64, 48), QSize(137, 81), QSize(9, 7), QSize(1, 300)}) {
+            const QImage image = odd::scenery(size);
+            const auto row = [&](const char* what, const QByteArray& bytes) {
+                QTest::addRow("%s of %d by %d", what, size.width(), size.height()) << bytes;
+            };
+            row("bitmap", odd::encoded(image, "bmp"));
+            row("gif", odd::gifPattern(size));
+            row("jpeg", odd::encoded(image, "jpg"));
+            row("progressive jpeg", odd::encoded(image, "jpg", true));
+            row("grey jpeg", odd::encoded(image.convertedTo(QImage::Format_Grayscale8), "jpg"));
+        }
+    }
+
+    void decodesAtTheHalvedSize()
+    {
+        QFETCH(QByteArray, bytes);
+        const Still still = Still::fromBytes(bytes);
+        QVERIFY(!still.isNull());
+        const QImage whole = still.image();
+        for (const int part : {1, 2, 4, 8}) {
+            const QSize wanted(qMax(1, still.size().width() / part),
+                               qMax(1, still.size().height() / part));
+            QImage decoded;
+            QVERIFY(!Still::fromBytes(bytes, wanted, &decoded).isNull());
+            QCOMPARE(decoded.size(), Still::halvedSize(still.size(), wanted));
+            QCOMPARE(still.imageNoSmallerThan(wanted), decoded);
+            if (wanted.width() < 4 || wanted.height() < 4)
+                continue;
+            // It is the same picture: the mean colours of both agree.
+            const QColor mean = whole.scaled(1, 1, Qt::IgnoreAspectRatio, Qt::SmoothTransformation)
+                                    .pixelColor(0, 0);
+            const QColor halved =
+                decoded.scaled(1, 1, Qt::IgnoreAspectRatio, Qt::SmoothTransformation)
+                    .pixelColor(0, 0);
+            QVERIFY(qAbs(mean.red() - halved.red()) < 12);
+            QVERIFY(qAbs(mean.green() - halved.green()) < 12);
+            QVERIFY(qAbs(mean.blue() - halved.blue()) < 12);
+        }
+    }
+
+    void letsTheJpegLibraryHalve_data()
+    {
+        QTest::addColumn<int>("part");
+        for (const int part : {1, 2, 4, 8})
+            QTest::addRow("1/%d", part) << part;
+    }
+
+    void letsTheJpegLibraryHalve()
+    {
+        QFETCH(int, part);
+        constexpr QSize size(640, 480);
+        const QByteArray bytes = odd::encoded(odd::scenery(size), "jpg");
+        QProcess reference;
+        reference.start("djpeg", {"-scale", QString("1/%1").arg(part), "-pnm"});
+        reference.write(bytes);
+        reference.closeWriteChannel();
+        QVERIFY(reference.waitForFinished());
+        const QImage expected = QImage::fromData(reference.readAllStandardOutput(), "PPM");
+        QCOMPARE(expected.size(), size / part);
+        const QImage decoded = Still::fromBytes(bytes).imageNoSmallerThan(size / part);
+        QCOMPARE(decoded, expected.convertedTo(QImage::Format_RGB32));
+    }
+
+    void decodesAQuarterMuchFaster_data()
+    {
+        QTest::addColumn<QSize>("size");
+        QTest::newRow("even") << QSize(3840, 2160);
+        QTest::newRow("odd") << QSize(3841, 2163);
+    }
+
+    void decodesAQuarterMuchFaster()
+    {
+        QFETCH(QSize, size);
+        const QByteArray bytes = odd::encoded(odd::scenery(size), "jpg");
+        double whole = std::numeric_limits<double>::max();
+        double quarter = whole;
+        for (int i = 0; i < 3; ++i) {
+            QImage decoded;
+            whole = qMin(whole, processorSeconds([&] { Still::fromBytes(bytes, {}, &decoded); }));
+            QCOMPARE(decoded.size(), size);
+            quarter = qMin(quarter,
+                           processorSeconds([&] { Still::fromBytes(bytes, size / 5, &decoded); }));
+            QCOMPARE(decoded.size(), QSize(size.width() / 4, size.height() / 4));
+        }
+        qInfo("whole %.1f ms, a quarter %.1f ms", whole * 1000, quarter * 1000);
+        QVERIFY(quarter < whole * 0.9);
+    }
+
+    void decodesOnceOnTheWayIn_data()
+    {
+        QTest::addColumn<QSize>("needed");
+        QTest::newRow("whole") << QSize();
+        QTest::newRow("halved") << QSize(100, 100);
+    }
+
+    void decodesOnceOnTheWayIn()
+    {
+        QFETCH(QSize, needed);
+        // The JPEG library reports the missing end of a picture once each time it decodes it.
+        const QByteArray bytes = odd::encoded(odd::scenery(QSize(400, 300)), "jpg").chopped(500);
+        const MessageLog log;
+        QImage decoded;
+        const Still still = Still::fromBytes(bytes, needed, &decoded);
+        QVERIFY(!decoded.isNull());
+        QCOMPARE(log.messages().size(), 1);
+        still.image();
+        QCOMPARE(log.messages().size(), 2);
+    }
+
+    void fillsWhatABitmapLeavesOut_data()
+    {
+        QTest::addColumn<QByteArray>("bytes");
+        QTest::addColumn<QImage>("pixels");
+        const auto colour = [](int index) { return qRgb(index, 255 - index, 128); };
+
+        QImage runs(8, 4, QImage::Format_RGB32);
+        runs.fill(colour(0));
+        for (int x = 0; x < 8; ++x)
+            runs.setPixel(x, 3, colour(1 + x % 2));
+        for (int x = 2; x < 6; ++x)
+            runs.setPixel(x, 1, colour(3));
+        QTest::newRow("in runs") << odd::bitmapRuns() << runs;
+
+        const QImage scenery = odd::scenery(QSize(64, 64));
+        const QByteArray whole = odd::encoded(scenery, "bmp");
+        QImage upper = scenery;
+        upper.fill(Qt::black);
+        for (int y = 32; y < 64; ++y)
+            for (int x = 0; x < 64; ++x)
+                upper.setPixel(x, y, scenery.pixel(x, y));
+        QTest::newRow("cut in the middle") << whole.left(54 + 64 * 3 * 32 + 5) << upper;
+    }
+
+    void fillsWhatABitmapLeavesOut()
+    {
+        QFETCH(QByteArray, bytes);
+        QFETCH(QImage, pixels);
+        const auto dirty = [](QSize size, QImage::Format format) {
+            QImage(size, format).fill(0x5A);
+        };
+        for (int i = 0; i < 3; ++i) {
+            dirty(pixels.size(), QImage::Format_RGB32);
+            dirty(pixels.size(), QImage::Format_Indexed8);
+            QCOMPARE(Still::fromBytes(bytes).image(), pixels);
+        }
+    }
+
+    void pixelsBesideTheColourTableAreBlack()
+    {
+        const QImage image =
+            Still::fromBytes(odd::bitmap({.width = 4, .height = 1, .bits = 8, .colours = 2},
+                                         QByteArray("\x00\x01\x02\xFF", 4)))
+                .image();
+        QCOMPARE(image.format(), QImage::Format_RGB32);
+        QCOMPARE(image.pixel(0, 0), qRgb(0, 255, 128));
+        QCOMPARE(image.pixel(1, 0), qRgb(1, 254, 128));
+        QCOMPARE(image.pixel(2, 0), qRgb(0, 0, 0));
+        QCOMPARE(image.pixel(3, 0), qRgb(0, 0, 0));
+    }
+
+    void turnsNothingByItself()
+    {
+        // Exif with one entry: orientation 6, a quarter to the right.
+        const QByteArray exif = QByteArray::fromHex("457869660000"
+                                                    "4d4d002a00000008"
+                                                    "0001"
+                                                    "011200030000000100060000"
+                                                    "00000000");
+        const QByteArray jpeg = odd::encoded(odd::scenery(Small), "jpg");
+        const QByteArray turned = odd::jpegStart() + odd::jpegSegment(0xE1, exif) + jpeg.mid(2);
+        QBuffer buffer;
+        buffer.setData(turned);
+        buffer.open(QIODevice::ReadOnly);
+        QCOMPARE(QImageReader(&buffer).transformation(), QImageIOHandler::TransformationRotate90);
+
+        const Still still = Still::fromBytes(turned);
+        QCOMPARE(still.size(), Small);
+        QCOMPARE(still.image(), Still::fromBytes(jpeg).image());
+    }
+
+    void mixesTheInksOfFourColours()
+    {
+        // Without any differences all four samples are 128, of inks that are stored inverted.
+        const odd::JpegFrame frame{.size = QSize(32, 16), .sampling = {0x11, 0x11, 0x11, 0x11}};
+        constexpr int bits = 4 * 2 * 4 * 2;
+        const QImage image = Still::fromBytes(odd::jpeg(frame, QByteArray(bits / 8, 0))).image();
+        QCOMPARE(image.size(), frame.size);
+        QCOMPARE(image.format(), QImage::Format_RGB32);
+        QCOMPARE(image.pixel(5, 5), qRgb(64, 64, 64));
+    }
+};
+
+QTEST_GUILESS_MAIN(StillTest)
+#include "tst_Still.moc"

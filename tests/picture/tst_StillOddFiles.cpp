@@ -1,0 +1,266 @@
+#include "picture/Still.h"
+
+#include "support/MessageLog.h"
+#include "support/OddPictures.h"
+
+#include <QLoggingCategory>
+
+#include <limits>
+#include <utility>
+
+namespace {
+
+constexpr QSize Small(37, 21);
+
+odd::JpegFrame frameOf(int marker, QList<int> sampling = {0x11, 0x11, 0x11}, QSize size = Small)
+{
+    return {.size = size, .marker = marker, .sampling = std::move(sampling)};
+}
+
+} // namespace
+
+/// What Still makes of files that are broken, cut, hostile or something else.
+class StillOddFilesTest : public QObject
+{
+    Q_OBJECT
+private slots:
+    void init()
+    {
+        // The decoders report each of the many broken pictures below.
+        QLoggingCategory::setFilterRules("qt.gui.imageio*=false");
+    }
+
+    void oddFiles_data()
+    {
+        QTest::addColumn<QByteArray>("bytes");
+        QTest::addColumn<QSize>("size");
+        const QSize refused(0, 0);
+        const QImage scenery = odd::scenery(Small);
+        const QByteArray jpeg = odd::encoded(scenery, "jpg");
+        const auto row = [](const char* name, const QByteArray& bytes, QSize size) {
+            QTest::newRow(name) << bytes << size;
+        };
+        row("empty", {}, refused);
+        row("text", "<html><body>404 Not Found</body></html>", refused);
+        row("png", odd::encoded(scenery, "png"), refused);
+        row("ico", odd::encoded(scenery, "ico"), refused);
+        row("xpm", odd::encoded(scenery, "xpm"), refused);
+        row("ppm", odd::encoded(scenery, "ppm"), refused);
+        row("svg", "<svg xmlns='http://www.w3.org/2000/svg' width='9' height='9'/>", refused);
+        row("bitmap signature before a png", "BM" + odd::encoded(scenery, "png"), refused);
+        row("jpeg signature before a png", "\xFF\xD8\xFF" + odd::encoded(scenery, "png"), refused);
+        row("blank before a jpeg", " " + jpeg, refused);
+        row("more than 64 MiB", jpeg + QByteArray(Still::MaxEncodedBytes - jpeg.size() + 1, 0),
+            refused);
+        row("64 MiB", jpeg + QByteArray(Still::MaxEncodedBytes - jpeg.size(), 0), Small);
+
+        row("a thin line", odd::encoded(odd::scenery(QSize(1, 10'000)), "jpg"), QSize(1, 10'000));
+        QByteArray corrupted = odd::encoded(odd::scenery(QSize(200, 200)), "jpg");
+        for (qsizetype i = corrupted.size() / 2; i < corrupted.size() / 2 + 40; ++i)
+            corrupted[i] = char(i * 7 % 255);
+        row("jpeg with forty wrong bytes of data", corrupted, QSize(200, 200));
+        row("jpeg with wrong tables", QByteArray(jpeg).replace("\xFF\xDB", "\xFF\xFE"), refused);
+        row("jpeg and its thumbnail behind it", jpeg + jpeg, Small);
+        row("jpeg of twelve bits",
+            odd::jpeg({.size = Small, .sampling = {0x11, 0x11, 0x11}, .bits = 12}), refused);
+        row("jpeg without losses", odd::jpeg(frameOf(0xC3)), refused);
+        row("jpeg of two components", odd::jpeg(frameOf(0xC0, {0x11, 0x11})), refused);
+        row("jpeg of two frames",
+            odd::jpegStart() + odd::jpegTables() + odd::jpegFrame(frameOf(0xC0)) +
+                odd::jpegFrame(frameOf(0xC0)) + odd::jpegScan(1, 3, {}) + odd::jpegEnd(),
+            refused);
+        row("jpeg of four components", odd::jpeg(frameOf(0xC0, {0x11, 0x11, 0x11, 0x11})), Small);
+        row("jpeg sampled unevenly", odd::jpeg(frameOf(0xC0, {0x12, 0x41, 0x11})), Small);
+        row("jpeg in arithmetic codes", odd::jpeg(frameOf(0xC9)), Small);
+        row("jpeg of a hundred scans", odd::jpegInScans(frameOf(0xC2), 100), Small);
+        row("jpeg of a hundred and one scans", odd::jpegInScans(frameOf(0xC2), 101), refused);
+        row("jpeg of 10,000 comments",
+            odd::jpegStart() + odd::jpegSegment(0xFE, "text").repeated(10'000) + jpeg.mid(2),
+            refused);
+
+        row("gif", odd::gifPattern(Small), Small);
+        row("gif of no frame", odd::gifPattern(Small).left(13 + 768) + ";", refused);
+        row("gif with a colour that is none",
+            odd::gif(Small, QRect({}, Small), QByteArray("\x00\x03\xFE\xFF\xFF", 5)), Small);
+        row("gif with a frame outside its screen",
+            odd::gif(Small, QRect(500, 500, 10, 10), odd::gifCodes("abc")), Small);
+        row("gif with a frame larger than its screen",
+            odd::gif(Small, QRect(3, 3, 5'000, 5'000), odd::gifRuns(5'000), true), Small);
+        row("gif on a wide screen",
+            odd::gif(QSize(60'000, 300), QRect(0, 0, 10, 10), odd::gifCodes("abc")),
+            QSize(60'000, 300));
+        row("gif with a frame of nothing", odd::gif(Small, QRect(0, 0, 0, 0), odd::gifCodes("abc")),
+            Small);
+        row("animation of 3,000 frames",
+            odd::gifPattern(Small).chopped(1) +
+                odd::gifPattern(Small).mid(13 + 768).chopped(1).repeated(3'000) + ";",
+            Small);
+
+        const auto bitmap = [](int width, int height, int bits, int compression = 0,
+                               quint32 colours = 0, int headerSize = 40) {
+            return odd::bitmap({width, height, bits, compression, colours, headerSize},
+                               QByteArray(400, 1));
+        };
+        row("bitmap of 16 colours in runs", odd::bitmapRuns(), QSize(8, 4));
+        row("bitmap of the oldest kind", bitmap(9, 5, 8, 0, 0, 12), QSize(9, 5));
+        row("bitmap from the top", bitmap(9, -5, 24), QSize(9, 5));
+        row("bitmap with 2^31 colours", bitmap(9, 5, 8, 0, 1u << 31), refused);
+        row("bitmap with masks", bitmap(9, 5, 32, 3), QSize(9, 5));
+        row("bitmap with an odd header", bitmap(9, 5, 24, 0, 0, 41), refused);
+        row("bitmap whose pixels begin behind its end",
+            bitmap(9, 5, 24).replace(10, 4, QByteArray::fromHex("ffffff7f")), QSize(9, 5));
+        row("bitmap of three bits", bitmap(9, 5, 3), refused);
+        row("bitmap that is a jpeg", bitmap(9, 5, 24, 4), refused);
+
+        const QByteArray line(60, 0);
+        row("bitmap of 30,000 by 30,000", bitmap(30'000, 30'000, 24), refused);
+        row("bitmap of 2^31 by 2^31",
+            bitmap(std::numeric_limits<int>::max(), std::numeric_limits<int>::min(), 1), refused);
+        row("gif of 30,000 by 30,000",
+            odd::gif(QSize(30'000, 30'000), QRect(0, 0, 5, 5), odd::gifCodes("abc")), refused);
+        row("gif frame of 30,000 by 30,000",
+            odd::gif(Small, QRect(0, 0, 30'000, 30'000), odd::gifCodes("abc")), refused);
+        row("jpeg of 30,000 by 30,000",
+            odd::jpeg(frameOf(0xC0, {0x11, 0x11, 0x11}, QSize(30'000, 30'000))), refused);
+        row("jpeg of 65,535 by 65,535",
+            odd::jpeg(frameOf(0xC0, {0x11, 0x11, 0x11}, QSize(65'535, 65'535))), refused);
+        row("progressive jpeg of 30,000 by 30,000",
+            odd::jpegInScans(frameOf(0xC2, {0x11, 0x11, 0x11}, QSize(30'000, 30'000)), 10),
+            refused);
+        row("jpeg of 20,000 scans", odd::jpegInScans(frameOf(0xC2), 20'000), refused);
+    }
+
+    void oddFiles()
+    {
+        QFETCH(QByteArray, bytes);
+        QFETCH(QSize, size);
+        QLoggingCategory::setFilterRules({});
+        const QImage before = odd::scenery(QSize(3, 3));
+        for (const QSize needed : {QSize(), QSize(4, 4)}) {
+            const MessageLog log;
+            QImage decoded = before;
+            const Still still = Still::fromBytes(bytes, needed, &decoded);
+            QCOMPARE(still.size(), size);
+            QCOMPARE(still.isNull(), size == QSize(0, 0));
+            if (still.isNull())
+                QCOMPARE(decoded, before);
+            else
+                QCOMPARE(decoded.size(), Still::halvedSize(size, needed));
+            QCOMPARE(still.bytes(), still.isNull() ? QByteArray() : bytes);
+            // Nothing but the decoders' own reports, at the most one each time.
+            QVERIFY(log.messages().size() <= 1);
+            for (const auto& message : log.messages())
+                QVERIFY2(message.first.startsWith("qt.gui.imageio"), qPrintable(message.second));
+        }
+    }
+
+    void cutAnywhere_data()
+    {
+        QTest::addColumn<QByteArray>("bytes");
+        QTest::addColumn<qsizetype>("shortest"); // That still gives a picture.
+        const QImage image = odd::scenery(Small);
+        const auto afterScanHeader = [](const QByteArray& bytes) {
+            const qsizetype begin = bytes.indexOf("\xFF\xDA");
+            return begin + 2 + uchar(bytes[begin + 2]) * 256 + uchar(bytes[begin + 3]);
+        };
+        for (const bool progressive : {false, true}) {
+            const QByteArray bytes = odd::encoded(image, "jpg", progressive);
+            QTest::newRow(progressive ? "progressive jpeg" : "jpeg")
+                << bytes << afterScanHeader(bytes);
+        }
+        const QByteArray scans = odd::jpegInScans(frameOf(0xC0), 6, "\x12\x34");
+        QTest::newRow("jpeg in six scans") << scans << afterScanHeader(scans);
+        QTest::newRow("gif") << odd::gifPattern(Small) << qsizetype(13 + 768 + 10 + 2 + 1);
+        QTest::newRow("bitmap") << odd::encoded(image, "bmp") << qsizetype(54 + 1);
+        QTest::newRow("bitmap in runs") << odd::bitmapRuns() << qsizetype(54 + 64 + 1);
+        QTest::newRow("bitmap of 256 colours")
+            << odd::bitmap({.width = 9, .height = 5, .bits = 8}, QByteArray(60, 1))
+            << qsizetype(54 + 1024 + 1);
+    }
+
+    void cutAnywhere()
+    {
+        QFETCH(QByteArray, bytes);
+        QFETCH(qsizetype, shortest);
+        const QSize size = Still::fromBytes(bytes).size();
+        QVERIFY(!size.isEmpty());
+        for (qsizetype length = 0; length < bytes.size(); ++length) {
+            for (const QSize needed : {QSize(), QSize(1, 1)}) {
+                QImage decoded;
+                const Still still = Still::fromBytes(bytes.left(length), needed, &decoded);
+                QVERIFY2(still.isNull() == (length < shortest), QByteArray::number(length));
+                if (!still.isNull()) {
+                    QCOMPARE(still.size(), size);
+                    QCOMPARE(decoded.size(), Still::halvedSize(size, needed));
+                }
+            }
+        }
+    }
+
+    void showsWhatATruncatedJpegHas()
+    {
+        const QByteArray bytes = odd::encoded(odd::scenery(QSize(160, 160)), "jpg");
+        const QImage whole = Still::fromBytes(bytes).image();
+        const QImage cut = Still::fromBytes(bytes.left(bytes.size() * 3 / 4)).image();
+        QCOMPARE(cut.size(), whole.size());
+        QCOMPARE(cut.copy(0, 0, 160, 80), whole.copy(0, 0, 160, 80));
+        const QRect end(0, 150, 160, 10);
+        QVERIFY(cut.copy(end) != whole.copy(end));
+        QCOMPARE(cut.copy(end), QImage(cut.copy(end)).scaled(1, 1).scaled(160, 10)); // One colour.
+    }
+
+    void survivesMutations_data()
+    {
+        QTest::addColumn<QByteArray>("bytes");
+        const QImage image = odd::scenery(Small);
+        QTest::newRow("jpeg") << odd::encoded(image, "jpg");
+        QTest::newRow("progressive jpeg") << odd::encoded(image, "jpg", true);
+        QTest::newRow("gif") << odd::gifPattern(Small);
+        QTest::newRow("bitmap") << odd::encoded(image, "bmp");
+        QTest::newRow("bitmap in runs") << odd::bitmapRuns();
+    }
+
+    void survivesMutations()
+    {
+        QFETCH(QByteArray, bytes);
+        constexpr int mutations = 400; // Of each row: 2,000 in all.
+        QRandomGenerator random(20'031);
+        int pictures = 0;
+        const QDeadlineTimer deadline(60'000);
+        for (int i = 0; i < mutations && !deadline.hasExpired(); ++i) {
+            QByteArray mutated = bytes;
+            for (int change = random.bounded(1, 6); change > 0 && !mutated.isEmpty(); --change) {
+                const auto at = qsizetype(random.bounded(quint32(mutated.size())));
+                // Half of the changes hit the header, where most of what can go wrong is.
+                const qsizetype place = random.bounded(2) ? at : at % 64;
+                if (place >= mutated.size())
+                    continue;
+                switch (random.bounded(5)) {
+                case 0:
+                    mutated.remove(place, random.bounded(1, 9));
+                    break;
+                case 1:
+                    mutated.insert(place, mutated.mid(place, random.bounded(1, 9)));
+                    break;
+                case 2:
+                    mutated[place] = char(mutated[place] ^ (1 << random.bounded(8)));
+                    break;
+                default:
+                    mutated[place] = random.bounded(2) ? char(random.bounded(256)) : '\xFF';
+                    break;
+                }
+            }
+            QImage decoded;
+            const Still still =
+                Still::fromBytes(mutated, random.bounded(2) ? QSize(5, 5) : QSize(), &decoded);
+            QCOMPARE(still.isNull(), decoded.isNull());
+            pictures += still.isNull() ? 0 : 1;
+        }
+        QVERIFY(!deadline.hasExpired());
+        // Neither all of them nor none: the mutations meet both ways.
+        QVERIFY2(pictures > mutations / 20 && pictures < mutations, QByteArray::number(pictures));
+    }
+};
+
+QTEST_GUILESS_MAIN(StillOddFilesTest)
+#include "tst_StillOddFiles.moc"

@@ -1,0 +1,118 @@
+// The about window.
+
+#include "shell/frmWhat.h"
+#include "support/Dialogs.h"
+#include "widgets/LinkLabel.h"
+
+#include <QPlainTextEdit>
+#include <QTabBar>
+#include <QTabWidget>
+#include <QVariantList>
+
+class frmWhatTest : public QObject
+{
+    Q_OBJECT
+private slots:
+    void itSaysWhatTheProgramIs()
+    {
+        frmWhat what(m_home, nullptr);
+        QCOMPARE(what.windowTitle(), "About");
+        QCOMPARE(what.findChild<QLabel*>("lbl(0)")->text(), "Pevora v1.1");
+        QCOMPARE(what.findChild<QLabel*>("lbl(3)")->text(), m_home);
+        auto* tabs = what.findChild<QTabWidget*>("tabMain");
+        QCOMPARE(tabs->count(), 2);
+        QCOMPARE(tabs->tabText(0), "About");
+        QCOMPARE(tabs->tabText(1), "What's New");
+        // The logo is painted: its middle is not the window's colour.
+        auto* logo = what.findChild<QWidget*>("imgMain");
+        what.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&what));
+        const QImage picture = logo->grab().toImage();
+        QVERIFY(picture.pixelColor(picture.rect().center()) != picture.pixelColor(0, 0));
+    }
+
+    void oneOfTwoFramesIsVisible()
+    {
+        auto* what = new frmWhat(m_home, nullptr);
+        what->open();
+        QVERIFY(QTest::qWaitForWindowExposed(what));
+        auto* bar = what->findChild<QTabWidget*>("tabMain")->tabBar();
+        const auto* about = what->findChild<QWidget*>("frBack(0)");
+        const auto* news = what->findChild<QWidget*>("frBack(1)");
+        QVERIFY(about->isVisible() && !news->isVisible());
+        for (const int tab : {1, 0, 0, 1, 1, 0}) {
+            QTest::mouseClick(bar, Qt::LeftButton, {}, bar->tabRect(tab).center());
+            QCOMPARE(about->isVisible(), tab == 0);
+            QCOMPARE(news->isVisible(), tab == 1);
+        }
+        what->close();
+    }
+
+    void theNotesHoldEveryTopic()
+    {
+        const frmWhat what(m_home, nullptr);
+        const QString notes = what.findChild<QPlainTextEdit*>("txtMain")->toPlainText();
+        QVERIFY(notes.startsWith("Pevora v1.1 ("));
+        for (const char* topic :
+             {"Favorites", "Goto bar", "Language packs", "About and Help", "from a web browser",
+              "Desktop image", "Tray option", "Original size", "Preferences", "New Images Only",
+              "address on show", "Pevora v1.0"})
+            QVERIFY2(notes.contains(topic), topic);
+        QCOMPARE(notes.count("- History:"), 2);
+        QCOMPARE(notes.count("\n- "), 13);
+    }
+
+    void aClickOnTheHomePageAsksForIt()
+    {
+        auto* what = new frmWhat(m_home, nullptr);
+        what->open();
+        QVERIFY(QTest::qWaitForWindowExposed(what));
+        QSignalSpy wanted(what, &frmWhat::HomePageRequested);
+        auto* home = what->findChild<LinkLabel*>("lbl(3)");
+        QTest::mouseClick(home, Qt::RightButton);
+        QTest::mousePress(home, Qt::LeftButton);
+        QTest::mouseRelease(home, Qt::LeftButton, {}, QPoint(-20, -20));
+        QCOMPARE(wanted.size(), 0);
+        QTest::mouseClick(home, Qt::LeftButton);
+        QCOMPARE(wanted, QList<QVariantList>{{m_home}});
+        what->close();
+    }
+
+    void theHomePageIsReachedByKeys()
+    {
+        frmWhat what(m_home, nullptr);
+        QSignalSpy wanted(&what, &frmWhat::HomePageRequested);
+        auto* home = what.findChild<LinkLabel*>("lbl(3)");
+        QVERIFY(home->focusPolicy() & Qt::TabFocus);
+        int asked = 0;
+        for (const Qt::Key key : {Qt::Key_Return, Qt::Key_Enter, Qt::Key_Space}) {
+            QTest::keyClick(home, key);
+            QCOMPARE(wanted.size(), ++asked);
+        }
+        QTest::keyClick(home, Qt::Key_A);
+        QCOMPARE(wanted.size(), asked);
+    }
+
+    void theNotesCannotBeChanged()
+    {
+        const frmWhat what(m_home, nullptr);
+        auto* notes = what.findChild<QPlainTextEdit*>("txtMain");
+        const QString before = notes->toPlainText();
+        QTest::keyClicks(notes, "x");
+        QCOMPARE(notes->toPlainText(), before);
+    }
+
+    void escapeClosesIt()
+    {
+        const QPointer<frmWhat> what = new frmWhat(m_home, nullptr);
+        what->open();
+        QTest::keyClick(what.data(), Qt::Key_Escape);
+        QTRY_VERIFY(!what);
+    }
+
+private:
+    const QString m_home = "http://localhost/pevora/";
+};
+
+QTEST_MAIN(frmWhatTest)
+#include "tst_frmWhat.moc"

@@ -1,0 +1,305 @@
+// Servers that never come to an end, in size or in time: the window answers meanwhile, memory is
+// bounded, and Stop ends it.
+
+#include "support/ChildCost.h"
+#include "support/Pictures.h"
+#include "support/ScriptedServer.h"
+#include "support/ShownCamera.h"
+#include "support/TimeSeam.h"
+#include "viewer/surface/ToolBar.h"
+
+#include <QPlainTextEdit>
+#include <QTcpServer>
+#include <QTcpSocket>
+
+#include <algorithm>
+#include <ctime>
+
+using End = Script::End;
+
+namespace {
+
+const QString NotPicture = "  Error: Not a picture.";
+const QStringList NotPictureTold{"error Not a picture"};
+constexpr qint64 MiB = 1024 * 1024;
+
+/// Sends a header and then body for ever.
+class EndlessServer
+{
+public:
+    explicit EndlessServer(const QByteArray& header)
+    {
+        if (!m_server.listen(QHostAddress::LocalHost))
+            qFatal("cannot listen");
+        QObject::connect(&m_server, &QTcpServer::newConnection, &m_server, [this, header] {
+            auto* socket = m_server.nextPendingConnection();
+            connected = true;
+            QObject::connect(socket, &QTcpSocket::readyRead, socket, [this, socket, header] {
+                socket->readAll();
+                socket->write(header);
+                sendMore(socket);
+            });
+            QObject::connect(socket, &QTcpSocket::bytesWritten, socket, [this, socket](qint64 n) {
+                sent += n;
+                sendMore(socket);
+            });
+            QObject::connect(socket, &QTcpSocket::disconnected, socket,
+                             [this] { connected = false; });
+        });
+    }
+    QString url() const { return QString("127.0.0.1:%1/a.jpg").arg(m_server.serverPort()); }
+
+    qint64 sent = 0;
+    bool connected = false;
+
+private:
+    void sendMore(QTcpSocket* socket) const
+    {
+        if (socket->bytesToWrite() < m_part.size())
+            socket->write(m_part);
+    }
+
+    QTcpServer m_server;
+    const QByteArray m_part = QByteArray(64 * 1024, 'x');
+};
+
+/// Ticks as long as the window answers, and notes the longest time between two ticks: of processor
+/// time, so that a busy machine does not matter.
+class Heartbeat : public QObject
+{
+public:
+    Heartbeat()
+    {
+        connect(&m_timer, &QTimer::timeout, this, [this] {
+            ++beats;
+            const std::clock_t now = std::clock();
+            longestGap = std::max(longestGap, double(now - m_last) / CLOCKS_PER_SEC);
+            m_last = now;
+        });
+        m_timer.start(1);
+    }
+
+    int beats = 0;
+    double longestGap = 0; ///< In seconds.
+
+private:
+    QTimer m_timer;
+    std::clock_t m_last = std::clock();
+};
+
+/// In seconds: less than a person would call a hang.
+constexpr double LongestGap = 0.5;
+
+} // namespace
+
+class FetchFloodsTest : public QObject
+{
+    Q_OBJECT
+private slots:
+    void anEndlessBodyEndsAt64MiB_data()
+    {
+        QTest::addColumn<QByteArray>("header");
+        const QByteArray typed = "HTTP/1.0 200 OK\r\nContent-Type: image/jpeg\r\n";
+        QTest::newRow("no length") << typed + "\r\n";
+        QTest::newRow("length") << typed + "Content-Length: 2147483647\r\n\r\n";
+        QTest::newRow("no header end") << QByteArray("HTTP/1.0 200 OK\r\n");
+    }
+
+    void anEndlessBodyEndsAt64MiB()
+    {
+        QFETCH(QByteArray, header);
+        ShownCamera c;
+        QCOMPARE(c.trouble(), "");
+        const QByteArray before = c.picture();
+        EndlessServer server(header);
+        Heartbeat heart;
+        const Outcome outcome = c.fetch(server.url());
+        QCOMPARE(outcome.told, NotPictureTold);
+        QCOMPARE(outcome.status, NotPicture);
+        QVERIFY(!c.busy());
+        QTRY_VERIFY(!server.connected);
+        QVERIFY(server.sent >= 64 * MiB);
+        QVERIFY2(server.sent < 96 * MiB, QByteArray::number(server.sent));
+        QVERIFY2(heart.longestGap < LongestGap, QByteArray::number(heart.longestGap));
+        QCOMPARE(c.picture(), before);
+        QCOMPARE(c.trouble(), "");
+    }
+
+    void anEndlessBodyCostsBoundedMemory()
+    {
+        const ChildCost cost = costOfChild({"anEndlessBodyEndsAt64MiB:no length"});
+        qInfo("%4.2f s, %3.0f MB", cost.seconds, cost.peakMegabytes);
+        QCOMPARE(cost.exitCode, 0);
+#ifndef __SANITIZE_ADDRESS__ // It needs memory of its own.
+        QVERIFY(cost.peakMegabytes < 400);
+#endif
+    }
+
+    void tenMegabytesOfHeaderAreNoPicture_data()
+    {
+        QTest::addColumn<QByteArray>("answer");
+        const QByteArray lines = QByteArray("X-Filler: 0123456789\r\n").repeated(10'000'000 / 22);
+        const QByteArray type = "Content-Type: image/jpeg\r\n";
+        const QByteArray picture = encodedPicture({40, 30}, Qt::red);
+        QTest::newRow("no type") << httpAnswer(picture, lines);
+        QTest::newRow("type first") << httpAnswer(picture, type + lines);
+        QTest::newRow("type last") << httpAnswer(picture, lines + type);
+        QTest::newRow("no end") << ("HTTP/1.0 200 OK\r\n" + type + lines);
+        QTest::newRow("one line") << httpAnswer(picture,
+                                                type + "X: " + QByteArray(10'000'000, 'x'));
+        QTest::newRow("no line at all") << QByteArray(10'000'000, 'x');
+    }
+
+    void tenMegabytesOfHeaderAreNoPicture()
+    {
+        QFETCH(QByteArray, answer);
+        ShownCamera c;
+        ScriptedServer server;
+        server.listen();
+        server.play(answer);
+        Heartbeat heart;
+        QCOMPARE(c.fetch(server.url()).told, NotPictureTold);
+        QCOMPARE(c.status(), NotPicture);
+        QVERIFY2(heart.longestGap < LongestGap, QByteArray::number(heart.longestGap));
+        QTRY_COMPARE(server.openConnections(), 0);
+        QCOMPARE(c.trouble(), "");
+    }
+
+    void theDebugBoxKeepsTheEndOfAFlood()
+    {
+        ShownCamera c;
+        QTest::mousePress(c.cam.findChild<QWidget*>("lblPic"), Qt::RightButton, Qt::ShiftModifier);
+        const auto& box = *c.cam.findChild<QPlainTextEdit*>("txtDebug");
+        QVERIFY(box.isVisible());
+        ScriptedServer server;
+        server.listen();
+        server.play(QByteArray("X-Filler: 0123456789\r\n").repeated(50'000) + "the end");
+        QCOMPARE(c.fetch(server.url()).told, NotPictureTold);
+        QVERIFY(box.blockCount() <= 5'000);
+        QVERIFY(box.toPlainText().endsWith("X-Filler: 0123456789\nthe end"));
+        QTest::mousePress(c.cam.findChild<QWidget*>("lblPic"), Qt::RightButton, Qt::ShiftModifier);
+        QCOMPARE(c.trouble(), "");
+    }
+
+    void aRedirectToItselfIsStopped()
+    {
+        ShownCamera c;
+        ScriptedServer server;
+        server.listen();
+        server.play(
+            httpAnswer({}, "Location: http://" + server.url().toLatin1() + "\r\n", "302 Found"));
+        Heartbeat heart;
+        c.start(server.url());
+        QTRY_VERIFY(server.connections() >= 100);
+        QVERIFY(heart.beats >= 10);
+        QVERIFY2(heart.longestGap < LongestGap, QByteArray::number(heart.longestGap));
+        QVERIFY(c.busy());
+        c.press(ToolBar::Stop);
+        QCOMPARE(c.told(), QStringList{"done"});
+        QCOMPARE(c.status(), "  Stopped");
+        QVERIFY(!c.busy());
+        const int connections = server.connections();
+        QTRY_COMPARE(server.openConnections(), 0);
+        QVERIFY(server.connections() <= connections + 1); // one may have been on its way
+        QCOMPARE(c.trouble(), "");
+    }
+
+    void aByteEveryNineSecondsGoesOnUntilStop()
+    {
+        const QByteArray body = largePicture(3'000);
+        const QByteArray answer = pictureAnswer(body);
+        const auto first = answer.size() - body.size();
+        ShownCamera c;
+        ScriptedServer server;
+        server.listen();
+        server.play(answer.left(first), End::KeepOpen);
+        Timer& tmrOut = c.timer("tmrOut");
+        QCOMPARE(tmrOut.Interval(), 10'000);
+        QSignalSpy silence(&tmrOut, &Timer::Tick);
+        c.start(server.url());
+        QTRY_VERIFY(tmrOut.Enabled());
+        const QFileInfo file(c.folder() + "/tt.jpg");
+        for (int byte = 0; byte < 20; ++byte) {
+            // Off, as if nine seconds had not begun: only the byte switches it on again.
+            tmrOut.setEnabled(false);
+            server.sendMore(body.mid(byte, 1));
+            QTRY_VERIFY(tmrOut.Enabled());
+            QVERIFY(c.told().isEmpty());
+            QVERIFY(c.busy());
+        }
+        QCOMPARE(silence.count(), 0);
+        c.press(ToolBar::Stop);
+        QCOMPARE(c.told(), QStringList{"done"});
+        QCOMPARE(c.status(), "  Stopped");
+        QVERIFY(!tmrOut.Enabled());
+        QTRY_COMPARE(server.openConnections(), 0);
+        QCOMPARE(c.trouble(), "");
+    }
+
+    void eachChunkStartsTheTimeOutAnew()
+    {
+        constexpr int timeOutMs = 300;
+        const QByteArray body = largePicture(3'000);
+        const QByteArray answer = pictureAnswer(body);
+        ShownCamera c;
+        // A machine that stops for half of the time-out proves nothing: then once more.
+        for (bool proved = false; !proved;) {
+            ScriptedServer server;
+            server.listen();
+            server.play(answer.chopped(body.size()), End::KeepOpen);
+            c.timer("tmrOut").setInterval(timeOutMs);
+            c.start(server.url());
+            QTRY_VERIFY(c.timer("tmrOut").Enabled());
+            QElapsedTimer all;
+            QElapsedTimer gap;
+            qint64 longestGap = 0;
+            int sent = 0;
+            QTimer sender;
+            const auto send = [&] {
+                longestGap = std::max(longestGap, gap.restart());
+                server.sendMore(body.mid(sent++, 1));
+            };
+            connect(&sender, &QTimer::timeout, &sender, send);
+            all.start();
+            gap.start();
+            sender.start(timeOutMs / 20);
+            QTRY_VERIFY(all.elapsed() > 2 * timeOutMs);
+            sender.stop();
+            proved = longestGap < timeOutMs / 2;
+            if (proved)
+                QCOMPARE(c.told(), QStringList{});
+            // And then silence ends it.
+            QTRY_COMPARE(c.told(), NotPictureTold);
+        }
+        QCOMPARE(c.trouble(), "");
+    }
+
+    void aHeaderWithoutEndWaitsTenSeconds()
+    {
+        ShownCamera c;
+        ScriptedServer server;
+        server.listen();
+        server.play("HTTP/1.0 200 OK\r\nContent-Type: image/jpeg\r\n", End::KeepOpen);
+        Timer& tmrHeader = c.timer("tmrHeader");
+        c.start(server.url());
+        QTRY_VERIFY(tmrHeader.Enabled());
+        server.sendMore("X: y\r\n");
+        QVERIFY(c.busy());
+        tmrHeader.elapse();
+        QTRY_VERIFY(c.timer("tmrOut").Enabled());
+        QCOMPARE(c.told(), QStringList{});
+        c.timer("tmrOut").elapse();
+        QCOMPARE(c.end().told, NotPictureTold);
+
+        // The same once more, ended by the person.
+        c.start(server.url());
+        QTRY_VERIFY(tmrHeader.Enabled());
+        c.press(ToolBar::Stop);
+        QVERIFY(!tmrHeader.Enabled());
+        QCOMPARE(c.status(), "  Stopped");
+        QCOMPARE(c.trouble(), "");
+    }
+};
+
+QTEST_MAIN(FetchFloodsTest)
+#include "tst_FetchFloods.moc"

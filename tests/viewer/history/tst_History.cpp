@@ -1,0 +1,197 @@
+#include "support/Pictures.h"
+#include "viewer/history/History.h"
+
+#include <optional>
+
+static Still still(int width)
+{
+    return Still::fromImage(plainImage({width, 1}, Qt::red));
+}
+
+class HistoryTest : public QObject
+{
+    Q_OBJECT
+private slots:
+    void theNewestIsTheCurrentImage()
+    {
+        History history;
+        QCOMPARE(history.CurrentImage(), 0);
+        history.Append(still(1), "cam/a", "");
+        history.Append(still(2), "cam/a", "");
+        QCOMPARE(history.CurrentImage(), 2);
+        QCOMPARE(history.ilHis().Picture(2).size().width(), 2);
+    }
+
+    void the46thImageRemovesTheOldest()
+    {
+        History history;
+        QSignalSpy removed(&history, &History::OldestRemoved);
+        for (int i = 1; i <= 45; ++i)
+            history.Append(still(i), "cam/a", "");
+        QCOMPARE(history.ilHis().Count(), 45);
+        QCOMPARE(removed.count(), 0);
+        history.Append(still(46), "cam/a", "");
+        QCOMPARE(history.ilHis().Count(), 45);
+        QCOMPARE(history.CurrentImage(), 45);
+        QCOMPARE(removed.count(), 1);
+        QCOMPARE(history.ilHis().Picture(1).size().width(), 2);
+        QCOMPARE(history.ilHis().Picture(45).size().width(), 46);
+    }
+
+    void keysHoldAddressAndDateAndAreUnique()
+    {
+        History history;
+        // A clock that stands still seeds the same digits each time.
+        const QDateTime frozen(QDate(2000, 1, 1), QTime(0, 0));
+        history.setClock([&] { return frozen; });
+        QSet<QString> tails;
+        for (int i = 0; i < 20; ++i) {
+            history.Append(still(1), "cam/a.jpg", "Thu");
+            const QStringList fields = history.ilHis().Key(i + 1).split(QChar(0xFF));
+            QCOMPARE(fields.size(), 3);
+            QCOMPARE(fields[0], "cam/a.jpg");
+            QCOMPARE(fields[1], "Thu");
+            tails.insert(fields[2]);
+        }
+        QCOMPARE(tails.size(), 20);
+    }
+
+    void lastModifiedIsTheNewestOfItsAddress()
+    {
+        History history;
+        QCOMPARE(history.lastModifiedOf("cam/a"), "");
+        history.Append(still(1), "cam/a", "Mon");
+        history.Append(still(1), "cam/b", "Tue");
+        history.Append(still(1), "cam/a", "Wed");
+        history.Append(still(1), "cam/c", "");
+        QCOMPARE(history.lastModifiedOf("cam/a"), "Wed");
+        QCOMPARE(history.lastModifiedOf("cam/b"), "Tue");
+        QCOMPARE(history.lastModifiedOf("cam/c"), "");
+        QCOMPARE(history.lastModifiedOf("cam/A"), "");
+        QCOMPARE(history.lastModifiedOf("cam"), "");
+    }
+
+    void anOpenedFileHasNoAddress()
+    {
+        History history;
+        const QDateTime frozen(QDate(2000, 1, 1), QTime(12, 0));
+        history.setClock([&] { return frozen; });
+        QSet<QString> keys;
+        for (int n = 1; n <= 20; ++n) {
+            history.AppendFile(still(n));
+            QCOMPARE(history.CurrentImage(), n);
+            QCOMPARE(history.addressOf(n), std::optional<QString>(""));
+            const QString key = history.ilHis().Key(n);
+            QCOMPARE(key.count(QChar(0xFF)), 1);
+            QVERIFY(key.size() > 2);
+            keys.insert(key);
+        }
+        QCOMPARE(keys.size(), 20);
+    }
+
+    void the46thIsRemovedSilentlyForAFile()
+    {
+        History history;
+        QSignalSpy removed(&history, &History::OldestRemoved);
+        for (int i = 1; i <= 46; ++i)
+            history.AppendFile(still(i));
+        QCOMPARE(history.Count(), 45);
+        QCOMPARE(history.CurrentImage(), 45);
+        QCOMPARE(history.ilHis().Picture(1).size().width(), 2);
+        QCOMPARE(removed.count(), 0);
+    }
+
+    void framesHaveNoKeyAndNoLimit()
+    {
+        History history;
+        for (int i = 1; i <= 60; ++i)
+            history.AppendFrame(still(i));
+        QCOMPARE(history.Count(), 60);
+        QCOMPARE(history.CurrentImage(), 0);
+        QCOMPARE(history.addressOf(7), std::nullopt);
+        QCOMPARE(history.ilHis().Key(7), "");
+
+        // Then one goes for each that comes.
+        history.Append(still(61), "cam/a", "");
+        QCOMPARE(history.Count(), 60);
+        QCOMPARE(history.CurrentImage(), 60);
+        history.AppendFile(still(62));
+        QCOMPARE(history.Count(), 60);
+        QCOMPARE(history.ilHis().Picture(1).size().width(), 3);
+    }
+
+    void stepsWrapAround()
+    {
+        History history;
+        for (int i = 1; i <= 3; ++i)
+            history.AppendFile(still(i));
+        QCOMPARE(history.forward(), 1);
+        QCOMPARE(history.forward(), 2);
+        QCOMPARE(history.back(), 1);
+        QCOMPARE(history.back(), 3);
+        QCOMPARE(history.CurrentImage(), 3);
+        history.setCurrentImage(0);
+        QCOMPARE(history.forward(), 1);
+        history.setCurrentImage(0);
+        QCOMPARE(history.back(), 3);
+    }
+
+    void stepsFromAboveTheEndLeadToTheNewest()
+    {
+        History history;
+        history.AppendFile(still(1));
+        history.AppendFile(still(2));
+        history.setCurrentImage(9);
+        QCOMPARE(history.back(), 2);
+        history.setCurrentImage(9);
+        QCOMPARE(history.forward(), 2);
+    }
+
+    void anEmptyHistoryHasNoSteps()
+    {
+        History history;
+        history.setCurrentImage(7);
+        QCOMPARE(history.back(), 0);
+        QCOMPARE(history.forward(), 0);
+        QCOMPARE(history.CurrentImage(), 7);
+        QCOMPARE(history.addressOf(0), std::nullopt);
+        QVERIFY(!history.removeCurrent());
+    }
+
+    void removalLeavesTheNumber()
+    {
+        History history;
+        for (int i = 1; i <= 3; ++i)
+            history.AppendFile(still(i));
+        history.setCurrentImage(2);
+        QVERIFY(history.removeCurrent());
+        QCOMPARE(history.CurrentImage(), 2);
+        QCOMPARE(history.ilHis().Picture(2).size().width(), 3);
+        history.setCurrentImage(3);
+        QVERIFY(!history.removeCurrent());
+        history.Clear();
+        QCOMPARE(history.Count(), 0);
+        QCOMPARE(history.CurrentImage(), 3);
+    }
+
+    void eachEntryKnowsItsCamera()
+    {
+        History history;
+        history.Append(still(1), "cam/a", "Mon", "cam:81/a");
+        history.Append(still(2), "cam/a", "Mon", "cam:82/a");
+        history.AppendFile(still(3));
+        QCOMPARE(history.cameraOf(1), "cam:81/a");
+        QCOMPARE(history.cameraOf(2), "cam:82/a");
+        QCOMPARE(history.cameraOf(3), "");
+        QCOMPARE(history.newestOf("cam/a"), 2);
+        QCOMPARE(history.newestOf("cam/b"), 0);
+        history.setCurrentImage(1);
+        history.removeCurrent();
+        QCOMPARE(history.cameraOf(1), "cam:82/a");
+        history.Clear();
+        QCOMPARE(history.cameraOf(1), "");
+    }
+};
+
+QTEST_GUILESS_MAIN(HistoryTest)
+#include "tst_History.moc"

@@ -1,0 +1,385 @@
+// A list of pictures saved as a movie, step by step.
+#include "viewer/movie/MovieWriter.h"
+
+#include "picture/SaveImage.h"
+#include "support/ChildCost.h"
+#include "support/JobLog.h"
+#include "support/OddPictures.h"
+#include "support/Pictures.h"
+#include "support/RunAgain.h"
+#include "support/ScratchFile.h"
+#include "support/TimeSeam.h"
+#include "viewer/movie/MovieReader.h"
+
+#include <functional>
+
+namespace {
+
+ImageList pictures(int count)
+{
+    ImageList images;
+    for (int i = 1; i <= count; ++i)
+        images.Add(Still::fromImage(plainImage({10 * i, 30}, Qt::red)));
+    return images;
+}
+
+QByteArray expectedMovie(const ImageList& images)
+{
+    QByteArrayList frames;
+    for (int i = 1; i <= images.Count(); ++i)
+        frames += encodeJpeg(images.Picture(i).image());
+    return frames.join("&IMAGE&");
+}
+
+} // namespace
+
+class MovieWriterTest : public QObject
+{
+    Q_OBJECT
+private slots:
+    void theOrderIsAlwaysTheSame()
+    {
+        ScratchFile movie("three.pvm");
+        const ImageList images = pictures(3);
+        MovieWriter writer(movie.path(), m_folder.path(), images);
+        JobLog log(writer);
+        writer.begin();
+        QCOMPARE(log.told(), QStringList({"maximum 5", "value 0"}));
+        QTRY_VERIFY(log.isFinished());
+        QCOMPARE(
+            log.told(),
+            QStringList({"maximum 5", "value 0", "value 1", "caption Saving Image 1", "value 2",
+                         "caption Saving Image 2", "value 3", "caption Saving Image 3", "value 4",
+                         "caption Saving Movie...", "value 5", "caption Done!", "finished"}));
+        QVERIFY(!timerOf(writer, "tmrMovie").Enabled());
+        QCOMPARE(movie.content(), expectedMovie(images));
+    }
+
+    void anEmptyListIsAnEmptyFile()
+    {
+        ScratchFile movie("empty.pvm");
+        movie.setContent("an old movie");
+        const ImageList none;
+        MovieWriter writer(movie.path(), m_folder.path(), none);
+        QCOMPARE(JobLog(writer).run(),
+                 QStringList({"maximum 2", "value 0", "value 1", "caption Saving Movie...",
+                              "value 2", "caption Done!", "finished"}));
+        QCOMPARE(movie.content(), QByteArray());
+    }
+
+    void eachFrameIsEncodedAnew()
+    {
+        // A JPEG of another quality, and a GIF.
+        QByteArray fine;
+        QBuffer buffer(&fine);
+        QVERIFY(odd::scenery({64, 48}).save(&buffer, "jpg", 98));
+        ImageList images;
+        images.Add(Still::fromBytes(fine));
+        images.Add(Still::fromBytes(smallGif()));
+        ScratchFile movie("anew.pvm");
+        MovieWriter writer(movie.path(), m_folder.path(), images);
+        JobLog(writer).run();
+        QCOMPARE(movie.content(), expectedMovie(images));
+        QVERIFY(!movie.content().contains(fine));
+        QVERIFY(!movie.content().contains("GIF8"));
+    }
+
+    void anotherProgramReadsTheFrames()
+    {
+        ScratchFile movie("one.pvm");
+        ImageList images;
+        images.Add(Still::fromImage(odd::scenery({64, 48})));
+        MovieWriter writer(movie.path(), m_folder.path(), images);
+        JobLog(writer).run();
+        // One frame alone is a plain JPEG file.
+        QProcess djpeg;
+        djpeg.start("djpeg", {movie.path()});
+        QVERIFY(djpeg.waitForFinished());
+        QCOMPARE(djpeg.exitCode(), 0);
+        QCOMPARE(djpeg.readAllStandardError(), QByteArray());
+        const QByteArray pixels = djpeg.readAllStandardOutput();
+        const QByteArray header = "P6\n64 48\n255\n";
+        QVERIFY(pixels.startsWith(header));
+        QCOMPARE(pixels.size(), header.size() + 64 * 48 * 3);
+    }
+
+    void whatIsSavedLoadsAgain()
+    {
+        ImageList images;
+        for (const QColor& colour : {QColor(Qt::red), QColor(Qt::green), QColor(Qt::blue)}) {
+            QImage image = odd::scenery({80, 60});
+            image.setPixelColor(40, 30, colour);
+            images.Add(Still::fromBytes(encodedImage(image)));
+        }
+        ScratchFile movie("three.pvm");
+        MovieWriter writer(movie.path(), m_folder.path(), images);
+        JobLog(writer).run();
+
+        MovieReader reader(movie.path(), m_folder.path());
+        QList<QImage> loaded;
+        connect(&reader, &MovieReader::FrameRead, [&](const Still& one) { loaded += one.image(); });
+        QVERIFY(JobLog(reader).run().contains("loaded"));
+        QCOMPARE(loaded.size(), 3);
+        for (int i = 0; i < 3; ++i)
+            QCOMPARE(loaded.at(i),
+                     Still::fromBytes(encodeJpeg(images.Picture(i + 1).image())).image());
+    }
+
+    void aLongerFileOfBeforeIsGoneAltogether()
+    {
+        ScratchFile movie("long.pvm");
+        movie.setContent(QByteArray(1'000'000, 'o'));
+        const ImageList images = pictures(2);
+        MovieWriter writer(movie.path(), m_folder.path(), images);
+        JobLog(writer).run();
+        QCOMPARE(movie.content(), expectedMovie(images));
+        QCOMPARE(QDir(movie.folder()).entryList(QDir::Files | QDir::Hidden),
+                 QStringList("long.pvm"));
+    }
+
+    void eachFrameLiesInTheTemporaryFileMeanwhile()
+    {
+        const QTemporaryDir folder;
+        ScratchFile movie("three.pvm");
+        ImageList images;
+        images.Add(Still::fromBytes(largePicture(50'000)));
+        images.Add(Still::fromImage(plainImage({10, 10}, Qt::red)));
+        MovieWriter writer(movie.path(), folder.path(), images);
+        QByteArrayList seen;
+        connect(&writer, &MovieJob::CaptionChanged, [&](const QString& caption) {
+            if (caption.startsWith("Saving Image"))
+                seen += contentOf(folder.filePath("pvm.jpg"));
+        });
+        JobLog(writer).run();
+        QCOMPARE(seen.join("&IMAGE&"), movie.content());
+        // It stays, without the end of a longer one.
+        QCOMPARE(contentOf(folder.filePath("pvm.jpg")), encodeJpeg(images.Picture(2).image()));
+    }
+
+    void anOldTemporaryFileIsNeverRead_data()
+    {
+        QTest::addColumn<QString>("kind");
+        for (const char* kind : {"folder", "pipe", "link", "must not be written"})
+            QTest::newRow(kind) << kind;
+    }
+
+    void anOldTemporaryFileIsNeverRead()
+    {
+        QFETCH(QString, kind);
+        if (!runsAgain()) {
+            QCOMPARE(runAgainAsOrdinaryUser("anOldTemporaryFileIsNeverRead"), "passed");
+            return;
+        }
+        ScratchFile old("pvm.jpg");
+        ScratchFile target("target");
+        target.setContent("precious");
+        if (kind == "folder") {
+            QVERIFY(QDir().mkdir(old.path()));
+        } else if (kind == "pipe") {
+            QCOMPARE(QProcess::execute("mkfifo", {old.path()}), 0);
+        } else if (kind == "link") {
+            QVERIFY(QFile::link(target.path(), old.path()));
+        } else {
+            old.setContent("old");
+            QVERIFY(QFile::setPermissions(old.path(), QFile::ReadOwner));
+        }
+        ScratchFile movie("two.pvm");
+        ImageList images = pictures(1);
+        // More than a pipe holds until somebody reads it.
+        images.Add(Still::fromBytes(largePicture(100'000)));
+        MovieWriter writer(movie.path(), old.folder(), images);
+        QVERIFY(!JobLog(writer).run().contains("failed"));
+        QCOMPARE(movie.content(), expectedMovie(images));
+        QCOMPARE(target.content(), QByteArray("precious"));
+        if (kind == "must not be written")
+            QCOMPARE(old.content(), QByteArray("old"));
+    }
+
+    void aPictureThatCannotBeEncodedKeepsTheOldFile()
+    {
+        ScratchFile movie("old.pvm");
+        movie.setContent("an old movie");
+        ScratchFile temporary("pvm.jpg");
+        temporary.setContent(encodedPicture({8, 8}, Qt::red));
+        ImageList images = pictures(1);
+        images.Add(Still());
+        images.Add(Still::fromImage(plainImage({10, 10}, Qt::red)));
+        MovieWriter writer(movie.path(), temporary.folder(), images);
+        QCOMPARE(JobLog(writer).run(),
+                 QStringList({"maximum 5", "value 0", "value 1", "caption Saving Image 1", "failed",
+                              "finished"}));
+        QCOMPARE(movie.content(), QByteArray("an old movie"));
+    }
+
+    void whatCannotBeReplacedFails_data()
+    {
+        QTest::addColumn<QString>("path");
+        QTest::newRow("a folder") << m_folder.path();
+        QTest::newRow("in a folder that is not there") << m_folder.filePath("none/movie.pvm");
+        QTest::newRow("a device") << "/dev/null";
+        QTest::newRow("no name") << QString();
+    }
+
+    void whatCannotBeReplacedFails()
+    {
+        QFETCH(QString, path);
+        const ImageList images = pictures(1);
+        MovieWriter writer(path, m_folder.path(), images);
+        QCOMPARE(JobLog(writer).run(),
+                 QStringList({"maximum 3", "value 0", "value 1", "caption Saving Image 1",
+                              "value 2", "caption Saving Movie...", "failed", "finished"}));
+    }
+
+    void aFullDiskKeepsTheOldFile()
+    {
+        if (!runsAgain()) {
+            QCOMPARE(runAgainWithOwnMounts("aFullDiskKeepsTheOldFile"), "passed");
+            return;
+        }
+        const QTemporaryDir disk;
+        QCOMPARE(mountSmallDisk(disk.path(), 256), "mounted");
+        const QString path = disk.filePath("old.pvm");
+        {
+            QFile file(path);
+            QVERIFY(file.open(QIODevice::WriteOnly));
+            file.write("an old movie");
+        }
+        ImageList images;
+        for (int i = 0; i < 4; ++i)
+            images.Add(Still::fromBytes(largePicture(100'000)));
+        MovieWriter writer(path, disk.path(), images);
+        const QStringList told = JobLog(writer).run();
+        QVERIFY(told.contains("failed"));
+        QVERIFY(told.contains("caption Saving Image 4"));
+        QVERIFY(!told.contains("caption Done!"));
+        QCOMPARE(contentOf(path), QByteArray("an old movie"));
+        QCOMPARE(QDir(disk.path()).entryList(QDir::Files | QDir::Hidden),
+                 QStringList({"old.pvm", "pvm.jpg"}));
+    }
+
+    void aFolderThatMustNotBeWrittenKeepsTheOldFile()
+    {
+        if (!runsAgain()) {
+            QCOMPARE(runAgainAsOrdinaryUser("aFolderThatMustNotBeWrittenKeepsTheOldFile"),
+                     "passed");
+            return;
+        }
+        ScratchFile movie("old.pvm");
+        movie.setContent("an old movie");
+        QVERIFY(QFile::setPermissions(movie.folder(), QFile::ReadOwner | QFile::ExeOwner));
+        const ImageList images = pictures(1);
+        MovieWriter writer(movie.path(), movie.folder(), images);
+        QVERIFY(JobLog(writer).run().contains("failed"));
+        QCOMPARE(movie.content(), QByteArray("an old movie"));
+        QVERIFY(QFile::setPermissions(movie.folder(),
+                                      QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner));
+    }
+
+    void entriesThatComeMeanwhileAreSavedToo()
+    {
+        ScratchFile movie("more.pvm");
+        ImageList images = pictures(2);
+        MovieWriter writer(movie.path(), m_folder.path(), images);
+        JobLog log(writer);
+        connect(&writer, &MovieJob::CaptionChanged, [&](const QString& caption) {
+            if (caption == "Saving Image 2") {
+                for (int i = 0; i < 3; ++i)
+                    images.Add(Still::fromImage(plainImage({99, 9}, Qt::green)));
+            }
+        });
+        log.run();
+        // The bar counts with the entries of the beginning, and does not run over.
+        QCOMPARE(log.told("maximum"), QStringList("4"));
+        QCOMPARE(log.told("value"), QStringList({"0", "1", "2", "3", "4", "4", "4", "4"}));
+        QCOMPARE(log.told("caption").mid(3, 3),
+                 QStringList({"Saving Image 4", "Saving Image 5", "Saving Movie..."}));
+        QCOMPARE(movie.content(), expectedMovie(images));
+    }
+
+    void entriesThatGoMeanwhileAreNot_data()
+    {
+        QTest::addColumn<bool>("all");
+        QTest::addColumn<int>("frames");
+        QTest::newRow("all") << true << 2;
+        // The entries behind it move up, and the next number is one of them.
+        QTest::newRow("the first") << false << 4;
+    }
+
+    void entriesThatGoMeanwhileAreNot()
+    {
+        QFETCH(bool, all);
+        QFETCH(int, frames);
+        ScratchFile movie("fewer.pvm");
+        ImageList images = pictures(5);
+        MovieWriter writer(movie.path(), m_folder.path(), images);
+        JobLog log(writer);
+        connect(&writer, &MovieJob::CaptionChanged, [&](const QString& caption) {
+            if (caption != "Saving Image 2")
+                return;
+            if (all)
+                images.Clear();
+            else
+                images.Remove(1);
+        });
+        log.run();
+        QVERIFY(!log.told().contains("failed"));
+        QCOMPARE(log.told("maximum"), QStringList("7"));
+        QCOMPARE(log.told("value").last(), "7");
+        QCOMPARE(movie.content().count("&IMAGE&"), frames - 1);
+    }
+
+    void cancellingKeepsTheOldFile_data()
+    {
+        QTest::addColumn<QString>("at");
+        for (const char* at :
+             {"value 0", "value 1", "caption Saving Image 2", "value 3", "caption Saving Movie..."})
+            QTest::newRow(at) << at;
+    }
+
+    void cancellingKeepsTheOldFile()
+    {
+        QFETCH(QString, at);
+        ScratchFile movie("old.pvm");
+        movie.setContent("an old movie");
+        const ImageList images = pictures(2);
+        MovieWriter writer(movie.path(), m_folder.path(), images);
+        JobLog log(writer);
+        const auto cancel = [&] {
+            if (log.told().last() == at)
+                writer.cancel();
+        };
+        connect(&writer, &MovieJob::ValueChanged, cancel);
+        connect(&writer, &MovieJob::CaptionChanged, cancel);
+        writer.begin();
+        Timer& timer = timerOf(writer, "tmrMovie");
+        QTRY_VERIFY(!timer.Enabled());
+        QCOMPARE(log.told().last(), at);
+        QCOMPARE(movie.content(), QByteArray("an old movie"));
+        QCOMPARE(QDir(movie.folder()).entryList(QDir::Files | QDir::Hidden),
+                 QStringList("old.pvm"));
+    }
+
+    void eventsRunBetweenTheSteps()
+    {
+        ScratchFile movie("five.pvm");
+        const ImageList images = pictures(5);
+        MovieWriter writer(movie.path(), m_folder.path(), images);
+        JobLog log(writer);
+        int rounds = 0;
+        std::function<void()> again = [&] {
+            ++rounds;
+            if (!log.isFinished())
+                QMetaObject::invokeMethod(&log, again, Qt::QueuedConnection);
+        };
+        again();
+        log.run();
+        // One round a step at least: five frames, and two at the end.
+        QVERIFY2(rounds >= 7, qPrintable(QString::number(rounds)));
+    }
+
+private:
+    QTemporaryDir m_folder;
+};
+
+QTEST_GUILESS_MAIN(MovieWriterTest)
+#include "tst_MovieWriter.moc"

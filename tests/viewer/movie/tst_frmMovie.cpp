@@ -1,0 +1,200 @@
+// The progress window of movies.
+#include "viewer/movie/frmMovie.h"
+
+#include "widgets/Topmost.h"
+
+#include <QProgressBar>
+
+namespace {
+
+/// The program's windows from the lowest to the highest, as the window manager stacks them.
+QList<WId> stacking()
+{
+    QProcess xprop;
+    xprop.start("xprop", {"-root", "_NET_CLIENT_LIST_STACKING"});
+    xprop.waitForFinished();
+    QList<WId> windows;
+    static const QRegularExpression number("0x[0-9a-f]+");
+    auto match = number.globalMatch(QString::fromLatin1(xprop.readAllStandardOutput()));
+    while (match.hasNext())
+        windows << match.next().captured().toULongLong(nullptr, 16);
+    return windows;
+}
+
+bool isAbove(const QWidget& upper, const QWidget& lower)
+{
+    const QList<WId> windows = stacking();
+    const auto place = [&](const QWidget& one) {
+        return windows.indexOf(one.windowHandle()->winId());
+    };
+    return place(lower) >= 0 && place(upper) > place(lower);
+}
+
+/// Counts its paintings.
+class Paintings : public QObject
+{
+public:
+    int count = 0;
+
+protected:
+    bool eventFilter(QObject*, QEvent* event) override
+    {
+        count += event->type() == QEvent::Paint ? 1 : 0;
+        return false;
+    }
+};
+
+} // namespace
+
+class frmMovieTest : public QObject
+{
+    Q_OBJECT
+private slots:
+    void itBeginsWithItsCaptionAndAnEmptyBar()
+    {
+        const frmMovie window;
+        QCOMPARE(window.windowTitle(), "Saving Movie");
+        QCOMPARE(window.findChildren<QProgressBar*>("pBar"),
+                 QList<QProgressBar*>({const_cast<QProgressBar*>(&window.pBar())}));
+        QCOMPARE(window.pBar().value(), 0);
+        QCOMPARE(window.pBar().text(), "0%");
+        QVERIFY(!window.isVisible());
+    }
+
+    void whatItIsToldIsOnScreenAtOnce()
+    {
+        frmMovie window;
+        window.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&window));
+        Paintings paintings;
+        const_cast<QProgressBar&>(window.pBar()).installEventFilter(&paintings);
+        // No event runs in between.
+        window.setMaximum(1000);
+        QCOMPARE(window.pBar().maximum(), 1000);
+        QVERIFY(paintings.count > 0);
+        for (int value = 1; value <= 3; ++value) {
+            paintings.count = 0;
+            window.setValue(value);
+            QCOMPARE(window.pBar().value(), value);
+            QVERIFY(paintings.count > 0);
+        }
+    }
+
+    void aMaximumOfNothingIsNone()
+    {
+        frmMovie window;
+        window.setMaximum(7);
+        window.setMaximum(0);
+        window.setMaximum(-3);
+        QCOMPARE(window.pBar().maximum(), 7);
+        QCOMPARE(window.pBar().minimum(), 0);
+        window.setValue(5);
+        window.setValue(8);
+        QCOMPARE(window.pBar().value(), 5);
+    }
+
+    void itComesToTheTopEachTimeItIsActivated()
+    {
+        frmMovie window;
+        QVERIFY(!window.windowFlags().testFlag(Qt::WindowStaysOnTopHint));
+        window.show();
+        QVERIFY(QTest::qWaitForWindowActive(&window));
+        QTRY_VERIFY(window.windowFlags().testFlag(Qt::WindowStaysOnTopHint));
+
+        // Above a common window that is raised, and above another one that stays on top.
+        for (const bool topmost : {false, true}) {
+            QWidget other;
+            other.setGeometry(window.geometry().adjusted(-50, -50, 50, 50));
+            setTopmost(other, topmost);
+            other.show();
+            other.activateWindow();
+            QVERIFY(QTest::qWaitForWindowActive(&other));
+            other.raise();
+            QTRY_COMPARE(isAbove(other, window), topmost);
+            // Activated without being raised, as by the keyboard.
+            QApplication::setActiveWindow(&window);
+            QTRY_VERIFY(isAbove(window, other));
+        }
+    }
+
+    void closingItAsksItsOwnerAndHidesIt()
+    {
+        frmMovie window;
+        QSignalSpy asked(&window, &frmMovie::CloseRequested);
+        window.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&window));
+        QVERIFY(window.close());
+        QCOMPARE(asked.count(), 1);
+        QVERIFY(!window.isVisible());
+    }
+
+    void closingItDoesNotEndTheProgram()
+    {
+        // The last window that is closed ends the program, with code 0, but this one never does.
+        const auto codeAfterClosing = [](QWidget& window) {
+            window.show();
+            if (!QTest::qWaitForWindowExposed(&window))
+                return -1;
+            QTimer::singleShot(0, &window, &QWidget::close);
+            QTimer::singleShot(200, &window, [] { QCoreApplication::exit(7); });
+            return QCoreApplication::exec();
+        };
+        frmMovie window;
+        QCOMPARE(codeAfterClosing(window), 7);
+        QWidget other;
+        QCOMPARE(codeAfterClosing(other), 0);
+    }
+
+    void hidingItAsksNobody()
+    {
+        frmMovie window;
+        QSignalSpy asked(&window, &frmMovie::CloseRequested);
+        window.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&window));
+        window.hide();
+        QCoreApplication::processEvents();
+        QCOMPARE(asked.count(), 0);
+    }
+
+    void itIsNotModalAndKeepsItsSize()
+    {
+        QWidget parent;
+        parent.show();
+        frmMovie window(&parent);
+        QVERIFY(window.isWindow());
+        QVERIFY(!window.isModal());
+        window.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&window));
+        QCOMPARE(window.minimumSize(), window.maximumSize());
+        const QSize size = window.size();
+        window.setWindowTitle("Saving Image 45");
+        window.setMaximum(47);
+        window.setValue(45);
+        QCoreApplication::processEvents();
+        QCOMPARE(window.size(), size);
+    }
+
+    void allOfTheBarAndItsTextIsSeen()
+    {
+        frmMovie window;
+        window.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&window));
+        window.setMaximum(1);
+        window.setValue(1);
+        const QProgressBar& bar = window.pBar();
+        QVERIFY(window.rect().contains(bar.geometry()));
+        QVERIFY(bar.width() >= 280);
+        QVERIFY(bar.height() >= bar.sizeHint().height());
+        QVERIFY(bar.fontMetrics().height() <= bar.height());
+        QVERIFY(bar.fontMetrics().horizontalAdvance(bar.text()) < bar.width());
+    }
+
+    void aScreenReaderFindsItsBar()
+    {
+        const frmMovie window;
+        QCOMPARE(window.pBar().accessibleName(), "Movie progress");
+    }
+};
+
+QTEST_MAIN(frmMovieTest)
+#include "tst_frmMovie.moc"

@@ -1,0 +1,190 @@
+#include "support/Dialogs.h"
+#include "viewer/surface/IntervalMenu.h"
+
+#include <QInputDialog>
+
+/// The menu with its record of what was chosen.
+struct Menu
+{
+    Menu()
+        : chosen(&menu, &IntervalMenu::IntervalChosen)
+    {
+    }
+    QAction* item(int index) const
+    {
+        return menu.findChild<QAction*>(QString("mnuTmrSel(%1)").arg(index));
+    }
+    QList<int> checked() const
+    {
+        QList<int> found;
+        for (auto* action : menu.actions()) {
+            if (action->isChecked() && action->data().isValid())
+                found << action->data().toInt();
+        }
+        return found;
+    }
+    void answer(const QString& text)
+    {
+        item(99)->trigger();
+        auto* dialog = openDialog<QInputDialog>();
+        QVERIFY(dialog);
+        dialog->setTextValue(text);
+        QTest::keyClick(dialog, Qt::Key_Return);
+    }
+
+    QWidget owner;
+    IntervalMenu menu{&owner};
+    QSignalSpy chosen;
+};
+
+class IntervalMenuTest : public QObject
+{
+    Q_OBJECT
+private slots:
+    void itemsHaveTheirNamesAndCaptions()
+    {
+        Menu m;
+        QStringList captions;
+        for (auto* action : m.menu.actions())
+            captions << (action->isSeparator() ? "-" : action->text());
+        QCOMPARE(captions, (QStringList{"1 sec", "5 secs", "10 secs", "15 secs", "30 secs",
+                                        "45 secs", "60 secs", "Custom", "-", "Keep Refreshing"}));
+        QCOMPARE(m.checked(), QList<int>{30});
+    }
+
+    void choosingAPresetChecksItAlone()
+    {
+        Menu m;
+        m.item(10)->trigger();
+        QCOMPARE(m.checked(), QList<int>{10});
+        QCOMPARE(m.chosen.takeFirst().value(0).toInt(), 10);
+        m.item(10)->trigger();
+        QCOMPARE(m.checked(), QList<int>{10});
+        QCOMPARE(m.chosen.count(), 1);
+    }
+
+    void aPresetResetsTheCustomCaption()
+    {
+        Menu m;
+        m.answer("90");
+        QCOMPARE(m.item(99)->text(), "90 sec(s)");
+        QCOMPARE(m.checked(), QList<int>{99});
+        m.item(5)->trigger();
+        QCOMPARE(m.item(99)->text(), "Custom");
+        QCOMPARE(m.checked(), QList<int>{5});
+    }
+
+    void customAsksForANumber()
+    {
+        Menu m;
+        m.item(99)->trigger();
+        auto* dialog = openDialog<QInputDialog>();
+        QVERIFY(dialog);
+        QCOMPARE(dialog->windowTitle(), "Custom Refresh");
+        QCOMPARE(dialog->labelText(), "Enter a Refresh rate in seconds.");
+        QCOMPARE(dialog->textValue(), "60");
+        dialog->setTextValue("12.5");
+        QTest::keyClick(dialog, Qt::Key_Return);
+        QCOMPARE(m.chosen.takeFirst().value(0).toInt(), 12);
+        QCOMPARE(m.item(99)->text(), "12 sec(s)");
+    }
+
+    void anEmptyAnswerChangesNothingFurther()
+    {
+        Menu m;
+        m.answer("");
+        QCOMPARE(m.chosen.count(), 0);
+        QCOMPARE(m.item(99)->text(), "Custom");
+        QCOMPARE(m.checked(), QList<int>{99});
+    }
+
+    void cancelChangesNothingFurther()
+    {
+        Menu m;
+        m.item(99)->trigger();
+        auto* dialog = openDialog<QInputDialog>();
+        QVERIFY(dialog);
+        QTest::keyClick(dialog, Qt::Key_Escape);
+        QCOMPARE(m.chosen.count(), 0);
+        QCOMPARE(m.checked(), QList<int>{99});
+    }
+
+    void aWordIsNoNumber()
+    {
+        Menu m;
+        m.answer("soon");
+        const ShownMessage message = answerMessage(QMessageBox::Ok);
+        QVERIFY(message.shown);
+        QCOMPARE(message.title, "Error");
+        QCOMPARE(message.text, "Must be a number!");
+        QCOMPARE(message.icon, static_cast<int>(QMessageBox::Information));
+        QCOMPARE(m.chosen.count(), 0);
+    }
+
+    void aNumberBeyond16BitsIsTooLarge()
+    {
+        for (const char* text : {"32768", "-32769", "1e999"}) {
+            Menu m;
+            m.answer(text);
+            const ShownMessage message = answerMessage(QMessageBox::Ok);
+            QVERIFY(message.shown);
+            QCOMPARE(message.title, "Error");
+            QCOMPARE(message.text, "Number is too large, please choose a small number.");
+            QCOMPARE(message.icon, static_cast<int>(QMessageBox::Critical));
+            QCOMPARE(m.chosen.count(), 0);
+            QCOMPARE(m.item(99)->text(), "Custom");
+        }
+    }
+
+    void readsIntervals_data()
+    {
+        QTest::addColumn<QString>("text");
+        QTest::addColumn<bool>("isNumber");
+        QTest::addColumn<int>("seconds"); // -99999: none
+        QTest::newRow("plain") << "60" << true << 60;
+        QTest::newRow("blanks") << " 60 " << true << 60;
+        QTest::newRow("negative") << "-5" << true << -5;
+        QTest::newRow("plus") << "+5" << true << 5;
+        QTest::newRow("zero") << "0" << true << 0;
+        QTest::newRow("tie down") << "2.5" << true << 2;
+        QTest::newRow("tie up") << "3.5" << true << 4;
+        QTest::newRow("point first") << ".6" << true << 1;
+        QTest::newRow("exponent") << "1e2" << true << 100;
+        QTest::newRow("largest") << "32767" << true << 32767;
+        QTest::newRow("rounds down to the largest") << "32767.4" << true << 32767;
+        QTest::newRow("rounds beyond the largest") << "32767.5" << true << -99999;
+        QTest::newRow("smallest") << "-32768" << true << -32768;
+        QTest::newRow("nan") << "nan" << false << -99999;
+        QTest::newRow("inf") << "inf" << false << -99999;
+        QTest::newRow("hex") << "0x10" << false << -99999;
+        QTest::newRow("unit") << "60s" << false << -99999;
+        QTest::newRow("blank") << " " << false << -99999;
+    }
+
+    void readsIntervals()
+    {
+        QFETCH(QString, text);
+        const auto [isNumber, seconds] = readInterval(text);
+        QTEST(isNumber, "isNumber");
+        QTEST(seconds.value_or(-99999), "seconds");
+    }
+
+    void keepRefreshingIsAnEntryOfItsOwn()
+    {
+        Menu m;
+        QSignalSpy kept(&m.menu, &IntervalMenu::KeepRefreshingChosen);
+        auto* keep = m.menu.findChild<QAction*>("mnuTmrKeep");
+        QVERIFY(keep);
+        QVERIFY(!m.menu.KeepRefreshing());
+        keep->trigger();
+        QVERIFY(m.menu.KeepRefreshing());
+        QCOMPARE(kept.takeFirst().value(0).toBool(), true);
+        QCOMPARE(m.checked(), QList<int>{30});
+        m.menu.setKeepRefreshing(false);
+        QVERIFY(!keep->isChecked());
+        QCOMPARE(kept.count(), 0);
+    }
+};
+
+QTEST_MAIN(IntervalMenuTest)
+#include "tst_IntervalMenu.moc"
