@@ -1,8 +1,11 @@
-// Which folder of src/ may include which: arrows point one way.
+// Which folder of src/ may include which, and which part of Qt: arrows point one way.
 
 #include "support/Paths.h"
 
 #include <QDirIterator>
+#include <QLibraryInfo>
+
+#include <algorithm>
 
 /// What each folder of src/ may include beside itself. What is not here does not exist.
 static const QHash<QString, QSet<QString>>& mayInclude()
@@ -107,6 +110,34 @@ private slots:
             QVERIFY2(last != folders.end(), qPrintable("in a circle: " + folders.join(", ")));
             left.remove(*last);
         }
+    }
+
+    /// What is Qt Core alone can be shared with a program that has no window.
+    void lowFoldersUseOneLevelOfQt()
+    {
+        const QHash<QString, QStringList> modules = {
+            {"shared", {"QtCore"}},
+            {"cameras", {"QtCore"}},
+            {"network", {"QtCore", "QtNetwork"}},
+            {"picture", {"QtCore", "QtGui"}},
+        };
+        const QDir qt = QLibraryInfo::path(QLibraryInfo::HeadersPath);
+        int headers = 0;
+        for (const QString& path : sources()) {
+            const QString folder = folderOf(QDir(sourcePath("src")).relativeFilePath(path));
+            if (!modules.contains(folder))
+                continue;
+            for (const QString& header : includesOf(path, "<(Q[^>]+)>")) {
+                ++headers;
+                const QStringList allowed = modules.value(folder);
+                QVERIFY2(std::any_of(allowed.begin(), allowed.end(),
+                                     [&](const QString& module) {
+                                         return qt.exists(module + "/" + header);
+                                     }),
+                         qPrintable(path + " includes " + header));
+            }
+        }
+        QVERIFY(headers > 50);
     }
 
     void onlyPlatformKnowsTheOperatingSystem()
