@@ -32,13 +32,8 @@ WebCam::WebCam(const QString& folder, QWidget* parent)
                                 [this](const QByteArray& bytes) { return acceptFile(bytes); }},
                                this))
     , m_refreshTimer(new RefreshTimer([this] { return !Url().isEmpty(); }, this))
-    , m_fetch(
-          new Fetch(folder,
-                    {[this](const QString& address) { return m_history->lastModifiedOf(address); },
-                     [this](const QByteArray& body) { return acceptBody(body); },
-                     [this] { m_historyView->mirrorNewest(); },
-                     [this] { m_historyView->showNewestOf(m_fetch->address()); }},
-                    this))
+    , m_fetch(new Fetch(
+          folder, *m_history, [this](const QByteArray& body) { return acceptBody(body); }, this))
 {
     setAccessibleName(tr("Camera viewer"));
     connectFetch();
@@ -61,6 +56,8 @@ void WebCam::connectFetch()
     connect(m_fetch, &Fetch::HideStatus, &lbl(), &QWidget::hide);
     connect(m_fetch, &Fetch::ChunkReceived, &txtDebug(), &DebugBox::addChunk);
     connect(m_fetch, &Fetch::UrlChanged, this, &WebCam::UrlChanged);
+    connect(m_fetch, &Fetch::Accepted, m_historyView, &HistoryView::mirrorNewest);
+    connect(m_fetch, &Fetch::NotModified, m_historyView, &HistoryView::showNewestOf);
     connect(m_fetch, &Fetch::Error, this, &WebCam::Error);
     connect(m_fetch, &Fetch::Done, this, &WebCam::Done);
     connect(m_fetch, &Fetch::Ended, m_refreshTimer, &RefreshTimer::fetchEnded);
@@ -163,23 +160,25 @@ void WebCam::Play()
     m_player->Play();
 }
 
-bool WebCam::acceptBody(const QByteArray& body)
+Still WebCam::acceptBody(const QByteArray& body)
 {
-    if (!imgMain().loadPicture(body))
-        return false;
+    const Still picture = imgMain().loadPicture(body);
+    if (picture.isNull())
+        return picture;
     const QString address = m_fetch->address();
-    m_history->Append(imgMain().Picture(), address, m_fetch->LastModified(), m_fetch->camera());
+    m_history->Append(picture, address, m_fetch->LastModified(), m_fetch->camera());
     emit ImageChange({}, webAddressOf(address));
     m_historyView->updateCaption();
-    return true;
+    return picture;
 }
 
 /// Neither Url nor the strip changes, and nobody is told.
 bool WebCam::acceptFile(const QByteArray& bytes)
 {
-    if (!imgMain().loadPicture(bytes))
+    const Still picture = imgMain().loadPicture(bytes);
+    if (picture.isNull())
         return false;
-    m_history->AppendFile(imgMain().Picture());
+    m_history->AppendFile(picture);
     m_historyView->updateCaption();
     return true;
 }

@@ -11,6 +11,7 @@ class MovieCommands;
 class Player;
 class RefreshTimer;
 class JobQueue;
+class Still;
 
 /// The camera viewer: fetches the image of one camera, shows it, keeps it and fetches it again.
 /// The facade that the rest of the program sees; each piece behind it keeps its own state, and
@@ -93,7 +94,7 @@ private:
     void connectHistory();
     void connectFiles();
     void connectToolBar();
-    bool acceptBody(const QByteArray& body);
+    Still acceptBody(const QByteArray& body);
     bool acceptFile(const QByteArray& bytes);
     void refreshShown();
     void stopMovie();

@@ -1,14 +1,16 @@
 #include "viewer/fetch/Fetch.h"
 
 #include "shared/AppFolder.h"
+#include "viewer/history/History.h"
 
 #include <utility>
 
 using namespace Qt::Literals::StringLiterals;
 
-Fetch::Fetch(const QString& folder, Owner owner, QObject* parent)
+Fetch::Fetch(const QString& folder, const History& history, Accept accept, QObject* parent)
     : QObject(parent)
-    , m_owner(std::move(owner))
+    , m_history(history)
+    , m_accept(std::move(accept))
     , m_folder(folder)
     , m_client(TcpClient::FirstChunk::OnePacket, this)
     , m_tmrOut(u"tmrOut"_s, IdleTimeoutMs, this)
@@ -103,7 +105,7 @@ void Fetch::shutDown()
 void Fetch::connected()
 {
     emit StatusText(u"  Connected!"_s);
-    m_answer.setLastModified(m_owner.lastModifiedOf(address()));
+    m_answer.setLastModified(m_history.lastModifiedOf(address()));
     m_client.SendData(buildRequest("GET "_L1 + m_target.requestPath, m_client.RemoteHost(),
                                    m_newOnly ? m_answer.LastModified() : QString(),
                                    m_target.extraHeader));
@@ -134,7 +136,7 @@ void Fetch::dataArrival()
         redirect();
         return;
     case FetchAnswer::Verdict::NotModified:
-        m_owner.notModified();
+        emit NotModified(address());
         refuse(u"Not a new image"_s, u"  Not a new image: Process stopped."_s);
         return;
     case FetchAnswer::Verdict::NotFound:
@@ -225,13 +227,14 @@ void Fetch::FinishFetch()
     }
     // Before it is announced: a handler may want it forgotten.
     const QByteArray previous = std::exchange(m_previousBody, body);
-    if (!m_owner.accept(body)) {
+    const Still picture = m_accept(body);
+    if (picture.isNull()) {
         m_previousBody = previous;
         if (run == m_run)
             refuseBody();
         return;
     }
-    m_owner.accepted();
+    emit Accepted(picture);
     if (run != m_run)
         return;
     m_busy = false;

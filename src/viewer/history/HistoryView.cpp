@@ -68,11 +68,10 @@ void HistoryView::showNothing()
     m_parts.lblPic.setText(u"Image N/A"_s);
 }
 
-void HistoryView::mirrorNewest()
+void HistoryView::mirrorNewest(const Still& picture)
 {
-    const Still newest = m_parts.imgMain.Picture();
-    if (!newest.isNull())
-        m_parts.tvMain.AddImage(newest);
+    if (m_history.ilHis().Picture(m_history.Count()).isSameAs(picture))
+        m_parts.tvMain.AddImage(picture);
     // The strip is not told of deletions: what it has too many of goes here.
     while (m_parts.tvMain.ThumbCount() > std::max(m_history.Count(), History::MaxImages))
         m_parts.tvMain.RemImage(1);
