@@ -1,5 +1,6 @@
 #include "viewer/FileCommands.h"
 
+#include "display/ImageView.h"
 #include "picture/SaveImage.h"
 #include "shared/ReadFile.h"
 #include "widgets/FileDialog.h"
@@ -10,13 +11,11 @@
 #include <QStandardPaths>
 #include <QWidget>
 
-#include <utility>
-
 using namespace Qt::Literals::StringLiterals;
 
-FileCommands::FileCommands(View view, QWidget* viewer)
+FileCommands::FileCommands(ImageView& imgMain, QWidget* viewer)
     : QObject(viewer)
-    , m_view(std::move(view))
+    , m_imgMain(imgMain)
     , m_viewer(viewer)
 {
 }
@@ -34,7 +33,7 @@ void FileCommands::OpenImage()
 
 void FileCommands::SaveImage()
 {
-    if (!m_view.picture().isNull())
+    if (!m_imgMain.GetOriginalPic().isNull())
         ask(QFileDialog::AcceptSave, fileFilter::ImagesToSave, &FileCommands::saveImageFile);
 }
 
@@ -79,12 +78,15 @@ QString FileCommands::startFolder() const
 void FileCommands::openImageFile(const QString& path)
 {
     const auto bytes = readFile(path, Still::MaxEncodedBytes);
-    if (!bytes || !m_view.open(*bytes))
+    const Still picture = bytes ? m_imgMain.loadPicture(*bytes) : Still();
+    if (picture.isNull())
         emit StatusText(u"  Error: Not a picture."_s);
+    else
+        emit ImageOpened(picture);
 }
 
 void FileCommands::saveImageFile(const QString& path)
 {
-    if (!savePicture(path, m_view.picture()))
+    if (!savePicture(path, m_imgMain.GetOriginalPic()))
         emit StatusText(u"  Error: Not saved."_s);
 }

@@ -1,7 +1,5 @@
 #include "viewer/RefreshTimer.h"
 
-#include <utility>
-
 using namespace Qt::Literals::StringLiterals;
 
 namespace {
@@ -13,9 +11,8 @@ QString refreshingIn(int seconds)
 
 } // namespace
 
-RefreshTimer::RefreshTimer(std::function<bool()> hasUrl, QObject* parent)
+RefreshTimer::RefreshTimer(QObject* parent)
     : QObject(parent)
-    , m_hasUrl(std::move(hasUrl))
     , m_tmrRe(u"tmrRe"_s, TickMs, this)
 {
     m_tmrRe.setTag(QString::number(DefaultIntervalSeconds));
@@ -62,13 +59,7 @@ void RefreshTimer::tick()
         m_refreshCount = 0;
         // Off before the fetch starts: one that fails at once may switch it on again.
         m_tmrRe.setEnabled(false);
-        if (m_hasUrl()) {
-            emit RefreshDue();
-        } else {
-            // Kept: it is the stop button that is released; the timer button stays pressed.
-            emit NothingToRefresh();
-            setStalled(true);
-        }
+        emit RefreshDue();
     }
     if (m_pressed)
         emit ToolTip(refreshingIn(tagNumber() - m_refreshCount));

@@ -28,10 +28,8 @@ WebCam::WebCam(const QString& folder, QWidget* parent)
     , m_work(new JobQueue(this))
     , m_player(new Player(*m_history, tbMain(), *m_work, this))
     , m_movies(new MovieCommands({*m_history, *m_historyView, tbMain(), *m_work}, folder, this))
-    , m_files(new FileCommands({[this] { return imgMain().GetOriginalPic(); },
-                                [this](const QByteArray& bytes) { return acceptFile(bytes); }},
-                               this))
-    , m_refreshTimer(new RefreshTimer([this] { return !Url().isEmpty(); }, this))
+    , m_files(new FileCommands(imgMain(), this))
+    , m_refreshTimer(new RefreshTimer(this))
     , m_fetch(new Fetch(
           folder, *m_history, [this](const QByteArray& body) { return acceptBody(body); }, this))
 {
@@ -69,7 +67,7 @@ void WebCam::connectRefreshTimer()
     connect(&mnuTmr(), &IntervalMenu::IntervalChosen, m_refreshTimer, &RefreshTimer::setInterval);
     connect(&mnuTmr(), &IntervalMenu::KeepRefreshingChosen, m_refreshTimer,
             &RefreshTimer::setKeepRefreshing);
-    connect(m_refreshTimer, &RefreshTimer::RefreshDue, this, [this] { Refresh(); });
+    connect(m_refreshTimer, &RefreshTimer::RefreshDue, this, &WebCam::refreshDue);
     connect(m_refreshTimer, &RefreshTimer::ToolTip, this,
             [this](const QString& text) { tbMain().setToolTipText(ToolBar::Timer, text); });
     connect(m_refreshTimer, &RefreshTimer::PressedChanged, this,
@@ -77,8 +75,6 @@ void WebCam::connectRefreshTimer()
     connect(m_refreshTimer, &RefreshTimer::Stalled, this, [this](bool stalled) {
         tbMain().setIconName(ToolBar::Timer, stalled ? u"timer-paused"_s : u"timer"_s);
     });
-    connect(m_refreshTimer, &RefreshTimer::NothingToRefresh, this,
-            [this] { tbMain().setPressed(ToolBar::Stop, false); });
 }
 
 void WebCam::connectHistory()
@@ -94,6 +90,7 @@ void WebCam::connectHistory()
 
 void WebCam::connectFiles()
 {
+    connect(m_files, &FileCommands::ImageOpened, this, &WebCam::keepOpened);
     connect(m_files, &FileCommands::MovieOpenRequested, m_movies, &MovieCommands::openMovie);
     connect(m_files, &FileCommands::MovieSaveRequested, m_movies, &MovieCommands::SaveMovie);
     connect(m_files, &FileCommands::StatusText, this, &WebCam::showMessage);
@@ -140,6 +137,17 @@ void WebCam::refreshShown()
         Refresh();
 }
 
+void WebCam::refreshDue()
+{
+    if (!Url().isEmpty()) {
+        Refresh();
+        return;
+    }
+    // Kept: it is the stop button that is released; the timer button stays pressed.
+    tbMain().setPressed(ToolBar::Stop, false);
+    m_refreshTimer->fetchStopped();
+}
+
 /// The picture and the caption are those of the last frame already.
 void WebCam::stopMovie()
 {
@@ -173,14 +181,10 @@ Still WebCam::acceptBody(const QByteArray& body)
 }
 
 /// Neither Url nor the strip changes, and nobody is told.
-bool WebCam::acceptFile(const QByteArray& bytes)
+void WebCam::keepOpened(const Still& picture)
 {
-    const Still picture = imgMain().loadPicture(bytes);
-    if (picture.isNull())
-        return false;
     m_history->AppendFile(picture);
     m_historyView->updateCaption();
-    return true;
 }
 
 /// A fault is shown also where the status line of fetches is not wanted; it hides after the next.

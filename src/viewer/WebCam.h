@@ -95,8 +95,9 @@ private:
     void connectFiles();
     void connectToolBar();
     Still acceptBody(const QByteArray& body);
-    bool acceptFile(const QByteArray& bytes);
+    void keepOpened(const Still& picture);
     void refreshShown();
+    void refreshDue();
     void stopMovie();
     void deleteAll();
     void showMessage(const QString& text);
