@@ -254,6 +254,5 @@ void WebCam::shutDown()
 
 void WebCam::setClock(const Clock& clock)
 {
-    m_history->setClock(clock);
     m_player->setClock(clock);
 }

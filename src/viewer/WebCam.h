@@ -70,7 +70,7 @@ public:
     /// Stops timers and socket, for the end of the program.
     void shutDown();
 
-    /// For tests that move time: seeds the random tails of history keys, and times a play.
+    /// For tests that move time: times a play.
     void setClock(const Clock& clock);
 
 signals:

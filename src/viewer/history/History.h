@@ -1,7 +1,6 @@
 #pragma once
 
 #include "picture/ImageList.h"
-#include "shared/Clock.h"
 
 #include <QObject>
 #include <QStringList>
@@ -15,8 +14,8 @@
 /// more. The first field of an entry's key, up to the first field separator, is the address that
 /// the image came from:
 /// - fetched: address (FetchTarget::address()), separator, Last-Modified text, separator, and
-///   random digits that only make the key unique;
-/// - opened from a file: separator and such digits, so that the address is empty;
+///   a number that only makes the key unique;
+/// - opened from a file: separator and such a number, so that the address is empty;
 /// - frame of a movie: no key.
 class History : public QObject
 {
@@ -66,9 +65,6 @@ public:
     /// The Last-Modified text of the newest entry of `address`; empty where there is none.
     QString lastModifiedOf(const QString& address) const;
 
-    /// The random tails of keys are drawn by `clock`.
-    void setClock(const Clock& clock) { m_clock = clock; }
-
 signals:
     /// Entry 1 has been removed to make room for a fetched picture.
     void OldestRemoved();
@@ -76,12 +72,12 @@ signals:
 private:
     bool makeRoom();
     void remove(int n);
-    template<typename MakeKey>
-    void add(const Still& picture, const QString& camera, MakeKey makeKey);
+    void add(const Still& picture, const QString& keyHead, const QString& camera);
 
     ImageList m_ilHis;
     /// The camera key of each entry.
     QStringList m_cameras;
-    Clock m_clock = systemClock;
     int m_currentImage = 0;
+    /// How many keys have been given; the last one ends in it.
+    quint64 m_keys = 0;
 };
