@@ -7,8 +7,8 @@
 /// The refresh countdown: while the timer button is pressed, asks for a fetch every so many
 /// seconds. The next countdown begins only when that fetch has ended.
 ///
-/// The interval lives in the Tag of `tmrRe` as decimal text; a leading "r" asks the next tick to
-/// begin a new countdown. Owns no menu and no button; it says what they should show.
+/// The Tag of `tmrRe` says how it stands: the interval as decimal text, after an "r" while the next
+/// tick is to begin a new countdown. Owns no menu and no button; it says what they should show.
 class RefreshTimer : public QObject
 {
     Q_OBJECT
@@ -51,9 +51,13 @@ signals:
 private:
     void tick();
     void setStalled(bool stalled);
-    int tagNumber() const;
+    /// Also in the Tag.
+    void set(int intervalSeconds, bool beginAnew);
 
     Timer m_tmrRe;
+    int m_intervalSeconds = DefaultIntervalSeconds;
+    /// The next tick begins a new countdown.
+    bool m_beginAnew = false;
     /// Seconds counted since the last refresh.
     qint16 m_refreshCount = 0;
     bool m_pressed = false;

@@ -87,6 +87,7 @@ private slots:
         c.timer.toggle();
         c.seconds(7);
         c.timer.setInterval(10);
+        QCOMPARE(c.tmrRe().Tag(), "10");
         QCOMPARE(c.refreshes, 0);
         c.seconds(2);
         QCOMPARE(c.refreshes, 0);
@@ -106,6 +107,21 @@ private slots:
         c.timer.toggle();
         QCOMPARE(c.tmrRe().Tag(), "r30");
         QCOMPARE(c.tip, "Timer: Refreshing in 30 sec(s)");
+    }
+
+    void anotherIntervalTakesTheRestartMarkAway()
+    {
+        Countdown c;
+        c.timer.setInterval(10);
+        c.timer.toggle();
+        c.seconds(7);
+        c.timer.toggle();
+        c.timer.toggle();
+        QCOMPARE(c.tmrRe().Tag(), "r10");
+        c.timer.setInterval(9);
+        QCOMPARE(c.tmrRe().Tag(), "9");
+        c.seconds(2);
+        QCOMPARE(c.refreshes, 1);
     }
 
     void theMarkRestartsTheCount()
