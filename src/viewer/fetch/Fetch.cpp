@@ -130,7 +130,7 @@ void Fetch::dataArrival()
     m_tmrOut.restart();
     emit ChunkReceived(chunk);
 
-    const auto verdict = m_answer.take(chunk, m_camera);
+    const auto verdict = m_answer.take(chunk);
     switch (verdict) {
     case FetchAnswer::Verdict::Redirect:
         redirect();
@@ -156,12 +156,13 @@ void Fetch::dataArrival()
         FinishFetch();
 }
 
-/// The next fetch starts from the event loop, so that Stop gets in between two redirects.
+/// One without a usable location leads to where it came from. The next fetch starts from the event
+/// loop, so that Stop gets in between two redirects.
 void Fetch::redirect()
 {
     m_tmrOut.setEnabled(false);
     m_client.Close();
-    setUrl(m_answer.redirectUrl());
+    setUrl(m_answer.redirectUrl().value_or(m_camera));
     const auto run = m_run;
     emit UrlChanged();
     QMetaObject::invokeMethod(

@@ -119,14 +119,14 @@ void FetchAnswer::reset()
     m_headerDone = false;
     m_byteCounts[0] = m_byteCounts[1] = 0;
     m_lastBodyPart.clear();
-    m_redirectUrl.clear();
+    m_redirectUrl.reset();
 }
 
-FetchAnswer::Verdict FetchAnswer::take(const QByteArray& chunk, const QString& currentUrl)
+FetchAnswer::Verdict FetchAnswer::take(const QByteArray& chunk)
 {
     m_lastBodyPart.clear();
     if (!m_headerDone)
-        return takeFirst(chunk, currentUrl);
+        return takeFirst(chunk);
 
     const auto verdict = addBody(chunk);
     if (verdict == Verdict::Receiving && m_byteCounts[0] == m_byteCounts[1])
@@ -134,14 +134,14 @@ FetchAnswer::Verdict FetchAnswer::take(const QByteArray& chunk, const QString& c
     return verdict;
 }
 
-FetchAnswer::Verdict FetchAnswer::takeFirst(const QByteArray& chunk, const QString& currentUrl)
+FetchAnswer::Verdict FetchAnswer::takeFirst(const QByteArray& chunk)
 {
     const QByteArray lower = chunk.toLower();
     if (chunk.startsWith("HTTP")) {
         const QByteArray code = chunk.mid(9, 3);
         const auto location = lower.indexOf("location:");
         if (code == "302" && location >= 0) {
-            readRedirect(chunk, location, currentUrl);
+            readRedirect(chunk, location);
             return Verdict::Redirect;
         }
         if (code == "304")
@@ -173,17 +173,13 @@ FetchAnswer::Verdict FetchAnswer::takeFirst(const QByteArray& chunk, const QStri
 /// The server is expected to send exactly one blank and an absolute address: a secure one is taken
 /// whole; from any other the length of "http://" is cut, be it there or not, and the rest is
 /// fetched as it then is.
-void FetchAnswer::readRedirect(const QByteArray& chunk, qsizetype location,
-                               const QString& currentUrl)
+void FetchAnswer::readRedirect(const QByteArray& chunk, qsizetype location)
 {
     const auto skip = isSecureLocation(chunk, location) ? SecureLocationSkip : LocationSkip;
     const auto length = chunk.indexOf("\r\n", location) - location - skip;
-    if (length < 0) {
-        m_redirectUrl = currentUrl;
-        return;
-    }
     // The extra header line is not carried over, and a server cannot bring one in.
-    m_redirectUrl = headerText(chunk.mid(location + skip, length));
+    if (length >= 0)
+        m_redirectUrl = headerText(chunk.mid(location + skip, length));
 }
 
 void FetchAnswer::readLength(const QByteArray& chunk, const QByteArray& lower)

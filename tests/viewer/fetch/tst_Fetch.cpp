@@ -316,6 +316,51 @@ private slots:
         QCOMPARE(f.tempFiles(), (QStringList{"tt.gif", "tt.jpg"}));
     }
 
+    void anOddLocationIsFetchedAsItReads_data()
+    {
+        QTest::addColumn<QByteArray>("before");
+        // Whatever stands in the place of "http://" is cut.
+        QTest::newRow("relative") << QByteArray("Location: /seven/");
+        QTest::newRow("no blank") << QByteArray("Location:http://x");
+        QTest::newRow("another scheme") << QByteArray("Location: gopher:");
+    }
+
+    void anOddLocationIsFetchedAsItReads()
+    {
+        QFETCH(QByteArray, before);
+        Fetching f;
+        f.server.play(
+            httpAnswer({}, before + f.server.url("/new.gif").toLatin1() + "\r\n", "302 Found"));
+        f.server.play(pictureAnswer("body"));
+        f.run(f.server.url());
+        QCOMPARE(f.server.requests().size(), 2);
+        QVERIFY(f.server.requests()[1].startsWith("GET /new.gif HTTP/1.0\r\n"));
+        QCOMPARE(f.fetch.Url(), f.server.url("/new.gif"));
+        QCOMPARE(f.bodies, QList<QByteArray>{"body"});
+    }
+
+    void aRelativeLocationMayNameNoHost()
+    {
+        Fetching f;
+        f.server.play(httpAnswer({}, "Location: /images/current.jpg\r\n", "302 Found"));
+        f.run(f.server.url());
+        QCOMPARE(f.told, (QStringList{"started", "url", "started", "ended without"}));
+        QCOMPARE(f.fetch.Url(), "/current.jpg");
+        QCOMPARE(f.status.last(), "  The address names no host.");
+    }
+
+    void aLocationThatIsTooShortLeadsToTheSameCamera()
+    {
+        Fetching f;
+        f.server.play(httpAnswer({}, "Location: /a\r\n", "302 Found"));
+        f.server.play(pictureAnswer("body"));
+        const QString camera = f.server.url() + QChar(1) + "Cookie: a=1";
+        f.run(camera);
+        QCOMPARE(f.server.requests().size(), 2);
+        QVERIFY(f.server.requests()[1].contains("\r\nCookie: a=1\r\n"));
+        QCOMPARE(f.fetch.Url(), camera);
+    }
+
     void stopGetsInBetweenTwoRedirects()
     {
         Fetching f;
