@@ -4,7 +4,6 @@
 #include "picture/SaveImage.h"
 #include "shared/ReadFile.h"
 #include "widgets/FileDialog.h"
-#include "widgets/FileFilter.h"
 
 #include <QDir>
 #include <QFileInfo>
@@ -12,6 +11,12 @@
 #include <QWidget>
 
 using namespace Qt::Literals::StringLiterals;
+
+namespace {
+
+constexpr auto MovieFilter = "Pevora Movie (*.pvm)(*.pvm)"_L1;
+
+} // namespace
 
 FileCommands::FileCommands(ImageView& imgMain, QWidget* viewer)
     : QObject(viewer)
@@ -28,33 +33,36 @@ FileCommands::~FileCommands()
 
 void FileCommands::OpenImage()
 {
-    ask(QFileDialog::AcceptOpen, fileFilter::ImagesToOpen, &FileCommands::openImageFile);
+    ask(QFileDialog::AcceptOpen, {u"Image Files (*.bmp,*.jpg,*.gif)(*.bmp *.jpg *.gif)"_s},
+        &FileCommands::openImageFile);
 }
 
 void FileCommands::SaveImage()
 {
     if (!m_imgMain.GetOriginalPic().isNull())
-        ask(QFileDialog::AcceptSave, fileFilter::ImagesToSave, &FileCommands::saveImageFile);
+        ask(QFileDialog::AcceptSave,
+            {u"Bitmap (*.bmp)(*.bmp)"_s, u"GIF (*.gif)(*.gif)"_s, u"JPEG (*.jpg)(*.jpg)"_s},
+            &FileCommands::saveImageFile);
 }
 
 void FileCommands::OpenMovie()
 {
-    ask(QFileDialog::AcceptOpen, fileFilter::Movies, &FileCommands::MovieOpenRequested);
+    ask(QFileDialog::AcceptOpen, {MovieFilter}, &FileCommands::MovieOpenRequested);
 }
 
 void FileCommands::SaveMovie()
 {
-    ask(QFileDialog::AcceptSave, fileFilter::Movies, &FileCommands::MovieSaveRequested);
+    ask(QFileDialog::AcceptSave, {MovieFilter}, &FileCommands::MovieSaveRequested);
 }
 
-void FileCommands::ask(QFileDialog::AcceptMode mode, QLatin1StringView filter, Command command)
+void FileCommands::ask(QFileDialog::AcceptMode mode, const QStringList& filters, Command command)
 {
     if (m_cd) {
         m_cd->raise();
         m_cd->activateWindow();
         return;
     }
-    m_cd = new FileDialog(mode, filter, startFolder(), m_viewer->window());
+    m_cd = new FileDialog(mode, filters, startFolder(), m_viewer->window());
     // It lives a little longer than it is open.
     connect(m_cd, &QDialog::rejected, this, [this] { m_cd = nullptr; });
     connect(m_cd, &FileDialog::FileChosen, this, [this, command](const QString& path) {

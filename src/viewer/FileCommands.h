@@ -5,6 +5,7 @@
 #include <QFileDialog>
 #include <QObject>
 #include <QPointer>
+#include <QStringList>
 
 class FileDialog;
 class ImageView;
@@ -48,7 +49,7 @@ signals:
 private:
     using Command = void (FileCommands::*)(const QString& path);
 
-    void ask(QFileDialog::AcceptMode mode, QLatin1StringView filter, Command command);
+    void ask(QFileDialog::AcceptMode mode, const QStringList& filters, Command command);
     QString startFolder() const;
     void openImageFile(const QString& path);
     void saveImageFile(const QString& path);

@@ -100,20 +100,26 @@ private slots:
     {
         QTest::addColumn<Command>("command");
         QTest::addColumn<QStringList>("texts");
+        QTest::addColumn<QStringList>("patterns");
         QTest::newRow("open image")
-            << &FileCommands::OpenImage << QStringList{"Image Files (*.bmp,*.jpg,*.gif)"};
+            << &FileCommands::OpenImage << QStringList{"Image Files (*.bmp,*.jpg,*.gif)"}
+            << QStringList{"(*.bmp *.jpg *.gif)"};
         QTest::newRow("save image") << &FileCommands::SaveImage
-                                    << QStringList{"Bitmap (*.bmp)", "GIF (*.gif)", "JPEG (*.jpg)"};
+                                    << QStringList{"Bitmap (*.bmp)", "GIF (*.gif)", "JPEG (*.jpg)"}
+                                    << QStringList{"(*.bmp)", "(*.gif)", "(*.jpg)"};
         QTest::newRow("open movie")
-            << &FileCommands::OpenMovie << QStringList{"Pevora Movie (*.pvm)"};
+            << &FileCommands::OpenMovie << QStringList{"Pevora Movie (*.pvm)"}
+            << QStringList{"(*.pvm)"};
         QTest::newRow("save movie")
-            << &FileCommands::SaveMovie << QStringList{"Pevora Movie (*.pvm)"};
+            << &FileCommands::SaveMovie << QStringList{"Pevora Movie (*.pvm)"}
+            << QStringList{"(*.pvm)"};
     }
 
     void eachDialogShowsItsFiltersTexts()
     {
         QFETCH(Command, command);
         QFETCH(QStringList, texts);
+        QFETCH(QStringList, patterns);
         QFileDialog* dialog = dialogOf(command);
         QVERIFY(dialog);
         const auto* combo = dialog->findChild<QComboBox*>("fileTypeCombo");
@@ -121,6 +127,10 @@ private slots:
         for (int i = 0; i < combo->count(); ++i)
             shown.append(combo->itemText(i));
         QCOMPARE(shown, texts);
+        QStringList filters;
+        for (qsizetype i = 0; i < texts.size(); ++i)
+            filters.append(texts[i] + patterns[i]);
+        QCOMPARE(dialog->nameFilters(), filters);
     }
 
     void filesAreListedWithoutRegardToCase()
