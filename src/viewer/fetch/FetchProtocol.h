@@ -107,8 +107,9 @@ private:
     Verdict addBody(const QByteArray& part);
 
     bool m_headerDone = false;
-    /// [0] expected length of the body in bytes, [1] bytes of it received so far.
-    qint32 m_byteCounts[2] = {0, 0};
+    /// The body's length in bytes, and how many of them have come.
+    qint32 m_expected = 0;
+    qint32 m_received = 0;
     QByteArray m_fetchedBody;
     QByteArray m_lastBodyPart;
     QString m_lastModified;
