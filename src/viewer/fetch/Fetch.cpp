@@ -63,27 +63,18 @@ void Fetch::Refresh(const QString& url)
         problem = u"The port must be a number from 1 to 65535."_s;
     else if (!m_client.Connect())
         problem = u"The address names no host."_s;
-    if (problem.isEmpty())
-        return;
-    m_busy = false;
-    emit StatusText("  "_L1 + problem);
-    m_tmrFalse.setEnabled(true);
-    emit Ended(false);
+    if (!problem.isEmpty())
+        end({.status = "  "_L1 + problem});
 }
 
 void Fetch::Stop()
 {
     const auto run = ++m_run;
-    m_tempFile.close();
-    m_client.Close();
+    letGo();
     emit StatusText(u"  Stopped"_s);
     emit Done();
-    if (run != m_run)
-        return; // a handler has started the next fetch
-    m_busy = false;
-    m_tmrOut.setEnabled(false);
-    m_tmrFalse.setEnabled(true);
-    emit Stopped();
+    if (run == m_run) // else a handler has started the next fetch
+        end({.stopped = true});
 }
 
 void Fetch::forget()
@@ -95,9 +86,7 @@ void Fetch::forget()
 void Fetch::shutDown()
 {
     ++m_run;
-    m_client.Close();
-    m_tempFile.close();
-    m_tmrOut.setEnabled(false);
+    letGo();
     m_tmrFalse.setEnabled(false);
     m_busy = false;
 }
@@ -178,52 +167,31 @@ void Fetch::refuse(const QString& error, const QString& status)
 {
     const auto run = m_run;
     // First of all: a handler of Error may let events go on, and the answer's body is none.
-    end();
+    letGo();
     emit Error(error);
-    if (run != m_run)
-        return; // a handler has started or stopped a fetch: this one is gone
-    emit StatusText(status);
-    m_busy = false;
-    m_tmrFalse.setEnabled(true);
-    emit Ended(false);
+    if (run == m_run) // else a handler has started or stopped a fetch: this one is gone
+        end({.status = status});
 }
 
 /// Kept: Busy stays as it was, so that the error stays on the status line.
 void Fetch::socketError(const QString& description)
 {
-    end();
-    emit StatusText("  "_L1 + description);
-    m_tmrFalse.setEnabled(true);
-    const auto run = m_run;
-    emit Error(description);
-    if (run == m_run)
-        emit Ended(false);
-}
-
-void Fetch::end()
-{
-    m_tmrOut.setEnabled(false);
-    m_tempFile.close();
-    m_client.Close();
+    end({.status = "  "_L1 + description, .error = description, .staysBusy = true});
 }
 
 void Fetch::FinishFetch()
 {
     const auto run = m_run;
-    end();
+    letGo();
     emit StatusText(m_answer.completeText());
 
     // What was set aside for the announced length would stay with the image in the history.
     const QByteArray body = m_answer.takeBody();
     if (m_newOnly && body == m_previousBody) {
-        m_busy = false;
-        m_tmrFalse.setEnabled(true);
-        emit Done();
-        if (run != m_run)
-            return;
         // Kept: these capitals tell this test from the server's "Not a new image".
-        emit StatusText(u"  Not a New Image: Process Stopped."_s);
-        emit Ended(true);
+        end({.done = true,
+             .lastStatus = u"  Not a New Image: Process Stopped."_s,
+             .gotBody = true});
         return;
     }
     // Before it is announced: a handler may want it forgotten.
@@ -236,23 +204,40 @@ void Fetch::FinishFetch()
         return;
     }
     emit Accepted(picture);
-    if (run != m_run)
-        return;
-    m_busy = false;
-    m_tmrFalse.setEnabled(true);
-    emit Done();
     if (run == m_run)
-        emit Ended(true);
+        end({.done = true, .gotBody = true});
 }
 
 void Fetch::refuseBody()
 {
+    end({.status = u"  Error: Not a picture."_s, .error = u"Not a picture"_s, .gotBody = true});
+}
+
+void Fetch::letGo()
+{
+    m_tmrOut.setEnabled(false);
+    m_tempFile.close();
+    m_client.Close();
+}
+
+void Fetch::end(const Ending& ending)
+{
     const auto run = m_run;
-    end();
-    m_busy = false;
+    letGo();
+    if (!ending.status.isEmpty())
+        emit StatusText(ending.status);
+    m_busy = m_busy && ending.staysBusy;
     m_tmrFalse.setEnabled(true);
-    emit StatusText(u"  Error: Not a picture."_s);
-    emit Error(u"Not a picture"_s);
-    if (run == m_run)
-        emit Ended(true);
+    if (ending.error)
+        emit Error(*ending.error);
+    if (ending.done)
+        emit Done();
+    if (run != m_run)
+        return;
+    if (!ending.lastStatus.isEmpty())
+        emit StatusText(ending.lastStatus);
+    if (ending.stopped)
+        emit Stopped();
+    else
+        emit Ended(ending.gotBody);
 }

@@ -10,6 +10,7 @@
 #include <QString>
 
 #include <functional>
+#include <optional>
 
 class History;
 
@@ -101,7 +102,23 @@ private:
     void FinishFetch();
     void refuseBody();
     void openTempFile();
-    void end();
+
+    /// How a fetch ends, in the order in which it is told. What is empty is not told.
+    struct Ending
+    {
+        QString status = {};
+        std::optional<QString> error = {};
+        bool done = false;
+        QString lastStatus = {};
+        bool gotBody = false;
+        /// Busy stays as it was.
+        bool staysBusy = false;
+        /// The user has ended it: Stopped is told in place of Ended.
+        bool stopped = false;
+    };
+    /// Where every fetch ends. Nothing more is told once a handler has started or stopped one.
+    void end(const Ending& ending);
+    void letGo();
 
     const History& m_history;
     Accept m_accept;
