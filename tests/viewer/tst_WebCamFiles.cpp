@@ -8,6 +8,7 @@
 #include "support/ScriptedServer.h"
 #include "support/ShownCamera.h"
 #include "support/TimeSeam.h"
+#include "viewer/movie/frmMovie.h"
 #include "viewer/surface/ToolBar.h"
 
 #include <QFileDialog>
@@ -207,10 +208,17 @@ private slots:
     {
         Files f;
         f.openMovie(f.write("m.pvm", movieOf(2) + "&IMAGE&no picture"));
+        auto* box = openDialog<QMessageBox>();
+        QVERIFY(box);
+        QCOMPARE(box->parentWidget(), &f.cam);
+        // The progress window is out of its way.
+        const auto* progress = f.cam.findChild<frmMovie*>();
+        QVERIFY(!progress || !progress->isVisible());
         const ShownMessage message = answerMessage(QMessageBox::Ok);
         QCOMPARE(message.text, "Out of memory");
         QCOMPARE(message.title, "Error");
         QCOMPARE(message.icon, int(QMessageBox::Critical));
+        QTRY_VERIFY(f.cam.findChildren<QMessageBox*>().isEmpty());
         QTRY_COMPARE(f.enabledButtons(), AllButtons);
         // What came before the fault is there, and nothing on show.
         QCOMPARE(f.caption(), "");
@@ -305,6 +313,7 @@ private slots:
         QTRY_COMPARE(f.status(), "  Error: Not saved.");
         QVERIFY(f.statusIsShown());
         QTRY_VERIFY(!f.isWorking());
+        QVERIFY(f.cam.findChildren<QMessageBox*>().isEmpty());
     }
 
     void imagesFetchedDuringASaveAreKept()

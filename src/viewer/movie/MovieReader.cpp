@@ -35,8 +35,13 @@ MovieJob::Outcome MovieReader::step()
     if (m_partsRead < m_scan.parts().size())
         return readPart() ? Outcome::GoOn : Outcome::Failed;
     emit CaptionChanged(u"Done!"_s);
-    emit Loaded();
     return Outcome::Done;
+}
+
+void MovieReader::conclude()
+{
+    if (m_anyFrame)
+        emit Loaded();
 }
 
 /// The file stays open to the end, so that a new one in its place changes nothing.
@@ -78,6 +83,7 @@ bool MovieReader::readPart()
     const Still frame = Still::fromBytes(*bytes, AtAnEighth);
     if (frame.isNull())
         return false;
+    m_anyFrame = true;
     emit FrameRead(frame);
     return true;
 }
