@@ -221,7 +221,7 @@ void WebCam::Refresh(const QString& url)
 
 void WebCam::CleanUp()
 {
-    removeTempFiles(m_folder);
+    tempFiles::removeAll(m_folder);
 }
 
 bool WebCam::NewOnly() const

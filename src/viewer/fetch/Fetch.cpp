@@ -1,6 +1,6 @@
 #include "viewer/fetch/Fetch.h"
 
-#include "shared/AppFolder.h"
+#include "shared/TempFiles.h"
 #include "viewer/history/History.h"
 
 #include <utility>
@@ -98,19 +98,10 @@ void Fetch::connected()
     m_client.SendData(buildRequest("GET "_L1 + m_target.requestPath, m_client.RemoteHost(),
                                    m_newOnly ? m_answer.LastModified() : QString(),
                                    m_target.extraHeader));
-    openTempFile();
+    // A file that cannot be written costs only the file: the picture is decoded from memory.
+    tempFiles::openAnew(m_tempFile,
+                        tempFiles::ofFetch(m_folder, imageExtensionOf(m_target.requestPath)));
     m_answer.emptyBody();
-}
-
-/// A file that cannot be written costs only the file: the picture is decoded from memory.
-void Fetch::openTempFile()
-{
-    m_tempFile.close();
-    m_tempFile.setFileName(
-        pathInFolder(m_folder, "tt."_L1 + imageExtensionOf(m_target.requestPath)));
-    m_tempFile.remove();
-    // NewOnly: never through whatever another program may have put in its place meanwhile.
-    (void)m_tempFile.open(QIODevice::WriteOnly | QIODevice::NewOnly);
 }
 
 void Fetch::dataArrival()

@@ -101,7 +101,6 @@ private:
     void redirect();
     void FinishFetch();
     void refuseBody();
-    void openTempFile();
 
     /// How a fetch ends, in the order in which it is told. What is empty is not told.
     struct Ending

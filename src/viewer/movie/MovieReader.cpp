@@ -1,7 +1,6 @@
 #include "viewer/movie/MovieReader.h"
 
-#include "shared/AppFolder.h"
-#include "viewer/movie/FrameFile.h"
+#include "shared/TempFiles.h"
 
 #include <QFileInfo>
 
@@ -16,7 +15,7 @@ constexpr QSize AtAnEighth(1, 1);
 
 MovieReader::MovieReader(const QString& path, const QString& applicationFolder)
     : m_file(path)
-    , m_frameFile(pathInFolder(applicationFolder, u"tt.jpg"_s))
+    , m_frameFile(tempFiles::ofLoading(applicationFolder))
 {
 }
 
@@ -79,7 +78,7 @@ bool MovieReader::readPart()
     // Kept: the old bytes of a longer frame stay behind a shorter one. A movie that is this file
     // itself is not written over while it is read.
     if (QFileInfo(m_frameFile) != QFileInfo(m_file))
-        writeFrameFile(m_frameFile, *bytes, OldEnd::Stays);
+        tempFiles::write(m_frameFile, *bytes, tempFiles::OldEnd::Stays);
     const Still frame = Still::fromBytes(*bytes, AtAnEighth);
     if (frame.isNull())
         return false;
