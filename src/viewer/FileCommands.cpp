@@ -25,12 +25,6 @@ FileCommands::FileCommands(ImageView& imgMain, QWidget* viewer)
 {
 }
 
-/// The window that owns the dialog may outlive the viewer.
-FileCommands::~FileCommands()
-{
-    delete m_cd.data();
-}
-
 void FileCommands::OpenImage()
 {
     ask(QFileDialog::AcceptOpen, {u"Image Files (*.bmp,*.jpg,*.gif)(*.bmp *.jpg *.gif)"_s},
@@ -63,6 +57,8 @@ void FileCommands::ask(QFileDialog::AcceptMode mode, const QStringList& filters,
         return;
     }
     m_cd = new FileDialog(mode, filters, startFolder(), m_viewer->window());
+    // The window that owns it may outlive the viewer.
+    connect(this, &QObject::destroyed, m_cd, &QObject::deleteLater);
     // It lives a little longer than it is open.
     connect(m_cd, &QDialog::rejected, this, [this] { m_cd = nullptr; });
     connect(m_cd, &FileDialog::FileChosen, this, [this, command](const QString& path) {

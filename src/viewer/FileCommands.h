@@ -23,7 +23,6 @@ class FileCommands : public QObject
 public:
     /// Owned by `viewer`, whose window the dialogs belong to, and whose pictures `imgMain` shows.
     FileCommands(ImageView& imgMain, QWidget* viewer);
-    ~FileCommands() override;
 
     /// Shows the chosen file's picture. What cannot be read, is longer than a picture may be, or
     /// is no picture ends with the status "  Error: Not a picture.".

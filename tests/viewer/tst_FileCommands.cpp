@@ -458,7 +458,7 @@ private slots:
         QPointer<QFileDialog> dialog = dialogOf(command);
         QVERIFY(dialog);
         delete m_files->parent();
-        QVERIFY(!dialog);
+        QTRY_VERIFY(!dialog);
         QVERIFY(!m_files);
 
         init();
