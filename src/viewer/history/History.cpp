@@ -10,8 +10,7 @@ History::History(QObject* parent)
 void History::Append(const Still& picture, const QString& address, const QString& lastModified,
                      const QString& camera)
 {
-    if (makeRoom())
-        emit OldestRemoved();
+    makeRoom();
     add(picture, address + FieldSeparator + lastModified + FieldSeparator, camera);
 }
 
@@ -28,12 +27,10 @@ void History::AppendFrame(const Still& picture)
 }
 
 /// A movie may have brought more than fits: each picture drives out just one.
-bool History::makeRoom()
+void History::makeRoom()
 {
-    if (Count() < MaxImages)
-        return false;
-    remove(1);
-    return true;
+    if (Count() >= MaxImages)
+        remove(1);
 }
 
 void History::add(const Still& picture, const QString& keyHead, const QString& camera)

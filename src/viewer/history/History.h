@@ -35,11 +35,10 @@ public:
     void setCurrentImage(int n) { m_currentImage = n; }
 
     /// Keeps a fetched picture as the newest entry, which is then the current one. A full list
-    /// gives up its oldest entry first and says so. `camera` is the camera key to fetch it anew.
+    /// gives up its oldest entry first. `camera` is the camera key to fetch it anew.
     void Append(const Still& picture, const QString& address, const QString& lastModified,
                 const QString& camera = {});
-    /// The same for a picture opened from a file. Kept: no word of the entry given up; the strip
-    /// is rebuilt whenever it is shown.
+    /// The same for a picture opened from a file.
     void AppendFile(const Still& picture);
     /// Keeps the next frame of a movie. There may be any number; the current entry stays.
     void AppendFrame(const Still& picture);
@@ -65,12 +64,8 @@ public:
     /// The Last-Modified text of the newest entry of `address`; empty where there is none.
     QString lastModifiedOf(const QString& address) const;
 
-signals:
-    /// Entry 1 has been removed to make room for a fetched picture.
-    void OldestRemoved();
-
 private:
-    bool makeRoom();
+    void makeRoom();
     void remove(int n);
     void add(const Still& picture, const QString& keyHead, const QString& camera);
 
