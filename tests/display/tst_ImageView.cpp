@@ -225,6 +225,22 @@ private slots:
         QVERIFY(alike(v.at(390, 390), Qt::white));
     }
 
+    void restoreAfterSeveralZoomsShowsTheWholePicture()
+    {
+        ShownView v({400, 400});
+        v.view.setPicture(Still::fromImage(quarters({800, 800})));
+        for (int i = 0; i < 3; ++i)
+            v.click(10, 10);
+        QCOMPARE(v.view.shownRegion(), QRectF(0, 0, 0.125, 0.125));
+        QVERIFY(alike(v.at(390, 390), Qt::red));
+        v.menu().findChild<QAction*>("mnuRcRe")->trigger();
+        QCOMPARE(v.view.shownRegion(), QRectF(0, 0, 1, 1));
+        QVERIFY(alike(v.at(10, 10), Qt::red));
+        QVERIFY(alike(v.at(390, 10), Qt::green));
+        QVERIFY(alike(v.at(10, 390), Qt::blue));
+        QVERIFY(alike(v.at(390, 390), Qt::white));
+    }
+
     void aNewPictureUndoesTheZoom()
     {
         ShownView v({400, 400});
