@@ -59,7 +59,8 @@ frmInt::frmInt(const QString& folder, const QString& directory, int port, QWidge
     setAttribute(Qt::WA_DeleteOnClose);
     m_HTTP1.setObjectName(u"HTTP1"_s);
     connect(&m_HTTP1, &HTTP::Finished, this, &frmInt::showAnswer);
-    connect(&m_HTTP1, &HTTP::Status, this, &frmInt::showStatus);
+    connect(&m_HTTP1, &HTTP::Status, this, &frmInt::setWindowTitle);
+    connect(&m_HTTP1, &HTTP::Failed, this, [this] { setQueriesEnabled(true); });
     createList();
     createButtons();
     layOut(createMenu());
@@ -206,13 +207,6 @@ void frmInt::showAnswer(const QByteArray& answer)
     setWindowTitle(cameras ? u"Finished [Found %1 Cams]"_s.arg(m_found->rowCount())
                            : u"Finished [No Cams Found]"_s);
     setQueriesEnabled(true);
-}
-
-void frmInt::showStatus(const QString& text)
-{
-    setWindowTitle(text);
-    if (text.startsWith("Error: "_L1))
-        setQueriesEnabled(true);
 }
 
 /// While a query runs, nothing starts another or works on rows that are about to go. What is there

@@ -49,7 +49,6 @@ private:
     void askForTerms();
     void query(const QString& queryString, bool sorted);
     void showAnswer(const QByteArray& answer);
-    void showStatus(const QString& text);
     void setQueriesEnabled(bool on);
 
     void preview();

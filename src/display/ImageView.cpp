@@ -74,15 +74,14 @@ void ImageView::setPicture(const Still& picture)
     showPicture(picture, {});
 }
 
-bool ImageView::loadPicture(const QByteArray& bytes)
+Still ImageView::loadPicture(const QByteArray& bytes)
 {
     QImage decoded;
     const Still picture =
         Still::fromBytes(bytes, m_originalSize ? QSize() : deviceSize(), &decoded);
-    if (picture.isNull())
-        return false;
-    showPicture(picture, decoded);
-    return true;
+    if (!picture.isNull())
+        showPicture(picture, decoded);
+    return picture;
 }
 
 void ImageView::showPicture(const Still& picture, const QImage& decoded)

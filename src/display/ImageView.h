@@ -31,8 +31,8 @@ public:
     /// Shows `picture` whole and emits PictureLoad. A null still empties the view.
     void setPicture(const Still& picture);
     /// Shows the picture that `bytes` hold (bitmap, GIF or JPEG), decoded just once for this
-    /// view. False, and nothing changes, where they hold none.
-    bool loadPicture(const QByteArray& bytes);
+    /// view, and gives it back. Null, and nothing changes, where they hold none.
+    Still loadPicture(const QByteArray& bytes);
 
     /// Show pictures at their own size. Switching it on resizes the view to the picture at once;
     /// switching it off leaves the size to the owner.

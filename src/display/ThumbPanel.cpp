@@ -7,6 +7,7 @@
 #include <QLabel>
 
 #include <algorithm>
+#include <memory>
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -56,8 +57,8 @@ void ThumbPanel::append()
 
 void ThumbPanel::removeLast()
 {
-    delete m_elements.back().img;
-    delete m_elements.back().lbl;
+    const std::unique_ptr<QWidget> img(m_elements.back().img);
+    const std::unique_ptr<QWidget> lbl(m_elements.back().lbl);
     m_elements.pop_back();
 }
 

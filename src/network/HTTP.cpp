@@ -91,6 +91,7 @@ void HTTP::fail(const QString& description)
     m_Timer1.setEnabled(false);
     m_sckMain.Close();
     emit Status("Error: "_L1 + description);
+    emit Failed();
 }
 
 QString HTTP::StripHTML(const QString& text)

@@ -31,8 +31,8 @@ public:
     /// host's name. A line break ends the host, or the path, that it stands in. Nothing is
     /// escaped; what is not ASCII goes out as shared/DiskText.h has it. An empty url does nothing.
     ///
-    /// Then comes either Finished, or a Status that begins with "Error: ", which may come before
-    /// this returns; or neither, from a server that stays silent.
+    /// Then comes either Finished, or Failed, which may come before this returns; or neither, from
+    /// a server that stays silent.
     void Retrieve(const QString& url);
 
     /// `text` without its markup: from each "<" to the first ">" behind it. A "<" without one
@@ -47,6 +47,8 @@ signals:
     /// What the fetch does, for a status line: "Connecting", "Connected", "Receiving Data" with
     /// each chunk, "Error: " and the socket's description.
     void Status(const QString& text);
+    /// There will be no answer; Status has just said why.
+    void Failed();
 
 private:
     void sendRequest();

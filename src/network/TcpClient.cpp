@@ -32,7 +32,7 @@ TcpClient::TcpClient(FirstChunk firstChunk, QObject* parent)
 {
     connect(&m_headerWait, &Timer::Tick, this, [this] {
         m_headerWait.setEnabled(false);
-        m_waitedEnough = true;
+        m_connection.waitedEnough = true;
         schedule();
     });
 }
@@ -58,17 +58,17 @@ bool TcpClient::Connect()
 
     // A QSslSocket, even one without TLS, loads the TLS library: only who needs it waits for it.
     if (m_secure)
-        m_socket.reset(new QSslSocket);
+        m_connection.socket.reset(new QSslSocket);
     else
-        m_socket.reset(new QTcpSocket);
-    auto* socket = m_socket.get();
+        m_connection.socket.reset(new QTcpSocket);
+    auto* socket = m_connection.socket.get();
     socket->installEventFilter(this);
     socket->setProxy(QNetworkProxy::NoProxy);
     connect(socket, &QTcpSocket::readyRead, this, &TcpClient::readSocket);
     connect(socket, &QTcpSocket::errorOccurred, this, [this](QAbstractSocket::SocketError error) {
         if (error != QAbstractSocket::RemoteHostClosedError) {
             receive();
-            failed(error, m_socket->errorString());
+            failed(error, m_connection.socket->errorString());
         }
     });
     if (m_secure)
@@ -80,9 +80,9 @@ bool TcpClient::Connect()
 
 void TcpClient::connectPlain(const QString& host)
 {
-    connect(m_socket.get(), &QTcpSocket::connected, this, &TcpClient::established);
-    connect(m_socket.get(), &QTcpSocket::disconnected, this, &TcpClient::peerHasClosed);
-    m_socket->connectToHost(host, static_cast<quint16>(m_port));
+    connect(m_connection.socket.get(), &QTcpSocket::connected, this, &TcpClient::established);
+    connect(m_connection.socket.get(), &QTcpSocket::disconnected, this, &TcpClient::peerHasClosed);
+    m_connection.socket->connectToHost(host, static_cast<quint16>(m_port));
 }
 
 void TcpClient::connectSecure(const QString& host)
@@ -92,7 +92,7 @@ void TcpClient::connectSecure(const QString& host)
                u"Secure connections (TLS) are not available on this computer"_s);
         return;
     }
-    auto* socket = static_cast<QSslSocket*>(m_socket.get());
+    auto* socket = static_cast<QSslSocket*>(m_connection.socket.get());
     socket->setPeerVerifyMode(QSslSocket::VerifyPeer);
     connect(socket, &QSslSocket::encrypted, this, &TcpClient::established);
     connect(socket, &QSslSocket::disconnected, this, &TcpClient::securePeerHasClosed);
@@ -106,7 +106,7 @@ void TcpClient::connectSecure(const QString& host)
 
 void TcpClient::established()
 {
-    m_established = true;
+    m_connection.established = true;
     emit Connected();
 }
 
@@ -116,12 +116,12 @@ void TcpClient::established()
 bool TcpClient::eventFilter(QObject* watched, QEvent* event)
 {
     if (event->type() == QEvent::ChildAdded) {
-        m_connectAnswers = 0;
+        m_connection.connectAnswers = 0;
         static_cast<QChildEvent*>(event)->child()->installEventFilter(this);
-    } else if (event->type() == QEvent::SockAct && m_socket &&
-               m_socket->state() == QAbstractSocket::ConnectingState &&
-               ++m_connectAnswers > MostConnectAnswers) {
-        if (m_errorNumber < 0)
+    } else if (event->type() == QEvent::SockAct && m_connection.socket &&
+               m_connection.socket->state() == QAbstractSocket::ConnectingState &&
+               ++m_connection.connectAnswers > MostConnectAnswers) {
+        if (!m_connection.failure)
             failed(QAbstractSocket::ConnectionRefusedError, QTcpSocket::tr("Connection refused"));
         return true;
     }
@@ -130,44 +130,33 @@ bool TcpClient::eventFilter(QObject* watched, QEvent* event)
 
 void TcpClient::SendData(const QByteArray& bytes)
 {
-    if (m_established && m_socket->state() == QAbstractSocket::ConnectedState)
-        m_socket->write(bytes);
+    if (m_connection.established && m_connection.socket->state() == QAbstractSocket::ConnectedState)
+        m_connection.socket->write(bytes);
 }
 
 QByteArray TcpClient::GetData()
 {
-    return std::exchange(m_chunk, {});
+    return std::exchange(m_connection.chunk, {});
 }
 
 void TcpClient::Close()
 {
     m_headerWait.setEnabled(false);
-    m_socket.reset();
-    m_received.clear();
-    m_chunk.clear();
-    m_headerEnd = -1;
-    m_searched = 0;
-    m_established = false;
-    m_firstDelivered = false;
-    m_waitedEnough = false;
-    m_peerClosed = false;
-    m_errorNumber = -1;
-    m_errorText.clear();
-    m_connectAnswers = 0;
+    m_connection = {};
 }
 
 /// Before a connection is encrypted, nothing in the socket is the peer's answer.
 void TcpClient::receive()
 {
-    if (m_established)
-        m_received += m_socket->readAll();
+    if (m_connection.established)
+        m_connection.received += m_connection.socket->readAll();
 }
 
 void TcpClient::readSocket()
 {
-    const bool first = m_received.isEmpty() && !m_firstDelivered;
+    const bool first = m_connection.received.isEmpty() && !m_connection.firstDelivered;
     receive();
-    if (first && !m_received.isEmpty())
+    if (first && !m_connection.received.isEmpty())
         m_headerWait.setEnabled(true);
     schedule();
 }
@@ -175,13 +164,13 @@ void TcpClient::readSocket()
 void TcpClient::peerHasClosed()
 {
     receive();
-    m_peerClosed = true;
+    m_connection.peerClosed = true;
     schedule();
 }
 
 void TcpClient::securePeerHasClosed()
 {
-    if (m_established || m_errorNumber >= 0)
+    if (m_connection.established || m_connection.failure)
         peerHasClosed();
     else
         failed(QAbstractSocket::RemoteHostClosedError,
@@ -190,8 +179,7 @@ void TcpClient::securePeerHasClosed()
 
 void TcpClient::failed(int number, const QString& text)
 {
-    m_errorNumber = number;
-    m_errorText = text;
+    m_connection.failure = {number, text};
     schedule();
 }
 
@@ -211,23 +199,25 @@ void TcpClient::schedule()
 /// One signal an event: a handler that closes or connects anew drops all that was to follow.
 void TcpClient::deliverNext()
 {
-    if (!m_socket)
+    Connection& now = m_connection;
+    if (!now.socket)
         return;
-    const bool over = m_peerClosed || m_errorNumber >= 0;
+    const bool over = now.isOver();
 
-    if (!m_received.isEmpty()) {
-        if (!m_firstDelivered && !firstChunkIsComplete() && !over)
+    if (!now.received.isEmpty()) {
+        if (!now.firstDelivered && !now.firstChunkIsComplete() && !over)
             return;
-        const auto size = m_firstDelivered ? m_received.size() : firstChunkSize();
-        if (size == m_received.size()) {
-            m_chunk = std::exchange(m_received, {});
+        const auto size =
+            now.firstDelivered ? now.received.size() : now.firstChunkSize(m_firstChunk);
+        if (size == now.received.size()) {
+            now.chunk = std::exchange(now.received, {});
         } else {
-            m_chunk = m_received.left(size);
-            m_received.remove(0, size);
+            now.chunk = now.received.left(size);
+            now.received.remove(0, size);
         }
-        m_firstDelivered = true;
+        now.firstDelivered = true;
         m_headerWait.setEnabled(false);
-        if (!m_received.isEmpty() || over)
+        if (!now.received.isEmpty() || over)
             schedule();
         emit DataArrival();
         return;
@@ -235,28 +225,27 @@ void TcpClient::deliverNext()
     if (!over)
         return;
 
-    const int number = m_errorNumber;
-    const QString text = m_errorText;
+    const auto failure = now.failure;
     Close();
-    if (number >= 0)
-        emit Error(number, text);
+    if (failure)
+        emit Error(failure->number, failure->description);
     else
         emit Closed();
 }
 
-bool TcpClient::firstChunkIsComplete()
+bool TcpClient::Connection::firstChunkIsComplete()
 {
-    const auto from = std::max<qsizetype>(0, m_searched - 3);
-    const auto end = m_received.indexOf("\r\n\r\n", from);
-    m_searched = m_received.size();
-    if (end >= 0 && m_headerEnd < 0)
-        m_headerEnd = end + 4;
-    return m_headerEnd >= 0 || m_waitedEnough || m_received.size() >= MaxHeaderBytes;
+    const auto from = std::max<qsizetype>(0, searched - 3);
+    const auto end = received.indexOf("\r\n\r\n", from);
+    searched = received.size();
+    if (end >= 0 && headerEnd < 0)
+        headerEnd = end + 4;
+    return headerEnd >= 0 || waitedEnough || received.size() >= MaxHeaderBytes;
 }
 
-qsizetype TcpClient::firstChunkSize() const
+qsizetype TcpClient::Connection::firstChunkSize(FirstChunk firstChunk) const
 {
-    if (m_firstChunk == FirstChunk::Whole || m_headerEnd < 0)
-        return m_received.size();
-    return std::min(m_received.size(), std::max<qsizetype>(m_headerEnd, PacketBytes));
+    if (firstChunk == FirstChunk::Whole || headerEnd < 0)
+        return received.size();
+    return std::min(received.size(), std::max<qsizetype>(headerEnd, PacketBytes));
 }

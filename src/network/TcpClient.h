@@ -7,6 +7,7 @@
 #include <QString>
 
 #include <memory>
+#include <optional>
 
 class QTcpSocket;
 
@@ -98,8 +99,6 @@ private:
     void failed(int number, const QString& text);
     void schedule();
     void deliverNext();
-    bool firstChunkIsComplete();
-    qsizetype firstChunkSize() const;
 
     struct SocketDeleter
     {
@@ -111,20 +110,41 @@ private:
     int m_port = 80;
     bool m_secure = false;
 
-    std::unique_ptr<QTcpSocket, SocketDeleter> m_socket;
+    /// Why a connection failed, or broke.
+    struct Failure
+    {
+        int number;
+        QString description;
+    };
+
+    /// All that one connection has come to; each begins with a new one.
+    struct Connection
+    {
+        std::unique_ptr<QTcpSocket, SocketDeleter> socket;
+        /// What has come and was not delivered.
+        QByteArray received;
+        /// What was delivered and not taken.
+        QByteArray chunk;
+        /// Where the body begins in `received`, before the first chunk; -1 until that is known.
+        qsizetype headerEnd = -1;
+        /// So far the header's end has been looked for.
+        qsizetype searched = 0;
+        /// Connected has been told: bytes may be sent, and what comes is the peer's answer.
+        bool established = false;
+        bool firstDelivered = false;
+        bool waitedEnough = false;
+        bool peerClosed = false;
+        std::optional<Failure> failure;
+        /// How often the system has answered the attempt to connect to one address.
+        int connectAnswers = 0;
+
+        bool isOver() const { return peerClosed || failure; }
+        bool firstChunkIsComplete();
+        qsizetype firstChunkSize(FirstChunk firstChunk) const;
+    };
+
     Timer m_headerWait;
-    QByteArray m_received;
-    QByteArray m_chunk;
-    qsizetype m_headerEnd = -1;
-    qsizetype m_searched = 0;
-    /// Connected has been told: bytes may be sent, and what comes is the peer's answer.
-    bool m_established = false;
-    bool m_firstDelivered = false;
-    bool m_waitedEnough = false;
-    bool m_peerClosed = false;
-    int m_errorNumber = -1;
-    QString m_errorText;
+    Connection m_connection;
+    /// Also across connections: the next event is on its way.
     bool m_scheduled = false;
-    /// How often the system has answered the attempt to connect to one address.
-    int m_connectAnswers = 0;
 };

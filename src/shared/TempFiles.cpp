@@ -1,10 +1,55 @@
 #include "shared/TempFiles.h"
 
+#include "shared/AppFolder.h"
+
 #include <QDir>
+#include <QFile>
+#include <QFileInfo>
 
 using namespace Qt::Literals::StringLiterals;
 
-void removeTempFiles(const QString& folder)
+QString tempFiles::ofFetch(const QString& folder, const QString& extension)
+{
+    return pathInFolder(folder, "tt."_L1 + extension);
+}
+
+QString tempFiles::ofLoading(const QString& folder)
+{
+    return ofFetch(folder, u"jpg"_s);
+}
+
+QString tempFiles::ofSaving(const QString& folder)
+{
+    return pathInFolder(folder, u"pvm.jpg"_s);
+}
+
+void tempFiles::openAnew(QFile& file, const QString& path)
+{
+    file.close();
+    file.setFileName(path);
+    file.remove();
+    // NewOnly: never through whatever another program may have put in its place meanwhile.
+    (void)file.open(QIODevice::WriteOnly | QIODevice::NewOnly);
+}
+
+void tempFiles::write(const QString& path, const QByteArray& bytes, OldEnd oldEnd)
+{
+    const QFileInfo old(path);
+    // Opening a pipe would wait for its reader.
+    if (old.isSymLink() || (old.exists() && !old.isFile()))
+        return;
+    QFile file(path);
+    // WriteOnly would cut an old file.
+    const auto mode = old.exists() ? QIODevice::ReadWrite | QIODevice::ExistingOnly
+                                   : QIODevice::OpenMode(QIODevice::WriteOnly | QIODevice::NewOnly);
+    if (!file.open(mode | QIODevice::Unbuffered))
+        return;
+    file.write(bytes);
+    if (oldEnd == OldEnd::Cut)
+        file.resize(bytes.size());
+}
+
+void tempFiles::removeAll(const QString& folder)
 {
     QDir dir(folder);
     const QStringList there = dir.entryList(QDir::Files | QDir::System | QDir::Hidden);

@@ -55,8 +55,9 @@ void SecondaryWindows::shutDown()
 
 void SecondaryWindows::askForList()
 {
-    auto* dialog = new FileDialog(QFileDialog::AcceptOpen,
-                                  u"Zipped Cam Lists (*.zip)|*.zip|All Files (*)|*|"_s, {}, m_form);
+    auto* dialog =
+        new FileDialog(QFileDialog::AcceptOpen,
+                       {u"Zipped Cam Lists (*.zip)(*.zip)"_s, u"All Files (*)(*)"_s}, {}, m_form);
     connect(dialog, &FileDialog::FileChosen, this, &SecondaryWindows::Import);
     dialog->open();
 }

@@ -1,61 +1,64 @@
 #include "viewer/FileCommands.h"
 
+#include "display/ImageView.h"
 #include "picture/SaveImage.h"
 #include "shared/ReadFile.h"
 #include "widgets/FileDialog.h"
-#include "widgets/FileFilter.h"
 
 #include <QDir>
 #include <QFileInfo>
 #include <QStandardPaths>
 #include <QWidget>
 
-#include <utility>
-
 using namespace Qt::Literals::StringLiterals;
 
-FileCommands::FileCommands(View view, QWidget* viewer)
+namespace {
+
+constexpr auto MovieFilter = "Pevora Movie (*.pvm)(*.pvm)"_L1;
+
+} // namespace
+
+FileCommands::FileCommands(ImageView& imgMain, QWidget* viewer)
     : QObject(viewer)
-    , m_view(std::move(view))
+    , m_imgMain(imgMain)
     , m_viewer(viewer)
 {
 }
 
-/// The window that owns the dialog may outlive the viewer.
-FileCommands::~FileCommands()
-{
-    delete m_cd.data();
-}
-
 void FileCommands::OpenImage()
 {
-    ask(QFileDialog::AcceptOpen, fileFilter::ImagesToOpen, &FileCommands::openImageFile);
+    ask(QFileDialog::AcceptOpen, {u"Image Files (*.bmp,*.jpg,*.gif)(*.bmp *.jpg *.gif)"_s},
+        &FileCommands::openImageFile);
 }
 
 void FileCommands::SaveImage()
 {
-    if (!m_view.picture().isNull())
-        ask(QFileDialog::AcceptSave, fileFilter::ImagesToSave, &FileCommands::saveImageFile);
+    if (!m_imgMain.GetOriginalPic().isNull())
+        ask(QFileDialog::AcceptSave,
+            {u"Bitmap (*.bmp)(*.bmp)"_s, u"GIF (*.gif)(*.gif)"_s, u"JPEG (*.jpg)(*.jpg)"_s},
+            &FileCommands::saveImageFile);
 }
 
 void FileCommands::OpenMovie()
 {
-    ask(QFileDialog::AcceptOpen, fileFilter::Movies, &FileCommands::MovieOpenRequested);
+    ask(QFileDialog::AcceptOpen, {MovieFilter}, &FileCommands::MovieOpenRequested);
 }
 
 void FileCommands::SaveMovie()
 {
-    ask(QFileDialog::AcceptSave, fileFilter::Movies, &FileCommands::MovieSaveRequested);
+    ask(QFileDialog::AcceptSave, {MovieFilter}, &FileCommands::MovieSaveRequested);
 }
 
-void FileCommands::ask(QFileDialog::AcceptMode mode, QLatin1StringView filter, Command command)
+void FileCommands::ask(QFileDialog::AcceptMode mode, const QStringList& filters, Command command)
 {
     if (m_cd) {
         m_cd->raise();
         m_cd->activateWindow();
         return;
     }
-    m_cd = new FileDialog(mode, filter, startFolder(), m_viewer->window());
+    m_cd = new FileDialog(mode, filters, startFolder(), m_viewer->window());
+    // The window that owns it may outlive the viewer.
+    connect(this, &QObject::destroyed, m_cd, &QObject::deleteLater);
     // It lives a little longer than it is open.
     connect(m_cd, &QDialog::rejected, this, [this] { m_cd = nullptr; });
     connect(m_cd, &FileDialog::FileChosen, this, [this, command](const QString& path) {
@@ -79,12 +82,15 @@ QString FileCommands::startFolder() const
 void FileCommands::openImageFile(const QString& path)
 {
     const auto bytes = readFile(path, Still::MaxEncodedBytes);
-    if (!bytes || !m_view.open(*bytes))
+    const Still picture = bytes ? m_imgMain.loadPicture(*bytes) : Still();
+    if (picture.isNull())
         emit StatusText(u"  Error: Not a picture."_s);
+    else
+        emit ImageOpened(picture);
 }
 
 void FileCommands::saveImageFile(const QString& path)
 {
-    if (!savePicture(path, m_view.picture()))
+    if (!savePicture(path, m_imgMain.GetOriginalPic()))
         emit StatusText(u"  Error: Not saved."_s);
 }

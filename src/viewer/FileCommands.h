@@ -5,10 +5,10 @@
 #include <QFileDialog>
 #include <QObject>
 #include <QPointer>
-
-#include <functional>
+#include <QStringList>
 
 class FileDialog;
+class ImageView;
 
 /// The viewer's file commands: each asks for a file name in the dialog `cd` and then does what it
 /// says, or tells its owner to. A dialog that is cancelled changes nothing. One dialog at a time:
@@ -21,22 +21,11 @@ class FileCommands : public QObject
     Q_OBJECT
 
 public:
-    /// What the commands need of the viewer.
-    struct View
-    {
-        /// The picture on show, at its own size; null without one.
-        std::function<Still()> picture;
-        /// Shows the picture that these bytes hold and keeps it. False, and nothing changes,
-        /// where they hold none.
-        std::function<bool(const QByteArray&)> open;
-    };
+    /// Owned by `viewer`, whose window the dialogs belong to, and whose pictures `imgMain` shows.
+    FileCommands(ImageView& imgMain, QWidget* viewer);
 
-    /// Owned by `viewer`, whose window the dialogs belong to.
-    FileCommands(View view, QWidget* viewer);
-    ~FileCommands() override;
-
-    /// Gives the chosen file's bytes to View::open. What cannot be read, is longer than a picture
-    /// may be, or is no picture ends with the status "  Error: Not a picture.".
+    /// Shows the chosen file's picture. What cannot be read, is longer than a picture may be, or
+    /// is no picture ends with the status "  Error: Not a picture.".
     void OpenImage();
 
     /// Saves the picture, the one on show when the dialog is answered, in the format of the
@@ -49,6 +38,8 @@ public:
     void SaveMovie();
 
 signals:
+    /// `picture` has been opened and is on show: to be kept.
+    void ImageOpened(const Still& picture);
     void MovieOpenRequested(const QString& path);
     void MovieSaveRequested(const QString& path);
     /// A line for the status line.
@@ -57,12 +48,12 @@ signals:
 private:
     using Command = void (FileCommands::*)(const QString& path);
 
-    void ask(QFileDialog::AcceptMode mode, QLatin1StringView filter, Command command);
+    void ask(QFileDialog::AcceptMode mode, const QStringList& filters, Command command);
     QString startFolder() const;
     void openImageFile(const QString& path);
     void saveImageFile(const QString& path);
 
-    View m_view;
+    ImageView& m_imgMain;
     QWidget* m_viewer;
     QPointer<FileDialog> m_cd;
     QString m_lastFolder;

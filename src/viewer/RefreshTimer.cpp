@@ -1,7 +1,5 @@
 #include "viewer/RefreshTimer.h"
 
-#include <utility>
-
 using namespace Qt::Literals::StringLiterals;
 
 namespace {
@@ -13,19 +11,19 @@ QString refreshingIn(int seconds)
 
 } // namespace
 
-RefreshTimer::RefreshTimer(std::function<bool()> hasUrl, QObject* parent)
+RefreshTimer::RefreshTimer(QObject* parent)
     : QObject(parent)
-    , m_hasUrl(std::move(hasUrl))
     , m_tmrRe(u"tmrRe"_s, TickMs, this)
 {
-    m_tmrRe.setTag(QString::number(DefaultIntervalSeconds));
+    set(DefaultIntervalSeconds, false);
     connect(&m_tmrRe, &Timer::Tick, this, &RefreshTimer::tick);
 }
 
-int RefreshTimer::tagNumber() const
+void RefreshTimer::set(int intervalSeconds, bool beginAnew)
 {
-    const QString tag = m_tmrRe.Tag();
-    return tag.mid(tag.startsWith(u'r') ? 1 : 0).toInt();
+    m_intervalSeconds = intervalSeconds;
+    m_beginAnew = beginAnew;
+    m_tmrRe.setTag((beginAnew ? u"r"_s : QString()) + QString::number(intervalSeconds));
 }
 
 void RefreshTimer::toggle()
@@ -34,44 +32,37 @@ void RefreshTimer::toggle()
     emit PressedChanged(m_pressed);
     setStalled(false);
     if (!m_pressed) {
-        // Kept: a Tag that still has its "r" keeps it for the next time.
+        // Kept: a new countdown that no tick has begun yet stays asked for.
         emit ToolTip(u"Timer"_s);
         m_tmrRe.setEnabled(false);
         return;
     }
     // Kept: only this text begins with "Timer: "; the running countdown's does not.
-    emit ToolTip("Timer: "_L1 + refreshingIn(tagNumber()));
-    if (!m_tmrRe.Tag().startsWith(u'r'))
-        m_tmrRe.setTag(u'r' + m_tmrRe.Tag());
+    emit ToolTip("Timer: "_L1 + refreshingIn(m_intervalSeconds));
+    set(m_intervalSeconds, true);
     m_tmrRe.setEnabled(true);
 }
 
 void RefreshTimer::setInterval(int seconds)
 {
-    m_tmrRe.setTag(QString::number(seconds));
+    set(seconds, false);
 }
 
 void RefreshTimer::tick()
 {
-    if (m_tmrRe.Tag().startsWith(u'r')) {
+    if (m_beginAnew) {
         m_refreshCount = 0;
-        m_tmrRe.setTag(m_tmrRe.Tag().mid(1));
+        set(m_intervalSeconds, false);
     }
     ++m_refreshCount;
-    if (m_refreshCount >= tagNumber()) {
+    if (m_refreshCount >= m_intervalSeconds) {
         m_refreshCount = 0;
         // Off before the fetch starts: one that fails at once may switch it on again.
         m_tmrRe.setEnabled(false);
-        if (m_hasUrl()) {
-            emit RefreshDue();
-        } else {
-            // Kept: it is the stop button that is released; the timer button stays pressed.
-            emit NothingToRefresh();
-            setStalled(true);
-        }
+        emit RefreshDue();
     }
     if (m_pressed)
-        emit ToolTip(refreshingIn(tagNumber() - m_refreshCount));
+        emit ToolTip(refreshingIn(m_intervalSeconds - m_refreshCount));
 }
 
 void RefreshTimer::fetchEnded(bool gotBody)

@@ -4,13 +4,11 @@
 
 #include <QObject>
 
-#include <functional>
-
 /// The refresh countdown: while the timer button is pressed, asks for a fetch every so many
 /// seconds. The next countdown begins only when that fetch has ended.
 ///
-/// The interval lives in the Tag of `tmrRe` as decimal text; a leading "r" asks the next tick to
-/// begin a new countdown. Owns no menu and no button; it says what they should show.
+/// The Tag of `tmrRe` says how it stands: the interval as decimal text, after an "r" while the next
+/// tick is to begin a new countdown. Owns no menu and no button; it says what they should show.
 class RefreshTimer : public QObject
 {
     Q_OBJECT
@@ -19,8 +17,7 @@ public:
     static constexpr int TickMs = 1'000;
     static constexpr int DefaultIntervalSeconds = 30;
 
-    /// `hasUrl` tells whether there is a camera to fetch.
-    RefreshTimer(std::function<bool()> hasUrl, QObject* parent);
+    explicit RefreshTimer(QObject* parent);
 
     /// The timer button is pressed: refreshing is wanted, whether or not it runs just now.
     bool isPressed() const { return m_pressed; }
@@ -37,29 +34,30 @@ public:
 
     /// A fetch is over. `gotBody`: it ended with an answer that had a body.
     void fetchEnded(bool gotBody);
-    /// The user has stopped the fetch under way.
+    /// The user has stopped the fetch under way, or there is no camera for the one that was due.
     void fetchStopped();
 
     /// Stops counting, for the end of the program.
     void shutDown() { m_tmrRe.setEnabled(false); }
 
 signals:
-    /// The countdown has run out: fetch the camera again.
+    /// The countdown has run out: fetch the camera again, or answer by fetchStopped().
     void RefreshDue();
     void ToolTip(const QString& text);
     void PressedChanged(bool pressed);
     /// Refreshing has stopped although the button is pressed, or goes on again.
     void Stalled(bool stalled);
-    /// The countdown ran out with no camera to fetch.
-    void NothingToRefresh();
 
 private:
     void tick();
     void setStalled(bool stalled);
-    int tagNumber() const;
+    /// Also in the Tag.
+    void set(int intervalSeconds, bool beginAnew);
 
-    std::function<bool()> m_hasUrl;
     Timer m_tmrRe;
+    int m_intervalSeconds = DefaultIntervalSeconds;
+    /// The next tick begins a new countdown.
+    bool m_beginAnew = false;
     /// Seconds counted since the last refresh.
     qint16 m_refreshCount = 0;
     bool m_pressed = false;

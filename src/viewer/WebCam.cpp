@@ -28,17 +28,10 @@ WebCam::WebCam(const QString& folder, QWidget* parent)
     , m_work(new JobQueue(this))
     , m_player(new Player(*m_history, tbMain(), *m_work, this))
     , m_movies(new MovieCommands({*m_history, *m_historyView, tbMain(), *m_work}, folder, this))
-    , m_files(new FileCommands({[this] { return imgMain().GetOriginalPic(); },
-                                [this](const QByteArray& bytes) { return acceptFile(bytes); }},
-                               this))
-    , m_refreshTimer(new RefreshTimer([this] { return !Url().isEmpty(); }, this))
-    , m_fetch(
-          new Fetch(folder,
-                    {[this](const QString& address) { return m_history->lastModifiedOf(address); },
-                     [this](const QByteArray& body) { return acceptBody(body); },
-                     [this] { m_historyView->mirrorNewest(); },
-                     [this] { m_historyView->showNewestOf(m_fetch->address()); }},
-                    this))
+    , m_files(new FileCommands(imgMain(), this))
+    , m_refreshTimer(new RefreshTimer(this))
+    , m_fetch(new Fetch(
+          folder, *m_history, [this](const QByteArray& body) { return acceptBody(body); }, this))
 {
     setAccessibleName(tr("Camera viewer"));
     connectFetch();
@@ -61,6 +54,8 @@ void WebCam::connectFetch()
     connect(m_fetch, &Fetch::HideStatus, &lbl(), &QWidget::hide);
     connect(m_fetch, &Fetch::ChunkReceived, &txtDebug(), &DebugBox::addChunk);
     connect(m_fetch, &Fetch::UrlChanged, this, &WebCam::UrlChanged);
+    connect(m_fetch, &Fetch::Accepted, m_historyView, &HistoryView::mirrorNewest);
+    connect(m_fetch, &Fetch::NotModified, m_historyView, &HistoryView::showNewestOf);
     connect(m_fetch, &Fetch::Error, this, &WebCam::Error);
     connect(m_fetch, &Fetch::Done, this, &WebCam::Done);
     connect(m_fetch, &Fetch::Ended, m_refreshTimer, &RefreshTimer::fetchEnded);
@@ -72,7 +67,7 @@ void WebCam::connectRefreshTimer()
     connect(&mnuTmr(), &IntervalMenu::IntervalChosen, m_refreshTimer, &RefreshTimer::setInterval);
     connect(&mnuTmr(), &IntervalMenu::KeepRefreshingChosen, m_refreshTimer,
             &RefreshTimer::setKeepRefreshing);
-    connect(m_refreshTimer, &RefreshTimer::RefreshDue, this, [this] { Refresh(); });
+    connect(m_refreshTimer, &RefreshTimer::RefreshDue, this, &WebCam::refreshDue);
     connect(m_refreshTimer, &RefreshTimer::ToolTip, this,
             [this](const QString& text) { tbMain().setToolTipText(ToolBar::Timer, text); });
     connect(m_refreshTimer, &RefreshTimer::PressedChanged, this,
@@ -80,8 +75,6 @@ void WebCam::connectRefreshTimer()
     connect(m_refreshTimer, &RefreshTimer::Stalled, this, [this](bool stalled) {
         tbMain().setIconName(ToolBar::Timer, stalled ? u"timer-paused"_s : u"timer"_s);
     });
-    connect(m_refreshTimer, &RefreshTimer::NothingToRefresh, this,
-            [this] { tbMain().setPressed(ToolBar::Stop, false); });
 }
 
 void WebCam::connectHistory()
@@ -97,6 +90,7 @@ void WebCam::connectHistory()
 
 void WebCam::connectFiles()
 {
+    connect(m_files, &FileCommands::ImageOpened, this, &WebCam::keepOpened);
     connect(m_files, &FileCommands::MovieOpenRequested, m_movies, &MovieCommands::openMovie);
     connect(m_files, &FileCommands::MovieSaveRequested, m_movies, &MovieCommands::SaveMovie);
     connect(m_files, &FileCommands::StatusText, this, &WebCam::showMessage);
@@ -143,6 +137,17 @@ void WebCam::refreshShown()
         Refresh();
 }
 
+void WebCam::refreshDue()
+{
+    if (!Url().isEmpty()) {
+        Refresh();
+        return;
+    }
+    // Kept: it is the stop button that is released; the timer button stays pressed.
+    tbMain().setPressed(ToolBar::Stop, false);
+    m_refreshTimer->fetchStopped();
+}
+
 /// The picture and the caption are those of the last frame already.
 void WebCam::stopMovie()
 {
@@ -163,25 +168,23 @@ void WebCam::Play()
     m_player->Play();
 }
 
-bool WebCam::acceptBody(const QByteArray& body)
+Still WebCam::acceptBody(const QByteArray& body)
 {
-    if (!imgMain().loadPicture(body))
-        return false;
+    const Still picture = imgMain().loadPicture(body);
+    if (picture.isNull())
+        return picture;
     const QString address = m_fetch->address();
-    m_history->Append(imgMain().Picture(), address, m_fetch->LastModified(), m_fetch->camera());
+    m_history->Append(picture, address, m_fetch->LastModified(), m_fetch->camera());
     emit ImageChange({}, webAddressOf(address));
     m_historyView->updateCaption();
-    return true;
+    return picture;
 }
 
 /// Neither Url nor the strip changes, and nobody is told.
-bool WebCam::acceptFile(const QByteArray& bytes)
+void WebCam::keepOpened(const Still& picture)
 {
-    if (!imgMain().loadPicture(bytes))
-        return false;
-    m_history->AppendFile(imgMain().Picture());
+    m_history->AppendFile(picture);
     m_historyView->updateCaption();
-    return true;
 }
 
 /// A fault is shown also where the status line of fetches is not wanted; it hides after the next.
@@ -218,7 +221,7 @@ void WebCam::Refresh(const QString& url)
 
 void WebCam::CleanUp()
 {
-    removeTempFiles(m_folder);
+    tempFiles::removeAll(m_folder);
 }
 
 bool WebCam::NewOnly() const
@@ -251,6 +254,5 @@ void WebCam::shutDown()
 
 void WebCam::setClock(const Clock& clock)
 {
-    m_history->setClock(clock);
     m_player->setClock(clock);
 }

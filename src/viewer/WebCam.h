@@ -11,6 +11,7 @@ class MovieCommands;
 class Player;
 class RefreshTimer;
 class JobQueue;
+class Still;
 
 /// The camera viewer: fetches the image of one camera, shows it, keeps it and fetches it again.
 /// The facade that the rest of the program sees; each piece behind it keeps its own state, and
@@ -69,7 +70,7 @@ public:
     /// Stops timers and socket, for the end of the program.
     void shutDown();
 
-    /// For tests that move time: seeds the random tails of history keys, and times a play.
+    /// For tests that move time: times a play.
     void setClock(const Clock& clock);
 
 signals:
@@ -93,9 +94,10 @@ private:
     void connectHistory();
     void connectFiles();
     void connectToolBar();
-    bool acceptBody(const QByteArray& body);
-    bool acceptFile(const QByteArray& bytes);
+    Still acceptBody(const QByteArray& body);
+    void keepOpened(const Still& picture);
     void refreshShown();
+    void refreshDue();
     void stopMovie();
     void deleteAll();
     void showMessage(const QString& text);

@@ -1,13 +1,11 @@
 #include "widgets/FileDialog.h"
 
-#include "widgets/FileFilter.h"
-
 #include <QFileInfo>
 #include <QMessageBox>
 
 using namespace Qt::Literals::StringLiterals;
 
-FileDialog::FileDialog(AcceptMode mode, const QString& filter, const QString& folder,
+FileDialog::FileDialog(AcceptMode mode, const QStringList& filters, const QString& folder,
                        QWidget* window)
     : QFileDialog(window, {}, folder)
 {
@@ -18,7 +16,7 @@ FileDialog::FileDialog(AcceptMode mode, const QString& filter, const QString& fo
     setOption(HideNameFilterDetails);
     // While a file to open is looked for none is renamed or deleted.
     setOption(ReadOnly, mode == AcceptOpen);
-    setNameFilters(fileFilter::toNameFilters(filter));
+    setNameFilters(filters);
     connect(this, &QDialog::accepted, this, [this] {
         const QString path = selectedFiles().value(0);
         if (!path.isEmpty())

@@ -17,8 +17,9 @@ class FileDialog : public QFileDialog
 
 public:
     /// Owned by `window`, and modal to it once it is opened, by open(). Starts in `folder`.
-    /// `filter` as in FileFilter.h.
-    FileDialog(AcceptMode mode, const QString& filter, const QString& folder, QWidget* window);
+    /// `filters` are Qt's name filters. The last group in parentheses, the patterns, is not shown:
+    /// a text that names them does so in a group of its own before that.
+    FileDialog(AcceptMode mode, const QStringList& filters, const QString& folder, QWidget* window);
 
 signals:
     /// The file, with its whole path; never empty. The dialog has closed.

@@ -90,18 +90,20 @@ private slots:
     {
         ShownView v({300, 200});
         const QByteArray picture = encodedPicture({64, 48}, Qt::red);
-        QVERIFY(v.view.loadPicture(picture));
+        const Still given = v.view.loadPicture(picture);
+        QCOMPARE(given.bytes(), picture);
+        QVERIFY(given.isSameAs(v.view.Picture()));
         QSignalSpy loaded(&v.view, &ImageView::PictureLoad);
-        QVERIFY(!v.view.loadPicture("no picture"));
-        QVERIFY(!v.view.loadPicture({}));
+        QVERIFY(v.view.loadPicture("no picture").isNull());
+        QVERIFY(v.view.loadPicture({}).isNull());
         QCOMPARE(loaded.count(), 0);
         QCOMPARE(v.view.Picture().bytes(), picture);
         QVERIFY(alike(v.at(150, 100), Qt::red));
         for (const char* format : {"bmp", "jpg"}) {
-            QVERIFY(v.view.loadPicture(encodedPicture({10, 10}, Qt::blue, format)));
+            QVERIFY(!v.view.loadPicture(encodedPicture({10, 10}, Qt::blue, format)).isNull());
             QVERIFY(alike(v.at(150, 100), Qt::blue));
         }
-        QVERIFY(v.view.loadPicture(smallGif()));
+        QVERIFY(!v.view.loadPicture(smallGif()).isNull());
         QCOMPARE(v.view.IWidth(), 2);
         QCOMPARE(v.view.GetOriginalPic().bytes(), smallGif());
     }
@@ -223,6 +225,22 @@ private slots:
         QVERIFY(alike(v.at(390, 390), Qt::white));
     }
 
+    void restoreAfterSeveralZoomsShowsTheWholePicture()
+    {
+        ShownView v({400, 400});
+        v.view.setPicture(Still::fromImage(quarters({800, 800})));
+        for (int i = 0; i < 3; ++i)
+            v.click(10, 10);
+        QCOMPARE(v.view.shownRegion(), QRectF(0, 0, 0.125, 0.125));
+        QVERIFY(alike(v.at(390, 390), Qt::red));
+        v.menu().findChild<QAction*>("mnuRcRe")->trigger();
+        QCOMPARE(v.view.shownRegion(), QRectF(0, 0, 1, 1));
+        QVERIFY(alike(v.at(10, 10), Qt::red));
+        QVERIFY(alike(v.at(390, 10), Qt::green));
+        QVERIFY(alike(v.at(10, 390), Qt::blue));
+        QVERIFY(alike(v.at(390, 390), Qt::white));
+    }
+
     void aNewPictureUndoesTheZoom()
     {
         ShownView v({400, 400});
@@ -279,7 +297,7 @@ private slots:
             return double(least);
         };
         const double whole = leastOf([&] { Still::fromBytes(picture); });
-        const double shown = leastOf([&] { QVERIFY(v.view.loadPicture(picture)); });
+        const double shown = leastOf([&] { QVERIFY(!v.view.loadPicture(picture).isNull()); });
         qInfo("shown in %.2f of the time of a whole decode", shown / whole);
         QVERIFY(shown < 0.7 * whole);
 #endif
@@ -335,7 +353,7 @@ private slots:
         QCOMPARE(v.view.size(), QSize(640, 480)); // no picture yet
         v.view.setPicture(Still::fromImage(quarters({352, 288})));
         QCOMPARE(v.view.size(), QSize(352, 288));
-        QVERIFY(v.view.loadPicture(encodedPicture({100, 50}, Qt::red)));
+        QVERIFY(!v.view.loadPicture(encodedPicture({100, 50}, Qt::red)).isNull());
         QCOMPARE(v.view.size(), QSize(100, 50));
         QCOMPARE(v.canvas().size(), QSize(100, 50));
         // Shown one to one: each pixel is the picture's own.

@@ -22,6 +22,7 @@ struct Client
         http = std::make_unique<HTTP>(nullptr, server.port());
         timer().setInterval(LongMs); // else it would end in time what nothing else has ended
         QObject::connect(http.get(), &HTTP::Status, [this](const QString& text) { told << text; });
+        QObject::connect(http.get(), &HTTP::Failed, [this] { told << "failed"; });
         QObject::connect(http.get(), &HTTP::Finished, [this](const QByteArray& data) {
             told << "finished";
             answer = data;
@@ -268,8 +269,10 @@ private slots:
         HTTP http(nullptr, port);
         QSignalSpy status(&http, &HTTP::Status);
         QSignalSpy finished(&http, &HTTP::Finished);
+        QSignalSpy failed(&http, &HTTP::Failed);
         http.Retrieve("http://127.0.0.1/");
-        QTRY_COMPARE(status.size(), 2);
+        QTRY_COMPARE(failed.size(), 1);
+        QCOMPARE(status.size(), 2);
         QCOMPARE(status[0][0], "Connecting");
         QCOMPARE(status[1][0], "Error: Connection refused");
         QCOMPARE(finished.size(), 0);
@@ -295,8 +298,8 @@ private slots:
         QFETCH(QString, url);
         Client c;
         c.http->Retrieve(url);
-        QTRY_COMPARE(c.told.size(), 2);
-        QCOMPARE(c.told, (QStringList{"Connecting", "Error: Host not found"}));
+        QTRY_COMPARE(c.told.size(), 3);
+        QCOMPARE(c.told, (QStringList{"Connecting", "Error: Host not found", "failed"}));
         QCOMPARE(c.server.connections(), 0);
     }
 
@@ -340,7 +343,8 @@ private slots:
         c.http->Retrieve("127.0.0.1");
         QTRY_COMPARE(c.chunks(), 1);
         emit c.http->findChild<TcpClient*>("sckMain")->Error(7, "Network unreachable");
-        QCOMPARE(c.told.last(), "Error: Network unreachable");
+        QCOMPARE(c.told.mid(c.told.size() - 2),
+                 (QStringList{"Error: Network unreachable", "failed"}));
         QVERIFY(!c.timer().Enabled());
         QTRY_COMPARE(c.server.openConnections(), 0);
         QCOMPARE(c.finished(), 0);

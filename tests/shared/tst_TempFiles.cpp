@@ -13,7 +13,7 @@ private slots:
             QFile file(folder.filePath(name));
             QVERIFY(file.open(QIODevice::WriteOnly));
         }
-        removeTempFiles(folder.path());
+        tempFiles::removeAll(folder.path());
         QStringList left = QDir(folder.path()).entryList(QDir::Files);
         left.sort();
         QStringList expected = others;
@@ -21,10 +21,33 @@ private slots:
         QCOMPARE(left, expected);
     }
 
+    void theirNamesAreTheFoldersOwn()
+    {
+        QCOMPARE(tempFiles::ofFetch("/a", "GIF"), "/a/tt.GIF");
+        QCOMPARE(tempFiles::ofLoading("/a"), "/a/tt.jpg");
+        QCOMPARE(tempFiles::ofSaving("/a/"), "/a/pvm.jpg");
+    }
+
+    void anOldLinkIsReplacedNotWrittenThrough()
+    {
+        const QTemporaryDir folder;
+        const auto path = [&](const char* name) { return folder.filePath(name); };
+        QFile precious(path("precious"));
+        QVERIFY(precious.open(QIODevice::WriteOnly));
+        QVERIFY(QFile::link(path("precious"), path("tt.jpg")));
+        QFile file;
+        tempFiles::openAnew(file, path("tt.jpg"));
+        QCOMPARE(file.write("new"), 3);
+        file.close();
+        QVERIFY(!QFileInfo(path("tt.jpg")).isSymLink());
+        QCOMPARE(QFileInfo(path("tt.jpg")).size(), 3);
+        QCOMPARE(QFileInfo(path("precious")).size(), 0);
+    }
+
     void aMissingFolderIsNoError()
     {
         QTemporaryDir folder;
-        removeTempFiles(folder.filePath("nowhere"));
+        tempFiles::removeAll(folder.filePath("nowhere"));
         QVERIFY(!QFileInfo::exists(folder.filePath("nowhere")));
     }
 };

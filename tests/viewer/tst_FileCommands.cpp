@@ -1,5 +1,6 @@
 #include "viewer/FileCommands.h"
 
+#include "display/ImageView.h"
 #include "support/Dialogs.h"
 #include "support/Pictures.h"
 #include "support/RunAgain.h"
@@ -48,8 +49,6 @@ private slots:
         m_home = std::make_unique<QTemporaryDir>();
         qputenv("HOME", m_home->path().toLocal8Bit());
         qputenv("XDG_CONFIG_HOME", m_home->filePath("config").toLocal8Bit());
-        m_picture = Still::fromImage(plainImage({32, 24}, Qt::red));
-        m_opens = true;
         for (QStringList* list : {&m_status, &m_moviesToOpen, &m_moviesToSave})
             list->clear();
         m_opened.clear();
@@ -58,12 +57,13 @@ private slots:
         m_window = std::make_unique<QWidget>();
         m_window->resize(400, 300);
         auto* viewer = new QWidget(m_window.get());
-        const FileCommands::View view{[this] { return m_picture; },
-                                      [this](const QByteArray& bytes) {
-                                          m_opened.append(bytes);
-                                          return m_opens;
-                                      }};
-        m_files = new FileCommands(view, viewer);
+        m_imgMain = new ImageView(viewer);
+        show(plainImage({32, 24}, Qt::red));
+        m_files = new FileCommands(*m_imgMain, viewer);
+        connect(m_files, &FileCommands::ImageOpened, this, [this](const Still& picture) {
+            m_opened.append(picture.bytes());
+            QVERIFY(picture.isSameAs(m_imgMain->Picture()));
+        });
         connect(m_files, &FileCommands::StatusText, this,
                 [this](const QString& text) { m_status.append(text); });
         connect(m_files, &FileCommands::MovieOpenRequested, this,
@@ -100,20 +100,26 @@ private slots:
     {
         QTest::addColumn<Command>("command");
         QTest::addColumn<QStringList>("texts");
+        QTest::addColumn<QStringList>("patterns");
         QTest::newRow("open image")
-            << &FileCommands::OpenImage << QStringList{"Image Files (*.bmp,*.jpg,*.gif)"};
+            << &FileCommands::OpenImage << QStringList{"Image Files (*.bmp,*.jpg,*.gif)"}
+            << QStringList{"(*.bmp *.jpg *.gif)"};
         QTest::newRow("save image") << &FileCommands::SaveImage
-                                    << QStringList{"Bitmap (*.bmp)", "GIF (*.gif)", "JPEG (*.jpg)"};
+                                    << QStringList{"Bitmap (*.bmp)", "GIF (*.gif)", "JPEG (*.jpg)"}
+                                    << QStringList{"(*.bmp)", "(*.gif)", "(*.jpg)"};
         QTest::newRow("open movie")
-            << &FileCommands::OpenMovie << QStringList{"Pevora Movie (*.pvm)"};
+            << &FileCommands::OpenMovie << QStringList{"Pevora Movie (*.pvm)"}
+            << QStringList{"(*.pvm)"};
         QTest::newRow("save movie")
-            << &FileCommands::SaveMovie << QStringList{"Pevora Movie (*.pvm)"};
+            << &FileCommands::SaveMovie << QStringList{"Pevora Movie (*.pvm)"}
+            << QStringList{"(*.pvm)"};
     }
 
     void eachDialogShowsItsFiltersTexts()
     {
         QFETCH(Command, command);
         QFETCH(QStringList, texts);
+        QFETCH(QStringList, patterns);
         QFileDialog* dialog = dialogOf(command);
         QVERIFY(dialog);
         const auto* combo = dialog->findChild<QComboBox*>("fileTypeCombo");
@@ -121,6 +127,10 @@ private slots:
         for (int i = 0; i < combo->count(); ++i)
             shown.append(combo->itemText(i));
         QCOMPARE(shown, texts);
+        QStringList filters;
+        for (qsizetype i = 0; i < texts.size(); ++i)
+            filters.append(texts[i] + patterns[i]);
+        QCOMPARE(dialog->nameFilters(), filters);
     }
 
     void filesAreListedWithoutRegardToCase()
@@ -142,7 +152,7 @@ private slots:
         QTRY_COMPARE(listed(), (QStringList{"a.bmp", "b.JPG", "c.Gif"}));
     }
 
-    void openImageGivesTheFilesBytes()
+    void openImageShowsTheFilesPicture()
     {
         // The content counts, not the name.
         ScratchFile file("picture.txt");
@@ -163,13 +173,13 @@ private slots:
     void whatIsNoPictureIsTold()
     {
         QFETCH(bool, exists);
-        m_opens = false;
         ScratchFile file("a.jpg");
         if (exists)
             file.setContent("text");
         run(&FileCommands::OpenImage, file.path());
         QCOMPARE(m_status, QStringList{"  Error: Not a picture."});
-        QCOMPARE(m_opened, exists ? QList<QByteArray>{"text"} : QList<QByteArray>{});
+        QCOMPARE(m_opened, QList<QByteArray>{});
+        QCOMPARE(m_imgMain->Picture().size(), QSize(32, 24));
         QVERIFY(!anyDialogIsOpen());
     }
 
@@ -228,7 +238,7 @@ private slots:
 
     void withoutAPictureNoSaveDialogOpens()
     {
-        m_picture = {};
+        m_imgMain->setPicture({});
         m_files->SaveImage();
         QVERIFY(!anyDialogIsOpen());
         QCOMPARE(m_status, QStringList{});
@@ -279,7 +289,7 @@ private slots:
         ScratchFile file("a.bmp");
         QFileDialog* dialog = dialogOf(&FileCommands::SaveImage);
         QVERIFY(dialog);
-        m_picture = Still::fromImage(plainImage({7, 5}, Qt::blue));
+        show(plainImage({7, 5}, Qt::blue));
         answer(dialog, file.path());
         const QImage saved = Still::fromBytes(file.content()).image();
         QCOMPARE(saved.size(), QSize(7, 5));
@@ -291,7 +301,7 @@ private slots:
         ScratchFile file("a.bmp");
         QFileDialog* dialog = dialogOf(&FileCommands::SaveImage);
         QVERIFY(dialog);
-        m_picture = {};
+        m_imgMain->setPicture({});
         answer(dialog, file.path());
         QVERIFY(!QFileInfo::exists(file.path()));
         QCOMPARE(m_status, QStringList{"  Error: Not saved."});
@@ -321,7 +331,7 @@ private slots:
         ScratchFile file("a.bmp");
         QCOMPARE(mountSmallDisk(file.folder(), 64), "mounted");
         file.setContent("old");
-        m_picture = Still::fromImage(plainImage({400, 300}, Qt::red));
+        show(plainImage({400, 300}, Qt::red));
         run(&FileCommands::SaveImage, file.path());
         QVERIFY(answerMessage(QMessageBox::Yes).shown);
         QTRY_COMPARE(m_status, QStringList{"  Error: Not saved."});
@@ -448,7 +458,7 @@ private slots:
         QPointer<QFileDialog> dialog = dialogOf(command);
         QVERIFY(dialog);
         delete m_files->parent();
-        QVERIFY(!dialog);
+        QTRY_VERIFY(!dialog);
         QVERIFY(!m_files);
 
         init();
@@ -482,6 +492,8 @@ private:
         QTest::newRow("save movie") << &FileCommands::SaveMovie;
     }
 
+    void show(const QImage& picture) { m_imgMain->setPicture(Still::fromImage(picture)); }
+
     QFileDialog* dialogOf(Command command)
     {
         (m_files->*command)();
@@ -500,8 +512,8 @@ private:
     std::unique_ptr<QTemporaryDir> m_home;
     std::unique_ptr<QWidget> m_window;
     QPointer<FileCommands> m_files;
-    Still m_picture;
-    bool m_opens = true;
+    ImageView* m_imgMain = nullptr; ///< The viewer's.
+    /// The bytes of each.
     QList<QByteArray> m_opened;
     QStringList m_status;
     QStringList m_moviesToOpen;

@@ -6,13 +6,15 @@ class Countdown : public QObject
 {
 public:
     Countdown()
-        : timer([this] { return hasUrl; }, nullptr)
     {
-        connect(&timer, &RefreshTimer::RefreshDue, this, [this] { ++refreshes; });
+        connect(&timer, &RefreshTimer::RefreshDue, this, [this] {
+            ++refreshes;
+            if (!hasUrl)
+                timer.fetchStopped();
+        });
         connect(&timer, &RefreshTimer::ToolTip, this, [this](const QString& text) { tip = text; });
         connect(&timer, &RefreshTimer::PressedChanged, this, [this](bool on) { pressed = on; });
         connect(&timer, &RefreshTimer::Stalled, this, [this](bool on) { stalled = on; });
-        connect(&timer, &RefreshTimer::NothingToRefresh, this, [this] { ++stopReleased; });
     }
 
     Timer& tmrRe() { return timerOf(timer, "tmrRe"); }
@@ -24,11 +26,10 @@ public:
 
     bool hasUrl = true;
     int refreshes = 0;
-    int stopReleased = 0;
     bool pressed = false;
     bool stalled = false;
     QString tip;
-    RefreshTimer timer;
+    RefreshTimer timer{nullptr};
 };
 
 class RefreshTimerTest : public QObject
@@ -86,6 +87,7 @@ private slots:
         c.timer.toggle();
         c.seconds(7);
         c.timer.setInterval(10);
+        QCOMPARE(c.tmrRe().Tag(), "10");
         QCOMPARE(c.refreshes, 0);
         c.seconds(2);
         QCOMPARE(c.refreshes, 0);
@@ -107,6 +109,21 @@ private slots:
         QCOMPARE(c.tip, "Timer: Refreshing in 30 sec(s)");
     }
 
+    void anotherIntervalTakesTheRestartMarkAway()
+    {
+        Countdown c;
+        c.timer.setInterval(10);
+        c.timer.toggle();
+        c.seconds(7);
+        c.timer.toggle();
+        c.timer.toggle();
+        QCOMPARE(c.tmrRe().Tag(), "r10");
+        c.timer.setInterval(9);
+        QCOMPARE(c.tmrRe().Tag(), "9");
+        c.seconds(2);
+        QCOMPARE(c.refreshes, 1);
+    }
+
     void theMarkRestartsTheCount()
     {
         Countdown c;
@@ -120,17 +137,17 @@ private slots:
         QCOMPARE(c.refreshes, 1);
     }
 
-    void withoutUrlTheStopButtonIsReleased()
+    void withoutUrlItStopsAndStaysPressed()
     {
         Countdown c;
         c.hasUrl = false;
         c.timer.setInterval(2);
         c.timer.toggle();
         c.seconds(1);
-        QCOMPARE(c.stopReleased, 0);
-        c.seconds(1);
         QCOMPARE(c.refreshes, 0);
-        QCOMPARE(c.stopReleased, 1);
+        QVERIFY(!c.stalled);
+        c.seconds(1);
+        QCOMPARE(c.refreshes, 1);
         QVERIFY(!c.tmrRe().Enabled());
         QVERIFY(c.pressed); // kept: the timer button stays pressed
         QVERIFY(c.stalled);

@@ -375,10 +375,16 @@ private slots:
     void timerWithoutUrlStaysPressed()
     {
         ShownViewer v;
+        // It does not stay pressed by itself.
+        v.button(ToolBar::Stop).setCheckable(true);
+        v.button(ToolBar::Stop).setChecked(true);
         v.press(ToolBar::Timer);
+        const auto face = [&] { return v.button(ToolBar::Timer).icon().pixmap(20).toImage(); };
+        const QImage running = face();
         for (int i = 0; i < 30; ++i)
             v.timer("tmrRe").elapse();
         QVERIFY(!v.timer("tmrRe").Enabled());
+        QVERIFY(face() != running);
         QCOMPARE(v.status(), ""); // nothing is fetched
         QVERIFY(v.button(ToolBar::Timer).isChecked());
         QVERIFY(!v.button(ToolBar::Stop).isChecked());

@@ -308,6 +308,16 @@ private slots:
         QCOMPARE(w.picture(), w.sent[1]);
     }
 
+    void theStripOnShowStaysInStepBeyond45()
+    {
+        Watched w(44);
+        w.press(ToolBar::ToggleView);
+        for (int i = 0; i < 3; ++i) {
+            w.fetchMore(1);
+            QCOMPARE(w.thumbnails(), w.sent.mid(i));
+        }
+    }
+
     void playShowsTheEntriesInTurn()
     {
         Watched w(2);

@@ -1,14 +1,16 @@
 #include "viewer/fetch/Fetch.h"
 
-#include "shared/AppFolder.h"
+#include "shared/TempFiles.h"
+#include "viewer/history/History.h"
 
 #include <utility>
 
 using namespace Qt::Literals::StringLiterals;
 
-Fetch::Fetch(const QString& folder, Owner owner, QObject* parent)
+Fetch::Fetch(const QString& folder, const History& history, Accept accept, QObject* parent)
     : QObject(parent)
-    , m_owner(std::move(owner))
+    , m_history(history)
+    , m_accept(std::move(accept))
     , m_folder(folder)
     , m_client(TcpClient::FirstChunk::OnePacket, this)
     , m_tmrOut(u"tmrOut"_s, IdleTimeoutMs, this)
@@ -61,27 +63,18 @@ void Fetch::Refresh(const QString& url)
         problem = u"The port must be a number from 1 to 65535."_s;
     else if (!m_client.Connect())
         problem = u"The address names no host."_s;
-    if (problem.isEmpty())
-        return;
-    m_busy = false;
-    emit StatusText("  "_L1 + problem);
-    m_tmrFalse.setEnabled(true);
-    emit Ended(false);
+    if (!problem.isEmpty())
+        end({.status = "  "_L1 + problem});
 }
 
 void Fetch::Stop()
 {
     const auto run = ++m_run;
-    m_tempFile.close();
-    m_client.Close();
+    letGo();
     emit StatusText(u"  Stopped"_s);
     emit Done();
-    if (run != m_run)
-        return; // a handler has started the next fetch
-    m_busy = false;
-    m_tmrOut.setEnabled(false);
-    m_tmrFalse.setEnabled(true);
-    emit Stopped();
+    if (run == m_run) // else a handler has started the next fetch
+        end({.stopped = true});
 }
 
 void Fetch::forget()
@@ -93,9 +86,7 @@ void Fetch::forget()
 void Fetch::shutDown()
 {
     ++m_run;
-    m_client.Close();
-    m_tempFile.close();
-    m_tmrOut.setEnabled(false);
+    letGo();
     m_tmrFalse.setEnabled(false);
     m_busy = false;
 }
@@ -103,23 +94,14 @@ void Fetch::shutDown()
 void Fetch::connected()
 {
     emit StatusText(u"  Connected!"_s);
-    m_answer.setLastModified(m_owner.lastModifiedOf(address()));
+    m_answer.setLastModified(m_history.lastModifiedOf(address()));
     m_client.SendData(buildRequest("GET "_L1 + m_target.requestPath, m_client.RemoteHost(),
                                    m_newOnly ? m_answer.LastModified() : QString(),
                                    m_target.extraHeader));
-    openTempFile();
+    // A file that cannot be written costs only the file: the picture is decoded from memory.
+    tempFiles::openAnew(m_tempFile,
+                        tempFiles::ofFetch(m_folder, imageExtensionOf(m_target.requestPath)));
     m_answer.emptyBody();
-}
-
-/// A file that cannot be written costs only the file: the picture is decoded from memory.
-void Fetch::openTempFile()
-{
-    m_tempFile.close();
-    m_tempFile.setFileName(
-        pathInFolder(m_folder, "tt."_L1 + imageExtensionOf(m_target.requestPath)));
-    m_tempFile.remove();
-    // NewOnly: never through whatever another program may have put in its place meanwhile.
-    (void)m_tempFile.open(QIODevice::WriteOnly | QIODevice::NewOnly);
 }
 
 void Fetch::dataArrival()
@@ -128,13 +110,13 @@ void Fetch::dataArrival()
     m_tmrOut.restart();
     emit ChunkReceived(chunk);
 
-    const auto verdict = m_answer.take(chunk, m_camera);
+    const auto verdict = m_answer.take(chunk);
     switch (verdict) {
     case FetchAnswer::Verdict::Redirect:
         redirect();
         return;
     case FetchAnswer::Verdict::NotModified:
-        m_owner.notModified();
+        emit NotModified(address());
         refuse(u"Not a new image"_s, u"  Not a new image: Process stopped."_s);
         return;
     case FetchAnswer::Verdict::NotFound:
@@ -154,12 +136,13 @@ void Fetch::dataArrival()
         FinishFetch();
 }
 
-/// The next fetch starts from the event loop, so that Stop gets in between two redirects.
+/// One without a usable location leads to where it came from. The next fetch starts from the event
+/// loop, so that Stop gets in between two redirects.
 void Fetch::redirect()
 {
     m_tmrOut.setEnabled(false);
     m_client.Close();
-    setUrl(m_answer.redirectUrl());
+    setUrl(m_answer.redirectUrl().value_or(m_camera));
     const auto run = m_run;
     emit UrlChanged();
     QMetaObject::invokeMethod(
@@ -175,80 +158,77 @@ void Fetch::refuse(const QString& error, const QString& status)
 {
     const auto run = m_run;
     // First of all: a handler of Error may let events go on, and the answer's body is none.
-    end();
+    letGo();
     emit Error(error);
-    if (run != m_run)
-        return; // a handler has started or stopped a fetch: this one is gone
-    emit StatusText(status);
-    m_busy = false;
-    m_tmrFalse.setEnabled(true);
-    emit Ended(false);
+    if (run == m_run) // else a handler has started or stopped a fetch: this one is gone
+        end({.status = status});
 }
 
 /// Kept: Busy stays as it was, so that the error stays on the status line.
 void Fetch::socketError(const QString& description)
 {
-    end();
-    emit StatusText("  "_L1 + description);
-    m_tmrFalse.setEnabled(true);
-    const auto run = m_run;
-    emit Error(description);
-    if (run == m_run)
-        emit Ended(false);
+    end({.status = "  "_L1 + description, .error = description, .staysBusy = true});
 }
 
-void Fetch::end()
+void Fetch::FinishFetch()
+{
+    const auto run = m_run;
+    letGo();
+    emit StatusText(m_answer.completeText());
+
+    // What was set aside for the announced length would stay with the image in the history.
+    const QByteArray body = m_answer.takeBody();
+    if (m_newOnly && body == m_previousBody) {
+        // Kept: these capitals tell this test from the server's "Not a new image".
+        end({.done = true,
+             .lastStatus = u"  Not a New Image: Process Stopped."_s,
+             .gotBody = true});
+        return;
+    }
+    // Before it is announced: a handler may want it forgotten.
+    const QByteArray previous = std::exchange(m_previousBody, body);
+    const Still picture = m_accept(body);
+    if (picture.isNull()) {
+        m_previousBody = previous;
+        if (run == m_run)
+            refuseBody();
+        return;
+    }
+    emit Accepted(picture);
+    if (run == m_run)
+        end({.done = true, .gotBody = true});
+}
+
+void Fetch::refuseBody()
+{
+    end({.status = u"  Error: Not a picture."_s, .error = u"Not a picture"_s, .gotBody = true});
+}
+
+void Fetch::letGo()
 {
     m_tmrOut.setEnabled(false);
     m_tempFile.close();
     m_client.Close();
 }
 
-void Fetch::FinishFetch()
+void Fetch::end(const Ending& ending)
 {
     const auto run = m_run;
-    end();
-    emit StatusText(m_answer.completeText());
-
-    // What was set aside for the announced length would stay with the image in the history.
-    const QByteArray body = m_answer.takeBody();
-    if (m_newOnly && body == m_previousBody) {
-        m_busy = false;
-        m_tmrFalse.setEnabled(true);
+    letGo();
+    if (!ending.status.isEmpty())
+        emit StatusText(ending.status);
+    m_busy = m_busy && ending.staysBusy;
+    m_tmrFalse.setEnabled(true);
+    if (ending.error)
+        emit Error(*ending.error);
+    if (ending.done)
         emit Done();
-        if (run != m_run)
-            return;
-        // Kept: these capitals tell this test from the server's "Not a new image".
-        emit StatusText(u"  Not a New Image: Process Stopped."_s);
-        emit Ended(true);
-        return;
-    }
-    // Before it is announced: a handler may want it forgotten.
-    const QByteArray previous = std::exchange(m_previousBody, body);
-    if (!m_owner.accept(body)) {
-        m_previousBody = previous;
-        if (run == m_run)
-            refuseBody();
-        return;
-    }
-    m_owner.accepted();
     if (run != m_run)
         return;
-    m_busy = false;
-    m_tmrFalse.setEnabled(true);
-    emit Done();
-    if (run == m_run)
-        emit Ended(true);
-}
-
-void Fetch::refuseBody()
-{
-    const auto run = m_run;
-    end();
-    m_busy = false;
-    m_tmrFalse.setEnabled(true);
-    emit StatusText(u"  Error: Not a picture."_s);
-    emit Error(u"Not a picture"_s);
-    if (run == m_run)
-        emit Ended(true);
+    if (!ending.lastStatus.isEmpty())
+        emit StatusText(ending.lastStatus);
+    if (ending.stopped)
+        emit Stopped();
+    else
+        emit Ended(ending.gotBody);
 }

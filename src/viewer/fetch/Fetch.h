@@ -1,6 +1,7 @@
 #pragma once
 
 #include "network/TcpClient.h"
+#include "picture/Still.h"
 #include "shared/Timer.h"
 #include "viewer/fetch/FetchProtocol.h"
 
@@ -9,6 +10,9 @@
 #include <QString>
 
 #include <functional>
+#include <optional>
+
+class History;
 
 /// Fetches one camera image at a time: from an address to a body that its owner accepts as a
 /// picture. Owns the socket (`sckMain`), the idle time-out (`tmrOut`), the timer that hides the
@@ -24,22 +28,13 @@ public:
     static constexpr int IdleTimeoutMs = 10'000;
     static constexpr int HideStatusMs = 1'000;
 
-    /// What a finished body turned out to be, in the order in which the fetch needs to know.
-    struct Owner
-    {
-        /// The Last-Modified text of the newest image of `address` (see address()), or empty.
-        std::function<QString(const QString& address)> lastModifiedOf;
-        /// Shows `body` and keeps it in the history; false (and nothing changed) where it is no
-        /// picture.
-        std::function<bool(const QByteArray& body)> accept;
-        /// The accepted picture has been announced: mirror it in the strip.
-        std::function<void()> accepted;
-        /// The server has nothing newer than the image that lastModifiedOf() knew.
-        std::function<void()> notModified;
-    };
+    /// Shows the picture that `body` holds, keeps it in the history, and gives it back. Null, and
+    /// nothing changes, where it holds none.
+    using Accept = std::function<Still(const QByteArray& body)>;
 
-    /// `folder` is the folder of the temporary file, the application folder.
-    Fetch(const QString& folder, Owner owner, QObject* parent);
+    /// `folder` is the folder of the temporary file, the application folder. `history`, which
+    /// outlives it, knows the date of the newest image of an address.
+    Fetch(const QString& folder, const History& history, Accept accept, QObject* parent);
 
     /// The camera key as given, without "http://". Setting it fetches nothing.
     QString Url() const { return m_url; }
@@ -85,6 +80,11 @@ signals:
     void ChunkReceived(const QByteArray& chunk);
     /// A redirect has replaced Url.
     void UrlChanged();
+    /// `picture` has been accepted and announced. Also where the handlers of its announcement have
+    /// begun another fetch.
+    void Accepted(const Still& picture);
+    /// The server has nothing newer than the newest image of `address` in the history.
+    void NotModified(const QString& address);
     void Error(const QString& message);
     void Done();
     /// The fetch is over, after all its other signals. `gotBody`: the server sent one, be it a
@@ -101,10 +101,26 @@ private:
     void redirect();
     void FinishFetch();
     void refuseBody();
-    void openTempFile();
-    void end();
 
-    Owner m_owner;
+    /// How a fetch ends, in the order in which it is told. What is empty is not told.
+    struct Ending
+    {
+        QString status = {};
+        std::optional<QString> error = {};
+        bool done = false;
+        QString lastStatus = {};
+        bool gotBody = false;
+        /// Busy stays as it was.
+        bool staysBusy = false;
+        /// The user has ended it: Stopped is told in place of Ended.
+        bool stopped = false;
+    };
+    /// Where every fetch ends. Nothing more is told once a handler has started or stopped one.
+    void end(const Ending& ending);
+    void letGo();
+
+    const History& m_history;
+    Accept m_accept;
     QString m_folder;
     QString m_url;
     /// What m_url stands for; empty where that is m_url itself.

@@ -117,31 +117,31 @@ QByteArray buildRequest(const QString& requestStart, const QString& host,
 void FetchAnswer::reset()
 {
     m_headerDone = false;
-    m_byteCounts[0] = m_byteCounts[1] = 0;
+    m_expected = m_received = 0;
     m_lastBodyPart.clear();
-    m_redirectUrl.clear();
+    m_redirectUrl.reset();
 }
 
-FetchAnswer::Verdict FetchAnswer::take(const QByteArray& chunk, const QString& currentUrl)
+FetchAnswer::Verdict FetchAnswer::take(const QByteArray& chunk)
 {
     m_lastBodyPart.clear();
     if (!m_headerDone)
-        return takeFirst(chunk, currentUrl);
+        return takeFirst(chunk);
 
     const auto verdict = addBody(chunk);
-    if (verdict == Verdict::Receiving && m_byteCounts[0] == m_byteCounts[1])
+    if (verdict == Verdict::Receiving && m_expected == m_received)
         return Verdict::Complete;
     return verdict;
 }
 
-FetchAnswer::Verdict FetchAnswer::takeFirst(const QByteArray& chunk, const QString& currentUrl)
+FetchAnswer::Verdict FetchAnswer::takeFirst(const QByteArray& chunk)
 {
     const QByteArray lower = chunk.toLower();
     if (chunk.startsWith("HTTP")) {
         const QByteArray code = chunk.mid(9, 3);
         const auto location = lower.indexOf("location:");
         if (code == "302" && location >= 0) {
-            readRedirect(chunk, location, currentUrl);
+            readRedirect(chunk, location);
             return Verdict::Redirect;
         }
         if (code == "304")
@@ -160,7 +160,7 @@ FetchAnswer::Verdict FetchAnswer::takeFirst(const QByteArray& chunk, const QStri
     m_headerDone = true;
     // The content type is taken as the sign that the headers are in this chunk.
     if (!lower.contains("content-type:")) {
-        m_byteCounts[0] = UnknownLength;
+        m_expected = UnknownLength;
         return addBody(chunk);
     }
     readLength(chunk, lower);
@@ -173,17 +173,13 @@ FetchAnswer::Verdict FetchAnswer::takeFirst(const QByteArray& chunk, const QStri
 /// The server is expected to send exactly one blank and an absolute address: a secure one is taken
 /// whole; from any other the length of "http://" is cut, be it there or not, and the rest is
 /// fetched as it then is.
-void FetchAnswer::readRedirect(const QByteArray& chunk, qsizetype location,
-                               const QString& currentUrl)
+void FetchAnswer::readRedirect(const QByteArray& chunk, qsizetype location)
 {
     const auto skip = isSecureLocation(chunk, location) ? SecureLocationSkip : LocationSkip;
     const auto length = chunk.indexOf("\r\n", location) - location - skip;
-    if (length < 0) {
-        m_redirectUrl = currentUrl;
-        return;
-    }
     // The extra header line is not carried over, and a server cannot bring one in.
-    m_redirectUrl = headerText(chunk.mid(location + skip, length));
+    if (length >= 0)
+        m_redirectUrl = headerText(chunk.mid(location + skip, length));
 }
 
 void FetchAnswer::readLength(const QByteArray& chunk, const QByteArray& lower)
@@ -200,22 +196,22 @@ void FetchAnswer::readLength(const QByteArray& chunk, const QByteArray& lower)
             bool isNumber = false;
             const int number = value.toInt(&isNumber);
             if (isNumber)
-                m_byteCounts[0] = number;
+                m_expected = number;
         }
     }
-    if (m_byteCounts[0] == 0)
-        m_byteCounts[0] = UnknownLength;
+    if (m_expected == 0)
+        m_expected = UnknownLength;
 }
 
 FetchAnswer::Verdict FetchAnswer::addBody(const QByteArray& part)
 {
     if (m_fetchedBody.size() + part.size() > MaxBodyBytes)
         return Verdict::TooLong;
-    if (m_fetchedBody.isEmpty() && m_byteCounts[0] > 0 && m_byteCounts[0] != UnknownLength)
-        m_fetchedBody.reserve(std::min<qsizetype>(m_byteCounts[0], MaxReservedBytes));
+    if (m_fetchedBody.isEmpty() && m_expected > 0 && m_expected != UnknownLength)
+        m_fetchedBody.reserve(std::min<qsizetype>(m_expected, MaxReservedBytes));
     m_lastBodyPart = part;
     m_fetchedBody += part;
-    m_byteCounts[1] += static_cast<qint32>(part.size());
+    m_received += static_cast<qint32>(part.size());
     return Verdict::Receiving;
 }
 
@@ -228,15 +224,15 @@ QByteArray FetchAnswer::takeBody()
 
 QString FetchAnswer::progressText() const
 {
-    if (m_byteCounts[0] == UnknownLength)
-        return "  Getting Image [ "_L1 + rounded(m_byteCounts[1] / 1024.0) + "kb ]"_L1;
-    const double percent = 100.0 * m_byteCounts[1] / m_byteCounts[0];
-    return "  Getting Image ["_L1 + rounded(percent) + "% of "_L1 +
-           rounded(m_byteCounts[0] / 1024.0) + "kb]"_L1;
+    if (m_expected == UnknownLength)
+        return "  Getting Image [ "_L1 + rounded(m_received / 1024.0) + "kb ]"_L1;
+    const double percent = 100.0 * m_received / m_expected;
+    return "  Getting Image ["_L1 + rounded(percent) + "% of "_L1 + rounded(m_expected / 1024.0) +
+           "kb]"_L1;
 }
 
 QString FetchAnswer::completeText() const
 {
-    const auto bytes = m_byteCounts[0] == UnknownLength ? m_byteCounts[1] : m_byteCounts[0];
+    const auto bytes = m_expected == UnknownLength ? m_received : m_expected;
     return "  Getting Image [100% of "_L1 + rounded(bytes / 1024.0) + "kb]"_L1;
 }

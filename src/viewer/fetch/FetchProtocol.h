@@ -3,6 +3,8 @@
 #include <QByteArray>
 #include <QString>
 
+#include <optional>
+
 /// Where a camera address leads, as one fetch needs it.
 struct FetchTarget
 {
@@ -75,8 +77,8 @@ public:
     /// Drops the body alone, as the start of a new temporary file does.
     void emptyBody() { m_fetchedBody.clear(); }
 
-    /// Reads the next chunk. `currentUrl` is what a redirect without a usable location leads to.
-    Verdict take(const QByteArray& chunk, const QString& currentUrl);
+    /// Reads the next chunk.
+    Verdict take(const QByteArray& chunk);
 
     /// "  Getting Image [40% of 12kb]", or without a known length "  Getting Image [ 5kb ]".
     QString progressText() const;
@@ -89,7 +91,9 @@ public:
     /// The part of the last chunk that belongs to the body.
     const QByteArray& lastBodyPart() const { return m_lastBodyPart; }
     bool HeaderDone() const { return m_headerDone; }
-    QString redirectUrl() const { return m_redirectUrl; }
+    /// Where a redirect leads to, be it an empty address; nothing where its location is too short
+    /// or has no end.
+    const std::optional<QString>& redirectUrl() const { return m_redirectUrl; }
 
     /// The Last-Modified text that belongs to the address: the history's before the answer, the
     /// answer's own (or none) after its first chunk.
@@ -97,16 +101,17 @@ public:
     void setLastModified(const QString& text) { m_lastModified = text; }
 
 private:
-    Verdict takeFirst(const QByteArray& chunk, const QString& currentUrl);
-    void readRedirect(const QByteArray& chunk, qsizetype location, const QString& currentUrl);
+    Verdict takeFirst(const QByteArray& chunk);
+    void readRedirect(const QByteArray& chunk, qsizetype location);
     void readLength(const QByteArray& chunk, const QByteArray& lower);
     Verdict addBody(const QByteArray& part);
 
     bool m_headerDone = false;
-    /// [0] expected length of the body in bytes, [1] bytes of it received so far.
-    qint32 m_byteCounts[2] = {0, 0};
+    /// The body's length in bytes, and how many of them have come.
+    qint32 m_expected = 0;
+    qint32 m_received = 0;
     QByteArray m_fetchedBody;
     QByteArray m_lastBodyPart;
     QString m_lastModified;
-    QString m_redirectUrl;
+    std::optional<QString> m_redirectUrl;
 };

@@ -2,19 +2,6 @@
 
 #include "cameras/CameraKey.h"
 
-#include <QRandomGenerator>
-
-namespace {
-
-/// `number` as the shortest text that keeps seven significant digits, as single precision has.
-QString singleText(double number)
-{
-    constexpr int significantDigits = 7;
-    return QString::number(number, 'g', significantDigits);
-}
-
-} // namespace
-
 History::History(QObject* parent)
     : QObject(parent)
 {
@@ -23,24 +10,14 @@ History::History(QObject* parent)
 void History::Append(const Still& picture, const QString& address, const QString& lastModified,
                      const QString& camera)
 {
-    if (makeRoom())
-        emit OldestRemoved();
-    const QString head = address + FieldSeparator + lastModified + FieldSeparator;
-    add(picture, camera, [&](QRandomGenerator& random) {
-        return head + singleText(random.generateDouble() * 32000) +
-               singleText(random.generateDouble() * 200);
-    });
+    makeRoom();
+    add(picture, address + FieldSeparator + lastModified + FieldSeparator, camera);
 }
 
 void History::AppendFile(const Still& picture)
 {
     makeRoom();
-    const double secondsOfDay = m_clock().time().msecsSinceStartOfDay() / 1000.0;
-    add(picture, {}, [&](QRandomGenerator& random) {
-        return FieldSeparator + singleText(random.generateDouble() * 32000) +
-               singleText(secondsOfDay * random.generateDouble()) +
-               singleText(random.generateDouble() * 32000);
-    });
+    add(picture, FieldSeparator, {});
 }
 
 void History::AppendFrame(const Still& picture)
@@ -50,21 +27,15 @@ void History::AppendFrame(const Still& picture)
 }
 
 /// A movie may have brought more than fits: each picture drives out just one.
-bool History::makeRoom()
+void History::makeRoom()
 {
-    if (Count() < MaxImages)
-        return false;
-    remove(1);
-    return true;
+    if (Count() >= MaxImages)
+        remove(1);
 }
 
-/// Two keys within one tick of the clock draw the same digits: draws on until one is new.
-template<typename MakeKey>
-void History::add(const Still& picture, const QString& camera, MakeKey makeKey)
+void History::add(const Still& picture, const QString& keyHead, const QString& camera)
 {
-    QRandomGenerator random(static_cast<quint32>(m_clock().toMSecsSinceEpoch()));
-    while (!m_ilHis.Add(picture, makeKey(random))) {
-    }
+    m_ilHis.Add(picture, keyHead + QString::number(++m_keys));
     m_cameras.append(camera);
     m_currentImage = Count();
 }

@@ -1,7 +1,6 @@
 #pragma once
 
 #include "picture/ImageList.h"
-#include "shared/Clock.h"
 
 #include <QObject>
 #include <QStringList>
@@ -15,8 +14,8 @@
 /// more. The first field of an entry's key, up to the first field separator, is the address that
 /// the image came from:
 /// - fetched: address (FetchTarget::address()), separator, Last-Modified text, separator, and
-///   random digits that only make the key unique;
-/// - opened from a file: separator and such digits, so that the address is empty;
+///   a number that only makes the key unique;
+/// - opened from a file: separator and such a number, so that the address is empty;
 /// - frame of a movie: no key.
 class History : public QObject
 {
@@ -36,11 +35,10 @@ public:
     void setCurrentImage(int n) { m_currentImage = n; }
 
     /// Keeps a fetched picture as the newest entry, which is then the current one. A full list
-    /// gives up its oldest entry first and says so. `camera` is the camera key to fetch it anew.
+    /// gives up its oldest entry first. `camera` is the camera key to fetch it anew.
     void Append(const Still& picture, const QString& address, const QString& lastModified,
                 const QString& camera = {});
-    /// The same for a picture opened from a file. Kept: no word of the entry given up; the strip
-    /// is rebuilt whenever it is shown.
+    /// The same for a picture opened from a file.
     void AppendFile(const Still& picture);
     /// Keeps the next frame of a movie. There may be any number; the current entry stays.
     void AppendFrame(const Still& picture);
@@ -66,22 +64,15 @@ public:
     /// The Last-Modified text of the newest entry of `address`; empty where there is none.
     QString lastModifiedOf(const QString& address) const;
 
-    /// The random tails of keys are drawn by `clock`.
-    void setClock(const Clock& clock) { m_clock = clock; }
-
-signals:
-    /// Entry 1 has been removed to make room for a fetched picture.
-    void OldestRemoved();
-
 private:
-    bool makeRoom();
+    void makeRoom();
     void remove(int n);
-    template<typename MakeKey>
-    void add(const Still& picture, const QString& camera, MakeKey makeKey);
+    void add(const Still& picture, const QString& keyHead, const QString& camera);
 
     ImageList m_ilHis;
     /// The camera key of each entry.
     QStringList m_cameras;
-    Clock m_clock = systemClock;
     int m_currentImage = 0;
+    /// How many keys have been given; the last one ends in it.
+    quint64 m_keys = 0;
 };

@@ -17,7 +17,6 @@ HistoryView::HistoryView(History& history, const Parts& parts, QObject* parent)
     , m_history(history)
     , m_parts(parts)
 {
-    connect(&m_history, &History::OldestRemoved, this, [this] { m_parts.tvMain.RemImage(1); });
     connect(&m_parts.tvMain, &ThumbView::Click, this, &HistoryView::chooseThumbnail);
 }
 
@@ -68,12 +67,12 @@ void HistoryView::showNothing()
     m_parts.lblPic.setText(u"Image N/A"_s);
 }
 
-void HistoryView::mirrorNewest()
+void HistoryView::mirrorNewest(const Still& picture)
 {
-    const Still newest = m_parts.imgMain.Picture();
-    if (!newest.isNull())
-        m_parts.tvMain.AddImage(newest);
-    // The strip is not told of deletions: what it has too many of goes here.
+    if (m_history.ilHis().Picture(m_history.Count()).isSameAs(picture))
+        m_parts.tvMain.AddImage(picture);
+    // The strip is told neither of deletions nor of what made room: what it has too many of goes
+    // here. Kept: a picture opened from a file does not come to it until it is shown anew.
     while (m_parts.tvMain.ThumbCount() > std::max(m_history.Count(), History::MaxImages))
         m_parts.tvMain.RemImage(1);
 }

@@ -36,8 +36,9 @@ public:
     /// The caption of the current entry, whose picture is on show already.
     void updateCaption();
 
-    /// Appends the picture on show to the strip.
-    void mirrorNewest();
+    /// Appends the newest entry, which is `picture`, to the strip, whose first ones make room for
+    /// it. Nothing is appended where the history has lost it already.
+    void mirrorNewest(const Still& picture);
 
     void Back();
     void Forward();

@@ -3,8 +3,12 @@
 #include "shared/JobQueue.h"
 #include "viewer/history/History.h"
 #include "viewer/history/HistoryView.h"
-#include "viewer/movie/MovieWork.h"
+#include "viewer/movie/MovieProgress.h"
+#include "viewer/movie/MovieReader.h"
+#include "viewer/movie/MovieWriter.h"
 #include "viewer/surface/ToolBar.h"
+
+#include <QMessageBox>
 
 #include <memory>
 #include <utility>
@@ -31,24 +35,35 @@ void MovieCommands::openMovie(const QString& path)
 
 void MovieCommands::load(const QString& path, bool lockToolBar)
 {
-    auto work = std::make_unique<MovieLoading>(path, m_folder, m_viewer->window());
-    connect(work.get(), &MovieLoading::Began, &m_parts.historyView, &HistoryView::emptyHistory);
-    connect(work.get(), &MovieLoading::FrameRead, &m_parts.history, &History::AppendFrame);
-    connect(work.get(), &MovieLoading::Loaded, &m_parts.historyView,
+    auto job = std::make_unique<MovieReader>(path, m_folder);
+    showProgressOf(*job, m_viewer->window());
+    connect(job.get(), &MovieJob::Began, &m_parts.historyView, &HistoryView::emptyHistory);
+    connect(job.get(), &MovieReader::FrameRead, &m_parts.history, &History::AppendFrame);
+    connect(job.get(), &MovieReader::Loaded, &m_parts.historyView,
             [this] { m_parts.historyView.showWithoutAnnouncing(1); });
+    connect(job.get(), &MovieJob::Failed, this, &MovieCommands::tellOfNoMovie);
     if (lockToolBar) {
         m_parts.tbMain.setButtonsEnabled(false);
-        connect(work.get(), &MovieLoading::Finished, &m_parts.tbMain,
+        connect(job.get(), &MovieJob::Finished, &m_parts.tbMain,
                 [this] { m_parts.tbMain.setButtonsEnabled(true); });
     }
-    m_parts.queue.enqueue(std::move(work));
+    m_parts.queue.enqueue(std::move(job));
 }
 
 void MovieCommands::SaveMovie(const QString& FileName)
 {
-    auto work = std::make_unique<MovieSaving>(FileName, m_folder, m_parts.history.ilHis(),
-                                              m_viewer->window());
-    connect(work.get(), &MovieSaving::Failed, this,
+    auto job = std::make_unique<MovieWriter>(FileName, m_folder, m_parts.history.ilHis());
+    showProgressOf(*job, m_viewer->window());
+    connect(job.get(), &MovieJob::Failed, this,
             [this] { emit StatusText(u"  Error: Not saved."_s); });
-    m_parts.queue.enqueue(std::move(work));
+    m_parts.queue.enqueue(std::move(job));
+}
+
+void MovieCommands::tellOfNoMovie()
+{
+    // Kept: whatever the error was.
+    auto* box = new QMessageBox(QMessageBox::Critical, u"Error"_s, u"Out of memory"_s,
+                                QMessageBox::Ok, m_viewer->window());
+    box->setAttribute(Qt::WA_DeleteOnClose);
+    box->open();
 }

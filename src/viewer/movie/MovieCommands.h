@@ -8,8 +8,8 @@ class HistoryView;
 class ToolBar;
 class JobQueue;
 
-/// The history from and into movie files: starts the works that read and write them, and takes
-/// over what they bring.
+/// The history from and into movie files: starts the jobs that read and write them, each with its
+/// progress window, and takes over what they bring.
 class MovieCommands : public QObject
 {
     Q_OBJECT
@@ -45,6 +45,7 @@ signals:
 
 private:
     void load(const QString& path, bool lockToolBar);
+    void tellOfNoMovie();
 
     Parts m_parts;
     QString m_folder;

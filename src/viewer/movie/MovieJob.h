@@ -3,8 +3,8 @@
 #include "shared/Job.h"
 #include "shared/Timer.h"
 
-/// What saving and loading a movie have in common: one step each time its timer `tmrMovie`
-/// elapses, and what a progress window shows of it. It opens no window.
+/// The loading or saving of a movie, for the JobQueue: one step each time its timer `tmrMovie`
+/// elapses, and what a progress window (MovieProgress.h) shows of it. It opens no window.
 class MovieJob : public Job
 {
     Q_OBJECT
@@ -12,15 +12,25 @@ class MovieJob : public Job
 public:
     void begin() final;
 
-    /// No signal follows, not even in a step that is under way.
+    /// No signal but ProgressEnds follows, not even in a step that is under way.
     void cancel() final;
 
+    /// Ends it where it is, because the user wants no more of it. Nothing where it is over.
+    void stop();
+
 signals:
+    /// Its turn has come: the first signal, within begin(). A handler may cancel it.
+    void Began();
+
+    /// From here to ProgressEnds there is progress to show.
+    void ProgressBegins();
     /// For the progress bar and the caption of its window. The value runs from 0 to the maximum
     /// last told, 100 before there was one.
     void MaximumChanged(int maximum);
     void ValueChanged(int value);
     void CaptionChanged(const QString& caption);
+    /// Whatever its end is: before the signal that tells it.
+    void ProgressEnds();
 
     /// It could not be done. Finished follows at once.
     void Failed();
@@ -38,9 +48,13 @@ protected:
     virtual void prepare() = 0;
     /// One step. It is not called again once it has returned anything but GoOn.
     virtual Outcome step() = 0;
+    /// Before Finished, where it is done or was stopped.
+    virtual void conclude() {}
 
 private:
     void runStep();
+    void end(Outcome outcome);
 
     Timer m_tmrMovie;
+    bool m_over = false;
 };

@@ -1,7 +1,6 @@
 #include "viewer/movie/MovieReader.h"
 
-#include "shared/AppFolder.h"
-#include "viewer/movie/FrameFile.h"
+#include "shared/TempFiles.h"
 
 #include <QFileInfo>
 
@@ -16,7 +15,7 @@ constexpr QSize AtAnEighth(1, 1);
 
 MovieReader::MovieReader(const QString& path, const QString& applicationFolder)
     : m_file(path)
-    , m_frameFile(pathInFolder(applicationFolder, u"tt.jpg"_s))
+    , m_frameFile(tempFiles::ofLoading(applicationFolder))
 {
 }
 
@@ -35,8 +34,13 @@ MovieJob::Outcome MovieReader::step()
     if (m_partsRead < m_scan.parts().size())
         return readPart() ? Outcome::GoOn : Outcome::Failed;
     emit CaptionChanged(u"Done!"_s);
-    emit Loaded();
     return Outcome::Done;
+}
+
+void MovieReader::conclude()
+{
+    if (m_anyFrame)
+        emit Loaded();
 }
 
 /// The file stays open to the end, so that a new one in its place changes nothing.
@@ -74,10 +78,11 @@ bool MovieReader::readPart()
     // Kept: the old bytes of a longer frame stay behind a shorter one. A movie that is this file
     // itself is not written over while it is read.
     if (QFileInfo(m_frameFile) != QFileInfo(m_file))
-        writeFrameFile(m_frameFile, *bytes, OldEnd::Stays);
+        tempFiles::write(m_frameFile, *bytes, tempFiles::OldEnd::Stays);
     const Still frame = Still::fromBytes(*bytes, AtAnEighth);
     if (frame.isNull())
         return false;
+    m_anyFrame = true;
     emit FrameRead(frame);
     return true;
 }

@@ -19,8 +19,10 @@
 /// an empty file, a part that is no picture or is longer than Still::MaxEncodedBytes, a file that
 /// becomes shorter meanwhile. The frames before that have been given.
 ///
-/// The order: caption "Loading Movie..." within begin(); the maximum, which is the number of
-/// parts; for each part the value and then FrameRead; caption "Done!"; Loaded; Finished.
+/// The order: Began, which empties the history; caption "Loading Movie..." within begin(); the
+/// maximum, which is the number of parts; for each part the value and then FrameRead; caption
+/// "Done!"; Loaded; Finished. Where it is stopped, Loaded and Finished follow, or Finished alone
+/// before the first frame.
 class MovieReader : public MovieJob
 {
     Q_OBJECT
@@ -32,12 +34,13 @@ signals:
     /// The next frame. Never a null one.
     void FrameRead(const Still& frame);
 
-    /// All frames have been given; there was at least one.
+    /// There are no more frames, and there was one at least.
     void Loaded();
 
 protected:
     void prepare() override;
     Outcome step() override;
+    void conclude() override;
 
 private:
     bool open();
@@ -49,4 +52,5 @@ private:
     QString m_frameFile;
     MovieScan m_scan{0};
     std::size_t m_partsRead = 0;
+    bool m_anyFrame = false;
 };

@@ -1,9 +1,8 @@
 #include "viewer/movie/MovieWriter.h"
 
 #include "picture/SaveImage.h"
-#include "shared/AppFolder.h"
 #include "shared/ReplaceFile.h"
-#include "viewer/movie/FrameFile.h"
+#include "shared/TempFiles.h"
 #include "viewer/movie/MovieFile.h"
 
 #include <algorithm>
@@ -20,7 +19,7 @@ constexpr int StepsAtTheEnd = 2;
 MovieWriter::MovieWriter(const QString& path, const QString& applicationFolder,
                          const ImageList& images)
     : m_path(path)
-    , m_frameFile(pathInFolder(applicationFolder, u"pvm.jpg"_s))
+    , m_frameFile(tempFiles::ofSaving(applicationFolder))
     , m_images(images)
 {
 }
@@ -50,7 +49,7 @@ bool MovieWriter::addFrame()
     const QByteArray frame = encodeJpeg(m_images.Picture(m_saved + 1).image());
     if (frame.isEmpty())
         return false;
-    writeFrameFile(m_frameFile, frame, OldEnd::Cut);
+    tempFiles::write(m_frameFile, frame, tempFiles::OldEnd::Cut);
     appendMovieFrame(m_movie, frame);
     ++m_saved;
     setValue(m_saved);

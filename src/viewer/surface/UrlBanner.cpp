@@ -5,13 +5,22 @@
 
 #include <QCursor>
 
-#include <utility>
-
 using namespace Qt::Literals::StringLiterals;
 
-UrlBanner::UrlBanner(std::function<QString()> url, QWidget* parent)
+namespace {
+
+QString bannerText(const QString& url)
+{
+    const QString address = splitCameraKey(url).address;
+    if (address.isEmpty())
+        return directorySite() + "/pevora/"_L1;
+    return webAddressOf(hostPartOf(address));
+}
+
+} // namespace
+
+UrlBanner::UrlBanner(QWidget* parent)
     : ElidedLabel(parent)
-    , m_url(std::move(url))
     , m_tmrTop(u"tmrTop"_s, CheckMs, this)
 {
     setObjectName(u"lblURl"_s);
@@ -23,22 +32,14 @@ UrlBanner::UrlBanner(std::function<QString()> url, QWidget* parent)
     connect(this, &ElidedLabel::Click, this, [this] { emit OpenRequested(Tag()); });
 }
 
-void UrlBanner::mouseMovedOverImage(int button, int y)
+void UrlBanner::mouseMovedOverImage(int button, int y, const QString& url)
 {
     if (button != 0 || y > BandPx)
         return;
     show();
     if (Tag().isEmpty())
-        ShowStatusText(bannerText(), true);
+        ShowStatusText(bannerText(url), true);
     m_tmrTop.restart();
-}
-
-QString UrlBanner::bannerText() const
-{
-    const QString address = splitCameraKey(m_url()).address;
-    if (address.isEmpty())
-        return directorySite() + "/pevora/"_L1;
-    return webAddressOf(hostPartOf(address));
 }
 
 void UrlBanner::tick()

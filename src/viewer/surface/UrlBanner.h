@@ -3,8 +3,6 @@
 #include "shared/Timer.h"
 #include "widgets/ElidedLabel.h"
 
-#include <functional>
-
 /// The banner over the top edge of the image (`lblURl`): shows the camera's host while the mouse
 /// is near that edge. Clicking it asks for the text shown to be opened.
 class UrlBanner : public ElidedLabel
@@ -16,12 +14,11 @@ public:
     static constexpr int BandPx = 16;
     static constexpr int CheckMs = 1'000;
 
-    /// `url` gives the camera key on show; without one the banner shows the address of the
-    /// directory's web site.
-    UrlBanner(std::function<QString()> url, QWidget* parent);
+    explicit UrlBanner(QWidget* parent);
 
-    /// The mouse moved over the image, with the buttons of ImageView::MouseMove.
-    void mouseMovedOverImage(int button, int y);
+    /// The mouse moved over the image, with the buttons of ImageView::MouseMove. `url` is the
+    /// camera key on show; without one the banner shows the address of the directory's web site.
+    void mouseMovedOverImage(int button, int y, const QString& url);
 
     /// Hides the banner and forgets its text, so that it next shows the camera then on show.
     void hideAndForget();
@@ -31,8 +28,6 @@ signals:
 
 private:
     void tick();
-    QString bannerText() const;
 
-    std::function<QString()> m_url;
     Timer m_tmrTop;
 };

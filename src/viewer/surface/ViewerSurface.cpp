@@ -33,7 +33,7 @@ ViewerSurface::ViewerSurface(QWidget* parent)
     , m_imgMain(new ImageView(m_imageArea))
     , m_tvMain(new ThumbView(this))
     , m_txtDebug(new DebugBox(this))
-    , m_lblURl(new UrlBanner([this] { return Url(); }, this))
+    , m_lblURl(new UrlBanner(this))
     , m_tbMain(new ToolBar(this))
     , m_lbl(new ElidedLabel(this))
     , m_lblPic(new QLabel(this))
@@ -51,8 +51,9 @@ ViewerSurface::ViewerSurface(QWidget* parent)
     m_lblPic->installEventFilter(this);
 
     connect(m_imgMain, &ImageView::PictureLoad, this, &ViewerSurface::layOut);
-    connect(m_imgMain, &ImageView::MouseMove, this,
-            [this](int button, int, int, int y) { m_lblURl->mouseMovedOverImage(button, y); });
+    connect(m_imgMain, &ImageView::MouseMove, this, [this](int button, int, int, int y) {
+        m_lblURl->mouseMovedOverImage(button, y, Url());
+    });
     connect(m_lblURl, &UrlBanner::OpenRequested, this, &ViewerSurface::OpenWeb);
     connect(m_tbMain, &ToolBar::ButtonDropDown, this, [this](int index) {
         if (index == ToolBar::Timer)

@@ -4,6 +4,7 @@
 #include "support/ScriptedServer.h"
 #include "support/TimeSeam.h"
 #include "viewer/fetch/Fetch.h"
+#include "viewer/history/History.h"
 
 #include <functional>
 #include <utility>
@@ -15,23 +16,24 @@ class Fetching : public QObject
 {
 public:
     Fetching()
-        : fetch(folder.path(),
-                {[this](const QString& address) {
-                     askedFor << address;
-                     return dates.value(address);
-                 },
-                 [this](const QByteArray& body) {
-                     told << "accept";
-                     bodies << body;
-                     fileAtAccept = tempFile();
-                     if (onAccept)
-                         onAccept();
-                     return body != "no picture";
-                 },
-                 [this] { told << "accepted"; }, [this] { told << "not modified"; }},
-                nullptr)
+        : fetch(
+              folder.path(), history,
+              [this](const QByteArray& body) {
+                  told << "accept";
+                  bodies << body;
+                  fileAtAccept = tempFile();
+                  if (onAccept)
+                      onAccept();
+                  return body == "no picture" ? Still() : picture;
+              },
+              nullptr)
     {
         server.listen();
+        connect(&fetch, &Fetch::Accepted, this, [this](const Still& accepted) {
+            told << (accepted.isSameAs(picture) ? "accepted" : "accepted another one");
+        });
+        connect(&fetch, &Fetch::NotModified, this,
+                [this](const QString& address) { told << "not modified: " + address; });
         connect(&fetch, &Fetch::Started, this, [this] { told << "started"; });
         connect(&fetch, &Fetch::StatusText, this, [this](const QString& text) { status << text; });
         connect(&fetch, &Fetch::HideStatus, this, [this] { told << "hide"; });
@@ -63,8 +65,9 @@ public:
 
     QTemporaryDir folder;
     ScriptedServer server;
-    QHash<QString, QString> dates;
-    QStringList askedFor;
+    History history;
+    /// Stands for what any body holds.
+    const Still picture = Still::fromImage(plainImage({8, 8}, Qt::red));
     QStringList told;
     QStringList status;
     QList<QByteArray> bodies;
@@ -167,10 +170,11 @@ private slots:
     void asksForNewImagesOnly()
     {
         Fetching f;
-        f.dates["127.0.0.1/a.jpg"] = "Thu, 01 Jan 1998 00:00:00 GMT";
+        f.history.Append(f.picture, "127.0.0.1/a.jpg", "Wed, 31 Dec 1997 00:00:00 GMT");
+        f.history.Append(f.picture, "127.0.0.1/a.jpg", "Thu, 01 Jan 1998 00:00:00 GMT");
+        f.history.Append(f.picture, "127.0.0.1/b.jpg", "Fri, 02 Jan 1998 00:00:00 GMT");
         f.server.play(pictureAnswer("one"));
         f.run(f.server.url());
-        QCOMPARE(f.askedFor, QStringList{"127.0.0.1/a.jpg"});
         QVERIFY(f.server.requests().last().startsWith(
             "GET /a.jpg HTTP/1.0\r\nif-Modified-Since: Thu, 01 Jan 1998 00:00:00 GMT\r\n"));
     }
@@ -178,7 +182,7 @@ private slots:
     void withNewOnlyOffEveryBodyIsNew()
     {
         Fetching f;
-        f.dates["127.0.0.1/a.jpg"] = "Thu";
+        f.history.Append(f.picture, "127.0.0.1/a.jpg", "Thu");
         f.fetch.setNewOnly(false);
         f.server.play(pictureAnswer("same"));
         f.run(f.server.url());
@@ -235,7 +239,7 @@ private slots:
         f.run(f.server.url());
         QStringList expected{"started", "error: " + error, "ended without"};
         if (status.startsWith("304"))
-            expected.insert(1, "not modified");
+            expected.insert(1, "not modified: 127.0.0.1/a.jpg");
         QCOMPARE(f.told, expected);
         QCOMPARE(f.status.last(), text);
         QVERIFY(!f.fetch.Busy());
@@ -310,6 +314,51 @@ private slots:
         QVERIFY(f.server.requests()[1].startsWith("GET /new.gif HTTP/1.0\r\n"));
         QVERIFY(!f.server.requests()[1].contains("Cookie"));
         QCOMPARE(f.tempFiles(), (QStringList{"tt.gif", "tt.jpg"}));
+    }
+
+    void anOddLocationIsFetchedAsItReads_data()
+    {
+        QTest::addColumn<QByteArray>("before");
+        // Whatever stands in the place of "http://" is cut.
+        QTest::newRow("relative") << QByteArray("Location: /seven/");
+        QTest::newRow("no blank") << QByteArray("Location:http://x");
+        QTest::newRow("another scheme") << QByteArray("Location: gopher:");
+    }
+
+    void anOddLocationIsFetchedAsItReads()
+    {
+        QFETCH(QByteArray, before);
+        Fetching f;
+        f.server.play(
+            httpAnswer({}, before + f.server.url("/new.gif").toLatin1() + "\r\n", "302 Found"));
+        f.server.play(pictureAnswer("body"));
+        f.run(f.server.url());
+        QCOMPARE(f.server.requests().size(), 2);
+        QVERIFY(f.server.requests()[1].startsWith("GET /new.gif HTTP/1.0\r\n"));
+        QCOMPARE(f.fetch.Url(), f.server.url("/new.gif"));
+        QCOMPARE(f.bodies, QList<QByteArray>{"body"});
+    }
+
+    void aRelativeLocationMayNameNoHost()
+    {
+        Fetching f;
+        f.server.play(httpAnswer({}, "Location: /images/current.jpg\r\n", "302 Found"));
+        f.run(f.server.url());
+        QCOMPARE(f.told, (QStringList{"started", "url", "started", "ended without"}));
+        QCOMPARE(f.fetch.Url(), "/current.jpg");
+        QCOMPARE(f.status.last(), "  The address names no host.");
+    }
+
+    void aLocationThatIsTooShortLeadsToTheSameCamera()
+    {
+        Fetching f;
+        f.server.play(httpAnswer({}, "Location: /a\r\n", "302 Found"));
+        f.server.play(pictureAnswer("body"));
+        const QString camera = f.server.url() + QChar(1) + "Cookie: a=1";
+        f.run(camera);
+        QCOMPARE(f.server.requests().size(), 2);
+        QVERIFY(f.server.requests()[1].contains("\r\nCookie: a=1\r\n"));
+        QCOMPARE(f.fetch.Url(), camera);
     }
 
     void stopGetsInBetweenTwoRedirects()
