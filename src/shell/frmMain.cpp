@@ -13,7 +13,6 @@
 #include "shell/FavouritesMenu.h"
 #include "shell/GotoBar.h"
 #include "shell/LeftPanel.h"
-#include "shell/MainMenu.h"
 #include "shell/SecondaryWindows.h"
 #include "shell/ViewPreferences.h"
 #include "tray/TrayHiding.h"
@@ -97,33 +96,26 @@ void frmMain::createParts()
 
 void frmMain::connectMenus()
 {
-    const auto on = [this](const QString& name, auto&& handler) {
-        connect(m_menu->entry(name), &QAction::triggered, this,
+    using enum MainMenu::Entry;
+    const auto on = [this](MainMenu::Entry entry, auto&& handler) {
+        connect(m_menu->entry(entry), &QAction::triggered, this,
                 std::forward<decltype(handler)>(handler));
     };
-    on(u"mnuOptInt"_s,
-       [this] { m_windows->showInternetList(m_menu->entry(u"mnuOptOnTop"_s)->isChecked()); });
-    on(u"mnuOptImport"_s, [this] { m_windows->askForList(); });
-    on(u"mnuOptReload"_s, [this] { m_left->cList().LoadFile(); });
-    on(u"mnuOptExit"_s, [this] { close(); });
-    on(u"mnuOptExitWO"_s, [this] { askExitWithoutSaving(); });
-    on(u"mnuFavMan"_s, [this] { (new frmMan(m_favourites, this))->open(); });
-    on(u"mnuOptOnTop"_s, [this](bool checked) {
-        setTopmost(*this, checked);
-        m_windows->setListTopmost(checked);
-    });
-    on(u"mnuViewList"_s, [this](bool checked) { showList(checked); });
-    on(u"mnuViewTb"_s, [this] { switchToolBar(); });
-    on(u"mnuViewGoto"_s, [this](bool checked) {
-        showGotoBar(checked);
+    on(mnuOptInt, [this] { m_windows->showInternetList(isChecked(mnuOptOnTop)); });
+    on(mnuOptImport, [this] { m_windows->askForList(); });
+    on(mnuOptReload, [this] { m_left->cList().LoadFile(); });
+    on(mnuOptExit, [this] { close(); });
+    on(mnuOptExitWO, [this] { askExitWithoutSaving(); });
+    on(mnuFavMan, [this] { (new frmMan(m_favourites, this))->open(); });
+    on(mnuViewTb, [this] { switchToolBar(); });
+    for (const auto entry : {mnuOptOnTop, mnuViewList, mnuViewGoto, mnuViewNew, mnuViewOSize})
+        on(entry, [this, entry](bool checked) { apply(entry, checked); });
+    on(mnuViewGoto, [this](bool checked) {
         if (checked)
             m_cmbUrl->setFocus();
     });
-    on(u"mnuViewNew"_s, [this](bool checked) { m_cam->setNewOnly(checked); });
-    on(u"mnuViewOSize"_s, [this](bool checked) { m_cam->setOriginalSize(checked); });
-    on(u"mnuHelpAb"_s,
-       [this] { m_windows->showAbout(m_menu->entry(u"mnuOptOnTop"_s)->isChecked()); });
-    on(u"mnuHelpH"_s, [this] { m_cam->OpenWeb(helpPage()); });
+    on(mnuHelpAb, [this] { m_windows->showAbout(isChecked(mnuOptOnTop)); });
+    on(mnuHelpH, [this] { m_cam->OpenWeb(helpPage()); });
 
     auto* mirror = new FavouritesMenu(m_favourites, m_menu->favourites());
     connect(mirror, &FavouritesMenu::Opened, this, [this](const QString& key) {
@@ -131,13 +123,46 @@ void frmMain::connectMenus()
         m_cmbUrl->showNow(webAddressOf(m_cam->Url()));
     });
 
-    m_tray = new TrayHiding(*this, *m_menu->entry(u"mnuViewTray"_s));
-    m_preferences = std::make_unique<ViewPreferences>(
-        *m_menu, *m_cam,
-        ViewPreferences::Targets{[this](bool shown) { showList(shown); },
-                                 [this](bool shown) { showGotoBar(shown); },
-                                 [this] { m_tray->addIconSoon(); },
-                                 [this](bool topmost) { setTopmost(*this, topmost); }});
+    m_tray = new TrayHiding(*this, *m_menu->entry(mnuViewTray));
+    m_preferences = new ViewPreferences(*m_menu, *m_cam, this);
+    connect(m_preferences, &ViewPreferences::Read, this, &frmMain::apply);
+}
+
+/// Switches what the check of `entry` stands for.
+void frmMain::apply(MainMenu::Entry entry, bool on)
+{
+    switch (entry) {
+    case MainMenu::mnuOptOnTop:
+        setTopmost(*this, on);
+        m_windows->setListTopmost(on);
+        break;
+    case MainMenu::mnuViewTray:
+        if (on)
+            m_tray->addIconSoon();
+        break;
+    case MainMenu::mnuViewList:
+        showList(on);
+        break;
+    case MainMenu::mnuViewTb:
+        m_cam->setShowToolBar(on);
+        break;
+    case MainMenu::mnuViewGoto:
+        showGotoBar(on);
+        break;
+    case MainMenu::mnuViewNew:
+        m_cam->setNewOnly(on);
+        break;
+    case MainMenu::mnuViewOSize:
+        m_cam->setOriginalSize(on);
+        break;
+    default:
+        break;
+    }
+}
+
+bool frmMain::isChecked(MainMenu::Entry entry) const
+{
+    return m_menu->entry(entry)->isChecked();
 }
 
 /// The order is fixed: camera list, command line, captions, view preferences, favourites.
@@ -199,7 +224,7 @@ void frmMain::switchToolBar()
 {
     const QWidget* focus = focusWidget();
     m_cam->setShowToolBar(!m_cam->ShowToolBar());
-    m_menu->entry(u"mnuViewTb"_s)->setChecked(m_cam->ShowToolBar());
+    m_menu->entry(MainMenu::mnuViewTb)->setChecked(m_cam->ShowToolBar());
     layOut();
     keepKeyboardInView(focus);
 }
@@ -273,10 +298,9 @@ void frmMain::layOut()
 {
     if (isMinimized())
         return;
-    const auto checked = [this](const QString& name) { return m_menu->entry(name)->isChecked(); };
-    const bool listChecked = checked(u"mnuViewList"_s);
-    setMinimumWidth(clientWidthForOuterTwips(
-        minimumOuterWidthTwips(checked(u"mnuViewTb"_s), listChecked, LeftPanel::WidthTwips)));
+    const bool listChecked = isChecked(MainMenu::mnuViewList);
+    setMinimumWidth(clientWidthForOuterTwips(minimumOuterWidthTwips(
+        isChecked(MainMenu::mnuViewTb), listChecked, LeftPanel::WidthTwips)));
 
     const int barHeight = m_cmbUrl->sizeHint().height();
     m_layout = layOutMainWindow({.client = centralWidget()->size(),

@@ -1,16 +1,14 @@
 #pragma once
 
 #include "shell/MainLayout.h"
+#include "shell/MainMenu.h"
 
 #include <QMainWindow>
-
-#include <memory>
 
 class FileInbox;
 class Favourites;
 class GotoBar;
 class LeftPanel;
-class MainMenu;
 class SecondaryWindows;
 class TrayHiding;
 class ViewPreferences;
@@ -53,6 +51,8 @@ protected:
 private:
     void createParts();
     void connectMenus();
+    void apply(MainMenu::Entry entry, bool on);
+    bool isChecked(MainMenu::Entry entry) const;
     void startUp(const QString& commandLine);
     void openFile(const CommandLineFile& file);
     void applyCaptions();
@@ -75,7 +75,7 @@ private:
     MainLayout m_layout;
     TrayHiding* m_tray;
     SecondaryWindows* m_windows;
-    std::unique_ptr<ViewPreferences> m_preferences;
+    ViewPreferences* m_preferences;
     /// Set by Exit Without Saving alone, and never cleared: the camera list is not saved.
     bool m_exitWithoutSaving = false;
     bool m_shutDown = false;
