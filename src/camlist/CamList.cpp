@@ -207,9 +207,14 @@ void CamList::endMessages()
     m_alreadyListed->stop();
 }
 
+QStringList CamList::categories() const
+{
+    return m_tree->categories();
+}
+
 void CamList::FillParent(QComboBox* combo) const
 {
-    combo->addItems(m_tree->categories());
+    combo->addItems(categories());
 }
 
 void CamList::AddCam(const QString& name, const QString& key, const QString& category)
@@ -224,9 +229,7 @@ void CamList::AddCam(const QString& name, const QString& key, const QString& cat
 void CamList::edit()
 {
     const QModelIndex camera = m_tvwCat->selected();
-    auto* editor = new frmEdit(window());
-    editor->cmbCat()->clear();
-    FillParent(editor->cmbCat());
+    auto* editor = new frmEdit(categories(), window());
     connect(editor, &frmEdit::Updated, this,
             [this, camera = QPersistentModelIndex(camera)](const CameraRecord& updated) {
                 // Kept: the camera goes before the new one comes, so one whose new key the list has

@@ -51,7 +51,10 @@ public:
     /// closing them all would never come to an end.
     void endMessages();
 
-    /// Adds the name of each category to the items of `combo`, behind those that it has.
+    /// The names of all categories, in the order in which they were added.
+    QStringList categories() const;
+
+    /// Adds categories() to the items of `combo`, behind those that it has.
     void FillParent(QComboBox* combo) const;
 
     /// Adds a camera, and its category where the tree lacks it. Says so where the tree has the key.

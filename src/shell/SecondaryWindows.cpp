@@ -64,7 +64,6 @@ void SecondaryWindows::askForList()
 void SecondaryWindows::showAbout(bool topmost)
 {
     auto* what = new frmWhat(homePage(), m_form);
-    connect(what, &frmWhat::HomePageRequested, this, &SecondaryWindows::OpenWeb);
     setTopmost(*what, topmost);
     what->open();
 }

@@ -17,6 +17,7 @@
 #include "shell/ViewPreferences.h"
 #include "tray/TrayHiding.h"
 #include "viewer/WebCam.h"
+#include "widgets/OpenAddress.h"
 #include "widgets/SymbolIcon.h"
 #include "widgets/Topmost.h"
 
@@ -65,9 +66,7 @@ void frmMain::createParts()
     m_cam = new WebCam(m_folders.application, area);
     m_cam->setObjectName(u"Cam"_s);
     CamList* list = &m_left->cList();
-    m_cmbUrl = new GotoBar({[list](const QString& name) { return list->ReturnUrlViaName(name); },
-                            [list](const QString& typed) { return list->Search(typed); }},
-                           area);
+    m_cmbUrl = new GotoBar(*list, area);
     setCentralWidget(area);
 
     connect(list, &CamList::Click, this, [this](const QString&, const QString& key) {
@@ -88,10 +87,7 @@ void frmMain::createParts()
     m_windows = new SecondaryWindows(this, m_folders.application);
     connect(m_windows, &SecondaryWindows::Preview, this, &frmMain::showCamera);
     connect(m_windows, &SecondaryWindows::Import, list, &CamList::LoadFile);
-    connect(m_windows, &SecondaryWindows::OpenWeb, m_cam, &WebCam::OpenWeb);
     connect(m_left, &LeftPanel::Submitted, m_windows, &SecondaryWindows::submit);
-    connect(m_left, &LeftPanel::HeaderHelpRequested, this,
-            [this] { m_cam->OpenWeb(headerHelpPage()); });
 }
 
 void frmMain::connectMenus()
@@ -115,7 +111,7 @@ void frmMain::connectMenus()
             m_cmbUrl->setFocus();
     });
     on(mnuHelpAb, [this] { m_windows->showAbout(isChecked(mnuOptOnTop)); });
-    on(mnuHelpH, [this] { m_cam->OpenWeb(helpPage()); });
+    on(mnuHelpH, [] { openAddress(helpPage()); });
 
     auto* mirror = new FavouritesMenu(m_favourites, m_menu->favourites());
     connect(mirror, &FavouritesMenu::Opened, this, [this](const QString& key) {
