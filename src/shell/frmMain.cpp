@@ -23,6 +23,7 @@
 
 #include <QApplication>
 #include <QCloseEvent>
+#include <QLineEdit>
 #include <QMenuBar>
 #include <QMessageBox>
 #include <QScreen>
@@ -74,11 +75,7 @@ void frmMain::createParts()
         showCamera(key);
     });
     connect(list, &CamList::AddFavorite, m_favourites, &Favourites::add);
-    m_txtCom = new FileInbox({[this] { return m_shutDown || m_cam->isBusy(); },
-                              [this](const QString& name) { m_cam->LoadMovie(name); },
-                              [list](const QString& name) { list->LoadFile(name); }},
-                             this);
-    connect(m_cam, &WebCam::Idle, m_txtCom, &FileInbox::wake);
+    createInbox();
     connect(m_cmbUrl, &GotoBar::CameraChosen, this, &frmMain::showCamera);
     connect(m_cam, &WebCam::ImageChange, this,
             [this](const QString&, const QString& url) { m_cmbUrl->mirror(url); });
@@ -88,6 +85,23 @@ void frmMain::createParts()
     connect(m_windows, &SecondaryWindows::Preview, this, &frmMain::showCamera);
     connect(m_windows, &SecondaryWindows::Import, list, &CamList::LoadFile);
     connect(m_left, &LeftPanel::Submitted, m_windows, &SecondaryWindows::submit);
+}
+
+/// `txtCom` shows the last file that came. It is never visible, never has the keyboard and is the
+/// window's only child of its kind; the window is neither restored nor raised.
+void frmMain::createInbox()
+{
+    m_inbox = new FileInbox(this);
+    auto* txtCom = new QLineEdit(this);
+    txtCom->setObjectName(u"txtCom"_s);
+    txtCom->setAccessibleName(tr("Files to open"));
+    txtCom->hide();
+    connect(m_inbox, &FileInbox::Received, txtCom, &QLineEdit::setText);
+    connect(m_inbox, &FileInbox::FileWaits, this, [this] {
+        if (!m_cam->isBusy())
+            openFile(m_inbox->takeNext());
+    });
+    connect(m_cam, &WebCam::Idle, m_inbox, &FileInbox::wake);
 }
 
 void frmMain::connectMenus()
@@ -185,11 +199,6 @@ void frmMain::openFile(const CommandLineFile& file)
     }
 }
 
-bool frmMain::receive(const QString& name)
-{
-    return !m_shutDown && m_txtCom->receive(name);
-}
-
 void frmMain::applyCaptions()
 {
     const QString folder = languageFolder(m_folders.application, m_folders.program);
@@ -274,7 +283,8 @@ void frmMain::shutDown()
     m_cam->shutDown();
     m_windows->shutDown();
     m_left->cList().endMessages();
-    m_txtCom->openWaitingLists();
+    for (const QString& list : m_inbox->close())
+        m_left->cList().LoadFile(list);
     // Events run while the preferences are written: no key or click may start anything now.
     setEnabled(false);
     m_preferences->save(preferencesPath());

@@ -40,9 +40,9 @@ public:
     /// and SIGTERM all come here.
     void shutDown();
 
-    /// Opens a file that another instance hands over, when nothing that takes long runs any more.
-    /// False, and the file stays with that instance, while the program ends.
-    bool receive(const QString& name);
+    /// Takes the files that other instances hand over. Each is opened when nothing that takes long
+    /// runs any more; while the program ends none is taken.
+    FileInbox& inbox() { return *m_inbox; }
 
 protected:
     void closeEvent(QCloseEvent* event) override;
@@ -50,6 +50,7 @@ protected:
 
 private:
     void createParts();
+    void createInbox();
     void connectMenus();
     void apply(MainMenu::Entry entry, bool on);
     bool isChecked(MainMenu::Entry entry) const;
@@ -71,7 +72,7 @@ private:
     LeftPanel* m_left;
     WebCam* m_cam;
     GotoBar* m_cmbUrl;
-    FileInbox* m_txtCom;
+    FileInbox* m_inbox;
     MainLayout m_layout;
     TrayHiding* m_tray;
     SecondaryWindows* m_windows;
