@@ -7,6 +7,7 @@
 #include "shared/InputText.h"
 #include "shared/ReplaceFile.h"
 #include "widgets/CheckBoxDelegate.h"
+#include "widgets/MessageQueue.h"
 #include "widgets/Twips.h"
 
 #include <QFile>
@@ -16,7 +17,6 @@
 #include <QKeyEvent>
 #include <QMenu>
 #include <QMenuBar>
-#include <QMessageBox>
 #include <QPointer>
 #include <QPushButton>
 #include <QTreeView>
@@ -53,6 +53,7 @@ frmInt::frmInt(const QString& folder, const QString& directory, int port, QWidge
     , m_directory(directory)
     , m_HTTP1(this, port)
     , m_found(new FoundCamerasModel(this))
+    , m_messages(new MessageQueue(this))
 {
     setObjectName(u"frmInt"_s);
     setWindowTitle(u"Internet List"_s);
@@ -240,7 +241,7 @@ void frmInt::addSelected()
 {
     const QList<CameraRecord> cameras = m_found->checkedCameras();
     if (cameras.isEmpty()) {
-        sayNoneSelected();
+        m_messages->tell({QMessageBox::Information, u"Pevora"_s, u"No Cams Selected."_s});
         return;
     }
     const QString path = pathInFolder(m_folder, u"icl.zip"_s);
@@ -253,14 +254,6 @@ void frmInt::addSelected()
     QFile::remove(path);
     if (self)
         close();
-}
-
-void frmInt::sayNoneSelected()
-{
-    auto* box = new QMessageBox(QMessageBox::Information, u"Pevora"_s, u"No Cams Selected."_s,
-                                QMessageBox::Ok, this);
-    box->setAttribute(Qt::WA_DeleteOnClose);
-    box->open();
 }
 
 bool frmInt::eventFilter(QObject* watched, QEvent* event)

@@ -6,6 +6,7 @@
 #include <QList>
 
 class FoundCamerasModel;
+class MessageQueue;
 class QAction;
 class QMenu;
 class QPushButton;
@@ -54,7 +55,6 @@ private:
 
     void preview();
     void addSelected();
-    void sayNoneSelected();
     void toggleCurrent();
     void growNameColumn(const QResizeEvent* event);
 
@@ -62,6 +62,7 @@ private:
     QString m_directory;
     HTTP m_HTTP1;
     FoundCamerasModel* m_found;
+    MessageQueue* m_messages;
     QTreeView* m_lvwList;
     QPushButton* m_cmdAll;
     QPushButton* m_cmdNone;

@@ -5,12 +5,12 @@
 #include "shared/BuildSettings.h"
 #include "widgets/InputBoxes.h"
 #include "widgets/LinkLabel.h"
+#include "widgets/MessageQueue.h"
 #include "widgets/OpenAddress.h"
 
 #include <QCheckBox>
 #include <QComboBox>
 #include <QLineEdit>
-#include <QMessageBox>
 #include <QPushButton>
 #include <QVBoxLayout>
 
@@ -18,6 +18,7 @@ using namespace Qt::Literals::StringLiterals;
 
 AddPanel::AddPanel(QWidget* parent)
     : QScrollArea(parent)
+    , m_messages(new MessageQueue(this))
     , m_cmbCat(new QComboBox)
     , m_txtName(new QLineEdit)
     , m_txtUrl(new QLineEdit)
@@ -103,10 +104,7 @@ bool AddPanel::isThere(const QString& text, const QString& title, const QString&
 {
     if (!text.isEmpty())
         return true;
-    auto* box =
-        new QMessageBox(QMessageBox::Information, title, message, QMessageBox::Ok, window());
-    box->setAttribute(Qt::WA_DeleteOnClose);
-    box->open();
+    m_messages->tell({QMessageBox::Information, title, message});
     return false;
 }
 

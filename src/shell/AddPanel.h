@@ -5,6 +5,7 @@
 #include <array>
 
 class LinkLabel;
+class MessageQueue;
 class QCheckBox;
 class QComboBox;
 class QLabel;
@@ -35,6 +36,7 @@ private:
     /// Whether `text` is there; says so where it is not.
     bool isThere(const QString& text, const QString& title, const QString& message);
 
+    MessageQueue* m_messages;
     std::array<QLabel*, 4> m_lbl;
     QComboBox* m_cmbCat;
     QLineEdit* m_txtName;

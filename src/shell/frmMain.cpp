@@ -17,6 +17,7 @@
 #include "shell/ViewPreferences.h"
 #include "tray/TrayHiding.h"
 #include "viewer/WebCam.h"
+#include "widgets/MessageQueue.h"
 #include "widgets/OpenAddress.h"
 #include "widgets/SymbolIcon.h"
 #include "widgets/Topmost.h"
@@ -25,7 +26,6 @@
 #include <QCloseEvent>
 #include <QLineEdit>
 #include <QMenuBar>
-#include <QMessageBox>
 #include <QScreen>
 #include <QThread>
 
@@ -45,6 +45,7 @@ frmMain::frmMain(const Folders& folders, const QString& commandLine)
     : m_folders(folders)
     , m_menu(new MainMenu(menuBar()))
     , m_favourites(new Favourites(this))
+    , m_messages(new MessageQueue(this))
 {
     setObjectName(u"frmMain"_s);
     setWindowTitle(u"Pevora"_s);
@@ -254,20 +255,13 @@ QString frmMain::preferencesPath() const
 
 void frmMain::askExitWithoutSaving()
 {
-    auto* box = new QMessageBox(
-        QMessageBox::Question, u"Exit Without Saving"_s,
-        u"This option allows you to exit and NOT save the Cam List.\r\n\r\nAre you sure you want "
-        "to exit?"_s,
-        QMessageBox::Yes | QMessageBox::No, this);
-    box->setAttribute(Qt::WA_DeleteOnClose);
-    box->setDefaultButton(QMessageBox::No);
-    connect(box, &QMessageBox::finished, this, [this](int answer) {
-        if (answer != QMessageBox::Yes)
-            return;
-        m_exitWithoutSaving = true;
-        close();
-    });
-    box->open();
+    m_messages->ask({QMessageBox::Question, u"Exit Without Saving"_s,
+                     u"This option allows you to exit and NOT save the Cam List.\r\n\r\nAre you "
+                     "sure you want to exit?"_s},
+                    [this] {
+                        m_exitWithoutSaving = true;
+                        close();
+                    });
 }
 
 void frmMain::closeEvent(QCloseEvent* event)

@@ -9,6 +9,7 @@ class FileInbox;
 class Favourites;
 class GotoBar;
 class LeftPanel;
+class MessageQueue;
 class SecondaryWindows;
 class TrayHiding;
 class ViewPreferences;
@@ -69,6 +70,7 @@ private:
     Folders m_folders;
     MainMenu* m_menu;
     Favourites* m_favourites;
+    MessageQueue* m_messages;
     LeftPanel* m_left;
     WebCam* m_cam;
     GotoBar* m_cmbUrl;

@@ -298,6 +298,26 @@ private slots:
         QCOMPARE(messages("Not a valid Zipped Cam List."), 1);
     }
 
+    void messagesOfBothKindsComeInTheOrderOfTheLists()
+    {
+        ShownList shown;
+        shown.load(Example + "\r\n");
+        shown.write("icl.zip", "CAMZ" + Example + "\r\n");
+        shown.list().LoadFile(shown.path("icl.zip"));
+        shown.list().LoadFile(shown.path("missing"));
+        shown.list().AddCam("Again", "URL1", "Cities");
+        QStringList texts;
+        for (int i = 0; i < 4; ++i) {
+            QVERIFY(openDialog<QMessageBox>());
+            QCOMPARE(shown.list().window()->findChildren<QMessageBox*>().size(), 1);
+            texts << answerMessage(QMessageBox::Ok).text;
+            QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+        }
+        const QString listed = "Cam is already in your list.";
+        QCOMPARE(texts, (QStringList{listed, listed, "Not a valid Zipped Cam List.", listed}));
+        QVERIFY(!shown.list().window()->findChild<QMessageBox*>());
+    }
+
     void anImportOfNothingAddsTheDefaults()
     {
         ShownList shown;
