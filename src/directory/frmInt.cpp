@@ -6,7 +6,7 @@
 #include "shared/AppFolder.h"
 #include "shared/InputText.h"
 #include "shared/ReplaceFile.h"
-#include "widgets/CheckBoxDelegate.h"
+#include "widgets/CheckedListView.h"
 #include "widgets/MessageQueue.h"
 #include "widgets/Twips.h"
 
@@ -14,12 +14,10 @@
 #include <QHBoxLayout>
 #include <QHeaderView>
 #include <QInputDialog>
-#include <QKeyEvent>
 #include <QMenu>
 #include <QMenuBar>
 #include <QPointer>
 #include <QPushButton>
-#include <QTreeView>
 
 #include <utility>
 
@@ -70,18 +68,9 @@ frmInt::frmInt(const QString& folder, const QString& directory, int port, QWidge
 
 void frmInt::createList()
 {
-    m_lvwList = new QTreeView(this);
-    m_lvwList->setObjectName(u"lvwList"_s);
-    m_lvwList->setAccessibleName(tr("Cameras"));
+    m_lvwList = new CheckedListView(m_found, tr("Cameras"), this);
     m_lvwList->setMinimumSize(SmallestList);
-    m_lvwList->setRootIsDecorated(false);
     m_lvwList->setAllColumnsShowFocus(true);
-    // All rows are measured by the first one, however many there are.
-    m_lvwList->setUniformRowHeights(true);
-    m_lvwList->setEditTriggers(QAbstractItemView::NoEditTriggers);
-    m_lvwList->setItemDelegate(new CheckBoxDelegate(m_lvwList));
-    m_lvwList->setModel(m_found);
-    m_lvwList->header()->setStretchLastSection(false);
     m_lvwList->installEventFilter(this);
 }
 
@@ -258,25 +247,9 @@ void frmInt::addSelected()
 
 bool frmInt::eventFilter(QObject* watched, QEvent* event)
 {
-    if (watched == m_lvwList && event->type() == QEvent::KeyPress &&
-        static_cast<QKeyEvent*>(event)->key() == Qt::Key_Space) {
-        toggleCurrent();
-        return true;
-    }
     if (watched == m_lvwList && event->type() == QEvent::Resize && m_columnsSet)
         growNameColumn(static_cast<QResizeEvent*>(event));
     return QDialog::eventFilter(watched, event);
-}
-
-/// Whichever column was clicked, the space bar is for the row's check box.
-void frmInt::toggleCurrent()
-{
-    const QModelIndex row =
-        m_lvwList->currentIndex().siblingAtColumn(FoundCamerasModel::CategoryColumn);
-    if (!row.isValid())
-        return;
-    const bool checked = row.data(Qt::CheckStateRole).toInt() == Qt::Checked;
-    m_found->setData(row, checked ? Qt::Unchecked : Qt::Checked, Qt::CheckStateRole);
 }
 
 /// Names have what the list gains, from whatever width the user gave them.

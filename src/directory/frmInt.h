@@ -5,12 +5,12 @@
 #include <QDialog>
 #include <QList>
 
+class CheckedListView;
 class FoundCamerasModel;
 class MessageQueue;
 class QAction;
 class QMenu;
 class QPushButton;
-class QTreeView;
 
 /// The window "Internet List": searches the shared camera directory, previews what it finds and
 /// copies what is checked into the user's own list. Its title is its status line too.
@@ -55,7 +55,6 @@ private:
 
     void preview();
     void addSelected();
-    void toggleCurrent();
     void growNameColumn(const QResizeEvent* event);
 
     QString m_folder;
@@ -63,7 +62,7 @@ private:
     HTTP m_HTTP1;
     FoundCamerasModel* m_found;
     MessageQueue* m_messages;
-    QTreeView* m_lvwList;
+    CheckedListView* m_lvwList;
     QPushButton* m_cmdAll;
     QPushButton* m_cmdNone;
     QPushButton* m_cmdPre;
