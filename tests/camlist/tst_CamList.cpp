@@ -213,6 +213,22 @@ private slots:
         QCOMPARE(shown.all(), QStringList({"Old", "Old/Old"}) + ExampleNodes);
     }
 
+    void aRefusedCameraDoesNotEndItsList()
+    {
+        const QByteArray twice = "Cities\xFFHarbour\xFFURL1\xFF"
+                                 "Cities\xFF"
+                                 "Again\xFFURL1\xFF"
+                                 "Sights\xFFTower\xFFURL2\r\n";
+        ShownList shown;
+        shown.load(twice);
+        QCOMPARE(messages("Cam is already in your list."), 1);
+        QCOMPARE(shown.all(), ExampleNodes);
+        shown.write("icl.zip", "CAMZ" + twice.chopped(2) + "\xFFParks\xFFPond\xFFURL4\r\n");
+        shown.list().LoadFile(shown.path("icl.zip"));
+        QCOMPARE(messages("Cam is already in your list."), 3);
+        QCOMPARE(shown.all(), ExampleNodes + QStringList({"Parks", "Parks/Pond"}));
+    }
+
     void theCheckBoxEndsTheMessagesOfOneList()
     {
         ShownList shown;
