@@ -13,6 +13,7 @@
 #include "shell/FavouritesMenu.h"
 #include "shell/GotoBar.h"
 #include "shell/LeftPanel.h"
+#include "shell/MainArea.h"
 #include "shell/SecondaryWindows.h"
 #include "shell/ViewPreferences.h"
 #include "tray/TrayHiding.h"
@@ -22,6 +23,7 @@
 #include "widgets/SymbolIcon.h"
 #include "widgets/Topmost.h"
 
+#include <QAction>
 #include <QApplication>
 #include <QCloseEvent>
 #include <QLineEdit>
@@ -61,15 +63,12 @@ frmMain::~frmMain() = default;
 
 void frmMain::createParts()
 {
-    // The parts are placed by the window's own rules, not by a QLayout.
-    auto* area = new QWidget(this);
-    area->installEventFilter(this);
-    m_left = new LeftPanel(m_folders.application, area);
-    m_cam = new WebCam(m_folders.application, area);
-    m_cam->setObjectName(u"Cam"_s);
+    m_area = new MainArea(m_folders.application, *m_menu, this);
+    m_left = m_area->left();
+    m_cam = m_area->cam();
+    m_cmbUrl = m_area->cmbUrl();
     CamList* list = &m_left->cList();
-    m_cmbUrl = new GotoBar(*list, area);
-    setCentralWidget(area);
+    setCentralWidget(m_area);
 
     connect(list, &CamList::Click, this, [this](const QString&, const QString& key) {
         m_cmbUrl->showNow(key);
@@ -118,7 +117,7 @@ void frmMain::connectMenus()
     on(mnuOptExit, [this] { close(); });
     on(mnuOptExitWO, [this] { askExitWithoutSaving(); });
     on(mnuFavMan, [this] { (new frmMan(m_favourites, this))->open(); });
-    on(mnuViewTb, [this] { switchToolBar(); });
+    on(mnuViewTb, [this] { m_area->switchToolBar(); });
     for (const auto entry : {mnuOptOnTop, mnuViewList, mnuViewGoto, mnuViewNew, mnuViewOSize})
         on(entry, [this, entry](bool checked) { apply(entry, checked); });
     on(mnuViewGoto, [this](bool checked) {
@@ -152,13 +151,13 @@ void frmMain::apply(MainMenu::Entry entry, bool on)
             m_tray->addIconSoon();
         break;
     case MainMenu::mnuViewList:
-        showList(on);
+        m_area->showList(on);
         break;
     case MainMenu::mnuViewTb:
         m_cam->setShowToolBar(on);
         break;
     case MainMenu::mnuViewGoto:
-        showGotoBar(on);
+        m_area->showGotoBar(on);
         break;
     case MainMenu::mnuViewNew:
         m_cam->setNewOnly(on);
@@ -208,38 +207,6 @@ void frmMain::applyCaptions()
     if (!folder.isEmpty())
         ApplyLanguageCaptions(*this, folder + "/lan.ini"_L1);
     m_menu->assignAccessKeys();
-}
-
-void frmMain::showList(bool shown)
-{
-    const QWidget* focus = focusWidget();
-    m_left->setShown(shown);
-    layOut();
-    keepKeyboardInView(focus);
-}
-
-void frmMain::showGotoBar(bool shown)
-{
-    const QWidget* focus = focusWidget();
-    m_cmbUrl->setVisible(shown);
-    layOut();
-    keepKeyboardInView(focus);
-}
-
-void frmMain::switchToolBar()
-{
-    const QWidget* focus = focusWidget();
-    m_cam->setShowToolBar(!m_cam->ShowToolBar());
-    m_menu->entry(MainMenu::mnuViewTb)->setChecked(m_cam->ShowToolBar());
-    layOut();
-    keepKeyboardInView(focus);
-}
-
-/// The part that had the keyboard may be hidden now, and Qt gives it to whatever comes next.
-void frmMain::keepKeyboardInView(const QWidget* before)
-{
-    if (before && !before->isVisibleTo(this))
-        (m_cmbUrl->isHidden() ? static_cast<QWidget*>(m_cam) : m_cmbUrl)->setFocus();
 }
 
 void frmMain::showCamera(const QString& key)
@@ -292,32 +259,4 @@ void frmMain::shutDown()
     // A window that refused to close would have kept the program without its main window.
     if (QThread::currentThread()->loopLevel() > 0)
         QCoreApplication::exit();
-}
-
-void frmMain::layOut()
-{
-    if (isMinimized())
-        return;
-    const bool listChecked = isChecked(MainMenu::mnuViewList);
-    setMinimumWidth(clientWidthForOuterTwips(minimumOuterWidthTwips(
-        isChecked(MainMenu::mnuViewTb), listChecked, LeftPanel::WidthTwips)));
-
-    const int barHeight = m_cmbUrl->sizeHint().height();
-    m_layout = layOutMainWindow({.client = centralWidget()->size(),
-                                 .listChecked = listChecked,
-                                 .listWidthTwips = LeftPanel::WidthTwips,
-                                 .optionHeight = barHeight,
-                                 .gotoBarVisible = !m_cmbUrl->isHidden(),
-                                 .gotoBarHeight = barHeight},
-                                m_layout);
-    m_left->place(m_layout, barHeight);
-    m_cam->setGeometry(m_layout.viewer);
-    m_cmbUrl->setGeometry(m_layout.gotoBar);
-}
-
-bool frmMain::eventFilter(QObject* watched, QEvent* event)
-{
-    if (watched == centralWidget() && event->type() == QEvent::Resize)
-        layOut();
-    return QMainWindow::eventFilter(watched, event);
 }

@@ -1,6 +1,5 @@
 #pragma once
 
-#include "shell/MainLayout.h"
 #include "shell/MainMenu.h"
 
 #include <QMainWindow>
@@ -9,6 +8,7 @@ class FileInbox;
 class Favourites;
 class GotoBar;
 class LeftPanel;
+class MainArea;
 class MessageQueue;
 class SecondaryWindows;
 class TrayHiding;
@@ -47,7 +47,6 @@ public:
 
 protected:
     void closeEvent(QCloseEvent* event) override;
-    bool eventFilter(QObject* watched, QEvent* event) override;
 
 private:
     void createParts();
@@ -58,11 +57,6 @@ private:
     void startUp(const QString& commandLine);
     void openFile(const CommandLineFile& file);
     void applyCaptions();
-    void layOut();
-    void showList(bool shown);
-    void showGotoBar(bool shown);
-    void switchToolBar();
-    void keepKeyboardInView(const QWidget* before);
     void showCamera(const QString& key);
     void askExitWithoutSaving();
     QString preferencesPath() const;
@@ -71,11 +65,11 @@ private:
     MainMenu* m_menu;
     Favourites* m_favourites;
     MessageQueue* m_messages;
+    MainArea* m_area;
     LeftPanel* m_left;
     WebCam* m_cam;
     GotoBar* m_cmbUrl;
     FileInbox* m_inbox;
-    MainLayout m_layout;
     TrayHiding* m_tray;
     SecondaryWindows* m_windows;
     ViewPreferences* m_preferences;
