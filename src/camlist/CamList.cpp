@@ -165,7 +165,7 @@ void CamList::import(const QString& path)
     tellAlreadyListed(m_tree->addAll(camerasOf(*line)));
 }
 
-/// Not at once, as the next: while the program starts, its window comes first.
+/// Not at once: while the program starts, its window comes first. The same below.
 void CamList::tellNotValid()
 {
     const auto tell = [this] {
