@@ -20,8 +20,8 @@ struct Start
 {
     QString commandLine;
     bool isRestart = false;
-    /// Held from the moment that nobody else was found to serve.
-    std::optional<InstanceLock> place;
+    /// Held from the moment that no server was found.
+    std::optional<InstanceLock> lock;
 };
 
 void nameProgram()
@@ -47,8 +47,10 @@ std::optional<int> startWithoutWindow(int& argc, char* argv[], Start& start)
     start.commandLine = commandLineOf(arguments);
     if (start.commandLine.isEmpty())
         return {};
-    start.place.emplace(applicationFolder());
-    if (handOver(*start.place, readCommandLine(start.commandLine).name) == HandOver::NobodyServes)
+    start.lock.emplace(applicationFolder());
+    const auto result =
+        InstanceClient(*start.lock).handOver(readCommandLine(start.commandLine).name);
+    if (result == InstanceClient::Result::NoServer)
         return {};
     return EXIT_SUCCESS;
 }
@@ -72,13 +74,12 @@ int main(int argc, char* argv[])
     QLoggingCategory::setFilterRules(QStringLiteral("qt.gui.imageio*=false"));
 
     const QString folder = applicationFolder();
-    if (!start.place)
-        start.place.emplace(folder);
+    if (!start.lock)
+        start.lock.emplace(folder);
     frmMain window({folder, QApplication::applicationDirPath()}, start.commandLine);
     const TerminationSignal termination;
     QObject::connect(&termination, &TerminationSignal::Received, &window, &frmMain::shutDown);
     window.show();
-    const InstanceServer channel(*start.place,
-                                 [&](const QString& name) { return window.receive(name); });
+    const InstanceServer server(*start.lock, window.inbox());
     return QApplication::exec();
 }

@@ -69,11 +69,9 @@ void waitUntilShown(QWidget& window)
     QCoreApplication::processEvents();
 }
 
-double keystrokeMs(CamList& list, QWidget& window)
+double keystrokeMs(const CamList& list, QWidget& window)
 {
-    GotoBar bar({[&](const QString& name) { return list.ReturnUrlViaName(name); },
-                 [&](const QString& typed) { return list.Search(typed); }},
-                &window);
+    GotoBar bar(list, &window);
     bar.show();
     const auto send = [&](QEvent::Type type) {
         QKeyEvent key(type, Qt::Key_X, Qt::NoModifier, QStringLiteral("x"));

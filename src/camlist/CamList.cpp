@@ -1,17 +1,16 @@
 #include "camlist/CamList.h"
 
-#include "camlist/AlreadyListed.h"
 #include "camlist/CameraTreeModel.h"
 #include "camlist/CameraTreeView.h"
 #include "camlist/DefaultCameras.h"
 #include "camlist/frmEdit.h"
+#include "widgets/MessageQueue.h"
 
 #include <QAction>
 #include <QClipboard>
 #include <QComboBox>
 #include <QGuiApplication>
 #include <QMenu>
-#include <QMessageBox>
 
 #include <optional>
 
@@ -41,7 +40,7 @@ CamList::CamList(const QString& folder, QWidget* parent)
     , m_tree(new CameraTreeModel(this))
     , m_tvwCat(new CameraTreeView(this))
     , m_mnu(new QMenu(this))
-    , m_alreadyListed(new AlreadyListed(this))
+    , m_messages(new MessageQueue(this))
 {
     m_tvwCat->setModel(m_tree);
     setFocusProxy(m_tvwCat);
@@ -125,17 +124,9 @@ void CamList::Remove()
 
 void CamList::askToRemove(const QModelIndex& category)
 {
-    auto* box = new QMessageBox(QMessageBox::Question, u"Remove"_s,
-                                u"Remove Category and all its contents?"_s,
-                                QMessageBox::Yes | QMessageBox::No, window());
-    box->setAttribute(Qt::WA_DeleteOnClose);
-    box->setDefaultButton(QMessageBox::No);
-    connect(box, &QMessageBox::finished, this,
-            [this, category = QPersistentModelIndex(category)](int answer) {
-                if (answer == QMessageBox::Yes)
-                    m_tree->remove(category);
-            });
-    box->open();
+    m_messages->ask(
+        {QMessageBox::Question, u"Remove"_s, u"Remove Category and all its contents?"_s},
+        [this, category = QPersistentModelIndex(category)] { m_tree->remove(category); });
 }
 
 void CamList::LoadFile(const QString& path)
@@ -152,7 +143,7 @@ void CamList::reload()
     const QStringList open = m_tvwCat->openCategories();
     // A list that cannot be read is not an empty one: nothing takes its place.
     const auto none = [] { return std::optional<CameraRecord>(); };
-    m_alreadyListed->tell(m_tree->replaceAll(line ? camerasOf(*line) : none));
+    tellAlreadyListed(m_tree->replaceAll(line ? camerasOf(*line) : none));
     // Whatever it is, it is not the list of somebody who removed the last camera.
     if (line && !line->isEmpty() && m_tree->cameraCount() == 0)
         m_file.distrust();
@@ -167,33 +158,31 @@ void CamList::import(const QString& path)
     const auto line = readImportedList(path);
     if (!line) {
         // Kept: one that cannot be read is told of as one that is no list.
-        // Not at once: while the program starts, its window comes first.
-        QMetaObject::invokeMethod(this, &CamList::sayNotValid, Qt::QueuedConnection);
+        tellNotValid();
         return;
     }
     // Kept: "CAMZ" alone brings the cameras of a new list.
-    m_alreadyListed->tell(m_tree->addAll(camerasOf(*line)));
+    tellAlreadyListed(m_tree->addAll(camerasOf(*line)));
 }
 
-/// One message after the other, as many as there were such lists.
-void CamList::sayNotValid()
+/// Not at once: while the program starts, its window comes first. The same below.
+void CamList::tellNotValid()
 {
-    if (++m_notValid == 1)
-        showNotValid();
+    const auto tell = [this] {
+        m_messages->tell({QMessageBox::Critical, u"Pevora"_s, u"Not a valid Zipped Cam List."_s});
+    };
+    QMetaObject::invokeMethod(m_messages, tell, Qt::QueuedConnection);
 }
 
-void CamList::showNotValid()
+/// Once for each of `cameras` of one list that were refused; the check box ends those of the list.
+void CamList::tellAlreadyListed(qsizetype cameras)
 {
-    if (m_messagesEnded)
-        return;
-    auto* box = new QMessageBox(QMessageBox::Critical, u"Pevora"_s,
-                                u"Not a valid Zipped Cam List."_s, QMessageBox::Ok, window());
-    box->setAttribute(Qt::WA_DeleteOnClose);
-    connect(box, &QMessageBox::finished, this, [this] {
-        if (--m_notValid > 0)
-            showNotValid();
-    });
-    box->open();
+    const auto tell = [this, cameras] {
+        m_messages->tell({QMessageBox::Information, u"Pevora"_s, u"Cam is already in your list."_s,
+                          tr("Don't show again for this list")},
+                         cameras);
+    };
+    QMetaObject::invokeMethod(m_messages, tell, Qt::QueuedConnection);
 }
 
 void CamList::SaveFile()
@@ -203,13 +192,17 @@ void CamList::SaveFile()
 
 void CamList::endMessages()
 {
-    m_messagesEnded = true;
-    m_alreadyListed->stop();
+    m_messages->end();
+}
+
+QStringList CamList::categories() const
+{
+    return m_tree->categories();
 }
 
 void CamList::FillParent(QComboBox* combo) const
 {
-    combo->addItems(m_tree->categories());
+    combo->addItems(categories());
 }
 
 void CamList::AddCam(const QString& name, const QString& key, const QString& category)
@@ -218,15 +211,13 @@ void CamList::AddCam(const QString& name, const QString& key, const QString& cat
     if (added.isValid())
         m_tvwCat->select(added);
     else
-        m_alreadyListed->tell(1);
+        tellAlreadyListed(1);
 }
 
 void CamList::edit()
 {
     const QModelIndex camera = m_tvwCat->selected();
-    auto* editor = new frmEdit(window());
-    editor->cmbCat()->clear();
-    FillParent(editor->cmbCat());
+    auto* editor = new frmEdit(categories(), window());
     connect(editor, &frmEdit::Updated, this,
             [this, camera = QPersistentModelIndex(camera)](const CameraRecord& updated) {
                 // Kept: the camera goes before the new one comes, so one whose new key the list has

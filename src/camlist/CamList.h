@@ -4,9 +4,9 @@
 
 #include <QWidget>
 
-class AlreadyListed;
 class CameraTreeModel;
 class CameraTreeView;
+class MessageQueue;
 class QAction;
 class QComboBox;
 class QMenu;
@@ -47,11 +47,13 @@ public:
     /// CameraListFile). Where it cannot be written the old one stays, without a word.
     void SaveFile();
 
-    /// The program ends: no message of this list opens any more. Where one would open the next,
-    /// closing them all would never come to an end.
+    /// The program ends: no message of this list opens any more.
     void endMessages();
 
-    /// Adds the name of each category to the items of `combo`, behind those that it has.
+    /// The names of all categories, in the order in which they were added.
+    QStringList categories() const;
+
+    /// Adds categories() to the items of `combo`, behind those that it has.
     void FillParent(QComboBox* combo) const;
 
     /// Adds a camera, and its category where the tree lacks it. Says so where the tree has the key.
@@ -71,8 +73,8 @@ private:
     void updateMenu();
     void reload();
     void import(const QString& path);
-    void sayNotValid();
-    void showNotValid();
+    void tellNotValid();
+    void tellAlreadyListed(qsizetype cameras);
     void askToRemove(const QModelIndex& category);
     void edit();
 
@@ -81,8 +83,5 @@ private:
     CameraTreeView* m_tvwCat;
     QMenu* m_mnu;
     QAction* m_mnuEdit = nullptr;
-    AlreadyListed* m_alreadyListed;
-    /// How many lists that are none are still to be told of.
-    int m_notValid = 0;
-    bool m_messagesEnded = false;
+    MessageQueue* m_messages;
 };

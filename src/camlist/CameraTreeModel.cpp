@@ -20,8 +20,8 @@ struct CameraTreeModel::Node
 
 namespace {
 
-/// As QStringView::startsWith without regard to case, but several times as fast where both are
-/// ASCII.
+/// As QStringView::startsWith without regard to case, but faster where both are ASCII: the bench
+/// row "list keystroke, 10,000" takes twice as long with Qt's.
 bool beginsWith(QStringView texts, QStringView name)
 {
     constexpr auto lower = [](char16_t one) {

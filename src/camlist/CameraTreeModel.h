@@ -81,8 +81,9 @@ private:
     std::vector<std::unique_ptr<Node>> m_nodes; ///< in the order of adding
     std::vector<Node*> m_categories;
     QHash<QString, Node*> m_byKey;
-    /// The text of every node, in their order, a field separator behind each: searching through
-    /// one text costs a tenth of searching through 100,000.
+    /// The text of every node, in their order, a field separator behind each. For the bench row
+    /// "list keystroke, 100,000": going through the nodes' own texts takes it two to three times
+    /// as long, and more than twelve times as long as 10,000 do.
     QString m_texts;
     QIcon m_cameraPicture;
     QIcon m_categoryPicture;

@@ -18,7 +18,7 @@ constexpr int BoxWidthCharacters = 40;
 
 } // namespace
 
-frmEdit::frmEdit(QWidget* parent)
+frmEdit::frmEdit(const QStringList& categories, QWidget* parent)
     : QDialog(parent)
     , m_cmbCat(new QComboBox(this))
 {
@@ -28,6 +28,7 @@ frmEdit::frmEdit(QWidget* parent)
 
     m_cmbCat->setObjectName(u"cmbCat"_s);
     takeCategories(m_cmbCat);
+    m_cmbCat->addItems(categories);
     // Kept: "Catagory" is what this label always said.
     form->addRow(u"Catagory: "_s, m_cmbCat);
 

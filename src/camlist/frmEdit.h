@@ -14,10 +14,8 @@ class frmEdit : public QDialog
     Q_OBJECT
 
 public:
-    explicit frmEdit(QWidget* parent);
-
-    /// The category box, for the categories that there are.
-    QComboBox* cmbCat() const { return m_cmbCat; }
+    /// `categories` are those that there are; a camera may get another one.
+    frmEdit(const QStringList& categories, QWidget* parent);
 
     /// Shows the window with what `camera` is now.
     void edit(const CameraRecord& camera);

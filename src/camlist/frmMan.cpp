@@ -2,6 +2,7 @@
 
 #include "camlist/FavouritesModel.h"
 #include "widgets/CheckBoxDelegate.h"
+#include "widgets/CheckedListView.h"
 #include "widgets/Twips.h"
 
 #include <QDialogButtonBox>
@@ -11,7 +12,6 @@
 #include <QHelpEvent>
 #include <QPushButton>
 #include <QToolTip>
-#include <QTreeView>
 
 #include <algorithm>
 
@@ -66,23 +66,16 @@ frmMan::frmMan(Favourites* favourites, QWidget* parent)
     resize(DefaultSize);
     updateButtons();
     m_lvwList->setFocus();
-    m_lvwList->setCurrentIndex(m_items->index(0));
+    m_lvwList->setCurrentIndex(m_items->index(0, 0));
 }
 
 void frmMan::createList()
 {
-    m_lvwList = new QTreeView(this);
-    m_lvwList->setObjectName(u"lvwList"_s);
-    m_lvwList->setAccessibleName(tr("Favorites"));
+    m_lvwList = new CheckedListView(m_items, tr("Favorites"), this);
     m_lvwList->setMinimumSize(SmallestList);
-    m_lvwList->setRootIsDecorated(false);
-    // All rows are measured by the first one, however many there are.
-    m_lvwList->setUniformRowHeights(true);
     // The ends of names tell cameras apart as often as their beginnings.
     m_lvwList->setTextElideMode(Qt::ElideMiddle);
     m_lvwList->setItemDelegate(new NameDelegate(m_lvwList));
-    m_lvwList->setModel(m_items);
-    m_lvwList->header()->setStretchLastSection(false);
     m_lvwList->header()->setSectionResizeMode(QHeaderView::Fixed);
     m_lvwList->installEventFilter(this);
     connect(m_items, &QAbstractItemModel::dataChanged, this, &frmMan::updateButtons);
@@ -154,7 +147,7 @@ void frmMan::removeChecked()
     const int row = current - m_items->checkedCount(current);
     m_items->removeChecked();
     // The current item stays it; one that has gone is followed by the next, or the last.
-    m_lvwList->setCurrentIndex(m_items->index(std::min(row, m_items->rowCount() - 1)));
+    m_lvwList->setCurrentIndex(m_items->index(std::min(row, m_items->rowCount() - 1), 0));
 }
 
 void frmMan::updateButtons()

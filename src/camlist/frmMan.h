@@ -2,10 +2,10 @@
 
 #include <QDialog>
 
+class CheckedListView;
 class FavouritesModel;
 class Favourites;
 class QPushButton;
-class QTreeView;
 
 /// The window "Manage Favorites": removes and sorts favourites. It works on a copy of them, and
 /// hands that over when it is closed by "Ok"; however else it goes, they stay as they were.
@@ -34,7 +34,7 @@ private:
 
     Favourites* m_favourites;
     FavouritesModel* m_items;
-    QTreeView* m_lvwList;
+    CheckedListView* m_lvwList;
     QPushButton* m_cmdRem;
     QPushButton* m_cmdAll;
     QPushButton* m_cmdNone;

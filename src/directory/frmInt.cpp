@@ -6,20 +6,18 @@
 #include "shared/AppFolder.h"
 #include "shared/InputText.h"
 #include "shared/ReplaceFile.h"
-#include "widgets/CheckBoxDelegate.h"
+#include "widgets/CheckedListView.h"
+#include "widgets/MessageQueue.h"
 #include "widgets/Twips.h"
 
 #include <QFile>
 #include <QHBoxLayout>
 #include <QHeaderView>
 #include <QInputDialog>
-#include <QKeyEvent>
 #include <QMenu>
 #include <QMenuBar>
-#include <QMessageBox>
 #include <QPointer>
 #include <QPushButton>
-#include <QTreeView>
 
 #include <utility>
 
@@ -53,6 +51,7 @@ frmInt::frmInt(const QString& folder, const QString& directory, int port, QWidge
     , m_directory(directory)
     , m_HTTP1(this, port)
     , m_found(new FoundCamerasModel(this))
+    , m_messages(new MessageQueue(this))
 {
     setObjectName(u"frmInt"_s);
     setWindowTitle(u"Internet List"_s);
@@ -70,18 +69,9 @@ frmInt::frmInt(const QString& folder, const QString& directory, int port, QWidge
 
 void frmInt::createList()
 {
-    m_lvwList = new QTreeView(this);
-    m_lvwList->setObjectName(u"lvwList"_s);
-    m_lvwList->setAccessibleName(tr("Cameras"));
+    m_lvwList = new CheckedListView(m_found, tr("Cameras"), this);
     m_lvwList->setMinimumSize(SmallestList);
-    m_lvwList->setRootIsDecorated(false);
     m_lvwList->setAllColumnsShowFocus(true);
-    // All rows are measured by the first one, however many there are.
-    m_lvwList->setUniformRowHeights(true);
-    m_lvwList->setEditTriggers(QAbstractItemView::NoEditTriggers);
-    m_lvwList->setItemDelegate(new CheckBoxDelegate(m_lvwList));
-    m_lvwList->setModel(m_found);
-    m_lvwList->header()->setStretchLastSection(false);
     m_lvwList->installEventFilter(this);
 }
 
@@ -234,7 +224,7 @@ void frmInt::addSelected()
 {
     const QList<CameraRecord> cameras = m_found->checkedCameras();
     if (cameras.isEmpty()) {
-        sayNoneSelected();
+        m_messages->tell({QMessageBox::Information, u"Pevora"_s, u"No Cams Selected."_s});
         return;
     }
     const QString path = pathInFolder(m_folder, u"icl.zip"_s);
@@ -249,35 +239,11 @@ void frmInt::addSelected()
         close();
 }
 
-void frmInt::sayNoneSelected()
-{
-    auto* box = new QMessageBox(QMessageBox::Information, u"Pevora"_s, u"No Cams Selected."_s,
-                                QMessageBox::Ok, this);
-    box->setAttribute(Qt::WA_DeleteOnClose);
-    box->open();
-}
-
 bool frmInt::eventFilter(QObject* watched, QEvent* event)
 {
-    if (watched == m_lvwList && event->type() == QEvent::KeyPress &&
-        static_cast<QKeyEvent*>(event)->key() == Qt::Key_Space) {
-        toggleCurrent();
-        return true;
-    }
     if (watched == m_lvwList && event->type() == QEvent::Resize && m_columnsSet)
         growNameColumn(static_cast<QResizeEvent*>(event));
     return QDialog::eventFilter(watched, event);
-}
-
-/// Whichever column was clicked, the space bar is for the row's check box.
-void frmInt::toggleCurrent()
-{
-    const QModelIndex row =
-        m_lvwList->currentIndex().siblingAtColumn(FoundCamerasModel::CategoryColumn);
-    if (!row.isValid())
-        return;
-    const bool checked = row.data(Qt::CheckStateRole).toInt() == Qt::Checked;
-    m_found->setData(row, checked ? Qt::Unchecked : Qt::Checked, Qt::CheckStateRole);
 }
 
 /// Names have what the list gains, from whatever width the user gave them.

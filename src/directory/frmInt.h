@@ -5,11 +5,12 @@
 #include <QDialog>
 #include <QList>
 
+class CheckedListView;
 class FoundCamerasModel;
+class MessageQueue;
 class QAction;
 class QMenu;
 class QPushButton;
-class QTreeView;
 
 /// The window "Internet List": searches the shared camera directory, previews what it finds and
 /// copies what is checked into the user's own list. Its title is its status line too.
@@ -53,15 +54,14 @@ private:
 
     void preview();
     void addSelected();
-    void sayNoneSelected();
-    void toggleCurrent();
     void growNameColumn(const QResizeEvent* event);
 
     QString m_folder;
     QString m_directory;
     HTTP m_HTTP1;
     FoundCamerasModel* m_found;
-    QTreeView* m_lvwList;
+    MessageQueue* m_messages;
+    CheckedListView* m_lvwList;
     QPushButton* m_cmdAll;
     QPushButton* m_cmdNone;
     QPushButton* m_cmdPre;

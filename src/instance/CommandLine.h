@@ -5,7 +5,7 @@
 
 #include <optional>
 
-/// What the program was asked to open.
+/// A file that the program was asked to open, by its command line or by another instance.
 struct CommandLineFile
 {
     enum class Kind { None, Movie, CameraList };

@@ -2,47 +2,38 @@
 
 #include "shared/Timer.h"
 
-#include <QSignalBlocker>
-
-#include <utility>
-
 using namespace Qt::Literals::StringLiterals;
 
 namespace {
 
 // Kept: not the test of the command line (see CommandLine.h). There ".pvm" alone is a movie.
-bool isMovie(const QString& text)
+CommandLineFile::Kind kindOf(const QString& name)
 {
-    return text.size() > 4 && text.right(4).toLower() == ".pvm"_L1;
+    if (name.isEmpty())
+        return CommandLineFile::Kind::None;
+    const bool isMovie = name.size() > 4 && name.right(4).toLower() == ".pvm"_L1;
+    return isMovie ? CommandLineFile::Kind::Movie : CommandLineFile::Kind::CameraList;
 }
 
 } // namespace
 
-FileInbox::FileInbox(Window window, QWidget* parent)
-    : QLineEdit(parent)
-    , m_window(std::move(window))
-    // One file an event: in between, whoever hands the next one over is answered.
+FileInbox::FileInbox(QObject* parent)
+    : QObject(parent)
     , m_tmrTurn(new Timer(u"tmrTurn"_s, 0, this))
 {
-    setObjectName(u"txtCom"_s);
-    setAccessibleName(tr("Files to open"));
-    hide();
-    connect(this, &QLineEdit::textChanged, this, [this](const QString& text) {
-        m_waiting.append(text);
-        wake();
+    connect(m_tmrTurn, &Timer::Tick, this, [this] {
+        m_tmrTurn->setEnabled(false);
+        emit FileWaits();
     });
-    connect(m_tmrTurn, &Timer::Tick, this, &FileInbox::actOnNext);
 }
 
-bool FileInbox::receive(const QString& text)
+bool FileInbox::receive(const QString& name)
 {
-    if (m_waiting.size() >= MaxWaiting)
+    if (m_closed || m_waiting.size() >= MaxWaiting)
         return false;
-    {
-        const QSignalBlocker silent(this);
-        clear();
-    }
-    setText(text);
+    m_waiting.append(name);
+    emit Received(name);
+    wake();
     return true;
 }
 
@@ -51,25 +42,21 @@ void FileInbox::wake()
     m_tmrTurn->setEnabled(!m_waiting.isEmpty());
 }
 
-void FileInbox::openWaitingLists()
+CommandLineFile FileInbox::takeNext()
 {
-    m_tmrTurn->setEnabled(false);
-    while (!m_waiting.isEmpty()) {
-        const QString text = m_waiting.takeFirst();
-        if (!text.isEmpty() && !isMovie(text))
-            m_window.openList(text);
-    }
+    const QString name = m_waiting.isEmpty() ? QString() : m_waiting.takeFirst();
+    wake();
+    return {kindOf(name), name};
 }
 
-void FileInbox::actOnNext()
+QStringList FileInbox::close()
 {
-    if (m_waiting.isEmpty() || m_window.isBusy())
-        return m_tmrTurn->setEnabled(false);
-    const QString text = m_waiting.takeFirst();
-    if (text.isEmpty())
-        return;
-    if (isMovie(text))
-        m_window.openMovie(text);
-    else
-        m_window.openList(text);
+    m_closed = true;
+    QStringList lists;
+    for (; !m_waiting.isEmpty(); m_waiting.removeFirst()) {
+        if (kindOf(m_waiting.first()) == CommandLineFile::Kind::CameraList)
+            lists.append(m_waiting.first());
+    }
+    wake();
+    return lists;
 }

@@ -1,48 +1,47 @@
 #pragma once
 
-#include <QLineEdit>
+#include "instance/CommandLine.h"
 
-#include <functional>
+#include <QObject>
+#include <QStringList>
 
 class Timer;
 
-/// `txtCom`, the text box into which other instances write the files that they hand over: each
-/// change of its text is acted upon once, in the order of coming, as soon as nothing that takes
-/// long runs. Never visible, never has the keyboard; the window that it is in is neither restored
-/// nor raised. The text stays after use.
-class FileInbox : public QLineEdit
+/// The queue of the files that other instances hand over. It only keeps them: its owner takes the
+/// next one when FileWaits says so and nothing that takes long runs.
+class FileInbox : public QObject
 {
     Q_OBJECT
 
 public:
-    /// What the box needs of its window.
-    struct Window
-    {
-        /// Whether something runs that a file has to wait for; wake() is due when it is over.
-        std::function<bool()> isBusy;
-        std::function<void(const QString& name)> openMovie;
-        std::function<void(const QString& name)> openList;
-    };
+    explicit FileInbox(QObject* parent = nullptr);
 
-    FileInbox(Window window, QWidget* parent);
+    /// Queues the file `name`, also where it is the one before. False, and nothing happens, where
+    /// MaxWaiting are waiting or after close().
+    bool receive(const QString& name);
 
-    /// Puts `text` into the box; to be acted upon also where the box has the same text already.
-    /// False, and nothing happens, where MaxWaiting are waiting.
-    bool receive(const QString& text);
-
-    /// Goes on with what waits.
+    /// Lets FileWaits come again where a file waits: the owner took none then, and can now.
     void wake();
 
-    /// For the end of the program: opens the lists that still wait, whose senders are gone, so
-    /// that they are saved with the rest. Movies are forgotten.
-    void openWaitingLists();
+    /// Takes the next file out of the queue, of kind None where its name is empty or none waits.
+    /// For those behind it FileWaits comes in an event of its own: in between, whoever hands the
+    /// next one over is answered.
+    CommandLineFile takeNext();
+
+    /// For the end of the program: receives no more, and gives the lists that still wait, whose
+    /// senders are gone, so that they are saved with the rest. Movies are forgotten.
+    QStringList close();
 
     static constexpr qsizetype MaxWaiting = 1'000;
 
-private:
-    void actOnNext();
+signals:
+    /// A file came.
+    void Received(const QString& name);
+    /// takeNext() has one.
+    void FileWaits();
 
-    Window m_window;
+private:
     QStringList m_waiting;
     Timer* m_tmrTurn;
+    bool m_closed = false;
 };

@@ -1,6 +1,7 @@
 #include "instance/InstanceClient.h"
 
 #include "instance/InstanceLock.h"
+#include "instance/InstanceMessage.h"
 
 #include <QDeadlineTimer>
 #include <QDir>
@@ -11,11 +12,11 @@ using namespace Qt::Literals::StringLiterals;
 
 namespace {
 
-/// The running instance may have taken the place and not listen yet.
+/// The server may have taken the lock and not listen yet.
 constexpr int PauseMs = 20;
 
-/// One attempt: true where the file was taken.
-bool isTaken(const QString& serverName, const QByteArray& message, const QDeadlineTimer& end)
+/// One attempt: true where the server acknowledged the file.
+bool deliver(const QString& serverName, const QByteArray& message, const QDeadlineTimer& end)
 {
     QLocalSocket socket;
     socket.connectToServer(serverName);
@@ -24,28 +25,34 @@ bool isTaken(const QString& serverName, const QByteArray& message, const QDeadli
     socket.write(message);
     char answer = 0;
     return socket.waitForReadyRead(static_cast<int>(end.remainingTime())) &&
-           socket.getChar(&answer) && answer == meeting::Taken;
+           socket.getChar(&answer) && answer == instanceMessage::Acknowledged;
 }
 
 } // namespace
 
-HandOver handOver(InstanceLock& place, const QString& name, int patienceMs)
+InstanceClient::InstanceClient(InstanceLock& lock)
+    : m_lock(lock)
 {
-    const QByteArray message = meeting::messageOf(meeting::Kind::File, nameForOtherInstance(name));
+}
+
+InstanceClient::Result InstanceClient::handOver(const QString& name, int patienceMs)
+{
+    const QByteArray message =
+        instanceMessage::encode(instanceMessage::Kind::File, nameForServer(name));
     const QDeadlineTimer end(patienceMs);
     do {
-        if (!message.isEmpty() && isTaken(place.serverName(), message, end))
-            return HandOver::Delivered;
-        if (place.take() != FileLock::Result::HeldByAnother)
-            return HandOver::NobodyServes;
+        if (!message.isEmpty() && deliver(m_lock.serverName(), message, end))
+            return Result::Delivered;
+        if (m_lock.take() != FileLock::Result::HeldByAnother)
+            return Result::NoServer;
         if (message.isEmpty())
             break;
         QThread::msleep(PauseMs);
     } while (!end.hasExpired());
-    return HandOver::Unanswered;
+    return Result::Unanswered;
 }
 
-QString nameForOtherInstance(const QString& name)
+QString InstanceClient::nameForServer(const QString& name)
 {
     // Kept: a name that is nothing but the ending is no movie for the instance that runs, which
     // it would be behind a folder.

@@ -41,11 +41,3 @@ QString InstanceLock::serverName() const
 {
     return m_path.isEmpty() ? QString() : localServerName(m_path);
 }
-
-QByteArray meeting::messageOf(Kind kind, const QString& text)
-{
-    const QByteArray message = static_cast<char>(kind) + text.toUtf8();
-    if (message.size() > MaxBytes || message.contains('\0'))
-        return {};
-    return message + '\0';
-}

@@ -2,7 +2,7 @@
 
 #include <QString>
 
-/// The folder in which the user's own instances of the program meet: nobody else reads it, writes
+/// The folder that the user's own instances of the program share: nobody else reads it, writes
 /// it or puts something in its place. Made where it is missing. Empty where there is none that can
 /// be trusted.
 ///

@@ -2,24 +2,23 @@
 
 #include "cameras/CameraCategories.h"
 #include "cameras/EnteredCamera.h"
+#include "shared/BuildSettings.h"
 #include "widgets/InputBoxes.h"
 #include "widgets/LinkLabel.h"
+#include "widgets/MessageQueue.h"
+#include "widgets/OpenAddress.h"
 
 #include <QCheckBox>
 #include <QComboBox>
 #include <QLineEdit>
-#include <QMessageBox>
 #include <QPushButton>
 #include <QVBoxLayout>
 
-#include <algorithm>
-#include <utility>
-
 using namespace Qt::Literals::StringLiterals;
 
-AddPanel::AddPanel(std::function<void(QComboBox*)> fillParent, QWidget* parent)
+AddPanel::AddPanel(QWidget* parent)
     : QScrollArea(parent)
-    , m_fillParent(std::move(fillParent))
+    , m_messages(new MessageQueue(this))
     , m_cmbCat(new QComboBox)
     , m_txtName(new QLineEdit)
     , m_txtUrl(new QLineEdit)
@@ -54,7 +53,7 @@ AddPanel::AddPanel(std::function<void(QComboBox*)> fillParent, QWidget* parent)
     // A camera that needs a header of its own is nobody else's; the tick itself stays.
     connect(m_txtHead, &QLineEdit::textChanged, this,
             [this](const QString& header) { m_chkAdd->setEnabled(header.isEmpty()); });
-    connect(help, &LinkLabel::Clicked, this, &AddPanel::HeaderHelpRequested);
+    connect(help, &LinkLabel::Clicked, this, [] { openAddress(headerHelpPage()); });
     connect(m_cmdAdd, &QPushButton::clicked, this, &AddPanel::addIt);
     auto* form = new QWidget;
     layOut(form);
@@ -87,36 +86,25 @@ void AddPanel::layOut(QWidget* form)
         setTabOrder(order[i - 1], order[i]);
 }
 
-void AddPanel::startAnew()
+void AddPanel::startAnew(const QStringList& categories)
 {
-    fillCategories();
+    m_cmbCat->clear();
+    m_cmbCat->addItems(cameraCategories());
+    for (const QString& category : categories) {
+        if (!cameraCategories().contains(category))
+            m_cmbCat->addItem(category);
+    }
     m_cmbCat->setCurrentIndex(m_cmbCat->findText(DefaultCategory));
     m_txtName->setText(u"New"_s);
     m_txtUrl->setText(u"http://"_s);
     m_txtHead->clear();
 }
 
-/// The categories that always stood here, then the list's others.
-void AddPanel::fillCategories()
-{
-    m_cmbCat->clear();
-    m_cmbCat->addItems(cameraCategories());
-    QComboBox ofList;
-    m_fillParent(&ofList);
-    for (int i = 0; i < ofList.count(); ++i) {
-        if (!cameraCategories().contains(ofList.itemText(i)))
-            m_cmbCat->addItem(ofList.itemText(i));
-    }
-}
-
 bool AddPanel::isThere(const QString& text, const QString& title, const QString& message)
 {
     if (!text.isEmpty())
         return true;
-    auto* box =
-        new QMessageBox(QMessageBox::Information, title, message, QMessageBox::Ok, window());
-    box->setAttribute(Qt::WA_DeleteOnClose);
-    box->open();
+    m_messages->tell({QMessageBox::Information, title, message});
     return false;
 }
 

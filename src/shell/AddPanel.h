@@ -3,9 +3,9 @@
 #include <QScrollArea>
 
 #include <array>
-#include <functional>
 
 class LinkLabel;
+class MessageQueue;
 class QCheckBox;
 class QComboBox;
 class QLabel;
@@ -20,26 +20,23 @@ class AddPanel : public QScrollArea
     Q_OBJECT
 
 public:
-    /// `fillParent` adds the categories that the list has to a box.
-    AddPanel(std::function<void(QComboBox*)> fillParent, QWidget* parent);
+    explicit AddPanel(QWidget* parent);
 
-    /// Every visit begins with the same values; what was typed before is gone.
-    void startAnew();
+    /// Every visit begins with the same values; what was typed before is gone. The category box
+    /// offers those that always stood there, then the others of `categories`, which the list has.
+    void startAnew(const QStringList& categories);
 
 signals:
     /// "Add It" was pressed and everything was there. `submit`: to the directory, too.
     void CameraEntered(const EnteredCamera& camera, bool submit);
-    /// The page about extra headers is wanted.
-    void HeaderHelpRequested();
 
 private:
     void layOut(QWidget* form);
     void addIt();
-    void fillCategories();
     /// Whether `text` is there; says so where it is not.
     bool isThere(const QString& text, const QString& title, const QString& message);
 
-    std::function<void(QComboBox*)> m_fillParent;
+    MessageQueue* m_messages;
     std::array<QLabel*, 4> m_lbl;
     QComboBox* m_cmbCat;
     QLineEdit* m_txtName;

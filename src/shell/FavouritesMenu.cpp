@@ -5,6 +5,8 @@
 
 #include <QMenu>
 
+#include <iterator>
+
 using namespace Qt::Literals::StringLiterals;
 
 namespace {
@@ -26,28 +28,30 @@ FavouritesMenu::FavouritesMenu(Favourites* favourites, QMenu* menu)
     rebuild();
 }
 
+FavouritesMenu::~FavouritesMenu() = default;
+
 void FavouritesMenu::rebuild()
 {
     const auto& entries = m_favourites->entries();
-    while (m_mnuFavGo.size() > entries.size())
-        delete m_mnuFavGo.takeLast();
-    for (qsizetype i = 0; i < entries.size(); ++i) {
-        if (i == m_mnuFavGo.size())
-            append();
+    while (std::ssize(m_mnuFavGo) > entries.size())
+        m_mnuFavGo.pop_back();
+    while (std::ssize(m_mnuFavGo) < entries.size())
+        append();
+    qsizetype i = 0;
+    for (const auto& one : m_mnuFavGo) {
         // Caption and tag live in the record, whole.
-        m_mnuFavGo[i]->setText(menuText(m_menu->fontMetrics().elidedText(
-            entries[i].shownName(), Qt::ElideMiddle, WidestNamePx)));
-        m_mnuFavGo[i]->setVisible(!m_favourites->isHidden(i));
+        one->setText(menuText(m_menu->fontMetrics().elidedText(entries[i].shownName(),
+                                                               Qt::ElideMiddle, WidestNamePx)));
+        one->setVisible(!m_favourites->isHidden(i++));
     }
 }
 
 void FavouritesMenu::append()
 {
-    const qsizetype i = m_mnuFavGo.size();
-    auto* one = new QAction(m_menu);
+    const qsizetype i = std::ssize(m_mnuFavGo);
+    const auto& one = m_mnuFavGo.emplace_back(std::make_unique<QAction>(this));
     one->setObjectName(u"mnuFavGo(%1)"_s.arg(i));
-    connect(one, &QAction::triggered, this,
+    connect(one.get(), &QAction::triggered, this,
             [this, i] { emit Opened(m_favourites->entries().value(i).key); });
-    m_mnuFavGo.append(one);
-    m_menu->addAction(one);
+    m_menu->addAction(one.get());
 }

@@ -1,7 +1,9 @@
 #pragma once
 
-#include <QList>
 #include <QObject>
+
+#include <memory>
+#include <vector>
 
 class Favourites;
 class QAction;
@@ -15,6 +17,7 @@ class FavouritesMenu : public QObject
 
 public:
     FavouritesMenu(Favourites* favourites, QMenu* menu);
+    ~FavouritesMenu() override;
 
 signals:
     /// A favourite was chosen: its camera key.
@@ -26,5 +29,5 @@ private:
 
     Favourites* m_favourites;
     QMenu* m_menu;
-    QList<QAction*> m_mnuFavGo;
+    std::vector<std::unique_ptr<QAction>> m_mnuFavGo;
 };

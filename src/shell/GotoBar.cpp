@@ -1,6 +1,7 @@
 #include "shell/GotoBar.h"
 
 #include "cameras/CameraKey.h"
+#include "camlist/CamList.h"
 #include "widgets/InputBoxes.h"
 
 #include <QKeyEvent>
@@ -11,9 +12,9 @@
 
 using namespace Qt::Literals::StringLiterals;
 
-GotoBar::GotoBar(CameraNames names, QWidget* parent)
+GotoBar::GotoBar(const CamList& list, QWidget* parent)
     : QComboBox(parent)
-    , m_names(std::move(names))
+    , m_list(list)
 {
     setObjectName(u"cmbUrl"_s);
     setAccessibleName(tr("Address"));
@@ -115,7 +116,7 @@ void GotoBar::enter()
     const QString text = currentText();
     QString url = text;
     if (!hasWebScheme(text)) {
-        url = m_names.ReturnUrlViaName(text);
+        url = m_list.ReturnUrlViaName(text);
         if (url.isEmpty())
             url = text;
     }
@@ -137,7 +138,7 @@ void GotoBar::enter()
 void GotoBar::complete()
 {
     const QString typed = currentText();
-    const QString rest = m_names.Search(typed).mid(typed.size());
+    const QString rest = m_list.Search(typed).mid(typed.size());
     if (rest.isEmpty())
         return;
     lineEdit()->setText(typed + rest);
@@ -150,7 +151,7 @@ void GotoBar::entryChosen()
     endTyping(false);
     if (text.isEmpty())
         return;
-    const QString url = m_names.ReturnUrlViaName(text);
+    const QString url = m_list.ReturnUrlViaName(text);
     emit CameraChosen(url.isEmpty() ? text : url);
 }
 

@@ -2,8 +2,9 @@
 
 #include <QComboBox>
 
-#include <functional>
 #include <optional>
+
+class CamList;
 
 /// The goto bar (`cmbUrl`): the user types a camera's name or address and presses Enter. It
 /// completes names as they are typed, keeps what was confirmed in its drop-down, and mirrors the
@@ -13,16 +14,8 @@ class GotoBar : public QComboBox
     Q_OBJECT
 
 public:
-    /// How names are looked up; each gives an empty text where it finds nothing.
-    struct CameraNames
-    {
-        /// The camera key of the camera of this name.
-        std::function<QString(const QString& name)> ReturnUrlViaName;
-        /// The name that completes what was typed so far.
-        std::function<QString(const QString& typed)> Search;
-    };
-
-    GotoBar(CameraNames names, QWidget* parent);
+    /// Names are looked up in `list`, which lives as long.
+    GotoBar(const CamList& list, QWidget* parent);
 
     /// Shows the viewer's address. While a person is typing here that waits until Enter, Escape
     /// or the loss of the keyboard; only the last address waits.
@@ -51,7 +44,7 @@ private:
     void entryChosen();
     void endTyping(bool showWaiting);
 
-    CameraNames m_names;
+    const CamList& m_list;
     std::optional<QString> m_waiting;
     /// Keys whose press came to this bar and whose release has not yet.
     int m_keysDown = 0;

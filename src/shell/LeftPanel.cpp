@@ -32,7 +32,7 @@ LeftPanel::LeftPanel(const QString& folder, QWidget* area)
     , m_cList(new CamList(folder, area))
     , m_opt{new QRadioButton(u"Add"_s, area), new QRadioButton(u"List"_s, area)}
     // Behind the options for the Tab key, too.
-    , m_picAdd(new AddPanel([this](QComboBox* box) { m_cList->FillParent(box); }, area))
+    , m_picAdd(new AddPanel(area))
 {
     m_cList->setObjectName(u"cList"_s);
     m_picAdd->hide();
@@ -48,13 +48,12 @@ LeftPanel::LeftPanel(const QString& folder, QWidget* area)
         });
     }
     connect(m_picAdd, &AddPanel::CameraEntered, this, &LeftPanel::cameraEntered);
-    connect(m_picAdd, &AddPanel::HeaderHelpRequested, this, &LeftPanel::HeaderHelpRequested);
 }
 
 void LeftPanel::optionClicked(int index)
 {
     if (index == AddPage)
-        m_picAdd->startAnew();
+        m_picAdd->startAnew(m_cList->categories());
     m_picAdd->setVisible(index == AddPage);
     m_cList->setVisible(index == ListPage);
 }

@@ -38,8 +38,6 @@ public:
 signals:
     /// A camera was added that shall be offered to the directory, too.
     void Submitted(const EnteredCamera& camera);
-    /// The page about extra headers is wanted.
-    void HeaderHelpRequested();
 
 private:
     void optionClicked(int index);

@@ -5,10 +5,8 @@
 #include <QAction>
 #include <QMenu>
 #include <QMenuBar>
+#include <QMetaEnum>
 #include <QSet>
-
-#include <algorithm>
-#include <utility>
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -18,8 +16,8 @@ enum class Check { None, Off, On };
 
 struct Row
 {
-    /// Empty for a separator.
-    const char* name;
+    /// EntryCount for a separator.
+    MainMenu::Entry entry;
     const char* caption;
     const char* shortcut = "";
     Check check = Check::None;
@@ -27,39 +25,45 @@ struct Row
 
 struct Menu
 {
-    const char* name;
+    MainMenu::Entry entry;
     const char* caption;
     QList<Row> rows;
 };
 
 const QList<Menu>& menus()
 {
-    static const Row separator{"", ""};
+    using enum MainMenu::Entry;
+    static const Row separator{EntryCount, ""};
     static const QList<Menu> table = {
-        {"mnuOpt",
+        {mnuOpt,
          "Options",
-         {{"mnuOptInt", "Internet List"},
+         {{mnuOptInt, "Internet List"},
           separator,
-          {"mnuOptImport", "Import List"},
-          {"mnuOptReload", "Reload List"},
+          {mnuOptImport, "Import List"},
+          {mnuOptReload, "Reload List"},
           separator,
-          {"mnuOptExit", "Exit"},
-          {"mnuOptExitWO", "Exit Without Saving"},
+          {mnuOptExit, "Exit"},
+          {mnuOptExitWO, "Exit Without Saving"},
           separator,
-          {"mnuOptOnTop", "Always on Top", "", Check::Off},
-          {"mnuViewTray", "System Tray Icon", "", Check::On}}},
-        {"mnuFav", "Favorites", {{"mnuFavMan", "Manage Favorites"}, separator}},
-        {"mnuView",
+          {mnuOptOnTop, "Always on Top", "", Check::Off},
+          {mnuViewTray, "System Tray Icon", "", Check::On}}},
+        {mnuFav, "Favorites", {{mnuFavMan, "Manage Favorites"}, separator}},
+        {mnuView,
          "View",
-         {{"mnuViewList", "List", "Ctrl+L", Check::On},
-          {"mnuViewTb", "Toolbar", "Ctrl+T", Check::On},
-          {"mnuViewGoto", "Goto Bar", "Ctrl+G", Check::On},
+         {{mnuViewList, "List", "Ctrl+L", Check::On},
+          {mnuViewTb, "Toolbar", "Ctrl+T", Check::On},
+          {mnuViewGoto, "Goto Bar", "Ctrl+G", Check::On},
           separator,
-          {"mnuViewNew", "New Images Only", "Ctrl+I", Check::On},
-          {"mnuViewOSize", "Original Size", "Ctrl+O", Check::Off}}},
-        {"mnuHelp", "Help", {{"mnuHelpAb", "About"}, separator, {"mnuHelpH", "Online Help"}}},
+          {mnuViewNew, "New Images Only", "Ctrl+I", Check::On},
+          {mnuViewOSize, "Original Size", "Ctrl+O", Check::Off}}},
+        {mnuHelp, "Help", {{mnuHelpAb, "About"}, separator, {mnuHelpH, "Online Help"}}},
     };
     return table;
+}
+
+QString nameOf(MainMenu::Entry entry)
+{
+    return QString::fromLatin1(QMetaEnum::fromType<MainMenu::Entry>().valueToKey(entry));
 }
 
 QString plainCaption(QString title)
@@ -73,42 +77,38 @@ QString plainCaption(QString title)
 
 MainMenu::MainMenu(QMenuBar* bar)
     : QObject(bar)
+    , m_bar(bar)
 {
     for (const Menu& menu : menus()) {
         auto* one = bar->addMenu(QString::fromLatin1(menu.caption));
-        one->setObjectName(QString::fromLatin1(menu.name));
-        m_menus.append(one);
+        one->setObjectName(nameOf(menu.entry));
+        m_entries[menu.entry] = one->menuAction();
         for (const Row& row : menu.rows) {
-            if (!*row.name) {
+            if (row.entry == EntryCount) {
                 one->addSeparator();
                 continue;
             }
             auto* action = one->addAction(QString::fromLatin1(row.caption));
-            action->setObjectName(QString::fromLatin1(row.name));
+            action->setObjectName(nameOf(row.entry));
             action->setShortcut(QKeySequence(QString::fromLatin1(row.shortcut)));
             action->setCheckable(row.check != Check::None);
             action->setChecked(row.check == Check::On);
-            m_entries.insert(action->objectName(), action);
+            m_entries[row.entry] = action;
         }
     }
     assignAccessKeys();
 }
 
-QAction* MainMenu::entry(const QString& name) const
-{
-    return m_entries.value(name);
-}
-
 QMenu* MainMenu::favourites() const
 {
-    const auto isFavourites = [](const QMenu* menu) { return menu->objectName() == "mnuFav"_L1; };
-    return *std::find_if(m_menus.begin(), m_menus.end(), isFavourites);
+    return entry(mnuFav)->menu();
 }
 
 void MainMenu::assignAccessKeys()
 {
     QSet<QChar> taken;
-    for (auto* menu : std::as_const(m_menus)) {
+    for (const QAction* title : m_bar->actions()) {
+        QMenu* const menu = title->menu();
         const QString caption = plainCaption(menu->title());
         qsizetype key = -1;
         for (qsizetype i = 0; i < caption.size() && key < 0; ++i) {

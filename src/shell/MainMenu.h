@@ -1,22 +1,49 @@
 #pragma once
 
-#include <QHash>
 #include <QObject>
+
+#include <array>
 
 class QAction;
 class QMenu;
 class QMenuBar;
 
-/// The main window's menus, built from one table of names, captions, shortcuts and checks.
+/// The main window's menus, built from one table of entries, captions, shortcuts and checks.
 class MainMenu : public QObject
 {
     Q_OBJECT
 
 public:
+    /// What has a caption there: the four menus, each before its own entries. The name of a value
+    /// is the objectName of its menu or entry.
+    enum Entry {
+        mnuOpt,
+        mnuOptInt,
+        mnuOptImport,
+        mnuOptReload,
+        mnuOptExit,
+        mnuOptExitWO,
+        mnuOptOnTop,
+        mnuViewTray,
+        mnuFav,
+        mnuFavMan,
+        mnuView,
+        mnuViewList,
+        mnuViewTb,
+        mnuViewGoto,
+        mnuViewNew,
+        mnuViewOSize,
+        mnuHelp,
+        mnuHelpAb,
+        mnuHelpH,
+        EntryCount
+    };
+    Q_ENUM(Entry)
+
     explicit MainMenu(QMenuBar* bar);
 
-    /// The entry of that name; the name must be one of the table's.
-    QAction* entry(const QString& name) const;
+    /// The entry; of a menu the one that opens it.
+    QAction* entry(Entry entry) const { return m_entries[entry]; }
 
     /// The Favorites menu, for the entries that mirror the user's favourites.
     QMenu* favourites() const;
@@ -26,6 +53,6 @@ public:
     void assignAccessKeys();
 
 private:
-    QList<QMenu*> m_menus;
-    QHash<QString, QAction*> m_entries;
+    QMenuBar* m_bar;
+    std::array<QAction*, EntryCount> m_entries{};
 };

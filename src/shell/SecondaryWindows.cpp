@@ -49,7 +49,8 @@ void SecondaryWindows::setListTopmost(bool topmost)
 
 void SecondaryWindows::shutDown()
 {
-    delete m_frmInt.data();
+    // At once, with the query that runs: no event deletes it any more.
+    const std::unique_ptr<frmInt> last(m_frmInt);
     m_HTTP1.reset();
 }
 
@@ -65,7 +66,6 @@ void SecondaryWindows::askForList()
 void SecondaryWindows::showAbout(bool topmost)
 {
     auto* what = new frmWhat(homePage(), m_form);
-    connect(what, &frmWhat::HomePageRequested, this, &SecondaryWindows::OpenWeb);
     setTopmost(*what, topmost);
     what->open();
 }

@@ -45,7 +45,6 @@ public:
 signals:
     void Preview(const QString& key);
     void Import(const QString& path);
-    void OpenWeb(const QString& address);
 
 private:
     QString directory() const;

@@ -2,12 +2,11 @@
 
 #include "settings/Ini.h"
 #include "settings/TruthValue.h"
-#include "shell/MainMenu.h"
 #include "viewer/WebCam.h"
 
 #include <QAction>
 
-#include <utility>
+#include <optional>
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -16,52 +15,45 @@ namespace {
 const QString Section = u"VIEW"_s;
 const QString KeepKey = u"KEEP"_s;
 
-/// In the order in which they are written.
-constexpr struct
+struct Row
 {
     const char* key;
-    const char* entry;
-} Checks[] = {{"LIST", "mnuViewList"}, {"TB", "mnuViewTb"},     {"GOTO", "mnuViewGoto"},
-              {"NEW", "mnuViewNew"},   {"TRAY", "mnuViewTray"}, {"OSIZE", "mnuViewOSize"},
-              {"ONTOP", "mnuOptOnTop"}};
+    MainMenu::Entry entry;
+    /// What a text that is no truth value stands for; the check stays as it is.
+    std::optional<bool> unreadable = {};
+};
+
+constexpr Row List{"LIST", MainMenu::mnuViewList};
+constexpr Row ToolBar{"TB", MainMenu::mnuViewTb};
+constexpr Row GotoBar{"GOTO", MainMenu::mnuViewGoto};
+constexpr Row NewOnly{"NEW", MainMenu::mnuViewNew};
+constexpr Row Tray{"TRAY", MainMenu::mnuViewTray, true};
+constexpr Row OnTop{"ONTOP", MainMenu::mnuOptOnTop};
+constexpr Row OriginalSize{"OSIZE", MainMenu::mnuViewOSize};
+
+constexpr Row AsRead[] = {List, ToolBar, GotoBar, NewOnly, Tray, OnTop, OriginalSize};
+constexpr Row AsWritten[] = {List, ToolBar, GotoBar, NewOnly, Tray, OriginalSize, OnTop};
 
 } // namespace
 
-ViewPreferences::ViewPreferences(MainMenu& menu, WebCam& viewer, Targets targets)
-    : m_menu(menu)
+ViewPreferences::ViewPreferences(MainMenu& menu, WebCam& viewer, QObject* parent)
+    : QObject(parent)
+    , m_menu(menu)
     , m_viewer(viewer)
-    , m_targets(std::move(targets))
 {
 }
 
-void ViewPreferences::load(const QString& path) const
+void ViewPreferences::load(const QString& path)
 {
-    const auto read = [&](const QString& key) {
+    const auto read = [&path](const QString& key) {
         return readTruthValue(GetFromINI(Section, key, path));
     };
-    const auto check = [&](const QString& key, const QString& entry) {
-        const auto value = read(key);
+    for (const auto& [key, entry, unreadable] : AsRead) {
+        const auto value = read(QString::fromLatin1(key));
         if (value)
             m_menu.entry(entry)->setChecked(*value);
-        return value;
-    };
-
-    if (const auto value = check(u"LIST"_s, u"mnuViewList"_s))
-        m_targets.showList(*value);
-    if (const auto value = check(u"TB"_s, u"mnuViewTb"_s))
-        m_viewer.setShowToolBar(*value);
-    if (const auto value = check(u"GOTO"_s, u"mnuViewGoto"_s))
-        m_targets.showGotoBar(*value);
-    if (const auto value = check(u"NEW"_s, u"mnuViewNew"_s))
-        m_viewer.setNewOnly(*value);
-    if (check(u"TRAY"_s, u"mnuViewTray"_s).value_or(true))
-        m_targets.addTrayIcon();
-    if (const auto value = check(u"ONTOP"_s, u"mnuOptOnTop"_s))
-        m_targets.setTopmost(*value);
-    if (const auto value = read(u"OSIZE"_s)) {
-        // The opposite first: the entry's own click handler then flips the check and applies it.
-        m_menu.entry(u"mnuViewOSize"_s)->setChecked(!*value);
-        m_menu.entry(u"mnuViewOSize"_s)->trigger();
+        if (const auto on = value ? value : unreadable)
+            emit Read(entry, *on);
     }
     if (const auto value = read(KeepKey))
         m_viewer.setKeepRefreshing(*value);
@@ -69,9 +61,9 @@ void ViewPreferences::load(const QString& path) const
 
 void ViewPreferences::save(const QString& path) const
 {
-    for (const auto& [key, entry] : Checks) {
-        const bool checked = m_menu.entry(QString::fromLatin1(entry))->isChecked();
-        WriteToINI(Section, QString::fromLatin1(key), truthValueText(checked), path);
+    for (const Row& row : AsWritten) {
+        const bool checked = m_menu.entry(row.entry)->isChecked();
+        WriteToINI(Section, QString::fromLatin1(row.key), truthValueText(checked), path);
     }
     if (m_viewer.KeepRefreshing())
         WriteToINI(Section, KeepKey, truthValueText(true), path);

@@ -1,38 +1,33 @@
 #pragma once
 
-#include <QString>
+#include "shell/MainMenu.h"
 
-#include <functional>
+#include <QObject>
 
-class MainMenu;
 class WebCam;
 
-/// The VIEW section of pref.ini: which menu checks it keeps, and what each of them switches.
-/// A stored text that is no truth value leaves its check and its target as they were; only an
-/// unreadable TRAY turns the tray icon on, as it always did.
-class ViewPreferences
+/// The VIEW section of pref.ini: which menu checks it keeps, and whether the viewer keeps
+/// refreshing. What a check switches is its owner's business: Read says that it has to be switched.
+class ViewPreferences : public QObject
 {
-public:
-    /// What the checks switch beside the viewer's properties.
-    struct Targets
-    {
-        std::function<void(bool)> showList;
-        std::function<void(bool)> showGotoBar;
-        std::function<void()> addTrayIcon;
-        std::function<void(bool)> setTopmost;
-    };
+    Q_OBJECT
 
-    ViewPreferences(MainMenu& menu, WebCam& viewer, Targets targets);
+public:
+    ViewPreferences(MainMenu& menu, WebCam& viewer, QObject* parent);
 
     /// Reads LIST, TB, GOTO, NEW, TRAY, ONTOP, OSIZE and KEEP from the ini file at `path`, in this
-    /// order, and applies each.
-    void load(const QString& path) const;
+    /// order, and applies each. A stored text that is no truth value leaves its check and what it
+    /// switches as they were; only an unreadable TRAY turns the tray icon on, as it always did.
+    void load(const QString& path);
 
     /// Writes LIST, TB, GOTO, NEW, TRAY, OSIZE, ONTOP, in this order, and KEEP while it is on.
     void save(const QString& path) const;
 
+signals:
+    /// What `entry` switches is on, or off. Its check says so already.
+    void Read(MainMenu::Entry entry, bool on);
+
 private:
     MainMenu& m_menu;
     WebCam& m_viewer;
-    Targets m_targets;
 };

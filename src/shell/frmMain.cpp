@@ -13,18 +13,21 @@
 #include "shell/FavouritesMenu.h"
 #include "shell/GotoBar.h"
 #include "shell/LeftPanel.h"
-#include "shell/MainMenu.h"
+#include "shell/MainArea.h"
 #include "shell/SecondaryWindows.h"
 #include "shell/ViewPreferences.h"
 #include "tray/TrayHiding.h"
 #include "viewer/WebCam.h"
+#include "widgets/MessageQueue.h"
+#include "widgets/OpenAddress.h"
 #include "widgets/SymbolIcon.h"
 #include "widgets/Topmost.h"
 
+#include <QAction>
 #include <QApplication>
 #include <QCloseEvent>
+#include <QLineEdit>
 #include <QMenuBar>
-#include <QMessageBox>
 #include <QScreen>
 #include <QThread>
 
@@ -44,6 +47,7 @@ frmMain::frmMain(const Folders& folders, const QString& commandLine)
     : m_folders(folders)
     , m_menu(new MainMenu(menuBar()))
     , m_favourites(new Favourites(this))
+    , m_messages(new MessageQueue(this))
 {
     setObjectName(u"frmMain"_s);
     setWindowTitle(u"Pevora"_s);
@@ -59,28 +63,19 @@ frmMain::~frmMain() = default;
 
 void frmMain::createParts()
 {
-    // The parts are placed by the window's own rules, not by a QLayout.
-    auto* area = new QWidget(this);
-    area->installEventFilter(this);
-    m_left = new LeftPanel(m_folders.application, area);
-    m_cam = new WebCam(m_folders.application, area);
-    m_cam->setObjectName(u"Cam"_s);
+    m_area = new MainArea(m_folders.application, *m_menu, this);
+    m_left = m_area->left();
+    m_cam = m_area->cam();
+    m_cmbUrl = m_area->cmbUrl();
     CamList* list = &m_left->cList();
-    m_cmbUrl = new GotoBar({[list](const QString& name) { return list->ReturnUrlViaName(name); },
-                            [list](const QString& typed) { return list->Search(typed); }},
-                           area);
-    setCentralWidget(area);
+    setCentralWidget(m_area);
 
     connect(list, &CamList::Click, this, [this](const QString&, const QString& key) {
         m_cmbUrl->showNow(key);
         showCamera(key);
     });
     connect(list, &CamList::AddFavorite, m_favourites, &Favourites::add);
-    m_txtCom = new FileInbox({[this] { return m_shutDown || m_cam->isBusy(); },
-                              [this](const QString& name) { m_cam->LoadMovie(name); },
-                              [list](const QString& name) { list->LoadFile(name); }},
-                             this);
-    connect(m_cam, &WebCam::Idle, m_txtCom, &FileInbox::wake);
+    createInbox();
     connect(m_cmbUrl, &GotoBar::CameraChosen, this, &frmMain::showCamera);
     connect(m_cam, &WebCam::ImageChange, this,
             [this](const QString&, const QString& url) { m_cmbUrl->mirror(url); });
@@ -89,41 +84,48 @@ void frmMain::createParts()
     m_windows = new SecondaryWindows(this, m_folders.application);
     connect(m_windows, &SecondaryWindows::Preview, this, &frmMain::showCamera);
     connect(m_windows, &SecondaryWindows::Import, list, &CamList::LoadFile);
-    connect(m_windows, &SecondaryWindows::OpenWeb, m_cam, &WebCam::OpenWeb);
     connect(m_left, &LeftPanel::Submitted, m_windows, &SecondaryWindows::submit);
-    connect(m_left, &LeftPanel::HeaderHelpRequested, this,
-            [this] { m_cam->OpenWeb(headerHelpPage()); });
+}
+
+/// `txtCom` shows the last file that came. It is never visible, never has the keyboard and is the
+/// window's only child of its kind; the window is neither restored nor raised.
+void frmMain::createInbox()
+{
+    m_inbox = new FileInbox(this);
+    auto* txtCom = new QLineEdit(this);
+    txtCom->setObjectName(u"txtCom"_s);
+    txtCom->setAccessibleName(tr("Files to open"));
+    txtCom->hide();
+    connect(m_inbox, &FileInbox::Received, txtCom, &QLineEdit::setText);
+    connect(m_inbox, &FileInbox::FileWaits, this, [this] {
+        if (!m_cam->isBusy())
+            openFile(m_inbox->takeNext());
+    });
+    connect(m_cam, &WebCam::Idle, m_inbox, &FileInbox::wake);
 }
 
 void frmMain::connectMenus()
 {
-    const auto on = [this](const QString& name, auto&& handler) {
-        connect(m_menu->entry(name), &QAction::triggered, this,
+    using enum MainMenu::Entry;
+    const auto on = [this](MainMenu::Entry entry, auto&& handler) {
+        connect(m_menu->entry(entry), &QAction::triggered, this,
                 std::forward<decltype(handler)>(handler));
     };
-    on(u"mnuOptInt"_s,
-       [this] { m_windows->showInternetList(m_menu->entry(u"mnuOptOnTop"_s)->isChecked()); });
-    on(u"mnuOptImport"_s, [this] { m_windows->askForList(); });
-    on(u"mnuOptReload"_s, [this] { m_left->cList().LoadFile(); });
-    on(u"mnuOptExit"_s, [this] { close(); });
-    on(u"mnuOptExitWO"_s, [this] { askExitWithoutSaving(); });
-    on(u"mnuFavMan"_s, [this] { (new frmMan(m_favourites, this))->open(); });
-    on(u"mnuOptOnTop"_s, [this](bool checked) {
-        setTopmost(*this, checked);
-        m_windows->setListTopmost(checked);
-    });
-    on(u"mnuViewList"_s, [this](bool checked) { showList(checked); });
-    on(u"mnuViewTb"_s, [this] { switchToolBar(); });
-    on(u"mnuViewGoto"_s, [this](bool checked) {
-        showGotoBar(checked);
+    on(mnuOptInt, [this] { m_windows->showInternetList(isChecked(mnuOptOnTop)); });
+    on(mnuOptImport, [this] { m_windows->askForList(); });
+    on(mnuOptReload, [this] { m_left->cList().LoadFile(); });
+    on(mnuOptExit, [this] { close(); });
+    on(mnuOptExitWO, [this] { askExitWithoutSaving(); });
+    on(mnuFavMan, [this] { (new frmMan(m_favourites, this))->open(); });
+    on(mnuViewTb, [this] { m_area->switchToolBar(); });
+    for (const auto entry : {mnuOptOnTop, mnuViewList, mnuViewGoto, mnuViewNew, mnuViewOSize})
+        on(entry, [this, entry](bool checked) { apply(entry, checked); });
+    on(mnuViewGoto, [this](bool checked) {
         if (checked)
             m_cmbUrl->setFocus();
     });
-    on(u"mnuViewNew"_s, [this](bool checked) { m_cam->setNewOnly(checked); });
-    on(u"mnuViewOSize"_s, [this](bool checked) { m_cam->setOriginalSize(checked); });
-    on(u"mnuHelpAb"_s,
-       [this] { m_windows->showAbout(m_menu->entry(u"mnuOptOnTop"_s)->isChecked()); });
-    on(u"mnuHelpH"_s, [this] { m_cam->OpenWeb(helpPage()); });
+    on(mnuHelpAb, [this] { m_windows->showAbout(isChecked(mnuOptOnTop)); });
+    on(mnuHelpH, [] { openAddress(helpPage()); });
 
     auto* mirror = new FavouritesMenu(m_favourites, m_menu->favourites());
     connect(mirror, &FavouritesMenu::Opened, this, [this](const QString& key) {
@@ -131,13 +133,46 @@ void frmMain::connectMenus()
         m_cmbUrl->showNow(webAddressOf(m_cam->Url()));
     });
 
-    m_tray = new TrayHiding(*this, *m_menu->entry(u"mnuViewTray"_s));
-    m_preferences = std::make_unique<ViewPreferences>(
-        *m_menu, *m_cam,
-        ViewPreferences::Targets{[this](bool shown) { showList(shown); },
-                                 [this](bool shown) { showGotoBar(shown); },
-                                 [this] { m_tray->addIconSoon(); },
-                                 [this](bool topmost) { setTopmost(*this, topmost); }});
+    m_tray = new TrayHiding(*this, *m_menu->entry(mnuViewTray));
+    m_preferences = new ViewPreferences(*m_menu, *m_cam, this);
+    connect(m_preferences, &ViewPreferences::Read, this, &frmMain::apply);
+}
+
+/// Switches what the check of `entry` stands for.
+void frmMain::apply(MainMenu::Entry entry, bool on)
+{
+    switch (entry) {
+    case MainMenu::mnuOptOnTop:
+        setTopmost(*this, on);
+        m_windows->setListTopmost(on);
+        break;
+    case MainMenu::mnuViewTray:
+        if (on)
+            m_tray->addIconSoon();
+        break;
+    case MainMenu::mnuViewList:
+        m_area->showList(on);
+        break;
+    case MainMenu::mnuViewTb:
+        m_cam->setShowToolBar(on);
+        break;
+    case MainMenu::mnuViewGoto:
+        m_area->showGotoBar(on);
+        break;
+    case MainMenu::mnuViewNew:
+        m_cam->setNewOnly(on);
+        break;
+    case MainMenu::mnuViewOSize:
+        m_cam->setOriginalSize(on);
+        break;
+    default:
+        break;
+    }
+}
+
+bool frmMain::isChecked(MainMenu::Entry entry) const
+{
+    return m_menu->entry(entry)->isChecked();
 }
 
 /// The order is fixed: camera list, command line, captions, view preferences, favourites.
@@ -164,11 +199,6 @@ void frmMain::openFile(const CommandLineFile& file)
     }
 }
 
-bool frmMain::receive(const QString& name)
-{
-    return !m_shutDown && m_txtCom->receive(name);
-}
-
 void frmMain::applyCaptions()
 {
     const QString folder = languageFolder(m_folders.application, m_folders.program);
@@ -177,38 +207,6 @@ void frmMain::applyCaptions()
     if (!folder.isEmpty())
         ApplyLanguageCaptions(*this, folder + "/lan.ini"_L1);
     m_menu->assignAccessKeys();
-}
-
-void frmMain::showList(bool shown)
-{
-    const QWidget* focus = focusWidget();
-    m_left->setShown(shown);
-    layOut();
-    keepKeyboardInView(focus);
-}
-
-void frmMain::showGotoBar(bool shown)
-{
-    const QWidget* focus = focusWidget();
-    m_cmbUrl->setVisible(shown);
-    layOut();
-    keepKeyboardInView(focus);
-}
-
-void frmMain::switchToolBar()
-{
-    const QWidget* focus = focusWidget();
-    m_cam->setShowToolBar(!m_cam->ShowToolBar());
-    m_menu->entry(u"mnuViewTb"_s)->setChecked(m_cam->ShowToolBar());
-    layOut();
-    keepKeyboardInView(focus);
-}
-
-/// The part that had the keyboard may be hidden now, and Qt gives it to whatever comes next.
-void frmMain::keepKeyboardInView(const QWidget* before)
-{
-    if (before && !before->isVisibleTo(this))
-        (m_cmbUrl->isHidden() ? static_cast<QWidget*>(m_cam) : m_cmbUrl)->setFocus();
 }
 
 void frmMain::showCamera(const QString& key)
@@ -224,20 +222,13 @@ QString frmMain::preferencesPath() const
 
 void frmMain::askExitWithoutSaving()
 {
-    auto* box = new QMessageBox(
-        QMessageBox::Question, u"Exit Without Saving"_s,
-        u"This option allows you to exit and NOT save the Cam List.\r\n\r\nAre you sure you want "
-        "to exit?"_s,
-        QMessageBox::Yes | QMessageBox::No, this);
-    box->setAttribute(Qt::WA_DeleteOnClose);
-    box->setDefaultButton(QMessageBox::No);
-    connect(box, &QMessageBox::finished, this, [this](int answer) {
-        if (answer != QMessageBox::Yes)
-            return;
-        m_exitWithoutSaving = true;
-        close();
-    });
-    box->open();
+    m_messages->ask({QMessageBox::Question, u"Exit Without Saving"_s,
+                     u"This option allows you to exit and NOT save the Cam List.\r\n\r\nAre you "
+                     "sure you want to exit?"_s},
+                    [this] {
+                        m_exitWithoutSaving = true;
+                        close();
+                    });
 }
 
 void frmMain::closeEvent(QCloseEvent* event)
@@ -253,7 +244,8 @@ void frmMain::shutDown()
     m_cam->shutDown();
     m_windows->shutDown();
     m_left->cList().endMessages();
-    m_txtCom->openWaitingLists();
+    for (const QString& list : m_inbox->close())
+        m_left->cList().LoadFile(list);
     // Events run while the preferences are written: no key or click may start anything now.
     setEnabled(false);
     m_preferences->save(preferencesPath());
@@ -267,33 +259,4 @@ void frmMain::shutDown()
     // A window that refused to close would have kept the program without its main window.
     if (QThread::currentThread()->loopLevel() > 0)
         QCoreApplication::exit();
-}
-
-void frmMain::layOut()
-{
-    if (isMinimized())
-        return;
-    const auto checked = [this](const QString& name) { return m_menu->entry(name)->isChecked(); };
-    const bool listChecked = checked(u"mnuViewList"_s);
-    setMinimumWidth(clientWidthForOuterTwips(
-        minimumOuterWidthTwips(checked(u"mnuViewTb"_s), listChecked, LeftPanel::WidthTwips)));
-
-    const int barHeight = m_cmbUrl->sizeHint().height();
-    m_layout = layOutMainWindow({.client = centralWidget()->size(),
-                                 .listChecked = listChecked,
-                                 .listWidthTwips = LeftPanel::WidthTwips,
-                                 .optionHeight = barHeight,
-                                 .gotoBarVisible = !m_cmbUrl->isHidden(),
-                                 .gotoBarHeight = barHeight},
-                                m_layout);
-    m_left->place(m_layout, barHeight);
-    m_cam->setGeometry(m_layout.viewer);
-    m_cmbUrl->setGeometry(m_layout.gotoBar);
-}
-
-bool frmMain::eventFilter(QObject* watched, QEvent* event)
-{
-    if (watched == centralWidget() && event->type() == QEvent::Resize)
-        layOut();
-    return QMainWindow::eventFilter(watched, event);
 }

@@ -1,16 +1,15 @@
 #pragma once
 
-#include "shell/MainLayout.h"
+#include "shell/MainMenu.h"
 
 #include <QMainWindow>
-
-#include <memory>
 
 class FileInbox;
 class Favourites;
 class GotoBar;
 class LeftPanel;
-class MainMenu;
+class MainArea;
+class MessageQueue;
 class SecondaryWindows;
 class TrayHiding;
 class ViewPreferences;
@@ -42,25 +41,22 @@ public:
     /// and SIGTERM all come here.
     void shutDown();
 
-    /// Opens a file that another instance hands over, when nothing that takes long runs any more.
-    /// False, and the file stays with that instance, while the program ends.
-    bool receive(const QString& name);
+    /// Takes the files that other instances hand over. Each is opened when nothing that takes long
+    /// runs any more; while the program ends none is taken.
+    FileInbox& inbox() { return *m_inbox; }
 
 protected:
     void closeEvent(QCloseEvent* event) override;
-    bool eventFilter(QObject* watched, QEvent* event) override;
 
 private:
     void createParts();
+    void createInbox();
     void connectMenus();
+    void apply(MainMenu::Entry entry, bool on);
+    bool isChecked(MainMenu::Entry entry) const;
     void startUp(const QString& commandLine);
     void openFile(const CommandLineFile& file);
     void applyCaptions();
-    void layOut();
-    void showList(bool shown);
-    void showGotoBar(bool shown);
-    void switchToolBar();
-    void keepKeyboardInView(const QWidget* before);
     void showCamera(const QString& key);
     void askExitWithoutSaving();
     QString preferencesPath() const;
@@ -68,14 +64,15 @@ private:
     Folders m_folders;
     MainMenu* m_menu;
     Favourites* m_favourites;
+    MessageQueue* m_messages;
+    MainArea* m_area;
     LeftPanel* m_left;
     WebCam* m_cam;
     GotoBar* m_cmbUrl;
-    FileInbox* m_txtCom;
-    MainLayout m_layout;
+    FileInbox* m_inbox;
     TrayHiding* m_tray;
     SecondaryWindows* m_windows;
-    std::unique_ptr<ViewPreferences> m_preferences;
+    ViewPreferences* m_preferences;
     /// Set by Exit Without Saving alone, and never cleared: the camera list is not saved.
     bool m_exitWithoutSaving = false;
     bool m_shutDown = false;

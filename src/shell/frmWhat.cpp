@@ -2,6 +2,7 @@
 
 #include "shared/BuildSettings.h"
 #include "widgets/LinkLabel.h"
+#include "widgets/OpenAddress.h"
 #include "widgets/SymbolIcon.h"
 
 #include <QDialogButtonBox>
@@ -103,8 +104,7 @@ QWidget* frmWhat::createAbout(const QString& homePage)
     notice->setAlignment(Qt::AlignCenter);
     auto* authors = new QLabel(u"By the Pevora authors"_s, page);
     auto* home = new LinkLabel(homePage, page);
-    connect(home, &LinkLabel::Clicked, this,
-            [this, homePage] { emit HomePageRequested(homePage); });
+    connect(home, &LinkLabel::Clicked, this, [homePage] { openAddress(homePage); });
 
     auto* column = new QVBoxLayout(page);
     column->addStretch();

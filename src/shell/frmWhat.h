@@ -5,18 +5,14 @@
 class QTabWidget;
 
 /// The window "About": what the program is and whose, and what is new in it. It deletes itself when
-/// it closes, and opens no page itself.
+/// it closes.
 class frmWhat : public QDialog
 {
     Q_OBJECT
 
 public:
-    /// `homePage` is the address that is shown.
+    /// `homePage` is the address that is shown, and that a click on it opens in the browser.
     frmWhat(const QString& homePage, QWidget* parent);
-
-signals:
-    /// The home page is wanted.
-    void HomePageRequested(const QString& address);
 
 private:
     QWidget* createAbout(const QString& homePage);

@@ -31,7 +31,7 @@ TrayHiding::TrayHiding(QWidget& form, QAction& mnuViewTray)
     , m_tmrTray(u"tmrTray"_s, IntervalMs, this)
 {
     form.installEventFilter(this);
-    connect(&m_frmTray, &frmTray::ShowRequested, this, &TrayHiding::showForm);
+    connect(&m_frmTray.sysTray(), &modSysTray::Clicked, this, &TrayHiding::showForm);
     connect(&m_tmrTray, &Timer::Tick, this, &TrayHiding::tick);
     connect(&mnuViewTray, &QAction::triggered, this, [this](bool checked) {
         m_iconWanted = false;

@@ -7,7 +7,6 @@ frmTray::frmTray(const QIcon& icon)
     setObjectName(u"frmTray"_s);
     setWindowIcon(icon);
     setAttribute(Qt::WA_QuitOnClose, false);
-    connect(&m_sysTray, &modSysTray::Clicked, this, &frmTray::ShowRequested);
 }
 
 void frmTray::closeEvent(QCloseEvent* event)

@@ -16,10 +16,6 @@ public:
     modSysTray& sysTray() { return m_sysTray; }
     const modSysTray& sysTray() const { return m_sysTray; }
 
-signals:
-    /// The icon was clicked: the main window is wanted.
-    void ShowRequested();
-
 protected:
     void closeEvent(QCloseEvent* event) override;
 

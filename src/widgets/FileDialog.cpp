@@ -1,13 +1,15 @@
 #include "widgets/FileDialog.h"
 
+#include "widgets/MessageQueue.h"
+
 #include <QFileInfo>
-#include <QMessageBox>
 
 using namespace Qt::Literals::StringLiterals;
 
 FileDialog::FileDialog(AcceptMode mode, const QStringList& filters, const QString& folder,
                        QWidget* window)
     : QFileDialog(window, {}, folder)
+    , m_messages(new MessageQueue(this))
 {
     setObjectName(u"cd"_s);
     setAttribute(Qt::WA_DeleteOnClose);
@@ -39,20 +41,15 @@ bool FileDialog::askBeforeReplacing(const QString& path)
     const QFileInfo file(path);
     if (!file.exists() || file.isDir())
         return false;
-    auto* box = new QMessageBox(
-        QMessageBox::Warning, windowTitle(),
-        QFileDialog::tr("%1 already exists.\nDo you want to replace it?").arg(file.fileName()),
-        QMessageBox::Yes | QMessageBox::No, this);
-    box->setObjectName(u"replace"_s);
-    box->setTextFormat(Qt::PlainText);
-    box->setDefaultButton(QMessageBox::No);
-    box->setAttribute(Qt::WA_DeleteOnClose);
-    connect(box, &QDialog::finished, this, [this](int answer) {
-        if (answer != QMessageBox::Yes)
-            return;
-        setOption(DontConfirmOverwrite);
-        QFileDialog::accept();
-    });
-    box->open();
+    m_messages->ask(
+        {QMessageBox::Warning,
+         windowTitle(),
+         QFileDialog::tr("%1 already exists.\nDo you want to replace it?").arg(file.fileName()),
+         {},
+         u"replace"_s},
+        [this] {
+            setOption(DontConfirmOverwrite);
+            QFileDialog::accept();
+        });
     return true;
 }

@@ -2,7 +2,7 @@
 
 #include <QFileDialog>
 
-class QMessageBox;
+class MessageQueue;
 
 /// The dialog `cd` that asks for the name of one file to open or to save. It answers by
 /// FileChosen, or not at all, and is gone after it has closed. It changes no name: an ending is
@@ -30,4 +30,6 @@ protected:
 
 private:
     bool askBeforeReplacing(const QString& path);
+
+    MessageQueue* m_messages;
 };

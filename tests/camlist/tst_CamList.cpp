@@ -213,6 +213,22 @@ private slots:
         QCOMPARE(shown.all(), QStringList({"Old", "Old/Old"}) + ExampleNodes);
     }
 
+    void aRefusedCameraDoesNotEndItsList()
+    {
+        const QByteArray twice = "Cities\xFFHarbour\xFFURL1\xFF"
+                                 "Cities\xFF"
+                                 "Again\xFFURL1\xFF"
+                                 "Sights\xFFTower\xFFURL2\r\n";
+        ShownList shown;
+        shown.load(twice);
+        QCOMPARE(messages("Cam is already in your list."), 1);
+        QCOMPARE(shown.all(), ExampleNodes);
+        shown.write("icl.zip", "CAMZ" + twice.chopped(2) + "\xFFParks\xFFPond\xFFURL4\r\n");
+        shown.list().LoadFile(shown.path("icl.zip"));
+        QCOMPARE(messages("Cam is already in your list."), 3);
+        QCOMPARE(shown.all(), ExampleNodes + QStringList({"Parks", "Parks/Pond"}));
+    }
+
     void theCheckBoxEndsTheMessagesOfOneList()
     {
         ShownList shown;
@@ -296,6 +312,26 @@ private slots:
         QCOMPARE(messages("Not a valid Zipped Cam List."), 3);
         shown.list().LoadFile(shown.path("missing"));
         QCOMPARE(messages("Not a valid Zipped Cam List."), 1);
+    }
+
+    void messagesOfBothKindsComeInTheOrderOfTheLists()
+    {
+        ShownList shown;
+        shown.load(Example + "\r\n");
+        shown.write("icl.zip", "CAMZ" + Example + "\r\n");
+        shown.list().LoadFile(shown.path("icl.zip"));
+        shown.list().LoadFile(shown.path("missing"));
+        shown.list().AddCam("Again", "URL1", "Cities");
+        QStringList texts;
+        for (int i = 0; i < 4; ++i) {
+            QVERIFY(openDialog<QMessageBox>());
+            QCOMPARE(shown.list().window()->findChildren<QMessageBox*>().size(), 1);
+            texts << answerMessage(QMessageBox::Ok).text;
+            QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+        }
+        const QString listed = "Cam is already in your list.";
+        QCOMPARE(texts, (QStringList{listed, listed, "Not a valid Zipped Cam List.", listed}));
+        QVERIFY(!shown.list().window()->findChild<QMessageBox*>());
     }
 
     void anImportOfNothingAddsTheDefaults()

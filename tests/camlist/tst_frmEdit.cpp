@@ -30,7 +30,7 @@ public:
     }
 
     QLineEdit& box(const QString& name) const { return *editor->findChild<QLineEdit*>(name); }
-    QComboBox& category() const { return *editor->cmbCat(); }
+    QComboBox& category() const { return *editor->findChild<QComboBox*>("cmbCat"); }
     void press(const QString& button) const
     {
         QTest::mouseClick(editor->findChild<QPushButton*>(button), Qt::LeftButton);

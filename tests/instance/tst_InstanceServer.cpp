@@ -1,7 +1,9 @@
 // The channel in one process: the sender, which blocks, is a thread of its own.
 
+#include "instance/FileInbox.h"
 #include "instance/InstanceClient.h"
 #include "instance/InstanceLock.h"
+#include "instance/InstanceMessage.h"
 #include "instance/InstanceServer.h"
 #include "shared/Timer.h"
 #include "support/RunAgain.h"
@@ -9,6 +11,7 @@
 
 #include <QLocalServer>
 #include <QLocalSocket>
+#include <QVariantList>
 
 #include <algorithm>
 #include <memory>
@@ -16,35 +19,35 @@
 #include <unistd.h>
 #include <vector>
 
+using Result = InstanceClient::Result;
+
 namespace {
 
 /// An instance that runs in the application folder `folder`.
 struct Instance
 {
     explicit Instance(const QString& folder)
-        : place(folder)
-        , channel(place, [this](const QString& name) {
-            if (willing)
-                names << name;
-            return willing;
-        })
+        : lock(folder)
+        , server(lock, inbox)
     {
+        QObject::connect(&inbox, &FileInbox::Received, &inbox,
+                         [this](const QString& name) { names << name; });
     }
 
-    bool willing = true;
+    FileInbox inbox;
     QStringList names;
-    InstanceLock place;
-    InstanceServer channel;
+    InstanceLock lock;
+    InstanceServer server;
 };
 
 /// A starting instance that hands a file over, beside the event loop of the test.
 class Sender
 {
 public:
-    Sender(const QString& folder, const QString& name, int patienceMs = HandOverPatienceMs)
+    Sender(const QString& folder, const QString& name, int patienceMs = InstanceClient::PatienceMs)
         : m_thread(QThread::create([=, this] {
-            InstanceLock place(folder);
-            m_result = handOver(place, name, patienceMs);
+            InstanceLock lock(folder);
+            m_result = InstanceClient(lock).handOver(name, patienceMs);
         }))
     {
         m_thread->start();
@@ -52,7 +55,7 @@ public:
     ~Sender() { m_thread->wait(); }
 
     bool isOver() const { return m_thread->isFinished(); }
-    HandOver result() const
+    Result result() const
     {
         const bool inTime = QTest::qWaitFor([this] { return isOver(); }, 30'000);
         if (!inTime)
@@ -62,7 +65,7 @@ public:
     }
 
 private:
-    HandOver m_result = HandOver::NobodyServes;
+    Result m_result = Result::NoServer;
     std::unique_ptr<QThread> m_thread;
 };
 
@@ -101,19 +104,19 @@ private slots:
     void aFileReachesTheInstanceThatServes()
     {
         const Instance running(folder());
-        QVERIFY(running.channel.isServing());
+        QVERIFY(running.server.isServing());
         const QString name = QString::fromUtf8("/a b/日本 ÿ\U0001F600\n\".pvm");
-        QCOMPARE(Sender(folder(), name).result(), HandOver::Delivered);
+        QCOMPARE(Sender(folder(), name).result(), Result::Delivered);
         QCOMPARE(running.names, QStringList(name));
-        QCOMPARE(Sender(folder(), "").result(), HandOver::Delivered);
+        QCOMPARE(Sender(folder(), "").result(), Result::Delivered);
         QCOMPARE(running.names.last(), "");
     }
 
     void theSameFileTwiceComesTwice()
     {
         const Instance running(folder());
-        QCOMPARE(Sender(folder(), "/a.pvm").result(), HandOver::Delivered);
-        QCOMPARE(Sender(folder(), "/a.pvm").result(), HandOver::Delivered);
+        QCOMPARE(Sender(folder(), "/a.pvm").result(), Result::Delivered);
+        QCOMPARE(Sender(folder(), "/a.pvm").result(), Result::Delivered);
         QCOMPARE(running.names, (QStringList{"/a.pvm", "/a.pvm"}));
     }
 
@@ -122,8 +125,8 @@ private slots:
         const QTemporaryDir elsewhere;
         const Instance running(folder());
         const Instance other(elsewhere.path());
-        QVERIFY(running.channel.isServing() && other.channel.isServing());
-        QCOMPARE(Sender(elsewhere.path(), "/a.pvm").result(), HandOver::Delivered);
+        QVERIFY(running.server.isServing() && other.server.isServing());
+        QCOMPARE(Sender(elsewhere.path(), "/a.pvm").result(), Result::Delivered);
         QCOMPARE(running.names, QStringList());
         QCOMPARE(other.names, QStringList("/a.pvm"));
     }
@@ -133,62 +136,61 @@ private slots:
         const QTemporaryDir elsewhere;
         QVERIFY(QFile::link(folder(), elsewhere.filePath("link")));
         const Instance running(folder());
-        QCOMPARE(Sender(elsewhere.filePath("link"), "/a").result(), HandOver::Delivered);
+        QCOMPARE(Sender(elsewhere.filePath("link"), "/a").result(), Result::Delivered);
         QCOMPARE(Sender(folder() + "/../" + QFileInfo(folder()).fileName() + '/', "/b").result(),
-                 HandOver::Delivered);
+                 Result::Delivered);
         QCOMPARE(running.names, (QStringList{"/a", "/b"}));
     }
 
     void whereNobodyServesTheSenderIsTheFirst()
     {
-        InstanceLock place(folder());
+        InstanceLock lock(folder());
         QElapsedTimer clock;
         clock.start();
-        QCOMPARE(handOver(place, "/a.pvm"), HandOver::NobodyServes);
+        QCOMPARE(InstanceClient(lock).handOver("/a.pvm"), Result::NoServer);
         QVERIFY(clock.elapsed() < 1000 * Slower);
-        // From then on the place is its own.
+        // From then on the lock is its own.
         QCOMPARE(InstanceLock(folder()).take(), FileLock::Result::HeldByAnother);
-        const InstanceServer channel(place, [](const QString&) { return true; });
-        QVERIFY(channel.isServing());
+        FileInbox inbox;
+        const InstanceServer server(lock, inbox);
+        QVERIFY(server.isServing());
     }
 
     void aFileThatIsNotTakenStaysWithItsSender()
     {
         auto running = std::make_unique<Instance>(folder());
-        running->willing = false;
+        running->inbox.close();
         const Sender sender(folder(), "/a.pvm");
         // It has asked once, at least, when the instance ends.
         Stranger stranger(folder(), QByteArray("F/b.pvm\0", 8));
         QVERIFY(stranger.isDropped());
         QCOMPARE(stranger.socket.readAll(), "");
         running.reset();
-        QCOMPARE(sender.result(), HandOver::NobodyServes);
+        QCOMPARE(sender.result(), Result::NoServer);
     }
 
     void theSenderWaitsForOneThatIsAboutToServe()
     {
-        InstanceLock place(folder());
-        QCOMPARE(place.take(), FileLock::Result::Taken);
+        InstanceLock lock(folder());
+        QCOMPARE(lock.take(), FileLock::Result::Taken);
         const Sender sender(folder(), "/a.pvm");
         QVERIFY(!QTest::qWaitFor([&] { return sender.isOver(); }, 200));
-        QStringList names;
-        const InstanceServer channel(place, [&](const QString& name) {
-            names << name;
-            return true;
-        });
-        QCOMPARE(sender.result(), HandOver::Delivered);
-        QCOMPARE(names, QStringList("/a.pvm"));
+        FileInbox inbox;
+        QSignalSpy received(&inbox, &FileInbox::Received);
+        const InstanceServer server(lock, inbox);
+        QCOMPARE(sender.result(), Result::Delivered);
+        QCOMPARE(received, QList<QVariantList>{{"/a.pvm"}});
     }
 
     void anInstanceThatDoesNotAnswerIsWaitedForOnlySoLong()
     {
         // Nobody accepts its connection while this thread waits.
         const Instance hanging(folder());
-        InstanceLock place(folder());
+        InstanceLock lock(folder());
         constexpr int patienceMs = 300;
         QElapsedTimer clock;
         clock.start();
-        QCOMPARE(handOver(place, "/a.pvm", patienceMs), HandOver::Unanswered);
+        QCOMPARE(InstanceClient(lock).handOver("/a.pvm", patienceMs), Result::Unanswered);
         QVERIFY(clock.elapsed() >= patienceMs);
         QVERIFY(clock.elapsed() < patienceMs + 2000 * Slower);
         // One that answers late opens the file, too, though nobody waits any more.
@@ -198,14 +200,14 @@ private slots:
     void whatIsTooLongIsNotSent()
     {
         const Instance running(folder());
-        const QString longest = '/' + QString(meeting::MaxBytes - 2, 'x');
-        QCOMPARE(Sender(folder(), longest).result(), HandOver::Delivered);
+        const QString longest = '/' + QString(instanceMessage::MaxBytes - 2, 'x');
+        QCOMPARE(Sender(folder(), longest).result(), Result::Delivered);
         QCOMPARE(running.names, QStringList(longest));
         QElapsedTimer clock;
         clock.start();
-        QCOMPARE(Sender(folder(), longest + 'x').result(), HandOver::Unanswered);
-        QCOMPARE(Sender(folder(), QString("/a") + QChar(0) + "b").result(), HandOver::Unanswered);
-        QVERIFY(clock.elapsed() < HandOverPatienceMs);
+        QCOMPARE(Sender(folder(), longest + 'x').result(), Result::Unanswered);
+        QCOMPARE(Sender(folder(), QString("/a") + QChar(0) + "b").result(), Result::Unanswered);
+        QVERIFY(clock.elapsed() < InstanceClient::PatienceMs);
         QCOMPARE(running.names.size(), 1);
     }
 
@@ -231,9 +233,9 @@ private slots:
     {
         QFETCH(QString, name);
         QFETCH(QString, sent);
-        QCOMPARE(nameForOtherInstance(name), sent);
+        QCOMPARE(InstanceClient::nameForServer(name), sent);
         const Instance running(folder());
-        QCOMPARE(Sender(folder(), name).result(), HandOver::Delivered);
+        QCOMPARE(Sender(folder(), name).result(), Result::Delivered);
         QCOMPARE(running.names, QStringList(sent));
     }
 
@@ -248,9 +250,9 @@ private slots:
         QTest::newRow("half a character") << "F/\xC3" + end;
         QTest::newRow("two messages") << "F/a" + end + "F/b" + end;
         QTest::newRow("more behind it") << "F/a" + end + "b";
-        QTest::newRow("in line with a text") << "Lx" + end;
-        QTest::newRow("too long by one") << 'F' + QByteArray(meeting::MaxBytes, 'x') + end;
-        QTest::newRow("too long without an end") << QByteArray(meeting::MaxBytes + 1, 'F');
+        QTest::newRow("queued with a text") << "Lx" + end;
+        QTest::newRow("too long by one") << 'F' + QByteArray(instanceMessage::MaxBytes, 'x') + end;
+        QTest::newRow("too long without an end") << QByteArray(instanceMessage::MaxBytes + 1, 'F');
         QTest::newRow("ten megabytes") << QByteArray(10'000'000, 'F');
         QByteArray noise(100'000, 0);
         QRandomGenerator random(5);
@@ -267,14 +269,14 @@ private slots:
         // At once, and not when its time is over.
         QTRY_VERIFY_WITH_TIMEOUT(
             [&] {
-                for (Timer* timer : running.channel.findChildren<Timer*>("tmrMessage"))
+                for (Timer* timer : running.server.findChildren<Timer*>("tmrMessage"))
                     timer->setEnabled(false);
                 return stranger.socket.state() == QLocalSocket::UnconnectedState;
             }(),
             10'000);
         QCOMPARE(stranger.socket.readAll(), "");
         QCOMPARE(running.names, QStringList());
-        QCOMPARE(Sender(folder(), "/a.pvm").result(), HandOver::Delivered);
+        QCOMPARE(Sender(folder(), "/a.pvm").result(), Result::Delivered);
         QCOMPARE(running.names, QStringList("/a.pvm"));
     }
 
@@ -297,12 +299,12 @@ private slots:
     void whoSaysNothingIsDroppedAndBlocksNobody()
     {
         const Instance running(folder());
-        const auto timers = [&] { return running.channel.findChildren<Timer*>("tmrMessage"); };
+        const auto timers = [&] { return running.server.findChildren<Timer*>("tmrMessage"); };
         Stranger silent(folder());
         Stranger halfway(folder(), "F/a");
         QTRY_COMPARE(timers().size(), 2);
         QCOMPARE(timers().first()->Interval(), 5000);
-        QCOMPARE(Sender(folder(), "/b").result(), HandOver::Delivered);
+        QCOMPARE(Sender(folder(), "/b").result(), Result::Delivered);
         QCOMPARE(running.names, QStringList("/b"));
         QCOMPARE(silent.socket.state(), QLocalSocket::ConnectedState);
         for (Timer* timer : timers())
@@ -318,7 +320,7 @@ private slots:
         for (qsizetype i = 0; i < InstanceServer::MaxConnections; ++i)
             silent.push_back(std::make_unique<Stranger>(folder()));
         const auto connections = [&] {
-            return running.channel.findChildren<Timer*>("tmrMessage").size();
+            return running.server.findChildren<Timer*>("tmrMessage").size();
         };
         QTRY_COMPARE(connections(), InstanceServer::MaxConnections);
         QCOMPARE(silent[0]->socket.state(), QLocalSocket::ConnectedState);
@@ -326,7 +328,7 @@ private slots:
         QVERIFY(silent[0]->isDropped());
         QCOMPARE(silent[1]->socket.state(), QLocalSocket::ConnectedState);
         QTRY_COMPARE(connections(), InstanceServer::MaxConnections);
-        QCOMPARE(Sender(folder(), "/a").result(), HandOver::Delivered);
+        QCOMPARE(Sender(folder(), "/a").result(), Result::Delivered);
     }
 
     void whoGoesAwayDoesNoHarm()
@@ -337,34 +339,34 @@ private slots:
             gone.socket.flush();
             gone.socket.abort();
         }
-        QCOMPARE(Sender(folder(), "/c").result(), HandOver::Delivered);
+        QCOMPARE(Sender(folder(), "/c").result(), Result::Delivered);
         QTRY_COMPARE(running.names, (QStringList{"/b", "/c"}));
-        QTRY_COMPARE(running.channel.findChildren<Timer*>("tmrMessage").size(), 0);
+        QTRY_COMPARE(running.server.findChildren<Timer*>("tmrMessage").size(), 0);
     }
 
-    void theNextInLineTakesOver()
+    void theNextOfTheQueueTakesOver()
     {
         auto first = std::make_unique<Instance>(folder());
         const Instance second(folder());
-        QVERIFY(!second.channel.isServing());
-        QTRY_VERIFY(second.channel.isInLine());
-        QCOMPARE(Sender(folder(), "/a").result(), HandOver::Delivered);
+        QVERIFY(!second.server.isServing());
+        QTRY_VERIFY(second.server.isQueued());
+        QCOMPARE(Sender(folder(), "/a").result(), Result::Delivered);
         QCOMPARE(first->names, QStringList("/a"));
 
-        // Who stands in line is silent for as long as it likes, and does not ask again and again.
+        // Who is queued is silent for as long as it likes, and does not ask again and again.
         QList<Timer*> timers;
-        QTRY_COMPARE((timers = first->channel.findChildren<Timer*>("tmrMessage")).size(), 1);
+        QTRY_COMPARE((timers = first->server.findChildren<Timer*>("tmrMessage")).size(), 1);
         QTRY_VERIFY(
             std::none_of(timers.begin(), timers.end(), [](Timer* t) { return t->Enabled(); }));
-        QVERIFY(!second.channel.findChild<Timer*>("tmrLine")->Enabled());
+        QVERIFY(!second.server.findChild<Timer*>("tmrQueue")->Enabled());
 
         first.reset();
-        QTRY_VERIFY(second.channel.isServing());
-        QCOMPARE(Sender(folder(), "/b").result(), HandOver::Delivered);
+        QTRY_VERIFY(second.server.isServing());
+        QCOMPARE(Sender(folder(), "/b").result(), Result::Delivered);
         QCOMPARE(second.names, QStringList("/b"));
     }
 
-    void ofManyInLineOneTakesOver()
+    void ofManyQueuedOneTakesOver()
     {
         constexpr int many = 6;
         std::vector<std::unique_ptr<Instance>> running;
@@ -372,22 +374,22 @@ private slots:
             running.push_back(std::make_unique<Instance>(folder()));
         const auto count = [&](auto&& holds) {
             return std::count_if(running.begin(), running.end(),
-                                 [&](const auto& one) { return holds(one->channel); });
+                                 [&](const auto& one) { return holds(one->server); });
         };
         const auto serving = [&] {
             return count([](const InstanceServer& one) { return one.isServing(); });
         };
-        const auto inLine = [&] {
-            return count([](const InstanceServer& one) { return one.isInLine(); });
+        const auto queued = [&] {
+            return count([](const InstanceServer& one) { return one.isQueued(); });
         };
         while (!running.empty()) {
-            QTRY_COMPARE(inLine(), qsizetype(running.size()) - 1);
+            QTRY_COMPARE(queued(), qsizetype(running.size()) - 1);
             QCOMPARE(serving(), 1);
-            QCOMPARE(Sender(folder(), "/a").result(), HandOver::Delivered);
+            QCOMPARE(Sender(folder(), "/a").result(), Result::Delivered);
             running.erase(std::find_if(running.begin(), running.end(),
-                                       [](const auto& one) { return one->channel.isServing(); }));
+                                       [](const auto& one) { return one->server.isServing(); }));
         }
-        QCOMPARE(Sender(folder(), "/a").result(), HandOver::NobodyServes);
+        QCOMPARE(Sender(folder(), "/a").result(), Result::NoServer);
     }
 
     void onlyOneServes()
@@ -395,66 +397,67 @@ private slots:
         const Instance first(folder());
         {
             const Instance second(folder());
-            QTRY_VERIFY(second.channel.isInLine());
+            QTRY_VERIFY(second.server.isQueued());
         }
         // The one that went was not the one that served: its end takes nothing away.
-        QCOMPARE(Sender(folder(), "/a").result(), HandOver::Delivered);
+        QCOMPARE(Sender(folder(), "/a").result(), Result::Delivered);
         QCOMPARE(first.names, QStringList("/a"));
     }
 
-    void whoStopsServingLeavesThePlace()
+    void whoStopsServingReleasesTheLock()
     {
-        InstanceLock place(folder());
-        auto channel = std::make_unique<InstanceServer>(place, [](const QString&) { return true; });
+        InstanceLock lock(folder());
+        FileInbox inbox;
+        auto server = std::make_unique<InstanceServer>(lock, inbox);
         QCOMPARE(InstanceLock(folder()).take(), FileLock::Result::HeldByAnother);
-        channel.reset();
+        server.reset();
         QCOMPARE(InstanceLock(folder()).take(), FileLock::Result::Taken);
-        QVERIFY(!QFileInfo::exists(place.serverName()));
+        QVERIFY(!QFileInfo::exists(lock.serverName()));
     }
 
     void aKilledInstanceLeavesNothingInTheWay()
     {
         // What one leaves that had no time to clean up: the file of the lock and a dead socket.
-        InstanceLock place(folder());
-        QCOMPARE(place.take(), FileLock::Result::Taken);
-        place.leave();
+        InstanceLock lock(folder());
+        QCOMPARE(lock.take(), FileLock::Result::Taken);
+        lock.release();
         {
             QLocalServer dead;
-            QVERIFY(dead.listen(place.serverName()));
-            QVERIFY(QFile::rename(place.serverName(), place.serverName() + "-kept"));
+            QVERIFY(dead.listen(lock.serverName()));
+            QVERIFY(QFile::rename(lock.serverName(), lock.serverName() + "-kept"));
         }
-        QVERIFY(QFile::rename(place.serverName() + "-kept", place.serverName()));
-        QCOMPARE(Sender(folder(), "/a").result(), HandOver::NobodyServes);
+        QVERIFY(QFile::rename(lock.serverName() + "-kept", lock.serverName()));
+        QCOMPARE(Sender(folder(), "/a").result(), Result::NoServer);
 
         const Instance next(folder());
-        QVERIFY(next.channel.isServing());
-        QCOMPARE(Sender(folder(), "/a").result(), HandOver::Delivered);
+        QVERIFY(next.server.isServing());
+        QCOMPARE(Sender(folder(), "/a").result(), Result::Delivered);
         QCOMPARE(next.names, QStringList("/a"));
     }
 
-    void withoutAPrivateFolderThereIsNoChannel()
+    void withoutAPrivateFolderThereIsNoServer()
     {
         QVERIFY(QFile::link(folder(), m_runtime->filePath("pevora")));
         const Instance running(folder());
-        QVERIFY(!running.channel.isServing() && !running.channel.isInLine());
-        QVERIFY(!running.channel.findChild<Timer*>("tmrLine")->Enabled());
-        InstanceLock place(folder());
-        QCOMPARE(place.serverName(), "");
-        QCOMPARE(handOver(place, "/a"), HandOver::NobodyServes);
+        QVERIFY(!running.server.isServing() && !running.server.isQueued());
+        QVERIFY(!running.server.findChild<Timer*>("tmrQueue")->Enabled());
+        InstanceLock lock(folder());
+        QCOMPARE(lock.serverName(), "");
+        QCOMPARE(InstanceClient(lock).handOver("/a"), Result::NoServer);
         QVERIFY(QDir(folder()).isEmpty());
     }
 
-    void aPathTooLongForASocketIsNoChannel()
+    void withAPathTooLongForASocketThereIsNoServer()
     {
         const QString deep = m_runtime->filePath(QString(120, 'd'));
         QVERIFY(QDir().mkdir(deep));
         QVERIFY(QFile::setPermissions(deep, QFile::Permissions(0x7700)));
         qputenv("XDG_RUNTIME_DIR", deep.toLocal8Bit());
         const Instance running(folder());
-        QVERIFY(!running.channel.isServing());
-        QVERIFY(!running.channel.findChild<Timer*>("tmrLine")->Enabled());
+        QVERIFY(!running.server.isServing());
+        QVERIFY(!running.server.findChild<Timer*>("tmrQueue")->Enabled());
         // Nobody waits for one that cannot answer.
-        QCOMPARE(Sender(folder(), "/a").result(), HandOver::NobodyServes);
+        QCOMPARE(Sender(folder(), "/a").result(), Result::NoServer);
     }
 
     void nobodyElseCanOpenWhatIsThere()
@@ -480,11 +483,11 @@ private slots:
             // Even where everybody may reach the folder that the private one lies in.
             QCOMPARE(::chmod(m_runtime->path().toLocal8Bit().constData(), 0755), 0);
             const Instance inOpen(m_runtime->path());
-            QVERIFY(inOpen.channel.isServing());
-            qputenv(variable, inOpen.place.serverName().toLocal8Bit());
+            QVERIFY(inOpen.server.isServing());
+            qputenv(variable, inOpen.lock.serverName().toLocal8Bit());
             QCOMPARE(runAgainAsOrdinaryUser("anotherUserReachesNothing"), "passed");
             QCOMPARE(inOpen.names, QStringList());
-            QCOMPARE(inOpen.channel.findChildren<Timer*>("tmrMessage").size(), 0);
+            QCOMPARE(inOpen.server.findChildren<Timer*>("tmrMessage").size(), 0);
             return;
         }
         const QString server = qEnvironmentVariable(variable);

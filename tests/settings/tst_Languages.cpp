@@ -5,6 +5,8 @@
 #include "support/Paths.h"
 #include "support/ShownMain.h"
 
+#include <QAbstractButton>
+#include <QLabel>
 #include <QMenuBar>
 #include <QStringDecoder>
 
@@ -188,9 +190,16 @@ private slots:
             } else if (row.control.startsWith(u"mnu")) {
                 QCOMPARE(shownText(m.entry(row.control.toString()).text()), caption);
                 ++seen;
+            } else if (const auto* label = m.made().findChild<QLabel*>(row.control.toString())) {
+                QCOMPARE(label->text(), caption);
+                ++seen;
+            } else {
+                QCOMPARE(shownText(m.part<QAbstractButton>(row.control.toString()).text()),
+                         caption);
+                ++seen;
             }
         }
-        QCOMPARE(seen, 17);
+        QCOMPARE(seen, 24);
         QCOMPARE(accessKeys.size(), 4);
     }
 

@@ -1,3 +1,4 @@
+#include "camlist/CamList.h"
 #include "shell/GotoBar.h"
 
 #include <QClipboard>
@@ -8,6 +9,9 @@ class ShownBar
 public:
     ShownBar()
     {
+        list.AddCam("AT&T", "att/a.jpg", "Cities");
+        list.AddCam("Harbour", "cam.example/h.jpg", "Cities");
+        list.AddCam("Tower", "cam.example/t.jpg", "Sights");
         window.resize(500, 100);
         bar.setGeometry(0, 0, 400, 30);
         other.setGeometry(0, 50, 400, 30);
@@ -35,18 +39,10 @@ public:
         return all;
     }
 
-    QMap<QString, QString> cameras = {
-        {"Harbour", "cam.example/h.jpg"}, {"Tower", "cam.example/t.jpg"}, {"AT&T", "att/a.jpg"}};
+    QTemporaryDir folder;
+    CamList list{folder.path(), nullptr};
     QWidget window;
-    GotoBar bar{{[this](const QString& name) { return cameras.value(name); },
-                 [this](const QString& typed) {
-                     for (const auto& name : cameras.keys()) {
-                         if (!typed.isEmpty() && name.startsWith(typed, Qt::CaseInsensitive))
-                             return name;
-                     }
-                     return QString();
-                 }},
-                &window};
+    GotoBar bar{list, &window};
     QLineEdit other{&window};
     QSignalSpy chosen{&bar, &GotoBar::CameraChosen};
 };
@@ -81,8 +77,9 @@ private slots:
         QFETCH(QString, text);
         ShownBar b;
         // A name that begins like a scheme is never looked up.
-        b.cameras["http://cam.example/a.jpg"] = "wrong";
-        b.cameras["https://cam.example:8443/a.jpg"] = "wrong";
+        b.list.AddCam("http://cam.example/a.jpg", "wrong", "Sights");
+        b.list.AddCam("https://cam.example:8443/a.jpg", "wrong, too", "Sights");
+        b.list.AddCam("https://cam.example/a.jpg", "wrong as well", "Sights");
         b.enter(text);
         QCOMPARE(b.lastChosen(), text);
         QCOMPARE(b.entries(), QStringList{text});
@@ -138,6 +135,41 @@ private slots:
             QCOMPARE(b.bar.currentText(), "Ha");
             QVERIFY(b.bar.lineEdit()->selectedText().isEmpty());
         }
+    }
+
+    void everyOtherKeyCompletes_data()
+    {
+        QTest::addColumn<QString>("typed");
+        QTest::addColumn<int>("key");
+        QTest::addColumn<QString>("completed");
+        QTest::newRow("letter") << "Pie" << int(Qt::Key_R) << "Pier 39 west";
+        QTest::newRow("blank") << "Pier" << int(Qt::Key_Space) << "Pier 39 west";
+        QTest::newRow("digit") << "Pier " << int(Qt::Key_3) << "Pier 39 west";
+        QTest::newRow("to the left") << "Pier" << int(Qt::Key_Left) << "Pier 39 west";
+        QTest::newRow("to the end") << "Pier" << int(Qt::Key_End) << "Pier 39 west";
+        QTest::newRow("up") << "Pier" << int(Qt::Key_Up) << "Pier 39 west";
+        QTest::newRow("shift") << "Pier" << int(Qt::Key_Shift) << "Pier 39 west";
+        QTest::newRow("a function key") << "Pier" << int(Qt::Key_F5) << "Pier 39 west";
+        QTest::newRow("Escape") << "Pier" << int(Qt::Key_Escape) << "Pier 39 west";
+        QTest::newRow("Backspace does not") << "Pier" << int(Qt::Key_Backspace) << "Pie";
+        QTest::newRow("Delete does not") << "Pier" << int(Qt::Key_Delete) << "Pier";
+    }
+
+    void everyOtherKeyCompletes()
+    {
+        QFETCH(QString, typed);
+        QFETCH(int, key);
+        QFETCH(QString, completed);
+        ShownBar b;
+        b.list.AddCam("Pier 39 west", "cam.example/p.jpg", "Sights");
+        b.bar.setEditText(typed);
+        QTest::keyPress(&b.bar, Qt::Key(key));
+        QVERIFY(b.bar.currentText() != "Pier 39 west"); // with the release, not the press
+        QTest::keyRelease(&b.bar, Qt::Key(key));
+        QCOMPARE(b.bar.currentText(), completed);
+        const bool found = completed == "Pier 39 west";
+        QCOMPARE(b.bar.lineEdit()->hasSelectedText(), found);
+        QVERIFY(!found || completed.endsWith(b.bar.lineEdit()->selectedText()));
     }
 
     void theTypedCaseIsKept()

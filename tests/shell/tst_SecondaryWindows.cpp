@@ -1,8 +1,9 @@
 // What the main window opens beside itself, and its line to the directory.
 
 #include "cameras/EnteredCamera.h"
+#include "camlist/CamList.h"
 #include "directory/frmInt.h"
-#include "shell/AddPanel.h"
+#include "shell/LeftPanel.h"
 #include "shell/SecondaryWindows.h"
 #include "shell/frmWhat.h"
 #include "support/Dialogs.h"
@@ -12,6 +13,7 @@
 #include "viewer/WebCam.h"
 
 #include <QCheckBox>
+#include <QComboBox>
 #include <QDesktopServices>
 #include <QLineEdit>
 #include <QPushButton>
@@ -184,6 +186,34 @@ private slots:
                                        "Host: 127.0.0.1\r\n"
                                        "Accept: */*\r\n"
                                        "Accept-Language: en\r\n\r\n"});
+    }
+
+    void whatIsOfferedIsWhatWasEntered()
+    {
+        ScriptedServer server;
+        server.listen();
+        server.play("HTTP/1.0 200 OK\r\n\r\n");
+        const QTemporaryDir folder;
+        QFile preferences(folder.filePath("pref.ini"));
+        QVERIFY(preferences.open(QIODevice::WriteOnly));
+        preferences.write("[DIRECTORY]\r\nHOST=127.0.0.1\r\n");
+        preferences.close();
+        QWidget form;
+        LeftPanel left(folder.path(), &form);
+        SecondaryWindows windows(&form, folder.path(), server.port());
+        connect(&left, &LeftPanel::Submitted, &windows, &SecondaryWindows::submit);
+        form.findChild<QRadioButton*>("opt(0)")->click();
+        form.findChild<QComboBox*>("cmbCat")->setEditText("Sights");
+        form.findChild<QLineEdit*>("txtName")->setText("Tower");
+        form.findChild<QLineEdit*>("txtUrl")->setText("http://tower.example/a.jpg");
+        form.findChild<QCheckBox*>("chkAdd")->setChecked(true);
+        form.findChild<QPushButton*>("cmdAdd")->click();
+        QTRY_COMPARE(server.requests().size(), 1);
+        QVERIFY(server.requests().first().startsWith(
+            "GET /pevora/?n=Tower&a=http://tower.example/a.jpg&c=Sights HTTP/1.0\r\n"));
+        left.cList().SaveFile();
+        QCOMPARE(contentOf(folder.filePath("list.dat")),
+                 "Sights\xFFTower\xFFhttp://tower.example/a.jpg\r\n");
     }
 
     void onlyATickedCameraIsSubmitted_data()

@@ -6,7 +6,11 @@
 #include "viewer/surface/ToolBar.h"
 
 #include <QAccessible>
+#include <QCheckBox>
+#include <QLabel>
 #include <QMenuBar>
+#include <QPushButton>
+#include <QRadioButton>
 
 #include <functional>
 #include <tuple>
@@ -213,6 +217,24 @@ private slots:
         QCOMPARE(m.entry("mnuViewTray").text(), "System Tray Icon");
         QCOMPARE(m.entry("mnuViewOSize").text(), "Original Size");
         QCOMPARE(m.made().windowTitle(), "Pevora");
+    }
+
+    void aLanguageFileRelabelsTheLeftColumn()
+    {
+        ShownMain m;
+        m.write("lan.ini", "[MAIN]\r\nLIST=Liste\r\nBADD=Neu & mehr\r\nBADDIT=Dazu\r\nNAME=Wer:\r\n"
+                           "EXTRA=\r\nADDINT=An alle\r\n");
+        QCOMPARE(m.part<QRadioButton>("opt(1)").text(), "Liste");
+        QCOMPARE(m.entry("mnuViewList").text(), "Liste");
+        QCOMPARE(m.part<QRadioButton>("opt(0)").text(), "Neu && mehr");
+        QCOMPARE(m.part<QPushButton>("cmdAdd").text(), "Dazu");
+        QCOMPARE(m.part<QLabel>("lbl(2)").text(), "Wer:");
+        QCOMPARE(m.part<QCheckBox>("chkAdd").text(), "An alle");
+        // What the file lacks or leaves empty falls back to the file's own defaults.
+        QCOMPARE(m.part<QLabel>("lbl(0)").text(), "Category");
+        QCOMPARE(m.part<QLabel>("lbl(3)").text(), "Extra Header (ie: Cookie)");
+        // This one keeps its caption in every language.
+        QCOMPARE(m.part<QLabel>("lbl(1)").text(), "Url: (*.bmp,*.gif,*.jpg)");
     }
 
     void withoutALanguageFileTheDesignCaptionsStay()

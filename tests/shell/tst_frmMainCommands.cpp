@@ -1,5 +1,6 @@
 // Files that other instances hand over to the main window that runs.
 
+#include "instance/FileInbox.h"
 #include "shared/Timer.h"
 #include "support/Dialogs.h"
 #include "support/Pictures.h"
@@ -34,7 +35,7 @@ struct Main : ShownMain
         write("three.pvm", movieOf(3));
         write("five.PVM", movieOf(5));
     }
-    bool receive(const QString& name) { return made().receive(path(name)); }
+    bool receive(const QString& name) { return made().inbox().receive(path(name)); }
     bool has(const QString& camera)
     {
         const auto* tree = part<QTreeView>("tvwCat").model();
@@ -71,7 +72,7 @@ private slots:
         QTRY_VERIFY(m.has("one"));
         QVERIFY(m.has("Mine"));
         QCOMPARE(m.part<QLineEdit>("txtCom").text(), m.path("one"));
-        QVERIFY(m.made().receive(""));
+        QVERIFY(m.made().inbox().receive(""));
         QVERIFY(m.receive("two"));
         QTRY_VERIFY(m.has("two"));
         QVERIFY(m.has("Mine") && m.has("one"));
@@ -90,7 +91,7 @@ private slots:
     {
         Main m;
         m.shown();
-        QVERIFY(m.made().receive(".pvm"));
+        QVERIFY(m.made().inbox().receive(".pvm"));
         QCOMPARE(answerMessage(QMessageBox::Ok).text, "Not a valid Zipped Cam List.");
     }
 

@@ -1,5 +1,6 @@
 // The main window, the tray and the window manager: minimising, coming back, always on top.
 
+#include "instance/FileInbox.h"
 #include "shared/Timer.h"
 #include "support/Desktop.h"
 #include "support/ShownMain.h"
@@ -204,7 +205,7 @@ private slots:
         const QPoint icon = DesktopTray::icon().center();
         minimise(m.made());
         QTRY_VERIFY(m.made().isHidden());
-        QVERIFY(m.made().receive("no such list"));
+        QVERIFY(m.made().inbox().receive("no such list"));
         QTRY_VERIFY(QApplication::activeModalWidget());
         QWidget* box = QApplication::activeModalWidget();
         QVERIFY(QTest::qWaitForWindowExposed(box));

@@ -1,9 +1,10 @@
 #include "viewer/surface/IntervalMenu.h"
 
+#include "widgets/MessageQueue.h"
+
 #include <QActionGroup>
 #include <QInputDialog>
 #include <QLineEdit>
-#include <QMessageBox>
 #include <QRegularExpression>
 
 #include <cmath>
@@ -41,6 +42,7 @@ TypedInterval readInterval(const QString& text)
 
 IntervalMenu::IntervalMenu(QWidget* parent)
     : QMenu(parent)
+    , m_messages(new MessageQueue(parent))
 {
     setObjectName(u"mnuTmr"_s);
     auto* group = new QActionGroup(this);
@@ -109,13 +111,9 @@ void IntervalMenu::customAnswer(const QString& answer)
         return;
     const auto [isNumber, seconds] = readInterval(answer);
     if (!seconds) {
-        auto* box = new QMessageBox(parentWidget());
-        box->setAttribute(Qt::WA_DeleteOnClose);
-        box->setWindowTitle(u"Error"_s);
-        box->setIcon(isNumber ? QMessageBox::Critical : QMessageBox::Information);
-        box->setText(isNumber ? u"Number is too large, please choose a small number."_s
-                              : u"Must be a number!"_s);
-        box->open();
+        m_messages->tell({isNumber ? QMessageBox::Critical : QMessageBox::Information, u"Error"_s,
+                          isNumber ? u"Number is too large, please choose a small number."_s
+                                   : u"Must be a number!"_s});
         return;
     }
     item(CustomIndex)->setText(QString::number(*seconds) + " sec(s)"_L1);

@@ -5,6 +5,8 @@
 
 #include <optional>
 
+class MessageQueue;
+
 /// The menu of the timer button (`mnuTmr`): the refresh intervals (`mnuTmrSel(i)`, i the interval
 /// in seconds), a custom one that is asked for, and whether refreshing goes on after errors.
 class IntervalMenu : public QMenu
@@ -32,6 +34,7 @@ private:
     void customAnswer(const QString& answer);
     QAction* item(int index) const;
 
+    MessageQueue* m_messages;
     QList<QAction*> m_items;
     QAction* m_keep;
 };

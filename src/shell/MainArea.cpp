@@ -1,0 +1,79 @@
+#include "shell/MainArea.h"
+
+#include "shell/GotoBar.h"
+#include "shell/LeftPanel.h"
+#include "shell/MainMenu.h"
+#include "viewer/WebCam.h"
+
+#include <QAction>
+
+using namespace Qt::Literals::StringLiterals;
+
+MainArea::MainArea(const QString& folder, const MainMenu& menu, QWidget* window)
+    : QWidget(window)
+    , m_menu(menu)
+    , m_left(new LeftPanel(folder, this))
+    , m_cam(new WebCam(folder, this))
+    , m_cmbUrl(new GotoBar(m_left->cList(), this))
+{
+    m_cam->setObjectName(u"Cam"_s);
+}
+
+void MainArea::showList(bool shown)
+{
+    const QWidget* focus = window()->focusWidget();
+    m_left->setShown(shown);
+    layOut();
+    keepKeyboardInView(focus);
+}
+
+void MainArea::showGotoBar(bool shown)
+{
+    const QWidget* focus = window()->focusWidget();
+    m_cmbUrl->setVisible(shown);
+    layOut();
+    keepKeyboardInView(focus);
+}
+
+void MainArea::switchToolBar()
+{
+    const QWidget* focus = window()->focusWidget();
+    m_cam->setShowToolBar(!m_cam->ShowToolBar());
+    m_menu.entry(MainMenu::mnuViewTb)->setChecked(m_cam->ShowToolBar());
+    layOut();
+    keepKeyboardInView(focus);
+}
+
+/// The part that had the keyboard may be hidden now, and Qt gives it to whatever comes next.
+void MainArea::keepKeyboardInView(const QWidget* before)
+{
+    if (before && !before->isVisibleTo(window()))
+        (m_cmbUrl->isHidden() ? static_cast<QWidget*>(m_cam) : m_cmbUrl)->setFocus();
+}
+
+void MainArea::layOut()
+{
+    if (window()->isMinimized())
+        return;
+    const bool listChecked = m_menu.entry(MainMenu::mnuViewList)->isChecked();
+    const bool toolBarChecked = m_menu.entry(MainMenu::mnuViewTb)->isChecked();
+    window()->setMinimumWidth(clientWidthForOuterTwips(
+        minimumOuterWidthTwips(toolBarChecked, listChecked, LeftPanel::WidthTwips)));
+
+    const int barHeight = m_cmbUrl->sizeHint().height();
+    m_layout = layOutMainWindow({.client = size(),
+                                 .listChecked = listChecked,
+                                 .listWidthTwips = LeftPanel::WidthTwips,
+                                 .optionHeight = barHeight,
+                                 .gotoBarVisible = !m_cmbUrl->isHidden(),
+                                 .gotoBarHeight = barHeight},
+                                m_layout);
+    m_left->place(m_layout, barHeight);
+    m_cam->setGeometry(m_layout.viewer);
+    m_cmbUrl->setGeometry(m_layout.gotoBar);
+}
+
+void MainArea::resizeEvent(QResizeEvent* /*event*/)
+{
+    layOut();
+}

@@ -1,0 +1,47 @@
+#pragma once
+
+#include "shell/MainLayout.h"
+
+#include <QWidget>
+
+class GotoBar;
+class LeftPanel;
+class MainMenu;
+class WebCam;
+
+/// What the main window shows below its menu bar: the left column, the viewer (`Cam`) and the goto
+/// bar. It makes them, places them by the window's own rules, not by a QLayout, and shows and hides
+/// them. When the part that has the keyboard is hidden, the goto bar gets it, or without that the
+/// viewer. The menu's checks say what is on show; they are set before.
+class MainArea : public QWidget
+{
+    Q_OBJECT
+
+public:
+    /// `folder` is the application folder. `menu` lives as long.
+    MainArea(const QString& folder, const MainMenu& menu, QWidget* window);
+
+    LeftPanel* left() const { return m_left; }
+    WebCam* cam() const { return m_cam; }
+    GotoBar* cmbUrl() const { return m_cmbUrl; }
+
+    void showList(bool shown);
+    void showGotoBar(bool shown);
+
+    /// Shows the viewer's toolbar where it is hidden, and hides it where it is shown; the check
+    /// follows the toolbar.
+    void switchToolBar();
+
+protected:
+    void resizeEvent(QResizeEvent* event) override;
+
+private:
+    void layOut();
+    void keepKeyboardInView(const QWidget* before);
+
+    const MainMenu& m_menu;
+    LeftPanel* m_left;
+    WebCam* m_cam;
+    GotoBar* m_cmbUrl;
+    MainLayout m_layout;
+};
