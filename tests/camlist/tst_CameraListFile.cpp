@@ -120,10 +120,8 @@ private slots:
 
     void whatMayNotBeReadIsNoEmptyList()
     {
-        if (!runsAgain()) {
-            QCOMPARE(runAgainAsOrdinaryUser("whatMayNotBeReadIsNoEmptyList"), "passed");
+        if (ranAsOrdinaryUser())
             return;
-        }
         m_file->setContent("CAMZold\r\n");
         QVERIFY(QFile::setPermissions(m_file->path(), {}));
         CameraListFile list(m_file->folder());
@@ -250,10 +248,8 @@ private slots:
 
     void aFullDiskKeepsTheOldFile()
     {
-        if (!runsAgain()) {
-            QCOMPARE(runAgainWithOwnMounts("aFullDiskKeepsTheOldFile"), "passed");
+        if (ranWithOwnMounts())
             return;
-        }
         QFETCH(QByteArray, changed);
         QCOMPARE(mountSmallDisk(m_file->folder(), 512), "mounted");
         const bool unreadable = changed == "folder";
@@ -283,10 +279,8 @@ private slots:
 
     void aFolderThatCannotBeWrittenKeepsTheOldFile()
     {
-        if (!runsAgain()) {
-            QCOMPARE(runAgainAsOrdinaryUser("aFolderThatCannotBeWrittenKeepsTheOldFile"), "passed");
+        if (ranAsOrdinaryUser())
             return;
-        }
         m_file->setContent("old\r\n");
         CameraListFile own = loaded();
         CameraListFile changed(m_file->folder()); // has not seen it

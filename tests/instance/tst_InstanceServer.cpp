@@ -482,7 +482,7 @@ private slots:
             const Instance inOpen(m_runtime->path());
             QVERIFY(inOpen.channel.isServing());
             qputenv(variable, inOpen.place.serverName().toLocal8Bit());
-            QCOMPARE(runAgainAsOrdinaryUser("anotherUserReachesNothing"), "passed");
+            QVERIFY(ranAsOrdinaryUser());
             QCOMPARE(inOpen.names, QStringList());
             QCOMPARE(inOpen.channel.findChildren<Timer*>("tmrMessage").size(), 0);
             return;

@@ -61,10 +61,8 @@ private slots:
     void aPipeIsNotWaitedFor()
     {
         // A hang ends this test by the time limit of its own process.
-        if (!runsAgain()) {
-            QCOMPARE(runAgainAsOrdinaryUser("aPipeIsNotWaitedFor"), "passed");
+        if (ranAsOrdinaryUser())
             return;
-        }
         QTemporaryDir folder;
         const QString pipe = folder.filePath("pipe");
         QCOMPARE(QProcess::execute("mkfifo", {pipe}), 0);
@@ -89,10 +87,8 @@ private slots:
 
     void anUnreadableFileIsNothing()
     {
-        if (!runsAgain()) {
-            QCOMPARE(runAgainAsOrdinaryUser("anUnreadableFileIsNothing"), "passed");
+        if (ranAsOrdinaryUser())
             return;
-        }
         QTemporaryDir folder;
         const QString path = folder.filePath("a");
         write(path, "text");

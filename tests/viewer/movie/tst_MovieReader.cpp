@@ -140,10 +140,8 @@ private slots:
     void aPipeAndADeviceAreNotWaitedFor()
     {
         // A hang ends this test by the time limit of its own process.
-        if (!runsAgain()) {
-            QCOMPARE(runAgainAsOrdinaryUser("aPipeAndADeviceAreNotWaitedFor"), "passed");
+        if (ranAsOrdinaryUser())
             return;
-        }
         const QString pipe = m_folder.filePath("pipe.pvm");
         QCOMPARE(QProcess::execute("mkfifo", {pipe}), 0);
         for (const QString& path : {pipe, QString("/dev/zero"), m_folder.path(), QString()})
@@ -152,10 +150,8 @@ private slots:
 
     void aFileThatMustNotBeReadFails()
     {
-        if (!runsAgain()) {
-            QCOMPARE(runAgainAsOrdinaryUser("aFileThatMustNotBeReadFails"), "passed");
+        if (ranAsOrdinaryUser())
             return;
-        }
         ScratchFile movie("secret.pvm");
         movie.setContent(frame(10));
         QVERIFY(QFile::setPermissions(movie.path(), QFile::WriteOwner));
@@ -320,11 +316,8 @@ private slots:
     void nothingIsWrittenThroughWhatIsNoOrdinaryFile()
     {
         QFETCH(QString, kind);
-        if (!runsAgain()) {
-            QCOMPARE(runAgainAsOrdinaryUser("nothingIsWrittenThroughWhatIsNoOrdinaryFile"),
-                     "passed");
+        if (ranAsOrdinaryUser())
             return;
-        }
         ScratchFile target("target");
         const QTemporaryDir folder;
         const QString path = folder.filePath("tt.jpg");
