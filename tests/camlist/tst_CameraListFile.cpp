@@ -24,17 +24,6 @@ static void makeUnreadable(const QString& path, const QByteArray& kind)
         QVERIFY(QFile::link(path, path));
 }
 
-/// Takes all of the small disk that `folder` lies on but so much.
-static void fillDisk(const QString& folder, int freeKilobytes)
-{
-    QFile filler(folder + "/filler");
-    QVERIFY(filler.open(QIODevice::WriteOnly | QIODevice::Unbuffered));
-    const QByteArray page(4096, 'f');
-    while (filler.write(page) == page.size()) {
-    }
-    QVERIFY(filler.resize(filler.size() - freeKilobytes * 1024));
-}
-
 /// What list.dat holds, and how it is replaced. What is kept of an old one beside it: see
 /// tst_CameraListFileKept.
 class CameraListFileTest : public QObject
@@ -238,51 +227,17 @@ private slots:
         QCOMPARE(names(), QStringList({"list.dat", "other"}));
     }
 
-    void aFullDiskKeepsTheOldFile_data()
-    {
-        QTest::addColumn<QByteArray>("changed");
-        QTest::newRow("own list") << QByteArray();
-        QTest::newRow("another's list") << QByteArray("another's\r\n");
-        QTest::newRow("a list that cannot be read") << QByteArray("folder");
-    }
-
-    void aFullDiskKeepsTheOldFile()
-    {
-        if (ranWithOwnMounts())
-            return;
-        QFETCH(QByteArray, changed);
-        QCOMPARE(mountSmallDisk(m_file->folder(), 512), "mounted");
-        const bool unreadable = changed == "folder";
-        QByteArray old = "old\r\n";
-        if (unreadable)
-            makeUnreadable(m_file->path(), "folder");
-        else
-            m_file->setContent(old);
-        CameraListFile list = loaded();
-        if (!unreadable && !changed.isEmpty()) {
-            old = changed;
-            m_file->setContent(changed);
-        }
-        // None of it fits; then a part.
-        const QByteArray line(200'000, 'n');
-        for (const int freeKilobytes : {0, 100}) {
-            fillDisk(m_file->folder(), freeKilobytes);
-            QVERIFY(!list.write(line));
-            QVERIFY(unreadable ? QFileInfo(m_file->path() + "/inner").isDir() : content() == old);
-            QVERIFY(!names().contains("list.dat.new"));
-            QVERIFY(QFile::remove(m_file->folder() + "/filler"));
-        }
-        QVERIFY(list.write(line));
-        QCOMPARE(content(), line + "\r\n");
-        QCOMPARE(names().contains("list.dat.bak"), !changed.isEmpty());
-    }
-
-    void aFolderThatCannotBeWrittenKeepsTheOldFile()
+    void whatCannotBeWrittenKeepsTheOldFile()
     {
         if (ranAsOrdinaryUser())
             return;
         m_file->setContent("old\r\n");
         CameraListFile own = loaded();
+        QVERIFY(QFile::setPermissions(m_file->path(), QFile::ReadOwner));
+        QVERIFY(!own.write("new"));
+        QCOMPARE(content(), QByteArray("old\r\n"));
+        QVERIFY(QFile::setPermissions(m_file->path(), QFile::ReadOwner | QFile::WriteOwner));
+
         CameraListFile changed(m_file->folder()); // has not seen it
         const auto readable = QFile::ReadOwner | QFile::ExeOwner;
         QVERIFY(QFile::setPermissions(m_file->folder(), readable));

@@ -245,25 +245,6 @@ private slots:
         }
     }
 
-    void aFullDiskKeepsTheOldFile()
-    {
-        if (ranWithOwnMounts())
-            return;
-        ScratchFile disk("unused");
-        QCOMPARE(mountSmallDisk(disk.folder(), 64), "mounted");
-        const Still large = Still::fromImage(odd::scenery({1000, 800}));
-        for (const char* name : {"a.gif", "a.jpg", "a.bmp"}) {
-            const QString path = QDir(disk.folder()).filePath(name);
-            QVERIFY(savePicture(path, Still::fromImage(plainImage({20, 20}, Qt::red))));
-            QVERIFY2(!savePicture(path, large), name);
-            QFile file(path);
-            QVERIFY(file.open(QIODevice::ReadOnly));
-            QCOMPARE(Still::fromBytes(file.readAll()).size(), QSize(20, 20));
-        }
-        QCOMPARE(QDir(disk.folder()).entryList(QDir::Files | QDir::Hidden),
-                 (QStringList{"a.bmp", "a.gif", "a.jpg"}));
-    }
-
     void aFileThatMustNotBeWrittenIsKept()
     {
         if (ranAsOrdinaryUser())

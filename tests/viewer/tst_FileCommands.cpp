@@ -308,20 +308,6 @@ private slots:
         QCOMPARE(file.content(), "old");
     }
 
-    void aSaveOnAFullDiskIsToldAndKeepsTheOldFile()
-    {
-        if (ranWithOwnMounts())
-            return;
-        ScratchFile file("a.bmp");
-        QCOMPARE(mountSmallDisk(file.folder(), 64), "mounted");
-        file.setContent("old");
-        m_picture = Still::fromImage(plainImage({400, 300}, Qt::red));
-        run(&FileCommands::SaveImage, file.path());
-        QVERIFY(answerMessage(QMessageBox::Yes).shown);
-        QTRY_COMPARE(m_status, QStringList{"  Error: Not saved."});
-        QCOMPARE(file.content(), "old");
-    }
-
     void replacingAFileAsksFirst()
     {
         ScratchFile file("a.gif");
