@@ -2,6 +2,7 @@
 
 #include "support/OtherProgram.h"
 #include "support/Pictures.h"
+#include "support/Rows.h"
 #include "support/RunningProgram.h"
 #include "support/Slower.h"
 
@@ -77,11 +78,11 @@ private slots:
 
     void everythingElseIsAFileName_data()
     {
-        QTest::addColumn<QString>("name");
+        const Rows<QString> row("name");
         // Qt knows some of them as options of its own.
         for (const char* name : {"--foo", "-h", "--help.zip", "--versions", "-style", "-platform",
                                  "-platform none", "-reverse", "-", "a b"})
-            QTest::newRow(name) << name;
+            row(name, name);
     }
 
     void everythingElseIsAFileName()
@@ -169,9 +170,9 @@ private slots:
 
     void eightyStartsAtOnce_data()
     {
-        QTest::addColumn<bool>("beforeItRuns");
-        QTest::newRow("beside one that runs") << false;
-        QTest::newRow("where none runs yet") << true;
+        const Rows<bool> row("beforeItRuns");
+        row("beside one that runs", false);
+        row("where none runs yet", true);
     }
 
     void eightyStartsAtOnce()
@@ -228,9 +229,9 @@ private slots:
 
     void theOtherInstanceTakesOver_data()
     {
-        QTest::addColumn<bool>("byKill");
-        QTest::newRow("when the first ends") << false;
-        QTest::newRow("when the first is killed") << true;
+        const Rows<bool> row("byKill");
+        row("when the first ends", false);
+        row("when the first is killed", true);
     }
 
     void theOtherInstanceTakesOver()

@@ -1,4 +1,5 @@
 #include "platform/FileLock.h"
+#include "support/Rows.h"
 
 #include <memory>
 
@@ -47,11 +48,11 @@ private slots:
 
     void isImpossibleWhereNoFileCanBe_data()
     {
-        QTest::addColumn<QString>("name");
-        QTest::newRow("no such folder") << "missing/lock";
-        QTest::newRow("a folder") << "folder";
-        QTest::newRow("a link to a file") << "link";
-        QTest::newRow("a dangling link") << "dangling";
+        const Rows<QString> row("name");
+        row("no such folder", "missing/lock");
+        row("a folder", "folder");
+        row("a link to a file", "link");
+        row("a dangling link", "dangling");
     }
 
     void isImpossibleWhereNoFileCanBe()

@@ -1,6 +1,7 @@
 // Where instances meet: a folder that only the user reaches, or none.
 
 #include "platform/PrivateFolder.h"
+#include "support/Rows.h"
 
 #include <functional>
 #include <memory>
@@ -114,17 +115,15 @@ private slots:
 
     void withoutARuntimeFolderItIsInTheUsersCache_data()
     {
-        QTest::addColumn<QByteArray>("variable");
-        QTest::addColumn<int>("mode");
-        QTest::addColumn<bool>("isAnothers");
-        QTest::newRow("unset") << QByteArray() << 0700 << false;
-        QTest::newRow("empty") << QByteArray("") << 0700 << false;
-        QTest::newRow("relative") << QByteArray("run") << 0700 << false;
-        QTest::newRow("missing") << QByteArray("missing") << 0700 << false;
-        QTest::newRow("all write into it") << QByteArray("own") << 0777 << false;
-        QTest::newRow("as the temporary folder") << QByteArray("own") << 01777 << false;
-        QTest::newRow("the group writes into it") << QByteArray("own") << 0770 << false;
-        QTest::newRow("another user's") << QByteArray("own") << 0700 << true;
+        const Rows<QByteArray, int, bool> row("variable", "mode", "isAnothers");
+        row("unset", {}, 0700, false);
+        row("empty", "", 0700, false);
+        row("relative", "run", 0700, false);
+        row("missing", "missing", 0700, false);
+        row("all write into it", "own", 0777, false);
+        row("as the temporary folder", "own", 01777, false);
+        row("the group writes into it", "own", 0770, false);
+        row("another user's", "own", 0700, true);
     }
 
     void withoutARuntimeFolderItIsInTheUsersCache()

@@ -1,6 +1,7 @@
 #include "platform/FileStamp.h"
 #include "settings/Ini.h"
 #include "settings/IniCache.h"
+#include "support/Rows.h"
 #include "support/RunAgain.h"
 #include "support/ScratchFile.h"
 #include "support/Slower.h"
@@ -93,11 +94,11 @@ private slots:
 
     void aFileThatCannotBeReadIsEmptyAndNeverWritten_data()
     {
-        QTest::addColumn<QString>("what");
-        QTest::newRow("a folder") << "folder";
-        QTest::newRow("a pipe") << "pipe";
-        QTest::newRow("too long") << "long";
-        QTest::newRow("too many lines") << "lines";
+        const Rows<QString> row("what");
+        row("a folder", "folder");
+        row("a pipe", "pipe");
+        row("too long", "long");
+        row("too many lines", "lines");
     }
 
     void aFileThatCannotBeReadIsEmptyAndNeverWritten()

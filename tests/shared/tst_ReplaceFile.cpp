@@ -1,5 +1,6 @@
 #include "platform/FileStamp.h"
 #include "shared/ReplaceFile.h"
+#include "support/Rows.h"
 #include "support/RunAgain.h"
 
 static void write(const QString& path, const QByteArray& bytes)
@@ -100,12 +101,11 @@ private slots:
 
     void aFullDiskKeepsTheOldFile_data()
     {
-        QTest::addColumn<int>("freeKilobytes");
-        QTest::addColumn<int>("newBytes");
-        QTest::newRow("nothing free, small file") << 0 << 3'100;
-        QTest::newRow("nothing free, large file") << 0 << 300'000;
-        QTest::newRow("160 kB free, 300 kB to write") << 160 << 300'000;
-        QTest::newRow("one page short") << 160 << 160 * 1024 + 1;
+        const Rows<int, int> row("freeKilobytes", "newBytes");
+        row("nothing free, small file", 0, 3'100);
+        row("nothing free, large file", 0, 300'000);
+        row("160 kB free, 300 kB to write", 160, 300'000);
+        row("one page short", 160, 160 * 1024 + 1);
     }
 
     void aFullDiskKeepsTheOldFile()

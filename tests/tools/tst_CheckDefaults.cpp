@@ -1,5 +1,6 @@
 #include "support/Paths.h"
 #include "support/Pictures.h"
+#include "support/Rows.h"
 #include "support/Slower.h"
 #include "support/WebServer.h"
 
@@ -10,38 +11,17 @@ class CheckDefaultsTest : public QObject
 private slots:
     void tellsWhatEachCameraAnswers_data()
     {
-        QTest::addColumn<QByteArray>("body");
-        QTest::addColumn<QString>("path");
-        QTest::addColumn<QString>("word");
-        QTest::addColumn<QString>("came");
+        const Rows<QByteArray, QString, QString, QString> row("body", "path", "word", "came");
         const QByteArray jpeg = encodedPicture({40, 30}, Qt::red);
-        QTest::newRow("JPEG") << jpeg << "/one"
-                              << "ok"
-                              << "JPEG";
-        QTest::newRow("GIF") << smallGif() << "/one"
-                             << "ok"
-                             << "GIF";
-        QTest::newRow("bitmap") << encodedPicture({4, 4}, Qt::red, "bmp") << "/one"
-                                << "ok"
-                                << "BMP";
-        QTest::newRow("a page") << QByteArray("<html>") << "/one.jpg"
-                                << "FAIL"
-                                << "no picture";
-        QTest::newRow("nothing") << QByteArray() << "/one.jpg"
-                                 << "FAIL"
-                                 << "no picture";
-        QTest::newRow("no such file") << jpeg << "/other.jpg"
-                                      << "FAIL"
-                                      << "status 404";
-        QTest::newRow("a query, brackets") << jpeg << "/one?[1-3]&a={b,c}"
-                                           << "ok"
-                                           << "JPEG";
-        QTest::newRow("302") << jpeg << "/moved.jpg"
-                             << "ok"
-                             << "JPEG";
-        QTest::newRow("endless") << jpeg.leftJustified(16 * 1024 * 1024 + 1, '\0') << "/one"
-                                 << "FAIL"
-                                 << "too long";
+        row("JPEG", jpeg, "/one", "ok", "JPEG");
+        row("GIF", smallGif(), "/one", "ok", "GIF");
+        row("bitmap", encodedPicture({4, 4}, Qt::red, "bmp"), "/one", "ok", "BMP");
+        row("a page", "<html>", "/one.jpg", "FAIL", "no picture");
+        row("nothing", {}, "/one.jpg", "FAIL", "no picture");
+        row("no such file", jpeg, "/other.jpg", "FAIL", "status 404");
+        row("a query, brackets", jpeg, "/one?[1-3]&a={b,c}", "ok", "JPEG");
+        row("302", jpeg, "/moved.jpg", "ok", "JPEG");
+        row("endless", jpeg.leftJustified(16 * 1024 * 1024 + 1, '\0'), "/one", "FAIL", "too long");
     }
 
     void tellsWhatEachCameraAnswers()
@@ -128,14 +108,14 @@ private slots:
 
     void refuses_data()
     {
-        QTest::addColumn<QStringList>("arguments");
-        QTest::newRow("an option nobody knows") << QStringList{"--mark"};
-        QTest::newRow("a file that is not there") << QStringList{"/no/such/file"};
-        QTest::newRow("a folder") << QStringList{"/"};
-        QTest::newRow("two files") << QStringList{table({}), table({})};
-        QTest::newRow("no cameras") << QStringList{table({})};
-        QTest::newRow("no seconds") << QStringList{"--timeout"};
-        QTest::newRow("seconds that are no number") << QStringList{"--timeout", "1s", table({})};
+        const Rows<QStringList> row("arguments");
+        row("an option nobody knows", {"--mark"});
+        row("a file that is not there", {"/no/such/file"});
+        row("a folder", {"/"});
+        row("two files", {table({}), table({})});
+        row("no cameras", {table({})});
+        row("no seconds", {"--timeout"});
+        row("seconds that are no number", {"--timeout", "1s", table({})});
     }
 
     void refuses()
