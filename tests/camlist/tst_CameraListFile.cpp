@@ -1,5 +1,6 @@
 #include "cameras/CameraListLine.h"
 #include "camlist/CameraListFile.h"
+#include "support/Rows.h"
 #include "support/RunAgain.h"
 #include "support/ScratchFile.h"
 
@@ -46,25 +47,23 @@ private slots:
 
     void readsTheLineWithoutItsEnd_data()
     {
-        QTest::addColumn<QByteArray>("content");
-        QTest::addColumn<QByteArray>("line");
-        QTest::newRow("CR LF") << QByteArray("c\xFFn\xFFk\r\n") << QByteArray("c\xFFn\xFFk");
-        QTest::newRow("LF") << QByteArray("c\xFFn\xFFk\n") << QByteArray("c\xFFn\xFFk");
-        QTest::newRow("CR") << QByteArray("c\xFFn\xFFk\r") << QByteArray("c\xFFn\xFFk");
-        QTest::newRow("none") << QByteArray("c\xFFn\xFFk") << QByteArray("c\xFFn\xFFk");
-        QTest::newRow("two CR LF") << QByteArray("k\r\n\r\n") << QByteArray("k\r\n");
-        QTest::newRow("two LF") << QByteArray("k\n\n") << QByteArray("k\n");
-        QTest::newRow("two CR") << QByteArray("k\r\r") << QByteArray("k\r");
-        QTest::newRow("a line end only") << QByteArray("\r\n") << QByteArray();
-        QTest::newRow("one letter") << QByteArray("k") << QByteArray("k");
-        QTest::newRow("blank at the end") << QByteArray(" k ") << QByteArray(" k ");
-        QTest::newRow("line end inside") << QByteArray("\na\r\nb") << QByteArray("\na\r\nb");
-        QTest::newRow("mark") << QByteArray("\xEF\xBB\xBFk\r\n") << QByteArray("k");
-        QTest::newRow("mark only") << QByteArray("\xEF\xBB\xBF") << QByteArray();
-        QTest::newRow("mark and line end") << QByteArray("\xEF\xBB\xBF\n") << QByteArray();
-        QTest::newRow("two marks")
-            << QByteArray("\xEF\xBB\xBF\xEF\xBB\xBFk") << QByteArray("\xEF\xBB\xBFk");
-        QTest::newRow("no import") << QByteArray("CAMZc\r\n") << QByteArray("CAMZc");
+        const Rows<QByteArray, QByteArray> row("content", "line");
+        row("CR LF", "c\xFFn\xFFk\r\n", "c\xFFn\xFFk");
+        row("LF", "c\xFFn\xFFk\n", "c\xFFn\xFFk");
+        row("CR", "c\xFFn\xFFk\r", "c\xFFn\xFFk");
+        row("none", "c\xFFn\xFFk", "c\xFFn\xFFk");
+        row("two CR LF", "k\r\n\r\n", "k\r\n");
+        row("two LF", "k\n\n", "k\n");
+        row("two CR", "k\r\r", "k\r");
+        row("a line end only", "\r\n", {});
+        row("one letter", "k", "k");
+        row("blank at the end", " k ", " k ");
+        row("line end inside", "\na\r\nb", "\na\r\nb");
+        row("mark", "\xEF\xBB\xBFk\r\n", "k");
+        row("mark only", "\xEF\xBB\xBF", {});
+        row("mark and line end", "\xEF\xBB\xBF\n", {});
+        row("two marks", "\xEF\xBB\xBF\xEF\xBB\xBFk", "\xEF\xBB\xBFk");
+        row("no import", "CAMZc\r\n", "CAMZc");
     }
 
     void readsTheLineWithoutItsEnd()
@@ -80,9 +79,9 @@ private slots:
 
     void whatCannotBeReadIsNoEmptyList_data()
     {
-        QTest::addColumn<QByteArray>("kind");
+        const Rows<QByteArray> row("kind");
         for (const char* kind : {"folder", "pipe", "too long", "link to itself"})
-            QTest::newRow(kind) << QByteArray(kind);
+            row(kind, kind);
     }
 
     void whatCannotBeReadIsNoEmptyList()

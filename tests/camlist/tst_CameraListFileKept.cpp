@@ -1,4 +1,5 @@
 #include "camlist/CameraListFile.h"
+#include "support/Rows.h"
 #include "support/RunAgain.h"
 #include "support/ScratchFile.h"
 
@@ -55,15 +56,14 @@ private slots:
 
     void whatAnotherWroteIsKept_data()
     {
-        QTest::addColumn<QByteArray>("theirs");
-        QTest::addColumn<QByteArray>("ours");
+        const Rows<QByteArray, QByteArray> row("theirs", "ours");
         // Kept byte for byte, whatever it is.
-        QTest::newRow("longer") << QByteArray("their list\r\n") << QByteArray("new");
-        QTest::newRow("as long") << QByteArray("ale\r\n") << QByteArray("new");
-        QTest::newRow("empty") << QByteArray("") << QByteArray("new");
-        QTest::newRow("no line end") << QByteArray("\xEF\xBB\xBF\0\xFFx", 6) << QByteArray("new");
-        QTest::newRow("large") << QByteArray(3'000'000, 'l') << QByteArray("new");
-        QTest::newRow("removed by us") << QByteArray("their list\r\n") << QByteArray();
+        row("longer", "their list\r\n", "new");
+        row("as long", "ale\r\n", "new");
+        row("empty", "", "new");
+        row("no line end", QByteArray("\xEF\xBB\xBF\0\xFFx", 6), "new");
+        row("large", QByteArray(3'000'000, 'l'), "new");
+        row("removed by us", "their list\r\n", {});
     }
 
     void whatAnotherWroteIsKept()
@@ -205,9 +205,9 @@ private slots:
 
     void whatCannotBeReadIsKept_data()
     {
-        QTest::addColumn<QByteArray>("kind");
+        const Rows<QByteArray> row("kind");
         for (const char* kind : {"folder", "pipe", "too long"})
-            QTest::newRow(kind) << QByteArray(kind);
+            row(kind, kind);
     }
 
     void whatCannotBeReadIsKept()

@@ -2,6 +2,7 @@
 
 #include "camlist/frmEdit.h"
 #include "support/Dialogs.h"
+#include "support/Rows.h"
 #include "support/ScratchFile.h"
 #include "support/ShownList.h"
 
@@ -155,19 +156,12 @@ private slots:
 
     void theHeaderJoinsTheAddress_data()
     {
-        QTest::addColumn<QString>("camera");
-        QTest::addColumn<QString>("extra");
-        QTest::addColumn<QString>("key");
-        QTest::newRow("another") << "Tower"
-                                 << "Cookie: b=2"
-                                 << "URL2\x01"
-                                    "Cookie: b=2";
-        QTest::newRow("taken away") << "Tower"
-                                    << ""
-                                    << "URL2";
-        QTest::newRow("given") << "Bridge"
-                               << "X: 1"
-                               << "URL3\x01X: 1";
+        const Rows<QString, QString, QString> row("camera", "extra", "key");
+        row("another", "Tower", "Cookie: b=2",
+            "URL2\x01"
+            "Cookie: b=2");
+        row("taken away", "Tower", "", "URL2");
+        row("given", "Bridge", "X: 1", "URL3\x01X: 1");
     }
 
     void theHeaderJoinsTheAddress()
@@ -192,9 +186,9 @@ private slots:
 
     void cancellingChangesNothing_data()
     {
-        QTest::addColumn<bool>("byKey");
-        QTest::newRow("by the button") << false;
-        QTest::newRow("by Escape") << true;
+        const Rows<bool> row("byKey");
+        row("by the button", false);
+        row("by Escape", true);
     }
 
     void cancellingChangesNothing()

@@ -2,6 +2,7 @@
 
 #include "cameras/CameraKey.h"
 #include "camlist/Favourites.h"
+#include "support/Rows.h"
 #include "support/ShownManager.h"
 #include "support/Slower.h"
 #include "widgets/Twips.h"
@@ -176,9 +177,9 @@ private slots:
 
     void okHandsOver_data()
     {
-        QTest::addColumn<bool>("byKey");
-        QTest::newRow("a click") << false;
-        QTest::newRow("Enter in the list") << true;
+        const Rows<bool> row("byKey");
+        row("a click", false);
+        row("Enter in the list", true);
     }
 
     void okHandsOver()
@@ -199,9 +200,9 @@ private slots:
 
     void withoutOkTheFavouritesStay_data()
     {
-        QTest::addColumn<QString>("how");
+        const Rows<QString> row("how");
         for (const char* how : {"Cancel", "Escape", "the frame"})
-            QTest::newRow(how) << QString(how);
+            row(how, QString(how));
     }
 
     void withoutOkTheFavouritesStay()

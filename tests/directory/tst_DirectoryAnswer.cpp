@@ -1,4 +1,5 @@
 #include "directory/DirectoryAnswer.h"
+#include "support/Rows.h"
 #include "support/Slower.h"
 
 namespace {
@@ -25,11 +26,7 @@ class DirectoryAnswerTest : public QObject
 private slots:
     void takesTriplesFromTheBody_data()
     {
-        QTest::addColumn<QByteArray>("answer");
-        QTest::addColumn<QStringList>("rows");
-        const auto row = [](const char* name, const QByteArray& answer, const QStringList& rows) {
-            QTest::newRow(name) << answer << rows;
-        };
+        const Rows<QByteArray, QStringList> row("answer", "rows");
         const QByteArray one = "Cities\xFFRome\xFFrome.example/a.jpg";
         const QString rome = "Cities|Rome|rome.example/a.jpg";
         row("one camera", Header + one, {rome});
@@ -101,28 +98,30 @@ private slots:
 
     void aFloodIsBounded_data()
     {
-        QTest::addColumn<QByteArray>("body");
-        QTest::addColumn<qsizetype>("rows");
+        const Rows<QByteArray, qsizetype> row("body", "rows");
         constexpr qsizetype size = 64 * 1024 * 1024;
-        QTest::newRow("separators only") << QByteArray(size, '\xFF') << MostFoundCameras;
-        QTest::newRow("tiny triples") << QByteArray("a\xFF"
-                                                    "b\xFF"
-                                                    "c\xFF")
-                                             .repeated(size / 6)
-                                      << MostFoundCameras;
-        QTest::newRow("one field") << QByteArray(size, 'x') << qsizetype(0);
-        QTest::newRow("as many as may be") << QByteArray("a\xFF"
-                                                         "b\xFF"
-                                                         "c\xFF")
-                                                  .repeated(MostFoundCameras)
-                                                  .chopped(1)
-                                           << MostFoundCameras;
-        QTest::newRow("one more") << QByteArray("a\xFF"
-                                                "b\xFF"
-                                                "c\xFF")
-                                         .repeated(MostFoundCameras + 1)
-                                         .chopped(1)
-                                  << MostFoundCameras;
+        row("separators only", QByteArray(size, '\xFF'), MostFoundCameras);
+        row("tiny triples",
+            QByteArray("a\xFF"
+                       "b\xFF"
+                       "c\xFF")
+                .repeated(size / 6),
+            MostFoundCameras);
+        row("one field", QByteArray(size, 'x'), qsizetype(0));
+        row("as many as may be",
+            QByteArray("a\xFF"
+                       "b\xFF"
+                       "c\xFF")
+                .repeated(MostFoundCameras)
+                .chopped(1),
+            MostFoundCameras);
+        row("one more",
+            QByteArray("a\xFF"
+                       "b\xFF"
+                       "c\xFF")
+                .repeated(MostFoundCameras + 1)
+                .chopped(1),
+            MostFoundCameras);
     }
 
     void aFloodIsBounded()

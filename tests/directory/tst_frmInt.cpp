@@ -3,6 +3,7 @@
 #include "cameras/CameraKey.h"
 #include "camlist/CamList.h"
 #include "support/Dialogs.h"
+#include "support/Rows.h"
 #include "support/ScratchFile.h"
 #include "support/ShownDirectory.h"
 #include "support/TimeSeam.h"
@@ -159,15 +160,14 @@ private slots:
 
     void aSearchSendsItsTermsAsTheyAre_data()
     {
-        QTest::addColumn<QString>("terms");
-        QTest::addColumn<QByteArray>("sent");
-        QTest::newRow("one word") << "zoo" << QByteArray("zoo");
-        QTest::newRow("two words") << "two words" << QByteArray("two words");
-        QTest::newRow("blanks around") << "  zoo " << QByteArray("  zoo ");
-        QTest::newRow("blanks alone") << " " << QByteArray(" ");
-        QTest::newRow("special characters") << "a&b=c%20+?#/" << QByteArray("a&b=c%20+?#/");
-        QTest::newRow("the code page") << u"Zürich"_s << QByteArray("Z\xFCrich");
-        QTest::newRow("other text") << u"東京"_s << QByteArray("\xE6\x9D\xB1\xE4\xBA\xAC");
+        const Rows<QString, QByteArray> row("terms", "sent");
+        row("one word", "zoo", "zoo");
+        row("two words", "two words", "two words");
+        row("blanks around", "  zoo ", "  zoo ");
+        row("blanks alone", " ", " ");
+        row("special characters", "a&b=c%20+?#/", "a&b=c%20+?#/");
+        row("the code page", u"Zürich"_s, "Z\xFCrich");
+        row("other text", u"東京"_s, "\xE6\x9D\xB1\xE4\xBA\xAC");
     }
 
     void aSearchSendsItsTermsAsTheyAre()

@@ -2,6 +2,7 @@
 // load of many cameras.
 
 #include "cameras/CameraKey.h"
+#include "support/Rows.h"
 #include "support/ShownDirectory.h"
 #include "support/Slower.h"
 #include "support/TimeSeam.h"
@@ -104,19 +105,15 @@ private slots:
 
     void aFloodIsABoundedList_data()
     {
-        QTest::addColumn<QByteArray>("piece");
-        QTest::addColumn<int>("pieces");
-        QTest::addColumn<int>("rows");
+        const Rows<QByteArray, int, int> row("piece", "pieces", "rows");
         QByteArray triples;
         for (int i = 0; i < 200'000; ++i)
             triples += "\xFF\xFF" + QByteArray::number(i, 36) + '\xFF';
-        QTest::newRow("100 MB of one field") << QByteArray(1'000'000, 'x') << 100 << 0;
-        QTest::newRow("100 MB of separators") << QByteArray(1'000'000, '\xFF') << 100 << 1;
-        QTest::newRow("100 MB of one camera")
-            << (One + '\xFF').repeated(1'000'000 / (One.size() + 1)) << 100 << 1;
-        QTest::newRow("tiny cameras") << triples << 1 << 100'000;
-        QTest::newRow("100 MB of tiny cameras")
-            << triples << 100'000'000 / int(triples.size()) << 100'000;
+        row("100 MB of one field", QByteArray(1'000'000, 'x'), 100, 0);
+        row("100 MB of separators", QByteArray(1'000'000, '\xFF'), 100, 1);
+        row("100 MB of one camera", (One + '\xFF').repeated(1'000'000 / (One.size() + 1)), 100, 1);
+        row("tiny cameras", triples, 1, 100'000);
+        row("100 MB of tiny cameras", triples, 100'000'000 / int(triples.size()), 100'000);
     }
 
     void aFloodIsABoundedList()

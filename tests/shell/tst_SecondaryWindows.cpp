@@ -6,6 +6,7 @@
 #include "shell/SecondaryWindows.h"
 #include "shell/frmWhat.h"
 #include "support/Dialogs.h"
+#include "support/Rows.h"
 #include "support/ScratchFile.h"
 #include "support/ScriptedServer.h"
 #include "support/ShownMain.h"
@@ -188,12 +189,10 @@ private slots:
 
     void onlyATickedCameraIsSubmitted_data()
     {
-        QTest::addColumn<bool>("ticked");
-        QTest::addColumn<QString>("header");
-        QTest::addColumn<bool>("submitted");
-        QTest::newRow("not ticked") << false << "" << false;
-        QTest::newRow("ticked") << true << "" << true;
-        QTest::newRow("ticked, with a header") << true << "X: 1" << false;
+        const Rows<bool, QString, bool> row("ticked", "header", "submitted");
+        row("not ticked", false, "", false);
+        row("ticked", true, "", true);
+        row("ticked, with a header", true, "X: 1", false);
     }
 
     void onlyATickedCameraIsSubmitted()

@@ -3,6 +3,7 @@
 #include "shared/Timer.h"
 #include "support/Dialogs.h"
 #include "support/Pictures.h"
+#include "support/Rows.h"
 #include "support/ScratchFile.h"
 #include "support/ScriptedServer.h"
 #include "support/ShownMain.h"
@@ -141,9 +142,9 @@ private slots:
 
     void exitWithoutSavingAnsweredNoDoesNothing_data()
     {
-        QTest::addColumn<bool>("byEscape");
-        QTest::newRow("No") << false;
-        QTest::newRow("Escape") << true;
+        const Rows<bool> row("byEscape");
+        row("No", false);
+        row("Escape", true);
     }
 
     void exitWithoutSavingAnsweredNoDoesNothing()

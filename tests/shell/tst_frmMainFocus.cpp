@@ -1,5 +1,6 @@
 // Where the keyboard is in the main window, and where it goes when a part is hidden.
 
+#include "support/Rows.h"
 #include "support/ShownMain.h"
 
 #include <algorithm>
@@ -11,18 +12,14 @@ class frmMainFocusTest : public QObject
 private slots:
     void theKeyboardStaysInView_data()
     {
-        QTest::addColumn<QString>("focused");
-        QTest::addColumn<Qt::Key>("key");
-        QTest::addColumn<QStringList>("hiddenBefore");
-        QTest::addColumn<QString>("after");
-        QTest::newRow("list") << "cList" << Qt::Key_L << QStringList() << "cmbUrl";
-        QTest::newRow("option") << "opt(1)" << Qt::Key_L << QStringList() << "cmbUrl";
-        QTest::newRow("list, no goto bar")
-            << "cList" << Qt::Key_L << QStringList{"mnuViewGoto"} << "Cam";
-        QTest::newRow("goto bar") << "cmbUrl" << Qt::Key_G << QStringList() << "Cam";
-        QTest::newRow("goto bar alone")
-            << "cmbUrl" << Qt::Key_G << QStringList{"mnuViewList", "mnuViewTb"} << "Cam";
-        QTest::newRow("toolbar") << "button(7)" << Qt::Key_T << QStringList() << "cmbUrl";
+        const Rows<QString, Qt::Key, QStringList, QString> row("focused", "key", "hiddenBefore",
+                                                               "after");
+        row("list", "cList", Qt::Key_L, {}, "cmbUrl");
+        row("option", "opt(1)", Qt::Key_L, {}, "cmbUrl");
+        row("list, no goto bar", "cList", Qt::Key_L, {"mnuViewGoto"}, "Cam");
+        row("goto bar", "cmbUrl", Qt::Key_G, {}, "Cam");
+        row("goto bar alone", "cmbUrl", Qt::Key_G, {"mnuViewList", "mnuViewTb"}, "Cam");
+        row("toolbar", "button(7)", Qt::Key_T, {}, "cmbUrl");
     }
 
     void theKeyboardStaysInView()

@@ -5,6 +5,7 @@
 #include "shell/GotoBar.h"
 #include "support/Dialogs.h"
 #include "support/Pictures.h"
+#include "support/Rows.h"
 #include "support/ScriptedServer.h"
 #include "support/ShownMain.h"
 #include "viewer/WebCam.h"
@@ -268,16 +269,16 @@ private slots:
 
     void everyEndSavesTheList_data()
     {
-        QTest::addColumn<std::function<void(Listed&)>>("end");
+        const Rows<std::function<void(Listed&)>> row("end");
         using End = std::function<void(Listed&)>;
-        QTest::newRow("the window") << End([](Listed& m) { m.made().close(); });
-        QTest::newRow("Exit") << End([](Listed& m) { m.choose("mnuOpt", "mnuOptExit"); });
-        QTest::newRow("the session's end") << End([](Listed&) {
-            int manager = 0;
-            QMetaObject::invokeMethod(qApp, "commitDataRequest", Qt::DirectConnection,
-                                      QGenericArgument("QSessionManager&", &manager));
-        });
-        QTest::newRow("SIGTERM's slot") << End([](Listed& m) { m.made().shutDown(); });
+        row("the window", End([](Listed& m) { m.made().close(); }));
+        row("Exit", End([](Listed& m) { m.choose("mnuOpt", "mnuOptExit"); }));
+        row("the session's end", End([](Listed&) {
+                int manager = 0;
+                QMetaObject::invokeMethod(qApp, "commitDataRequest", Qt::DirectConnection,
+                                          QGenericArgument("QSessionManager&", &manager));
+            }));
+        row("SIGTERM's slot", End([](Listed& m) { m.made().shutDown(); }));
     }
 
     void everyEndSavesTheList()

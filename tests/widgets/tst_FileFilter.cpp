@@ -1,3 +1,4 @@
+#include "support/Rows.h"
 #include "widgets/FileFilter.h"
 
 class FileFilterTest : public QObject
@@ -6,20 +7,16 @@ class FileFilterTest : public QObject
 private slots:
     void eachEntryKeepsItsTextBeforeItsPatterns_data()
     {
-        QTest::addColumn<QString>("filter");
-        QTest::addColumn<QStringList>("expected");
-        QTest::newRow("images to open")
-            << QString(fileFilter::ImagesToOpen)
-            << QStringList{"Image Files (*.bmp,*.jpg,*.gif)(*.bmp *.jpg *.gif)"};
-        QTest::newRow("images to save")
-            << QString(fileFilter::ImagesToSave)
-            << QStringList{"Bitmap (*.bmp)(*.bmp)", "GIF (*.gif)(*.gif)", "JPEG (*.jpg)(*.jpg)"};
-        QTest::newRow("movies") << QString(fileFilter::Movies)
-                                << QStringList{"Pevora Movie (*.pvm)(*.pvm)"};
-        QTest::newRow("no bar at the end") << "A|*.a|B|*.b" << QStringList{"A(*.a)", "B(*.b)"};
-        QTest::newRow("no patterns") << "A||B|*.b|" << QStringList{"B(*.b)"};
-        QTest::newRow("a text only") << "A" << QStringList{};
-        QTest::newRow("empty") << "" << QStringList{};
+        const Rows<QString, QStringList> row("filter", "expected");
+        row("images to open", QString(fileFilter::ImagesToOpen),
+            {"Image Files (*.bmp,*.jpg,*.gif)(*.bmp *.jpg *.gif)"});
+        row("images to save", QString(fileFilter::ImagesToSave),
+            {"Bitmap (*.bmp)(*.bmp)", "GIF (*.gif)(*.gif)", "JPEG (*.jpg)(*.jpg)"});
+        row("movies", QString(fileFilter::Movies), {"Pevora Movie (*.pvm)(*.pvm)"});
+        row("no bar at the end", "A|*.a|B|*.b", {"A(*.a)", "B(*.b)"});
+        row("no patterns", "A||B|*.b|", {"B(*.b)"});
+        row("a text only", "A", {});
+        row("empty", "", {});
     }
 
     void eachEntryKeepsItsTextBeforeItsPatterns()
