@@ -2,6 +2,7 @@
 
 #include "support/Dialogs.h"
 #include "support/Pictures.h"
+#include "support/Rows.h"
 #include "support/RunAgain.h"
 #include "support/ScratchFile.h"
 #include "widgets/FileDialog.h"
@@ -98,16 +99,12 @@ private slots:
 
     void eachDialogShowsItsFiltersTexts_data()
     {
-        QTest::addColumn<Command>("command");
-        QTest::addColumn<QStringList>("texts");
-        QTest::newRow("open image")
-            << &FileCommands::OpenImage << QStringList{"Image Files (*.bmp,*.jpg,*.gif)"};
-        QTest::newRow("save image") << &FileCommands::SaveImage
-                                    << QStringList{"Bitmap (*.bmp)", "GIF (*.gif)", "JPEG (*.jpg)"};
-        QTest::newRow("open movie")
-            << &FileCommands::OpenMovie << QStringList{"Pevora Movie (*.pvm)"};
-        QTest::newRow("save movie")
-            << &FileCommands::SaveMovie << QStringList{"Pevora Movie (*.pvm)"};
+        const Rows<Command, QStringList> row("command", "texts");
+        row("open image", &FileCommands::OpenImage, {"Image Files (*.bmp,*.jpg,*.gif)"});
+        row("save image", &FileCommands::SaveImage,
+            {"Bitmap (*.bmp)", "GIF (*.gif)", "JPEG (*.jpg)"});
+        row("open movie", &FileCommands::OpenMovie, {"Pevora Movie (*.pvm)"});
+        row("save movie", &FileCommands::SaveMovie, {"Pevora Movie (*.pvm)"});
     }
 
     void eachDialogShowsItsFiltersTexts()
@@ -155,9 +152,9 @@ private slots:
 
     void whatIsNoPictureIsTold_data()
     {
-        QTest::addColumn<bool>("exists");
-        QTest::newRow("no picture") << true;
-        QTest::newRow("no such file") << false;
+        const Rows<bool> row("exists");
+        row("no picture", true);
+        row("no such file", false);
     }
 
     void whatIsNoPictureIsTold()
@@ -235,15 +232,14 @@ private slots:
 
     void saveImageWritesTheNameAsItIsTyped_data()
     {
-        QTest::addColumn<QString>("name");
-        QTest::addColumn<QByteArray>("begins");
-        QTest::newRow("gif") << "a.gif" << QByteArray("GIF8");
-        QTest::newRow("JPG") << "a.JPG" << QByteArray("\xFF\xD8\xFF");
-        QTest::newRow("jpeg") << "a.jpeg" << QByteArray("BM");
-        QTest::newRow("png") << "a.png" << QByteArray("BM");
-        QTest::newRow("no ending") << "a" << QByteArray("BM");
-        QTest::newRow("xgif") << "xgif" << QByteArray("GIF8");
-        QTest::newRow("two characters") << "if" << QByteArray("BM");
+        const Rows<QString, QByteArray> row("name", "begins");
+        row("gif", "a.gif", "GIF8");
+        row("JPG", "a.JPG", "\xFF\xD8\xFF");
+        row("jpeg", "a.jpeg", "BM");
+        row("png", "a.png", "BM");
+        row("no ending", "a", "BM");
+        row("xgif", "xgif", "GIF8");
+        row("two characters", "if", "BM");
     }
 
     void saveImageWritesTheNameAsItIsTyped()
@@ -455,11 +451,11 @@ private:
 
     static void commands()
     {
-        QTest::addColumn<Command>("command");
-        QTest::newRow("open image") << &FileCommands::OpenImage;
-        QTest::newRow("save image") << &FileCommands::SaveImage;
-        QTest::newRow("open movie") << &FileCommands::OpenMovie;
-        QTest::newRow("save movie") << &FileCommands::SaveMovie;
+        const Rows<Command> row("command");
+        row("open image", &FileCommands::OpenImage);
+        row("save image", &FileCommands::SaveImage);
+        row("open movie", &FileCommands::OpenMovie);
+        row("save movie", &FileCommands::SaveMovie);
     }
 
     QFileDialog* dialogOf(Command command)

@@ -6,6 +6,7 @@
 #include "support/JobLog.h"
 #include "support/OddPictures.h"
 #include "support/Pictures.h"
+#include "support/Rows.h"
 #include "support/RunAgain.h"
 #include "support/ScratchFile.h"
 #include "support/TimeSeam.h"
@@ -158,9 +159,9 @@ private slots:
 
     void anOldTemporaryFileIsNeverRead_data()
     {
-        QTest::addColumn<QString>("kind");
+        const Rows<QString> row("kind");
         for (const char* kind : {"folder", "pipe", "link", "must not be written"})
-            QTest::newRow(kind) << kind;
+            row(kind, kind);
     }
 
     void anOldTemporaryFileIsNeverRead()
@@ -211,11 +212,11 @@ private slots:
 
     void whatCannotBeReplacedFails_data()
     {
-        QTest::addColumn<QString>("path");
-        QTest::newRow("a folder") << m_folder.path();
-        QTest::newRow("in a folder that is not there") << m_folder.filePath("none/movie.pvm");
-        QTest::newRow("a device") << "/dev/null";
-        QTest::newRow("no name") << QString();
+        const Rows<QString> row("path");
+        row("a folder", m_folder.path());
+        row("in a folder that is not there", m_folder.filePath("none/movie.pvm"));
+        row("a device", "/dev/null");
+        row("no name", {});
     }
 
     void whatCannotBeReplacedFails()
@@ -268,11 +269,10 @@ private slots:
 
     void entriesThatGoMeanwhileAreNot_data()
     {
-        QTest::addColumn<bool>("all");
-        QTest::addColumn<int>("frames");
-        QTest::newRow("all") << true << 2;
+        const Rows<bool, int> row("all", "frames");
+        row("all", true, 2);
         // The entries behind it move up, and the next number is one of them.
-        QTest::newRow("the first") << false << 4;
+        row("the first", false, 4);
     }
 
     void entriesThatGoMeanwhileAreNot()
@@ -300,10 +300,10 @@ private slots:
 
     void cancellingKeepsTheOldFile_data()
     {
-        QTest::addColumn<QString>("at");
+        const Rows<QString> row("at");
         for (const char* at :
              {"value 0", "value 1", "caption Saving Image 2", "value 3", "caption Saving Movie..."})
-            QTest::newRow(at) << at;
+            row(at, at);
     }
 
     void cancellingKeepsTheOldFile()
