@@ -269,16 +269,6 @@ private slots:
         QCOMPARE(open.shown.all(), QStringList({"Cities", "Cities/Harbour", "Sights",
                                                 "Sights/Tower", "Sights/Bridge", "Sights/Bridge"}));
     }
-
-    void everyBoxHasANameToBeSpoken()
-    {
-        const OpenEditor open("Tower");
-        QCOMPARE(open.category().accessibleName(), "Category");
-        QCOMPARE(open.category().lineEdit()->accessibleName(), "Category");
-        QCOMPARE(open.box("txtName").accessibleName(), "Name");
-        QCOMPARE(open.box("txtUrl").accessibleName(), "Address");
-        QCOMPARE(open.box("txtExtra").accessibleName(), "Extra header");
-    }
 };
 
 QTEST_MAIN(frmEditTest)

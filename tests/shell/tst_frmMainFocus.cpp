@@ -3,7 +3,6 @@
 #include "support/Rows.h"
 #include "support/ShownMain.h"
 
-#include <algorithm>
 #include <utility>
 
 class frmMainFocusTest : public QObject
@@ -53,28 +52,6 @@ private slots:
         }
     }
 
-    void tabGoesThroughTheParts()
-    {
-        ShownMain m;
-        m.shown();
-        m.part<QWidget>("cList").setFocus();
-        QStringList order;
-        for (int i = 0; i < 40; ++i) {
-            const auto* now = QApplication::focusWidget();
-            const auto part =
-                std::find_if(m_parts.begin(), m_parts.end(), [&](const QString& name) {
-                    return &m.part<QWidget>(name) == now || m.part<QWidget>(name).isAncestorOf(now);
-                });
-            QVERIFY(part != m_parts.end());
-            if (order.isEmpty() || order.last() != *part)
-                order.append(*part);
-            if (order.size() > 4)
-                break;
-            QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
-        }
-        QCOMPARE(order, (QStringList{"cList", "opt(1)", "Cam", "cmbUrl", "cList"}));
-    }
-
     void shortcutsWorkFromTheList()
     {
         ShownMain m;
@@ -89,9 +66,6 @@ private slots:
             QCOMPARE(m.entry(entry).isChecked(), !before);
         }
     }
-
-private:
-    const QStringList m_parts = {"cList", "opt(0)", "opt(1)", "Cam", "cmbUrl"};
 };
 
 QTEST_MAIN(frmMainFocusTest)
