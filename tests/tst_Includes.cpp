@@ -1,6 +1,7 @@
 // Which folder of src/ may include which: arrows point one way. And which file may write files.
 
 #include "support/Paths.h"
+#include "support/ScratchFile.h"
 
 #include <QDirIterator>
 
@@ -90,10 +91,7 @@ static QStringList sources()
 /// The headers that a source includes in quotes, or with `"<([^>]+)>"` in angle brackets.
 static QStringList includesOf(const QString& path, const QString& header = "\"([^\"]+)\"")
 {
-    QFile file(path);
-    if (!file.open(QIODevice::ReadOnly))
-        return {};
-    const QString text = QString::fromUtf8(file.readAll());
+    const QString text = QString::fromUtf8(contentOf(path));
     QStringList found;
     const QRegularExpression include("^\\s*#\\s*include\\s+" + header,
                                      QRegularExpression::MultilineOption);
@@ -157,9 +155,7 @@ private slots:
             for (const QString& header : includesOf(path, "<([^>]+)>"))
                 QVERIFY2(!system.match(header).hasMatch(),
                          qPrintable(path + " includes " + header));
-            QFile file(path);
-            QVERIFY(file.open(QIODevice::ReadOnly));
-            QVERIFY2(!file.readAll().contains("Q_OS_"), qPrintable(path + " asks for the system"));
+            QVERIFY2(!contentOf(path).contains("Q_OS_"), qPrintable(path + " asks for the system"));
         }
     }
 
@@ -169,9 +165,7 @@ private slots:
                                                 QRegularExpression::MultilineOption);
         QHash<QString, QSet<QString>> found;
         for (const QString& path : sources()) {
-            QFile file(path);
-            QVERIFY(file.open(QIODevice::ReadOnly));
-            const QString code = QString::fromUtf8(file.readAll()).remove(comment);
+            const QString code = QString::fromUtf8(contentOf(path)).remove(comment);
             for (auto all = writing().globalMatch(code); all.hasNext();)
                 found[QDir(sourcePath("src")).relativeFilePath(path)] << all.next().captured();
         }

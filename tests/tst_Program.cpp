@@ -2,6 +2,7 @@
 
 #include "support/Rows.h"
 #include "support/RunningProgram.h"
+#include "support/ScratchFile.h"
 
 #include <csignal>
 #include <functional>
@@ -42,9 +43,7 @@ private slots:
         }
         QCOMPARE(p.ended(), "0");
         QCOMPARE(p.preferences(), DesignView + "[FAVORITES]\r\nCOUNT=0\r\n");
-        QCOMPARE(
-            QDir(p.program()).entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot),
-            (QStringList{"list.dat", "pevora", "pref.ini"}));
+        QCOMPARE(namesIn(p.program()), (QStringList{"list.dat", "pevora", "pref.ini"}));
     }
 
     void ctrlCAndTheEndOfTheTerminalEndItToo()

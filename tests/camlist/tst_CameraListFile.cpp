@@ -265,11 +265,7 @@ private slots:
 
 private:
     QByteArray content() const { return m_file->content(); }
-    QStringList names() const
-    {
-        return QDir(m_file->folder())
-            .entryList(QDir::AllEntries | QDir::System | QDir::Hidden | QDir::NoDotAndDotDot);
-    }
+    QStringList names() const { return m_file->names(); }
     /// A list of that folder that has been read.
     CameraListFile loaded() const
     {

@@ -276,9 +276,7 @@ private slots:
     void aLeftoverIsNoHindrance()
     {
         const QString bystander = m_file->folder() + "/bystander";
-        QFile file(bystander);
-        QVERIFY(file.open(QIODevice::WriteOnly));
-        file.close();
+        writeFile(bystander, {});
         for (const bool readable : {true, false}) {
             QVERIFY(QFile::link(bystander, m_file->path() + ".new"));
             if (readable)
@@ -334,11 +332,7 @@ private slots:
 private:
     QByteArray content() const { return m_file->content(); }
     QByteArray backup() const { return contentOf(m_file->path() + ".bak"); }
-    QStringList names() const
-    {
-        return QDir(m_file->folder())
-            .entryList(QDir::AllEntries | QDir::System | QDir::Hidden | QDir::NoDotAndDotDot);
-    }
+    QStringList names() const { return m_file->names(); }
 
     void keepsWhatCannotBeRead(const QByteArray& kind)
     {

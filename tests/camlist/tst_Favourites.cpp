@@ -2,6 +2,7 @@
 #include "camlist/Favourites.h"
 #include "settings/Ini.h"
 #include "support/Rows.h"
+#include "support/ScratchFile.h"
 #include "support/Slower.h"
 
 class FavouritesTest : public QObject
@@ -78,10 +79,8 @@ private slots:
         const QString to = m_folder.filePath("written.ini");
         favourites.save(to);
         QVERIFY(FlushINI());
-        QFile written(to);
-        QVERIFY(written.open(QIODevice::ReadOnly));
-        QCOMPARE(written.readAll(), "[FAVORITES]\r\nNAME[0]=one\r\nURL[0]=1\r\nNAME[1]=three\r\n"
-                                    "URL[1]=3\r\nCOUNT=2\r\n");
+        QCOMPARE(contentOf(to), "[FAVORITES]\r\nNAME[0]=one\r\nURL[0]=1\r\nNAME[1]=three\r\n"
+                                "URL[1]=3\r\nCOUNT=2\r\n");
     }
 
     void longerListsLeaveTheirPairsBehind()
@@ -280,9 +279,7 @@ private:
     QString file(const QByteArray& content)
     {
         const QString path = m_folder.filePath(QString("pref%1.ini").arg(++m_files));
-        QFile ini(path);
-        if (!ini.open(QIODevice::WriteOnly) || ini.write(content) != content.size())
-            qFatal("cannot write %s", qPrintable(path));
+        writeFile(path, content);
         return path;
     }
 

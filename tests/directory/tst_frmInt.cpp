@@ -512,10 +512,7 @@ private slots:
     {
         ShownDirectory d;
         const QByteArray earlier = "CAMZold\xFFold\xFFold\r\n";
-        QFile file(d.path());
-        QVERIFY(file.open(QIODevice::WriteOnly));
-        QCOMPARE(file.write(earlier.repeated(50)), earlier.size() * 50);
-        file.close();
+        writeFile(d.path(), earlier.repeated(50));
         d.find(directoryBody({"a|b|c"}));
         d.check(0);
         d.press("cmdAdd");

@@ -1,5 +1,6 @@
 #include "platform/FileLock.h"
 #include "support/Rows.h"
+#include "support/ScratchFile.h"
 
 #include <memory>
 
@@ -60,8 +61,7 @@ private slots:
         QFETCH(QString, name);
         const QTemporaryDir folder;
         QVERIFY(QDir(folder.path()).mkdir("folder"));
-        QFile file(folder.filePath("file"));
-        QVERIFY(file.open(QIODevice::WriteOnly));
+        writeFile(folder.filePath("file"), {});
         QVERIFY(QFile::link(folder.filePath("file"), folder.filePath("link")));
         QVERIFY(QFile::link(folder.filePath("elsewhere"), folder.filePath("dangling")));
         FileLock lock;

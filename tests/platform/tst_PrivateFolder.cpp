@@ -2,6 +2,7 @@
 
 #include "platform/PrivateFolder.h"
 #include "support/Rows.h"
+#include "support/ScratchFile.h"
 
 #include <functional>
 #include <memory>
@@ -61,10 +62,9 @@ private slots:
     void isUsedAgain()
     {
         makeFolder(runtime("/pevora"), 0700);
-        QFile file(runtime("/pevora/kept"));
-        QVERIFY(file.open(QIODevice::WriteOnly));
+        writeFile(runtime("/pevora/kept"), {});
         QCOMPARE(privateFolder(), runtime("/pevora"));
-        QVERIFY(file.exists());
+        QVERIFY(QFile::exists(runtime("/pevora/kept")));
     }
 
     void whatIsNotTheUsersOwnIsLeftAlone_data()
@@ -79,8 +79,7 @@ private slots:
         row("the user has no right", [](const QString& path) { makeFolder(path, 0500); });
         row("sticky", [](const QString& path) { makeFolder(path, 01700); });
         row("a file", [](const QString& path) {
-            QFile file(path);
-            QVERIFY(file.open(QIODevice::WriteOnly));
+            writeFile(path, {});
             setMode(path, 0700);
         });
         row("a link to a folder of the user's", [](const QString& path) {

@@ -1,6 +1,7 @@
 #include "platform/Wallpaper.h"
 #include "platform/WallpaperSetter_linux.h"
 #include "support/Rows.h"
+#include "support/ScratchFile.h"
 
 #include <QDBusConnection>
 #include <QDBusError>
@@ -133,9 +134,7 @@ private slots:
         qputenv("PATH", QFile::encodeName(m_scratch->filePath(u"bin"_s)) + ":" + m_searchPath);
 
         m_picture = m_scratch->filePath(u"a b 'c' \"d\" & $e%20#?\\ \u00e4\u20ac.bmp"_s);
-        QFile picture(m_picture);
-        QVERIFY(picture.open(QIODevice::WriteOnly));
-        QCOMPARE(picture.write("BM pixels"), 9);
+        writeFile(m_picture, "BM pixels");
         m_address = u"file://"_s + m_scratch->path() +
                     u"/a%20b%20'c'%20%22d%22%20&%20$e%2520%23%3F%5C%20%C3%A4%E2%82%AC.bmp"_s;
     }
@@ -160,10 +159,8 @@ private slots:
         // The user's own table of folders names the picture folder.
         const QString folder = m_scratch->filePath(u"home/My Pictures"_s);
         QVERIFY(QDir().mkpath(m_scratch->filePath(u"config"_s)));
-        QFile table(m_scratch->filePath(u"config/user-dirs.dirs"_s));
-        QVERIFY(table.open(QIODevice::WriteOnly));
-        table.write("XDG_PICTURES_DIR=\"" + QFile::encodeName(folder) + "\"\n");
-        table.close();
+        writeFile(m_scratch->filePath(u"config/user-dirs.dirs"_s),
+                  "XDG_PICTURES_DIR=\"" + QFile::encodeName(folder) + "\"\n");
         qputenv("XDG_CONFIG_HOME", QFile::encodeName(m_scratch->filePath(u"config"_s)));
         const auto restore = qScopeGuard([] { qunsetenv("XDG_CONFIG_HOME"); });
 

@@ -2,25 +2,7 @@
 #include "shared/ReplaceFile.h"
 #include "support/Rows.h"
 #include "support/RunAgain.h"
-
-static void write(const QString& path, const QByteArray& bytes)
-{
-    QFile file(path);
-    QVERIFY(file.open(QIODevice::WriteOnly));
-    QCOMPARE(file.write(bytes), bytes.size());
-}
-
-static QByteArray read(const QString& path)
-{
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : "cannot be opened";
-}
-
-static QStringList namesIn(const QString& folder)
-{
-    return QDir(folder).entryList(QDir::AllEntries | QDir::System | QDir::Hidden |
-                                  QDir::NoDotAndDotDot);
-}
+#include "support/ScratchFile.h"
 
 class ReplaceFileTest : public QObject
 {
@@ -30,17 +12,17 @@ private slots:
     {
         QTemporaryDir folder;
         const QString path = folder.filePath("a");
-        write(path, "old and longer");
+        writeFile(path, "old and longer");
         const quint64 before = fileStamp(path).inode;
         QVERIFY(replaceFile(path, QByteArrayLiteral("new\r\n\0bytes")));
-        QCOMPARE(read(path), QByteArrayLiteral("new\r\n\0bytes"));
+        QCOMPARE(contentOf(path), QByteArrayLiteral("new\r\n\0bytes"));
         // Another file took the name: the old one was never open for writing.
         QVERIFY(fileStamp(path).inode != before);
         QVERIFY(replaceFile(path, {}));
-        QCOMPARE(read(path), QByteArray());
+        QCOMPARE(contentOf(path), QByteArray());
         const QByteArray large(3'000'000, 'x');
         QVERIFY(replaceFile(path, large));
-        QCOMPARE(read(path), large);
+        QCOMPARE(contentOf(path), large);
         QCOMPARE(namesIn(folder.path()), QStringList("a"));
     }
 
@@ -48,7 +30,7 @@ private slots:
     {
         QTemporaryDir folder;
         QVERIFY(replaceFile(folder.filePath("new"), "text"));
-        QCOMPARE(read(folder.filePath("new")), QByteArray("text"));
+        QCOMPARE(contentOf(folder.filePath("new")), QByteArray("text"));
         QVERIFY(!replaceFile(folder.filePath("none/new"), "text"));
         QVERIFY(!replaceFile({}, "text"));
         QCOMPARE(namesIn(folder.path()), QStringList("new"));
@@ -58,7 +40,7 @@ private slots:
     {
         QTemporaryDir folder;
         const QString path = folder.filePath("a");
-        write(path, "old");
+        writeFile(path, "old");
         const auto rights = QFile::ReadOwner | QFile::WriteOwner | QFile::ReadGroup;
         QVERIFY(QFile::setPermissions(path, rights));
         const auto before = QFile::permissions(path);
@@ -72,18 +54,18 @@ private slots:
         QVERIFY(QDir(folder.path()).mkdir("other"));
         const QString target = folder.filePath("other/target");
         const QString link = folder.filePath("link");
-        write(target, "old");
+        writeFile(target, "old");
         QVERIFY(QFile::link("other/target", link));
         QVERIFY(replaceFile(link, "new"));
         QVERIFY(QFileInfo(link).isSymLink());
         QVERIFY(!QFileInfo(target).isSymLink());
-        QCOMPARE(read(target), QByteArray("new"));
+        QCOMPARE(contentOf(target), QByteArray("new"));
         QCOMPARE(namesIn(folder.filePath("other")), QStringList("target"));
         // A link to nothing: its target is created.
         QVERIFY(QFile::remove(target));
         QVERIFY(replaceFile(link, "again"));
         QVERIFY(QFileInfo(link).isSymLink());
-        QCOMPARE(read(target), QByteArray("again"));
+        QCOMPARE(contentOf(target), QByteArray("again"));
     }
 
     void whatIsNoOrdinaryFileIsRefused()
@@ -119,7 +101,7 @@ private slots:
 
         const QString path = folder.filePath("pref.ini");
         const QByteArray old(3'000, 'o');
-        write(path, old);
+        writeFile(path, old);
         {
             QFile filler(folder.filePath("filler"));
             QVERIFY(filler.open(QIODevice::WriteOnly | QIODevice::Unbuffered));
@@ -130,13 +112,13 @@ private slots:
         }
         const QByteArray wanted(newBytes, 'n');
         QVERIFY(!replaceFile(path, wanted));
-        QCOMPARE(read(path), old);
+        QCOMPARE(contentOf(path), old);
         QCOMPARE(namesIn(folder.path()), QStringList({"filler", "pref.ini"}));
 
         // With room for it the same call succeeds.
         QVERIFY(QFile::remove(folder.filePath("filler")));
         QVERIFY(replaceFile(path, wanted));
-        QCOMPARE(read(path), wanted);
+        QCOMPARE(contentOf(path), wanted);
     }
 
     void aFolderThatCannotBeWrittenKeepsTheOldFile()
@@ -145,11 +127,11 @@ private slots:
             return;
         QTemporaryDir folder;
         const QString path = folder.filePath("a");
-        write(path, "old");
+        writeFile(path, "old");
         QVERIFY(QFile::setPermissions(folder.path(), QFile::ReadOwner | QFile::ExeOwner));
         // The file alone could be written, but not without cutting it first.
         QVERIFY(!replaceFile(path, "new"));
-        QCOMPARE(read(path), QByteArray("old"));
+        QCOMPARE(contentOf(path), QByteArray("old"));
         QVERIFY(!replaceFile(folder.filePath("b"), "new"));
         QCOMPARE(namesIn(folder.path()), QStringList("a"));
         QVERIFY(QFile::setPermissions(folder.path(),
@@ -163,10 +145,10 @@ private slots:
             return;
         QTemporaryDir folder;
         const QString path = folder.filePath("a");
-        write(path, "old");
+        writeFile(path, "old");
         QVERIFY(QFile::setPermissions(path, QFile::ReadOwner));
         QVERIFY(!replaceFile(path, "new"));
-        QCOMPARE(read(path), QByteArray("old"));
+        QCOMPARE(contentOf(path), QByteArray("old"));
     }
 };
 

@@ -168,10 +168,7 @@ private slots:
         server.listen();
         server.play("HTTP/1.0 200 OK\r\n\r\n");
         QTemporaryDir folder;
-        QFile preferences(folder.filePath("pref.ini"));
-        QVERIFY(preferences.open(QIODevice::WriteOnly));
-        preferences.write("[DIRECTORY]\r\nHOST=127.0.0.1\r\n");
-        preferences.close();
+        writeFile(folder.filePath("pref.ini"), "[DIRECTORY]\r\nHOST=127.0.0.1\r\n");
         QWidget form;
         SecondaryWindows windows(&form, folder.path(), server.port());
         windows.submit({QStringLiteral("Z\u00FCrich & \u6771=1"), "http://h/a.jpg", "", "Sights"});

@@ -1,6 +1,7 @@
 #include "support/Paths.h"
 #include "support/Pictures.h"
 #include "support/Rows.h"
+#include "support/ScratchFile.h"
 #include "support/Slower.h"
 #include "support/WebServer.h"
 
@@ -87,15 +88,10 @@ private slots:
         server.put("a.jpg", encodedPicture({40, 30}, Qt::red));
         const QString path =
             table({"http://" + server.url("/a.jpg"), "http://" + server.url("/b.jpg")});
-        // Opened anew each time: the file might be replaced by another one.
-        const auto content = [&path] {
-            QFile file(path);
-            return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-        };
-        const QByteArray before = content();
-        QVERIFY(!before.isEmpty());
+        const QByteArray before = contentOf(path);
+        QVERIFY(before != "none");
         QCOMPARE(run({path}).exitCode, 1);
-        QCOMPARE(content(), before);
+        QCOMPARE(contentOf(path), before);
     }
 
     void saysHowItIsUsed()
@@ -161,10 +157,8 @@ private:
             text += "Cities\tDublin, Ireland\t" + address.toUtf8() +
                     "\thttp://page.example/\t2020-01-01\tno\tA note\n";
         }
-        QFile file(m_scratch.filePath("cameras.tsv"));
-        if (!file.open(QIODevice::WriteOnly) || file.write(text) != text.size())
-            qFatal("no table");
-        return file.fileName();
+        writeFile(m_scratch.filePath("cameras.tsv"), text);
+        return m_scratch.filePath("cameras.tsv");
     }
 
     QTemporaryDir m_scratch;

@@ -1,5 +1,6 @@
 #include "support/Paths.h"
 #include "support/Rows.h"
+#include "support/ScratchFile.h"
 
 #include <QNetworkInterface>
 
@@ -417,9 +418,7 @@ private slots:
 
         Camera logging({"--verbose", "--log", name});
         talk(logging);
-        QFile file(name);
-        QVERIFY(file.open(QIODevice::ReadOnly));
-        QVERIFY(form.match(QString::fromLatin1(file.readAll())).hasMatch());
+        QVERIFY(form.match(QString::fromLatin1(contentOf(name))).hasMatch());
 
         Camera quiet;
         talk(quiet);

@@ -122,10 +122,8 @@ private slots:
 
     void filesAreListedWithoutRegardToCase()
     {
-        for (const char* name : {"a.bmp", "b.JPG", "c.Gif", "d.png", "e.jpeg", "f.gif.txt"}) {
-            QFile file(m_home->filePath(name));
-            QVERIFY(file.open(QIODevice::WriteOnly));
-        }
+        for (const char* name : {"a.bmp", "b.JPG", "c.Gif", "d.png", "e.jpeg", "f.gif.txt"})
+            writeFile(m_home->filePath(name), {});
         QFileDialog* dialog = dialogOf(&FileCommands::OpenImage);
         QVERIFY(dialog);
         auto* list = dialog->findChild<QListView*>("listView");
