@@ -104,8 +104,7 @@ class CameraListLineTest : public QObject
 private slots:
     void theLineIsAsItAlwaysWas()
     {
-        const QByteArray line = "Cities\xFFHarbour\xFFURL1\xFFSights\xFFTower\xFFURL2\x01"
-                                "Cookie: a=1";
+        const QByteArray line = "Cities\xFFHarbour\xFFURL1\xFFSights\xFFTower\xFFURL2\1Cookie: a=1";
         const QList<CameraRecord> cameras{{"Cities", "Harbour", "URL1"},
                                           {"Sights", "Tower", u"URL2\u0001Cookie: a=1"_s}};
         QCOMPARE(writeCameraListLine(cameras), line);
@@ -164,12 +163,7 @@ private slots:
     void theHeaderStaysInTheKey()
     {
         // Only the first mark parts; in other fields it is a character like any other.
-        for (const char* key : {"\x01", "a\x01",
-                                "\x01"
-                                "b",
-                                "a\x01"
-                                "b\x01"
-                                "c\x01\x01"}) {
+        for (const char* key : {"\x01", "a\x01", "\1b", "a\1b\1c\x01\x01"}) {
             const QByteArray line = joined({"c\x01", "\x01n", key});
             const QList<CameraRecord> cameras{
                 {u"c\u0001"_s, u"\u0001n"_s, QString::fromLatin1(key)}};

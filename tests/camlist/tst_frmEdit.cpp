@@ -49,9 +49,8 @@ public:
         return contentOf(shown.path());
     }
 
-    static inline const QByteArray List = "Cities\xFFHarbour\xFFURL1\xFFSights\xFFTower\xFFURL2\x01"
-                                          "Cookie: a=1\xFFSights\xFF"
-                                          "Bridge\xFFURL3\r\n";
+    static inline const QByteArray List = "Cities\377Harbour\377URL1\377Sights\377Tower\377"
+                                          "URL2\1Cookie: a=1\377Sights\377Bridge\377URL3\r\n";
     ShownList shown;
     QPointer<frmEdit> editor;
 };
@@ -103,11 +102,9 @@ private slots:
         QCOMPARE(open.editor->findChild<QPushButton*>("cmdGo")->text(), "Update");
         QCOMPARE(open.editor->findChild<QPushButton*>("cmdCan")->text(), "Cancel");
 
-        const OpenEditor broken("a  b", "C\xFF"
-                                        "a\r\nb\xFFk");
+        const OpenEditor broken("a  b", "C\377a\r\nb\377k");
         QCOMPARE(broken.editor->windowTitle(), "a  b Properties");
-        const OpenEditor odd("a[*]&b", "C\xFF"
-                                       "a[*]&b\xFFk");
+        const OpenEditor odd("a[*]&b", "C\377a[*]&b\377k");
         QCOMPARE(odd.editor->windowTitle(), "a[*][*]&b Properties"); // shown with one
     }
 
@@ -127,9 +124,8 @@ private slots:
         OpenEditor::type(open.box("txtName"), "High Tower");
         open.press("cmdGo");
         QTRY_VERIFY(!open.editor);
-        QCOMPARE(open.saved(), "Cities\xFFHarbour\xFFURL1\xFFSights\xFF"
-                               "Bridge\xFFURL3\xFFSights\xFFHigh Tower\xFFURL2\x01"
-                               "Cookie: a=1\r\n");
+        QCOMPARE(open.saved(), "Cities\377Harbour\377URL1\377Sights\377Bridge\377URL3\377Sights\377"
+                               "High Tower\377URL2\1Cookie: a=1\r\n");
         QCOMPARE(open.shown.all().last(), "Sights/High Tower");
         QCOMPARE(open.shown.tree().selected(), open.shown.node("High Tower"));
     }
@@ -157,9 +153,7 @@ private slots:
     void theHeaderJoinsTheAddress_data()
     {
         const Rows<QString, QString, QString> row("camera", "extra", "key");
-        row("another", "Tower", "Cookie: b=2",
-            "URL2\x01"
-            "Cookie: b=2");
+        row("another", "Tower", "Cookie: b=2", "URL2\1Cookie: b=2");
         row("taken away", "Tower", "", "URL2");
         row("given", "Bridge", "X: 1", "URL3\x01X: 1");
     }
@@ -217,22 +211,19 @@ private slots:
     void aPastedKeyFillsBothBoxes()
     {
         OpenEditor open("Bridge");
-        QGuiApplication::clipboard()->setText("host/x.jpg\x01"
-                                              "Cookie: c=3");
+        QGuiApplication::clipboard()->setText("host/x.jpg\1Cookie: c=3");
         open.box("txtUrl").selectAll();
         QTest::keySequence(&open.box("txtUrl"), QKeySequence::Paste);
         QCOMPARE(open.box("txtUrl").text(), "host/x.jpg");
         QCOMPARE(open.box("txtExtra").text(), "Cookie: c=3");
         open.press("cmdGo");
-        QCOMPARE(open.shown.list().ReturnUrlViaName("Bridge"), "host/x.jpg\x01"
-                                                               "Cookie: c=3");
+        QCOMPARE(open.shown.list().ReturnUrlViaName("Bridge"), "host/x.jpg\1Cookie: c=3");
     }
 
     void whatIsTypedIsMadeFit()
     {
         OpenEditor open("Bridge");
-        QGuiApplication::clipboard()->setText(QStringLiteral("a\u00FF\r\nb\x01"
-                                                             "c"));
+        QGuiApplication::clipboard()->setText(QStringLiteral("a\u00FF\r\nb\1c"));
         for (QLineEdit* box :
              {&open.box("txtName"), &open.box("txtExtra"), open.category().lineEdit()}) {
             box->selectAll();

@@ -33,8 +33,7 @@ private slots:
             "http://localhost/pevora/?n=Big+Ben&a=http://h/a.jpg?x%3D1%26y&c=My+Sights");
         row("with one", "Cookie: a=1",
             "http://localhost/pevora/"
-            "?n=Big+Ben&a=http://h/a.jpg?x%3D1%26y\x01"
-            "Cookie:+a%3D1&c=My+Sights");
+            "?n=Big+Ben&a=http://h/a.jpg?x%3D1%26y\1Cookie:+a%3D1&c=My+Sights");
     }
 
     void theAddressHoldsAllOfTheCamera()

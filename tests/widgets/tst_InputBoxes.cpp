@@ -48,11 +48,7 @@ private slots:
         row("an address alone", "host/a.jpg", "host/a.jpg", "old");
         row("a key", "host/a.jpg\x01X: 1", "host/a.jpg", "X: 1");
         row("a key without a header", "host/a.jpg\x01", "host/a.jpg", "");
-        row("two marks",
-            "a\x01"
-            "b\x01"
-            "c",
-            "a", "bc");
+        row("two marks", "a\1b\1c", "a", "bc");
         row("line breaks", "a\r\n\x01X: 1\r\nY: 2", "a", "X: 1Y: 2");
     }
 
