@@ -6,7 +6,7 @@
 #include <QSize>
 #include <QStringList>
 
-/// JPEG files that are as large and as hard to decode as a camera's: the demo camera's harbour
+/// JPEG files that are as large and as hard to decode as a camera's: the demo camera's lake
 /// under a sensor's grain. Each has a field of its own plain colour in its middle, by which it is
 /// known on the screen. Any two differ.
 class Pictures

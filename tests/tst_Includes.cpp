@@ -1,6 +1,8 @@
-// Which folder of src/ may include which, and which part of Qt: arrows point one way.
+// Which folder of src/ may include which, and which part of Qt: arrows point one way. And which
+// file may write files.
 
 #include "support/Paths.h"
+#include "support/ScratchFile.h"
 
 #include <QDirIterator>
 #include <QLibraryInfo>
@@ -41,6 +43,40 @@ static const QHash<QString, QSet<QString>>& mayInclude()
     return table;
 }
 
+/// What in a source writes to a disk, or would.
+static const QRegularExpression& writing()
+{
+    static const QRegularExpression words(
+        "\\b(QSaveFile|QTemporaryFile|QTemporaryDir|QSettings|QImageWriter|EGifOpenFile\\w*|"
+        "(QIODevice(Base)?|QFile)::(WriteOnly|ReadWrite|Append|Truncate|NewOnly|copy)|"
+        "O_WRONLY|O_RDWR|O_CREAT|fopen|o?fstream|CreateFile[AW]?)\\b|\\.save\\((?!\\))");
+    return words;
+}
+
+/// The files that matter are written by replaceFile alone, which is tested with a full disk. Who
+/// writes beside it loses nothing that anybody wants to keep, or does not write to a disk at all.
+static const QHash<QString, QSet<QString>>& mayWrite()
+{
+    static const QHash<QString, QSet<QString>> table = {
+        {"shared/ReplaceFile.cpp", {"QSaveFile", "QIODevice::WriteOnly"}},
+        // Whether a folder can be written: the file goes at once.
+        {"shared/AppFolder.cpp", {"QTemporaryFile"}},
+        // Copies of what is in memory, for whoever looks into the folder.
+        {"viewer/fetch/Fetch.cpp", {"QIODevice::WriteOnly", "QIODevice::NewOnly"}},
+        {"viewer/movie/FrameFile.cpp",
+         {"QIODevice::WriteOnly", "QIODevice::ReadWrite", "QIODevice::NewOnly"}},
+        // Into memory.
+        {"picture/EncodeBitmap.cpp", {"QImageWriter", "QIODevice::WriteOnly"}},
+        {"picture/SaveImage.cpp", {"QImageWriter", "QIODevice::WriteOnly"}},
+        // An empty file that is locked; reading alone; a random number made anew where it is lost.
+        {"platform/FileLock_linux.cpp", {"O_RDWR", "O_CREAT"}},
+        {"platform/FileLock_win.cpp", {"CreateFileW"}},
+        {"platform/FileStamp_win.cpp", {"CreateFileW"}},
+        {"platform/PrivateFolder_win.cpp", {"QIODevice::WriteOnly", "QIODevice::NewOnly"}},
+    };
+    return table;
+}
+
 static QString folderOf(const QString& path)
 {
     return path.contains('/') ? path.section('/', 0, -2) : QString();
@@ -59,10 +95,7 @@ static QStringList sources()
 /// The headers that a source includes in quotes, or with `"<([^>]+)>"` in angle brackets.
 static QStringList includesOf(const QString& path, const QString& header = "\"([^\"]+)\"")
 {
-    QFile file(path);
-    if (!file.open(QIODevice::ReadOnly))
-        return {};
-    const QString text = QString::fromUtf8(file.readAll());
+    const QString text = QString::fromUtf8(contentOf(path));
     QStringList found;
     const QRegularExpression include("^\\s*#\\s*include\\s+" + header,
                                      QRegularExpression::MultilineOption);
@@ -154,10 +187,24 @@ private slots:
             for (const QString& header : includesOf(path, "<([^>]+)>"))
                 QVERIFY2(!system.match(header).hasMatch(),
                          qPrintable(path + " includes " + header));
-            QFile file(path);
-            QVERIFY(file.open(QIODevice::ReadOnly));
-            QVERIFY2(!file.readAll().contains("Q_OS_"), qPrintable(path + " asks for the system"));
+            QVERIFY2(!contentOf(path).contains("Q_OS_"), qPrintable(path + " asks for the system"));
         }
+    }
+
+    void onlyReplaceFileWritesWhatMatters()
+    {
+        static const QRegularExpression comment("//[^\n]*|^#include[^\n]*",
+                                                QRegularExpression::MultilineOption);
+        QHash<QString, QSet<QString>> found;
+        for (const QString& path : sources()) {
+            const QString code = QString::fromUtf8(contentOf(path)).remove(comment);
+            for (auto all = writing().globalMatch(code); all.hasNext();)
+                found[QDir(sourcePath("src")).relativeFilePath(path)] << all.next().captured();
+        }
+        QSet<QString> files(found.keyBegin(), found.keyEnd());
+        for (const QString& file : files.unite({mayWrite().keyBegin(), mayWrite().keyEnd()}))
+            QVERIFY2(found.value(file) == mayWrite().value(file),
+                     qPrintable(file + " writes by " + found.value(file).values().join(", ")));
     }
 };
 

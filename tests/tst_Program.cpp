@@ -1,6 +1,8 @@
 // The whole program as a process of its own, on the display of the tests.
 
+#include "support/Rows.h"
 #include "support/RunningProgram.h"
+#include "support/ScratchFile.h"
 
 #include <csignal>
 #include <functional>
@@ -18,9 +20,9 @@ class ProgramTest : public QObject
 private slots:
     void endsCleanly_data()
     {
-        QTest::addColumn<bool>("byKeyboard");
-        QTest::newRow("by SIGTERM") << false;
-        QTest::newRow("by the window manager") << true;
+        const Rows<bool> row("byKeyboard");
+        row("by SIGTERM", false);
+        row("by the window manager", true);
     }
 
     void endsCleanly()
@@ -41,9 +43,7 @@ private slots:
         }
         QCOMPARE(p.ended(), "0");
         QCOMPARE(p.preferences(), DesignView + "[FAVORITES]\r\nCOUNT=0\r\n");
-        QCOMPARE(
-            QDir(p.program()).entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot),
-            (QStringList{"list.dat", "pevora", "pref.ini"}));
+        QCOMPARE(namesIn(p.program()), (QStringList{"list.dat", "pevora", "pref.ini"}));
     }
 
     void ctrlCAndTheEndOfTheTerminalEndItToo()
@@ -125,12 +125,7 @@ private slots:
     void aBadPreferencesFileDoesNoHarm_data()
     {
         using Make = std::function<void(const RunningProgram&)>;
-        QTest::addColumn<Make>("make");
-        QTest::addColumn<std::function<bool(const RunningProgram&)>>("isIntact");
-        const auto row = [](const char* name, const Make& make,
-                            const std::function<bool(const RunningProgram&)>& isIntact) {
-            QTest::newRow(name) << make << isIntact;
-        };
+        const Rows<Make, std::function<bool(const RunningProgram&)>> row("make", "isIntact");
         row(
             "a folder",
             [](const RunningProgram& p) { QVERIFY(QDir().mkdir(p.program("pref.ini"))); },

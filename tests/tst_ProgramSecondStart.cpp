@@ -2,7 +2,9 @@
 
 #include "support/OtherProgram.h"
 #include "support/Pictures.h"
+#include "support/Rows.h"
 #include "support/RunningProgram.h"
+#include "support/ScratchFile.h"
 #include "support/Slower.h"
 
 #include <csignal>
@@ -71,17 +73,16 @@ private slots:
         }
         QCOMPARE(printedBy({"sh", "-c", p.program("pevora") + " --version >/dev/full; echo $?"}),
                  "1");
-        QCOMPARE(QDir(p.program()).entryList(QDir::AllEntries | QDir::NoDotAndDotDot),
-                 QStringList("pevora"));
+        QCOMPARE(namesIn(p.program()), QStringList("pevora"));
     }
 
     void everythingElseIsAFileName_data()
     {
-        QTest::addColumn<QString>("name");
+        const Rows<QString> row("name");
         // Qt knows some of them as options of its own.
         for (const char* name : {"--foo", "-h", "--help.zip", "--versions", "-style", "-platform",
                                  "-platform none", "-reverse", "-", "a b"})
-            QTest::newRow(name) << name;
+            row(name, name);
     }
 
     void everythingElseIsAFileName()
@@ -144,9 +145,7 @@ private slots:
         QVERIFY(p.start());
         QCOMPARE(handedOverBy(p, {p.program("1")}), "0");
         // Neither that start nor the instance that runs has written anything yet.
-        QCOMPARE(
-            QDir(p.program()).entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot),
-            (QStringList{"1", "pevora"}));
+        QCOMPARE(namesIn(p.program()), (QStringList{"1", "pevora"}));
         p.terminate();
         QCOMPARE(p.ended(), "0");
     }
@@ -169,9 +168,9 @@ private slots:
 
     void eightyStartsAtOnce_data()
     {
-        QTest::addColumn<bool>("beforeItRuns");
-        QTest::newRow("beside one that runs") << false;
-        QTest::newRow("where none runs yet") << true;
+        const Rows<bool> row("beforeItRuns");
+        row("beside one that runs", false);
+        row("where none runs yet", true);
     }
 
     void eightyStartsAtOnce()
@@ -228,9 +227,9 @@ private slots:
 
     void theOtherInstanceTakesOver_data()
     {
-        QTest::addColumn<bool>("byKill");
-        QTest::newRow("when the first ends") << false;
-        QTest::newRow("when the first is killed") << true;
+        const Rows<bool> row("byKill");
+        row("when the first ends", false);
+        row("when the first is killed", true);
     }
 
     void theOtherInstanceTakesOver()

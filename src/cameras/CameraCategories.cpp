@@ -4,8 +4,8 @@ using namespace Qt::Literals::StringLiterals;
 
 const QStringList& cameraCategories()
 {
-    static const QStringList names = {u"Animals"_s, u"Buildings"_s,  u"Cities"_s,
-                                      DefaultCategory, u"Interest"_s, u"People"_s,
-                                      u"Science"_s, u"Sights"_s,     u"Traffic"_s};
+    static const QStringList names = {u"Animals"_s,    u"Buildings"_s, u"Cities"_s,
+                                      DefaultCategory, u"Interest"_s,  u"People"_s,
+                                      u"Science"_s,    u"Sights"_s,    u"Traffic"_s};
     return names;
 }

@@ -9,20 +9,15 @@ private slots:
         const auto plain = splitCameraKey("host/a.jpg");
         QCOMPARE(plain.address, "host/a.jpg");
         QCOMPARE(plain.extraHeader, "");
-        const auto marked = splitCameraKey("host/a.jpg\x01"
-                                           "Cookie: a\x01"
-                                           "b");
+        const auto marked = splitCameraKey("host/a.jpg\1Cookie: a\1b");
         QCOMPARE(marked.address, "host/a.jpg");
-        QCOMPARE(marked.extraHeader, "Cookie: a\x01"
-                                     "b");
+        QCOMPARE(marked.extraHeader, "Cookie: a\1b");
     }
 
     void joinsWhatItSplits()
     {
         QCOMPARE(joinCameraKey("host/a.jpg", ""), "host/a.jpg");
-        const QString marked = "host/a.jpg\x01"
-                               "Cookie: a\x01"
-                               "b";
+        const QString marked = "host/a.jpg\1Cookie: a\1b";
         const auto [address, extraHeader] = splitCameraKey(marked);
         QCOMPARE(joinCameraKey(address, extraHeader), marked);
     }

@@ -2,6 +2,7 @@
 #include "platform/CodePage.h"
 #include "shared/DiskText.h"
 #include "shared/InputText.h"
+#include "support/Rows.h"
 #include "support/Slower.h"
 
 #include <algorithm>
@@ -103,8 +104,7 @@ class CameraListLineTest : public QObject
 private slots:
     void theLineIsAsItAlwaysWas()
     {
-        const QByteArray line = "Cities\xFFHarbour\xFFURL1\xFFSights\xFFTower\xFFURL2\x01"
-                                "Cookie: a=1";
+        const QByteArray line = "Cities\xFFHarbour\xFFURL1\xFFSights\xFFTower\xFFURL2\1Cookie: a=1";
         const QList<CameraRecord> cameras{{"Cities", "Harbour", "URL1"},
                                           {"Sights", "Tower", u"URL2\u0001Cookie: a=1"_s}};
         QCOMPARE(writeCameraListLine(cameras), line);
@@ -115,27 +115,26 @@ private slots:
 
     void anyNameSurvives_data()
     {
-        QTest::addColumn<QString>("text");
-        QTest::addColumn<QByteArray>("bytes");
-        QTest::newRow("comma and blank") << "L.A., CA" << QByteArray("L.A., CA");
-        QTest::newRow("outer blanks") << "  a  " << QByteArray("  a  ");
-        QTest::newRow("ampersands") << "AT&T && &amp;" << QByteArray("AT&T && &amp;");
-        QTest::newRow("angle brackets") << "<b>a</b> <" << QByteArray("<b>a</b> <");
-        QTest::newRow("in the page") << u"Zürich €"_s << QByteArray("Z\xFCrich \x80");
-        QTest::newRow("right to left") << u"\u05D7\u05D9"_s << QByteArray("\xD7\x97\xD7\x99");
-        QTest::newRow("Chinese") << u"東京"_s << QByteArray("\xE6\x9D\xB1\xE4\xBA\xAC");
-        QTest::newRow("beyond 16 bits") << u"\U0001F4F7"_s << QByteArray("\xF0\x9F\x93\xB7");
-        QTest::newRow("like UTF-8 in the page") << u"Ã¼"_s << QByteArray("\xC3\x83\xC2\xBC");
-        QTest::newRow("byte order mark") << u"\uFEFFa"_s
-                                         << QByteArray("\xEF\xBB\xBF"
-                                                       "a");
-        QTest::newRow("CR") << "a\rb\r" << QByteArray("a\rb\r");
-        QTest::newRow("LF") << "a\nb\n" << QByteArray("a\nb\n");
-        QTest::newRow("CR LF") << "a\r\nb\r\n" << QByteArray("a\r\nb\r\n");
-        QTest::newRow("zero") << QString(QChar(0)) << QByteArray(1, '\0');
-        QTest::newRow("10,000 letters") << QString(10'000, 'n') << QByteArray(10'000, 'n');
-        QTest::newRow("10,000 others")
-            << QString(10'000, QChar(0x05D0)) << QByteArray("\xD7\x90").repeated(10'000);
+        const Rows<QString, QByteArray> row("text", "bytes");
+        row("comma and blank", "L.A., CA", "L.A., CA");
+        row("outer blanks", "  a  ", "  a  ");
+        row("ampersands", "AT&T && &amp;", "AT&T && &amp;");
+        row("angle brackets", "<b>a</b> <", "<b>a</b> <");
+        row("in the page", u"Zürich €"_s, "Z\xFCrich \x80");
+        row("right to left", u"\u05D7\u05D9"_s, "\xD7\x97\xD7\x99");
+        row("Chinese", u"東京"_s, "\xE6\x9D\xB1\xE4\xBA\xAC");
+        row("beyond 16 bits", u"\U0001F4F7"_s, "\xF0\x9F\x93\xB7");
+        row("like UTF-8 in the page", u"Ã¼"_s, "\xC3\x83\xC2\xBC");
+        row("byte order mark", u"\uFEFFa"_s,
+            "\xEF\xBB\xBF"
+            "a");
+        row("CR", "a\rb\r", "a\rb\r");
+        row("LF", "a\nb\n", "a\nb\n");
+        row("CR LF", "a\r\nb\r\n", "a\r\nb\r\n");
+        row("zero", QString(QChar(0)), QByteArray(1, '\0'));
+        row("10,000 letters", QString(10'000, 'n'), QByteArray(10'000, 'n'));
+        row("10,000 others", QString(10'000, QChar(0x05D0)),
+            QByteArray("\xD7\x90").repeated(10'000));
     }
 
     void anyNameSurvives()
@@ -164,12 +163,7 @@ private slots:
     void theHeaderStaysInTheKey()
     {
         // Only the first mark parts; in other fields it is a character like any other.
-        for (const char* key : {"\x01", "a\x01",
-                                "\x01"
-                                "b",
-                                "a\x01"
-                                "b\x01"
-                                "c\x01\x01"}) {
+        for (const char* key : {"\x01", "a\x01", "\1b", "a\1b\1c\x01\x01"}) {
             const QByteArray line = joined({"c\x01", "\x01n", key});
             const QList<CameraRecord> cameras{
                 {u"c\u0001"_s, u"\u0001n"_s, QString::fromLatin1(key)}};

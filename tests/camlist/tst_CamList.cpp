@@ -2,6 +2,7 @@
 
 #include "camlist/DefaultCameras.h"
 #include "support/Dialogs.h"
+#include "support/Rows.h"
 #include "support/ScratchFile.h"
 #include "support/ShownList.h"
 
@@ -13,8 +14,7 @@
 
 namespace {
 
-const QByteArray Example = "Cities\xFFHarbour\xFFURL1\xFFSights\xFFTower\xFFURL2\x01"
-                           "Cookie: a=1";
+const QByteArray Example = "Cities\xFFHarbour\xFFURL1\xFFSights\xFFTower\xFFURL2\1Cookie: a=1";
 const QStringList ExampleNodes = {"Cities", "Cities/Harbour", "Sights", "Sights/Tower"};
 
 /// How many messages of that text come one after the other, each answered with OK; -1 where one
@@ -49,11 +49,11 @@ class CamListTest : public QObject
 private slots:
     void withoutAListTheDefaultsAreThere_data()
     {
-        QTest::addColumn<QByteArray>("content");
-        QTest::newRow("no file") << QByteArray();
-        QTest::newRow("an empty file") << QByteArray("");
-        QTest::newRow("a line end alone") << QByteArray("\r\n");
-        QTest::newRow("another system's line end") << QByteArray("\n");
+        const Rows<QByteArray> row("content");
+        row("no file", {});
+        row("an empty file", "");
+        row("a line end alone", "\r\n");
+        row("another system's line end", "\n");
     }
 
     void withoutAListTheDefaultsAreThere()
@@ -71,34 +71,23 @@ private slots:
 
     void aListIsSavedAsItWasRead_data()
     {
-        QTest::addColumn<QByteArray>("line");
-        QTest::addColumn<QStringList>("nodes");
-        QTest::newRow("two cameras, one with a header") << Example << ExampleNodes;
-        QTest::newRow("commas and blanks") << QByteArray("Cities\xFFL.A., CA\xFFh/a.jpg")
-                                           << QStringList({"Cities", "Cities/L.A., CA"});
-        QTest::newRow("ampersands and brackets") << QByteArray("A&B\xFF<i>AT&&T</i>\xFFh/a.jpg")
-                                                 << QStringList({"A&B", "A&B/<i>AT&&T</i>"});
-        QTest::newRow("categories that take turns") << QByteArray("B\xFF"
-                                                                  "1\xFFk1\xFF"
-                                                                  "A\xFF"
-                                                                  "2\xFFk2\xFF"
-                                                                  "B\xFF"
-                                                                  "3\xFFk3")
-                                                    << QStringList({"B", "B/1", "B/3", "A", "A/2"});
-        QTest::newRow("a line break in a name") << QByteArray("C\xFF"
-                                                              "a\r\nb\xFFk")
-                                                << QStringList({"C", "C/a  b"});
-        QTest::newRow("a line break at the end") << QByteArray("C\xFF"
-                                                               "a\xFFk\r\n")
-                                                 << QStringList({"C", "C/a"});
-        QTest::newRow("old letters") << QByteArray("C\xFFZ\xFCrich\xFFk")
-                                     << QStringList({"C", QStringLiteral("C/Z\u00FCrich")});
-        QTest::newRow("letters of the world")
-            << QByteArray("C\xFF" + QByteArray("\u6771\u4EAC \u05EA\u05DC") + "\xFFk")
-            << QStringList({"C", QStringLiteral("C/\u6771\u4EAC \u05EA\u05DC")});
-        QTest::newRow("10,000 characters")
-            << QByteArray("C\xFF" + QByteArray(10'000, 'n') + "\xFFk")
-            << QStringList({"C", "C/" + QString(10'000, 'n')});
+        const Rows<QByteArray, QStringList> row("line", "nodes");
+        row("two cameras, one with a header", Example, ExampleNodes);
+        row("commas and blanks", "Cities\xFFL.A., CA\xFFh/a.jpg",
+            QStringList({"Cities", "Cities/L.A., CA"}));
+        row("ampersands and brackets", "A&B\xFF<i>AT&&T</i>\xFFh/a.jpg",
+            QStringList({"A&B", "A&B/<i>AT&&T</i>"}));
+        row("categories that take turns", "B\3771\377k1\377A\3772\377k2\377B\3773\377k3",
+            QStringList({"B", "B/1", "B/3", "A", "A/2"}));
+        row("a line break in a name", "C\377a\r\nb\377k", QStringList({"C", "C/a  b"}));
+        row("a line break at the end", "C\377a\377k\r\n", QStringList({"C", "C/a"}));
+        row("old letters", "C\xFFZ\xFCrich\xFFk",
+            QStringList({"C", QStringLiteral("C/Z\u00FCrich")}));
+        row("letters of the world",
+            QByteArray("C\xFF" + QByteArray("\u6771\u4EAC \u05EA\u05DC") + "\xFFk"),
+            QStringList({"C", QStringLiteral("C/\u6771\u4EAC \u05EA\u05DC")}));
+        row("10,000 characters", QByteArray("C\xFF" + QByteArray(10'000, 'n') + "\xFFk"),
+            QStringList({"C", "C/" + QString(10'000, 'n')}));
     }
 
     void aListIsSavedAsItWasRead()
@@ -192,13 +181,12 @@ private slots:
     {
         ShownList shown;
         shown.load(Example + "\r\n");
-        shown.write("icl.zip", "CAMZSights\xFF"
-                               "Bridge\xFFURL3\xFFParks\xFFPond\xFFURL4\r\n");
+        shown.write("icl.zip", "CAMZSights\377Bridge\377URL3\377Parks\377Pond\377URL4\r\n");
         shown.list().LoadFile(shown.path("icl.zip"));
         QCOMPARE(shown.all(), ExampleNodes + QStringList({"Sights/Bridge", "Parks", "Parks/Pond"}));
         shown.list().SaveFile();
-        QCOMPARE(contentOf(shown.path()), Example + "\xFFSights\xFF"
-                                                    "Bridge\xFFURL3\xFFParks\xFFPond\xFFURL4\r\n");
+        QCOMPARE(contentOf(shown.path()),
+                 Example + "\377Sights\377Bridge\377URL3\377Parks\377Pond\377URL4\r\n");
     }
 
     void importingTwiceSaysSoForEachCamera()
@@ -272,12 +260,12 @@ private slots:
 
     void whatIsNoZippedListIsRefused_data()
     {
-        QTest::addColumn<QByteArray>("content");
-        QTest::newRow("a list without its mark") << Example + "\r\n";
-        QTest::newRow("the mark in other letters") << "camz" + Example;
-        QTest::newRow("the mark cut") << QByteArray("CAM");
-        QTest::newRow("an empty file") << QByteArray("");
-        QTest::newRow("no file") << QByteArray();
+        const Rows<QByteArray> row("content");
+        row("a list without its mark", Example + "\r\n");
+        row("the mark in other letters", "camz" + Example);
+        row("the mark cut", "CAM");
+        row("an empty file", "");
+        row("no file", {});
     }
 
     void whatIsNoZippedListIsRefused()
@@ -385,8 +373,7 @@ private slots:
         ShownList shown;
         shown.load(Example + "\r\n");
         QCOMPARE(shown.list().Search("TOW"), "Tower");
-        QCOMPARE(shown.list().ReturnUrlViaName("TOW"), "URL2\x01"
-                                                       "Cookie: a=1");
+        QCOMPARE(shown.list().ReturnUrlViaName("TOW"), "URL2\1Cookie: a=1");
         QCOMPARE(shown.list().Search(""), "");
         QCOMPARE(shown.list().ReturnUrlViaName(""), "");
         QCOMPARE(shown.list().ReturnUrlViaName("Cities"), ""); // it has a camera

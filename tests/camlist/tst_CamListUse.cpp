@@ -22,8 +22,7 @@ private slots:
         QSignalSpy clicks(&shown.list(), &CamList::Click);
         shown.click("Tower");
         QCOMPARE(clicks.size(), 1);
-        QCOMPARE(clicks.first(), QVariantList({"Tower", "URL2\x01"
-                                                        "Cookie: a=1"}));
+        QCOMPARE(clicks.first(), QVariantList({"Tower", "URL2\1Cookie: a=1"}));
         // The one that is shown already can be asked for again.
         shown.click("Tower");
         QCOMPARE(clicks.size(), 2);
@@ -163,8 +162,7 @@ private slots:
         QTest::addColumn<QString>("key");
         for (const char* entry : {"mnuFav", "mnuSel"}) {
             QTest::addRow("%s, a camera", entry) << entry << "Tower"
-                                                 << "URL2\x01"
-                                                    "Cookie: a=1";
+                                                 << "URL2\1Cookie: a=1";
             QTest::addRow("%s, a category", entry) << entry << "Sights"
                                                    << "Sights";
         }
@@ -229,8 +227,7 @@ private slots:
         ShownList shown;
         shown.load(m_list);
         shown.choose("Tower", "mnuCopy");
-        QCOMPARE(QGuiApplication::clipboard()->text(), "URL2\x01"
-                                                       "Cookie: a=1");
+        QCOMPARE(QGuiApplication::clipboard()->text(), "URL2\1Cookie: a=1");
         shown.choose("Cities", "mnuCopy");
         QCOMPARE(QGuiApplication::clipboard()->text(), "Cities");
     }
@@ -312,9 +309,8 @@ private slots:
     }
 
 private:
-    const QByteArray m_list = "Cities\xFFHarbour\xFFURL1\xFFSights\xFFTower\xFFURL2\x01"
-                              "Cookie: a=1\xFFSights\xFF"
-                              "Bridge\xFFURL3\r\n";
+    const QByteArray m_list = "Cities\377Harbour\377URL1\377Sights\377Tower\377"
+                              "URL2\1Cookie: a=1\377Sights\377Bridge\377URL3\r\n";
 };
 
 QTEST_MAIN(CamListUseTest)

@@ -1,4 +1,5 @@
 #include "camlist/CameraListFile.h"
+#include "support/Rows.h"
 #include "support/RunAgain.h"
 #include "support/ScratchFile.h"
 
@@ -55,15 +56,14 @@ private slots:
 
     void whatAnotherWroteIsKept_data()
     {
-        QTest::addColumn<QByteArray>("theirs");
-        QTest::addColumn<QByteArray>("ours");
+        const Rows<QByteArray, QByteArray> row("theirs", "ours");
         // Kept byte for byte, whatever it is.
-        QTest::newRow("longer") << QByteArray("their list\r\n") << QByteArray("new");
-        QTest::newRow("as long") << QByteArray("ale\r\n") << QByteArray("new");
-        QTest::newRow("empty") << QByteArray("") << QByteArray("new");
-        QTest::newRow("no line end") << QByteArray("\xEF\xBB\xBF\0\xFFx", 6) << QByteArray("new");
-        QTest::newRow("large") << QByteArray(3'000'000, 'l') << QByteArray("new");
-        QTest::newRow("removed by us") << QByteArray("their list\r\n") << QByteArray();
+        row("longer", "their list\r\n", "new");
+        row("as long", "ale\r\n", "new");
+        row("empty", "", "new");
+        row("no line end", QByteArray("\xEF\xBB\xBF\0\xFFx", 6), "new");
+        row("large", QByteArray(3'000'000, 'l'), "new");
+        row("removed by us", "their list\r\n", {});
     }
 
     void whatAnotherWroteIsKept()
@@ -147,10 +147,8 @@ private slots:
 
     void aChangeWithinOneStepOfTheClockIsKept()
     {
-        if (!runsAgain()) {
-            QCOMPARE(runAgainWithOwnMounts("aChangeWithinOneStepOfTheClockIsKept"), "passed");
+        if (ranWithOwnMounts())
             return;
-        }
         QCOMPARE(mountCoarseClock(m_file->folder()), "mounted");
         int sameTime = 0;
         for (int i = 100; i < 300; ++i) {
@@ -207,9 +205,9 @@ private slots:
 
     void whatCannotBeReadIsKept_data()
     {
-        QTest::addColumn<QByteArray>("kind");
+        const Rows<QByteArray> row("kind");
         for (const char* kind : {"folder", "pipe", "too long"})
-            QTest::newRow(kind) << QByteArray(kind);
+            row(kind, kind);
     }
 
     void whatCannotBeReadIsKept()
@@ -222,11 +220,8 @@ private slots:
 
     void whatCannotBeReadIsKeptWhereNamesCannotBeExchanged()
     {
-        if (!runsAgain()) {
-            QCOMPARE(runAgainAsOrdinaryUser("whatCannotBeReadIsKeptWhereNamesCannotBeExchanged"),
-                     "passed");
+        if (ranAsOrdinaryUser())
             return;
-        }
         QFETCH(QByteArray, kind);
         QVERIFY(refuseExchange());
         keepsWhatCannotBeRead(kind);
@@ -234,10 +229,8 @@ private slots:
 
     void whatMayNotBeReadIsKept()
     {
-        if (!runsAgain()) {
-            QCOMPARE(runAgainAsOrdinaryUser("whatMayNotBeReadIsKept"), "passed");
+        if (ranAsOrdinaryUser())
             return;
-        }
         const QString path = m_file->path() + ".bak";
         // The second time an older one is in the way that may not be read or written either.
         for (const QByteArray& old : QByteArrayList{"old\r\n", "old, but later\r\n"}) {
@@ -283,9 +276,7 @@ private slots:
     void aLeftoverIsNoHindrance()
     {
         const QString bystander = m_file->folder() + "/bystander";
-        QFile file(bystander);
-        QVERIFY(file.open(QIODevice::WriteOnly));
-        file.close();
+        writeFile(bystander, {});
         for (const bool readable : {true, false}) {
             QVERIFY(QFile::link(bystander, m_file->path() + ".new"));
             if (readable)
@@ -341,11 +332,7 @@ private slots:
 private:
     QByteArray content() const { return m_file->content(); }
     QByteArray backup() const { return contentOf(m_file->path() + ".bak"); }
-    QStringList names() const
-    {
-        return QDir(m_file->folder())
-            .entryList(QDir::AllEntries | QDir::System | QDir::Hidden | QDir::NoDotAndDotDot);
-    }
+    QStringList names() const { return m_file->names(); }
 
     void keepsWhatCannotBeRead(const QByteArray& kind)
     {

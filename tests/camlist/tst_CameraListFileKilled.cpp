@@ -1,4 +1,5 @@
 #include "camlist/CameraListFile.h"
+#include "support/Rows.h"
 #include "support/ScratchFile.h"
 
 #include <algorithm>
@@ -159,11 +160,10 @@ class CameraListFileKilledTest : public QObject
 private slots:
     void theOldListOrTheNewOneIsThere_data()
     {
-        QTest::addColumn<Save>("save");
-        QTest::addColumn<int>("count");
-        QTest::newRow("own list") << Save(saveOwn) << 200;
-        QTest::newRow("another's list is kept beside") << Save(saveOverAnothers) << 100;
-        QTest::newRow("an unreadable list is kept beside") << Save(saveOverUnreadable) << 100;
+        const Rows<Save, int> row("save", "count");
+        row("own list", Save(saveOwn), 200);
+        row("another's list is kept beside", Save(saveOverAnothers), 100);
+        row("an unreadable list is kept beside", Save(saveOverUnreadable), 100);
     }
 
     void theOldListOrTheNewOneIsThere()

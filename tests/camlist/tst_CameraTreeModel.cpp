@@ -1,6 +1,7 @@
 // The nodes of the camera tree: their order, their keys, and how they are searched.
 
 #include "camlist/CameraTreeModel.h"
+#include "support/Rows.h"
 
 #include <QAbstractItemModelTester>
 #include <QRandomGenerator>
@@ -71,27 +72,20 @@ private slots:
 
     void aKeyIsThereOnce_data()
     {
-        QTest::addColumn<CameraRecord>("camera");
-        QTest::addColumn<bool>("added");
-        QTest::addColumn<QStringList>("categories");
+        const Rows<CameraRecord, bool, QStringList> row("camera", "added", "categories");
         const QStringList before = {"Cities"};
-        QTest::newRow("another key")
-            << CameraRecord{"Cities", "Other", "host/b.jpg"} << true << before;
-        QTest::newRow("the same key")
-            << CameraRecord{"Cities", "Other", "host/a.jpg"} << false << before;
-        QTest::newRow("the same address with a header")
-            << CameraRecord{"Cities", "Other", "host/a.jpg\1X: 1"} << true << before;
-        QTest::newRow("in another category, which stays")
-            << CameraRecord{"Sights", "Other", "host/a.jpg"} << false
-            << QStringList{"Cities", "Sights"};
-        QTest::newRow("named like a category")
-            << CameraRecord{"Cities", "Other", "Cities"} << false << before;
-        QTest::newRow("a category named like a key")
-            << CameraRecord{"host/a.jpg", "Other", "host/b.jpg"} << false << before;
-        QTest::newRow("named like its own category")
-            << CameraRecord{"New", "Other", "New"} << false << QStringList{"Cities", "New"};
-        QTest::newRow("in other letters")
-            << CameraRecord{"Cities", "Other", "HOST/a.jpg"} << true << before;
+        row("another key", CameraRecord{"Cities", "Other", "host/b.jpg"}, true, before);
+        row("the same key", CameraRecord{"Cities", "Other", "host/a.jpg"}, false, before);
+        row("the same address with a header", CameraRecord{"Cities", "Other", "host/a.jpg\1X: 1"},
+            true, before);
+        row("in another category, which stays", CameraRecord{"Sights", "Other", "host/a.jpg"},
+            false, {"Cities", "Sights"});
+        row("named like a category", CameraRecord{"Cities", "Other", "Cities"}, false, before);
+        row("a category named like a key", CameraRecord{"host/a.jpg", "Other", "host/b.jpg"}, false,
+            before);
+        row("named like its own category", CameraRecord{"New", "Other", "New"}, false,
+            {"Cities", "New"});
+        row("in other letters", CameraRecord{"Cities", "Other", "HOST/a.jpg"}, true, before);
     }
 
     void aKeyIsThereOnce()
@@ -175,32 +169,23 @@ private slots:
 
     void namesAreSearchedInTheOrderOfAdding_data()
     {
-        QTest::addColumn<QString>("typed");
-        QTest::addColumn<QString>("name");
-        QTest::newRow("nothing") << ""
-                                 << "";
-        QTest::newRow("the start of a name") << "new"
-                                             << "NewYork, NY";
-        QTest::newRow("in capitals") << "NEWY"
-                                     << "NewYork, NY";
-        QTest::newRow("a whole name") << "miami, fl"
-                                      << "Miami, FL";
-        QTest::newRow("more than a name") << "Miami, FLO"
-                                          << "";
-        QTest::newRow("the middle of a name") << "ork"
-                                              << "";
-        QTest::newRow("the first of two") << "mi"
-                                          << "Miami, FL";
-        QTest::newRow("a category with cameras") << "Cit"
-                                                 << "";
-        QTest::newRow("umlauts without regard to case")
-            << QStringLiteral("z\u00DC") << QStringLiteral("Z\u00FCrich");
-        QTest::newRow("Greek without regard to case")
-            << QStringLiteral("\u03B1\u0398") << QStringLiteral("\u0391\u03B8\u03AE\u03BD\u03B1");
-        QTest::newRow("letters beyond the first plane")
-            << QStringLiteral("\U00010428") << QStringLiteral("\U00010400x");
-        QTest::newRow("a separator") << QStringLiteral("Miami, FL\u00FF") << "";
-        QTest::newRow("a capital separator") << QStringLiteral("Miami, FL\u0178") << "";
+        const Rows<QString, QString> row("typed", "name");
+        row("nothing", "", "");
+        row("the start of a name", "new", "NewYork, NY");
+        row("in capitals", "NEWY", "NewYork, NY");
+        row("a whole name", "miami, fl", "Miami, FL");
+        row("more than a name", "Miami, FLO", "");
+        row("the middle of a name", "ork", "");
+        row("the first of two", "mi", "Miami, FL");
+        row("a category with cameras", "Cit", "");
+        row("umlauts without regard to case", QStringLiteral("z\u00DC"),
+            QStringLiteral("Z\u00FCrich"));
+        row("Greek without regard to case", QStringLiteral("\u03B1\u0398"),
+            QStringLiteral("\u0391\u03B8\u03AE\u03BD\u03B1"));
+        row("letters beyond the first plane", QStringLiteral("\U00010428"),
+            QStringLiteral("\U00010400x"));
+        row("a separator", QStringLiteral("Miami, FL\u00FF"), "");
+        row("a capital separator", QStringLiteral("Miami, FL\u0178"), "");
     }
 
     void namesAreSearchedInTheOrderOfAdding()
@@ -261,17 +246,15 @@ private slots:
 
     void textIsShownOnOneLineAsItStands_data()
     {
-        QTest::addColumn<QString>("name");
-        QTest::addColumn<QString>("shown");
+        const Rows<QString, QString> row("name", "shown");
         for (const QString& text :
              {QStringLiteral("AT&T"), QStringLiteral("<b>bold</b>"), QStringLiteral("L.A., CA"),
               QStringLiteral("\u05EA\u05DC \u05D0\u05D1\u05D9\u05D1"),
               QStringLiteral("\u6771\u4EAC")})
-            QTest::newRow(qPrintable(text)) << text << text;
-        QTest::newRow("10,000 characters") << QString(10'000, 'x') << QString(10'000, 'x');
-        QTest::newRow("line breaks") << "a\r\nb\nc"
-                                     << "a  b c";
-        QTest::newRow("line separators") << QStringLiteral("a\u2028b\u2029c\td") << "a b c d";
+            row(qPrintable(text), text, text);
+        row("10,000 characters", QString(10'000, 'x'), QString(10'000, 'x'));
+        row("line breaks", "a\r\nb\nc", "a  b c");
+        row("line separators", QStringLiteral("a\u2028b\u2029c\td"), "a b c d");
     }
 
     void textIsShownOnOneLineAsItStands()

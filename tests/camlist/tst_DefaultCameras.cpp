@@ -2,6 +2,7 @@
 
 #include "cameras/CameraKey.h"
 #include "support/Paths.h"
+#include "support/ScratchFile.h"
 
 class DefaultCamerasTest : public QObject
 {
@@ -70,12 +71,9 @@ private:
     /// The rows of the data file without that of the columns' names.
     static QList<QStringList> rows()
     {
-        QFile file(sourcePath("resources/default-cameras.tsv"));
-        if (!file.open(QIODevice::ReadOnly))
-            qFatal("no data file");
+        const QByteArray table = contentOf(sourcePath("resources/default-cameras.tsv"));
         QList<QStringList> rows;
-        for (const QString& line :
-             QString::fromUtf8(file.readAll()).split('\n', Qt::SkipEmptyParts))
+        for (const QString& line : QString::fromUtf8(table).split('\n', Qt::SkipEmptyParts))
             rows << line.split('\t');
         if (rows.takeFirst().join(' ') != "category name address page date checked note")
             qFatal("other columns");

@@ -1,6 +1,8 @@
 #include "cameras/CameraKey.h"
 #include "camlist/Favourites.h"
 #include "settings/Ini.h"
+#include "support/Rows.h"
+#include "support/ScratchFile.h"
 #include "support/Slower.h"
 
 class FavouritesTest : public QObject
@@ -37,12 +39,12 @@ private slots:
 
     void withoutACountThereAreNone_data()
     {
-        QTest::addColumn<QByteArray>("count");
-        QTest::newRow("absent") << QByteArray();
-        QTest::newRow("empty") << QByteArray("COUNT=\r\n");
-        QTest::newRow("zero") << QByteArray("COUNT=0\r\n");
-        QTest::newRow("word") << QByteArray("COUNT=two\r\n");
-        QTest::newRow("negative") << QByteArray("COUNT=-1\r\n");
+        const Rows<QByteArray> row("count");
+        row("absent", {});
+        row("empty", "COUNT=\r\n");
+        row("zero", "COUNT=0\r\n");
+        row("word", "COUNT=two\r\n");
+        row("negative", "COUNT=-1\r\n");
     }
 
     void withoutACountThereAreNone()
@@ -77,10 +79,8 @@ private slots:
         const QString to = m_folder.filePath("written.ini");
         favourites.save(to);
         QVERIFY(FlushINI());
-        QFile written(to);
-        QVERIFY(written.open(QIODevice::ReadOnly));
-        QCOMPARE(written.readAll(), "[FAVORITES]\r\nNAME[0]=one\r\nURL[0]=1\r\nNAME[1]=three\r\n"
-                                    "URL[1]=3\r\nCOUNT=2\r\n");
+        QCOMPARE(contentOf(to), "[FAVORITES]\r\nNAME[0]=one\r\nURL[0]=1\r\nNAME[1]=three\r\n"
+                                "URL[1]=3\r\nCOUNT=2\r\n");
     }
 
     void longerListsLeaveTheirPairsBehind()
@@ -221,18 +221,18 @@ private slots:
 
     void textsSurviveTheFile_data()
     {
-        QTest::addColumn<QString>("name");
-        QTest::newRow("ampersand") << "AT&T";
-        QTest::newRow("two ampersands") << "a && b &c &";
-        QTest::newRow("markup") << "<b>bold</b> &amp;";
-        QTest::newRow("brackets and equals signs") << "[a]=b;c";
-        QTest::newRow("quotes and outer blanks") << " \"quoted\" ";
-        QTest::newRow("accents") << QString::fromUtf8("K\u00f6ln Sk\u00e5ne");
-        QTest::newRow("other letters") << QString::fromUtf8("\u041c\u043e\u0441\u043a\u0432\u0430 "
-                                                            "\u6771\u4eac \U0001F4F7");
-        QTest::newRow("right to left") << QString::fromUtf8("\u05d7\u05d9\u05e4\u05d4 cam");
-        QTest::newRow("separator") << QString(u'\u00ff');
-        QTest::newRow("tab") << "left\tright";
+        const Rows<QString> row("name");
+        row("ampersand", "AT&T");
+        row("two ampersands", "a && b &c &");
+        row("markup", "<b>bold</b> &amp;");
+        row("brackets and equals signs", "[a]=b;c");
+        row("quotes and outer blanks", " \"quoted\" ");
+        row("accents", QString::fromUtf8("K\u00f6ln Sk\u00e5ne"));
+        row("other letters", QString::fromUtf8("\u041c\u043e\u0441\u043a\u0432\u0430 "
+                                               "\u6771\u4eac \U0001F4F7"));
+        row("right to left", QString::fromUtf8("\u05d7\u05d9\u05e4\u05d4 cam"));
+        row("separator", QString(u'\u00ff'));
+        row("tab", "left\tright");
     }
 
     void textsSurviveTheFile()
@@ -279,9 +279,7 @@ private:
     QString file(const QByteArray& content)
     {
         const QString path = m_folder.filePath(QString("pref%1.ini").arg(++m_files));
-        QFile ini(path);
-        if (!ini.open(QIODevice::WriteOnly) || ini.write(content) != content.size())
-            qFatal("cannot write %s", qPrintable(path));
+        writeFile(path, content);
         return path;
     }
 

@@ -1,4 +1,5 @@
 #include "camlist/CameraListFile.h"
+#include "support/Rows.h"
 #include "support/ScratchFile.h"
 
 #include <optional>
@@ -9,13 +10,12 @@ class ImportedListTest : public QObject
 private slots:
     void anImportedListBeginsWithFourLetters_data()
     {
-        QTest::addColumn<QByteArray>("content");
-        QTest::addColumn<std::optional<QByteArray>>("line");
-        const auto good = [](const char* name, const QByteArray& content, const QByteArray& line) {
-            QTest::newRow(name) << content << std::optional(line);
+        const Rows<QByteArray, std::optional<QByteArray>> row("content", "line");
+        const auto good = [&](const char* name, const QByteArray& content, const QByteArray& line) {
+            row(name, content, std::optional(line));
         };
-        const auto bad = [](const char* name, const QByteArray& content) {
-            QTest::newRow(name) << content << std::optional<QByteArray>();
+        const auto bad = [&](const char* name, const QByteArray& content) {
+            row(name, content, std::optional<QByteArray>());
         };
         good("CR LF", "CAMZc\xFFn\xFFk\r\n", "c\xFFn\xFFk");
         good("LF", "CAMZc\xFFn\xFFk\n", "c\xFFn\xFFk");

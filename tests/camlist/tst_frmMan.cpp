@@ -2,15 +2,14 @@
 
 #include "cameras/CameraKey.h"
 #include "camlist/Favourites.h"
+#include "support/Rows.h"
 #include "support/ShownManager.h"
 #include "support/Slower.h"
 #include "widgets/Twips.h"
 
-#include <QAccessible>
 #include <QHeaderView>
 #include <QToolTip>
 
-#include <algorithm>
 #include <memory>
 #include <utility>
 
@@ -176,9 +175,9 @@ private slots:
 
     void okHandsOver_data()
     {
-        QTest::addColumn<bool>("byKey");
-        QTest::newRow("a click") << false;
-        QTest::newRow("Enter in the list") << true;
+        const Rows<bool> row("byKey");
+        row("a click", false);
+        row("Enter in the list", true);
     }
 
     void okHandsOver()
@@ -199,9 +198,9 @@ private slots:
 
     void withoutOkTheFavouritesStay_data()
     {
-        QTest::addColumn<QString>("how");
+        const Rows<QString> row("how");
         for (const char* how : {"Cancel", "Escape", "the frame"})
-            QTest::newRow(how) << QString(how);
+            row(how, QString(how));
     }
 
     void withoutOkTheFavouritesStay()
@@ -422,19 +421,6 @@ private slots:
         }
     }
 
-    void tabGoesThroughInOrder()
-    {
-        const Opened o(Three);
-        o.manager->tick(0);
-        QStringList order;
-        for (int i = 0; i < 8; ++i) {
-            order << QApplication::focusWidget()->objectName();
-            QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
-        }
-        QCOMPARE(order, (QStringList{"lvwList", "cmdRem", "cmdAll", "cmdNone", "cmdSort", "cmdOk",
-                                     "cmdCan", "lvwList"}));
-    }
-
     void buttonsWithoutWorkAreOff()
     {
         const Opened o(Three);
@@ -479,50 +465,6 @@ private slots:
         o.manager->press("cmdOk");
         QVERIFY(o.favourites.isHidden(0));
         QCOMPARE(o.favourites.entries().size(), 1);
-    }
-
-    void everyControlHasANameToBeSpoken()
-    {
-        const Opened o(Three);
-        int spoken = 0;
-        for (auto* one : o.manager->window()->findChildren<QWidget*>()) {
-            if (one->focusPolicy() == Qt::NoFocus)
-                continue;
-            auto* interface = QAccessible::queryAccessibleInterface(one);
-            QVERIFY(interface);
-            QVERIFY2(!interface->text(QAccessible::Name).isEmpty(), qPrintable(one->objectName()));
-            ++spoken;
-        }
-        QCOMPARE(spoken, 7);
-        o.manager->tick(1);
-        auto* list = QAccessible::queryAccessibleInterface(&o.manager->list());
-        auto* cell = list->tableInterface()->cellAt(1, 0);
-        QVERIFY(cell);
-        QCOMPARE(cell->text(QAccessible::Name), "alpha");
-        QVERIFY(cell->state().checkable);
-        QVERIFY(cell->state().checked);
-    }
-
-    void checkBoxesAreSeenOnADarkDesktop()
-    {
-        const QPalette before = QApplication::palette();
-        const auto restore = qScopeGuard([&] { QApplication::setPalette(before); });
-        QPalette dark(QColor(49, 54, 59));
-        dark.setColor(QPalette::Base, QColor(35, 38, 41));
-        dark.setColor(QPalette::Text, QColor(239, 240, 241));
-        QApplication::setPalette(dark);
-        const Opened o(Three);
-        const QRect row = o.manager->list().visualRect(o.manager->list().model()->index(1, 0));
-        // The left end of an unchecked row: nothing but the box.
-        const QImage picture = o.manager->list()
-                                   .viewport()
-                                   ->grab(QRect(row.topLeft(), QSize(16, row.height())))
-                                   .toImage();
-        int brightest = 0;
-        for (int x = 0; x < picture.width(); ++x)
-            brightest =
-                std::max(brightest, picture.pixelColor(x, picture.height() / 2).lightness());
-        QVERIFY2(brightest > 120, qPrintable(QString::number(brightest)));
     }
 
     void tenThousandAreQuick()

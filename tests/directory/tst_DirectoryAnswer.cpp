@@ -1,4 +1,5 @@
 #include "directory/DirectoryAnswer.h"
+#include "support/Rows.h"
 #include "support/Slower.h"
 
 namespace {
@@ -25,59 +26,26 @@ class DirectoryAnswerTest : public QObject
 private slots:
     void takesTriplesFromTheBody_data()
     {
-        QTest::addColumn<QByteArray>("answer");
-        QTest::addColumn<QStringList>("rows");
-        const auto row = [](const char* name, const QByteArray& answer, const QStringList& rows) {
-            QTest::newRow(name) << answer << rows;
-        };
+        const Rows<QByteArray, QStringList> row("answer", "rows");
         const QByteArray one = "Cities\xFFRome\xFFrome.example/a.jpg";
         const QString rome = "Cities|Rome|rome.example/a.jpg";
         row("one camera", Header + one, {rome});
-        row("two cameras",
-            Header + one +
-                "\xFF"
-                "B\xFF"
-                "C\xFF"
-                "d/\x01X: y",
-            {rome, "B|C|d/\x01X: y"});
+        row("two cameras", Header + one + "\377B\377C\377d/\x01X: y", {rome, "B|C|d/\x01X: y"});
         row("a line end", Header + one + "\r\n", {rome});
         row("half a line end", Header + one + "\n", {rome});
-        row("only one line end goes",
-            Header + "a\xFF"
-                     "b\xFF"
-                     "c\r\n\r\n",
-            {"a|b|c\r\n"});
-        row("a second empty line belongs to the body",
-            Header + "a\r\n\r\n\xFF"
-                     "b\xFF"
-                     "c",
+        row("only one line end goes", Header + "a\377b\377c\r\n\r\n", {"a|b|c\r\n"});
+        row("a second empty line belongs to the body", Header + "a\r\n\r\n\377b\377c",
             {"a\r\n\r\n|b|c"});
-        row("cut in the name",
-            Header + one +
-                "\xFF"
-                "B\xFF"
-                "C",
-            {rome});
-        row("cut in the category",
-            Header + one +
-                "\xFF"
-                "B",
-            {rome});
+        row("cut in the name", Header + one + "\377B\377C", {rome});
+        row("cut in the category", Header + one + "\377B", {rome});
         row("cut behind a separator", Header + one + "\xFF", {rome});
-        row("an empty key",
-            Header + "a\xFF"
-                     "b\xFF",
-            {"a|b|"});
+        row("an empty key", Header + "a\377b\377", {"a|b|"});
         row("no body", Header, {});
         row("a line end alone", Header + "\r\n", {});
         row("nothing at all", "", {});
         row("html", Header + "<html><body>404</body></html>", {});
         row("no header: from the fourth byte on", "123" + one, {rome});
-        row("a header with bare line feeds is none",
-            "xyza\xFF"
-            "b\n\n\xFF"
-            "c",
-            {"a|b\n\n|c"});
+        row("a header with bare line feeds is none", "xyza\377b\n\n\377c", {"a|b\n\n|c"});
         row("shorter than that", "12", {});
         row("exactly that", "123", {});
         row("no luck", Header + "No Luck090877", {"none"});
@@ -101,28 +69,15 @@ private slots:
 
     void aFloodIsBounded_data()
     {
-        QTest::addColumn<QByteArray>("body");
-        QTest::addColumn<qsizetype>("rows");
+        const Rows<QByteArray, qsizetype> row("body", "rows");
         constexpr qsizetype size = 64 * 1024 * 1024;
-        QTest::newRow("separators only") << QByteArray(size, '\xFF') << MostFoundCameras;
-        QTest::newRow("tiny triples") << QByteArray("a\xFF"
-                                                    "b\xFF"
-                                                    "c\xFF")
-                                             .repeated(size / 6)
-                                      << MostFoundCameras;
-        QTest::newRow("one field") << QByteArray(size, 'x') << qsizetype(0);
-        QTest::newRow("as many as may be") << QByteArray("a\xFF"
-                                                         "b\xFF"
-                                                         "c\xFF")
-                                                  .repeated(MostFoundCameras)
-                                                  .chopped(1)
-                                           << MostFoundCameras;
-        QTest::newRow("one more") << QByteArray("a\xFF"
-                                                "b\xFF"
-                                                "c\xFF")
-                                         .repeated(MostFoundCameras + 1)
-                                         .chopped(1)
-                                  << MostFoundCameras;
+        row("separators only", QByteArray(size, '\xFF'), MostFoundCameras);
+        row("tiny triples", QByteArray("a\377b\377c\377").repeated(size / 6), MostFoundCameras);
+        row("one field", QByteArray(size, 'x'), qsizetype(0));
+        row("as many as may be",
+            QByteArray("a\377b\377c\377").repeated(MostFoundCameras).chopped(1), MostFoundCameras);
+        row("one more", QByteArray("a\377b\377c\377").repeated(MostFoundCameras + 1).chopped(1),
+            MostFoundCameras);
     }
 
     void aFloodIsBounded()

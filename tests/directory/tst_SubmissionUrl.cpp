@@ -2,6 +2,7 @@
 
 #include "cameras/EnteredCamera.h"
 #include "directory/SubmissionUrl.h"
+#include "support/Rows.h"
 
 class SubmissionUrlTest : public QObject
 {
@@ -9,19 +10,14 @@ class SubmissionUrlTest : public QObject
 private slots:
     void valuesAreEscaped_data()
     {
-        QTest::addColumn<QString>("value");
-        QTest::addColumn<QString>("escaped");
-        QTest::newRow("nothing") << ""
-                                 << "";
-        QTest::newRow("blanks") << "a b  c"
-                                << "a+b++c";
-        QTest::newRow("ampersand and equals sign") << "A&B = C"
-                                                   << "A%26B+%3D+C";
+        const Rows<QString, QString> row("value", "escaped");
+        row("nothing", "", "");
+        row("blanks", "a b  c", "a+b++c");
+        row("ampersand and equals sign", "A&B = C", "A%26B+%3D+C");
         // Kept: the directory cannot tell these from a blank or from what is escaped.
-        QTest::newRow("plus and percent stay") << "1+1 %26"
-                                               << "1+1+%26";
-        QTest::newRow("all else stays")
-            << QStringLiteral("?#/\x01\u00E9\u6771") << QStringLiteral("?#/\x01\u00E9\u6771");
+        row("plus and percent stay", "1+1 %26", "1+1+%26");
+        row("all else stays", QStringLiteral("?#/\x01\u00E9\u6771"),
+            QStringLiteral("?#/\x01\u00E9\u6771"));
     }
 
     void valuesAreEscaped()
@@ -32,15 +28,12 @@ private slots:
 
     void theAddressHoldsAllOfTheCamera_data()
     {
-        QTest::addColumn<QString>("header");
-        QTest::addColumn<QString>("address");
-        QTest::newRow("without a header")
-            << ""
-            << "http://localhost/pevora/?n=Big+Ben&a=http://h/a.jpg?x%3D1%26y&c=My+Sights";
-        QTest::newRow("with one") << "Cookie: a=1"
-                                  << "http://localhost/pevora/"
-                                     "?n=Big+Ben&a=http://h/a.jpg?x%3D1%26y\x01"
-                                     "Cookie:+a%3D1&c=My+Sights";
+        const Rows<QString, QString> row("header", "address");
+        row("without a header", "",
+            "http://localhost/pevora/?n=Big+Ben&a=http://h/a.jpg?x%3D1%26y&c=My+Sights");
+        row("with one", "Cookie: a=1",
+            "http://localhost/pevora/"
+            "?n=Big+Ben&a=http://h/a.jpg?x%3D1%26y\1Cookie:+a%3D1&c=My+Sights");
     }
 
     void theAddressHoldsAllOfTheCamera()

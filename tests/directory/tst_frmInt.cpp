@@ -3,6 +3,7 @@
 #include "cameras/CameraKey.h"
 #include "camlist/CamList.h"
 #include "support/Dialogs.h"
+#include "support/Rows.h"
 #include "support/ScratchFile.h"
 #include "support/ShownDirectory.h"
 #include "support/TimeSeam.h"
@@ -159,15 +160,14 @@ private slots:
 
     void aSearchSendsItsTermsAsTheyAre_data()
     {
-        QTest::addColumn<QString>("terms");
-        QTest::addColumn<QByteArray>("sent");
-        QTest::newRow("one word") << "zoo" << QByteArray("zoo");
-        QTest::newRow("two words") << "two words" << QByteArray("two words");
-        QTest::newRow("blanks around") << "  zoo " << QByteArray("  zoo ");
-        QTest::newRow("blanks alone") << " " << QByteArray(" ");
-        QTest::newRow("special characters") << "a&b=c%20+?#/" << QByteArray("a&b=c%20+?#/");
-        QTest::newRow("the code page") << u"Zürich"_s << QByteArray("Z\xFCrich");
-        QTest::newRow("other text") << u"東京"_s << QByteArray("\xE6\x9D\xB1\xE4\xBA\xAC");
+        const Rows<QString, QByteArray> row("terms", "sent");
+        row("one word", "zoo", "zoo");
+        row("two words", "two words", "two words");
+        row("blanks around", "  zoo ", "  zoo ");
+        row("blanks alone", " ", " ");
+        row("special characters", "a&b=c%20+?#/", "a&b=c%20+?#/");
+        row("the code page", u"Zürich"_s, "Z\xFCrich");
+        row("other text", u"東京"_s, "\xE6\x9D\xB1\xE4\xBA\xAC");
     }
 
     void aSearchSendsItsTermsAsTheyAre()
@@ -231,13 +231,10 @@ private slots:
     void anAnswerOfOneCameraIsOneCams()
     {
         ShownDirectory d;
-        d.find(directoryBody({"Cities|Rome|rome.example/r.jpg\x01"
-                              "Cookie: a"}) +
-               "\r\n");
+        d.find(directoryBody({"Cities|Rome|rome.example/r.jpg\1Cookie: a"}) + "\r\n");
         QCOMPARE(d.title(), "Finished [Found 1 Cams]");
         QCOMPARE(d.rows(), QStringList{"Cities|Rome"});
-        QCOMPARE(d.key(0), "rome.example/r.jpg\x01"
-                           "Cookie: a");
+        QCOMPARE(d.key(0), "rome.example/r.jpg\1Cookie: a");
     }
 
     void anAnswerReplacesTheRows()
@@ -433,14 +430,12 @@ private slots:
     void previewAsksForTheCamera()
     {
         ShownDirectory d;
-        d.find(directoryBody({"a|b|one.example", "c|d|two.example/x\x01"
-                                                 "Cookie: y"}));
+        d.find(directoryBody({"a|b|one.example", "c|d|two.example/x\1Cookie: y"}));
         d.press("cmdPre");
         QCOMPARE(d.previews, QStringList{"one.example"});
         d.list().setCurrentIndex(d.list().model()->index(1, 1));
         d.press("cmdPre");
-        QCOMPARE(d.previews.last(), "two.example/x\x01"
-                                    "Cookie: y");
+        QCOMPARE(d.previews.last(), "two.example/x\1Cookie: y");
         QVERIFY(d.window->isVisible());
         QCOMPARE(d.title(), "Finished [Found 2 Cams]");
     }
@@ -475,12 +470,7 @@ private slots:
         d.check(0);
         d.check(1);
         d.press("cmdAdd");
-        QCOMPARE(d.imports, QList<QByteArray>{"CAMZa\xFF"
-                                              "b\xFF"
-                                              "c\xFF"
-                                              "d\xFF"
-                                              "e\xFF"
-                                              "f\x01X: y\r\n"});
+        QCOMPARE(d.imports, QList<QByteArray>{"CAMZa\377b\377c\377d\377e\377f\x01X: y\r\n"});
         QVERIFY(!QFile::exists(d.path()));
         QCOMPARE(QDir(d.folder.path()).entryList(QDir::Files | QDir::Hidden), QStringList());
         QTRY_VERIFY(!d.window);
@@ -492,15 +482,14 @@ private slots:
         d.find(Three, "mnuOptDownIt(0)");
         d.press("cmdAll");
         d.press("cmdAdd");
-        QCOMPARE(d.imports, QList<QByteArray>{"CAMZanimals\xFFZoo\xFFzoo.example\xFF"
-                                              "Cities\xFFRome\xFFrome.example/r\xFF"
-                                              "Sights\xFFTower\xFFtower.example/a.jpg\r\n"});
+        QCOMPARE(d.imports,
+                 QList<QByteArray>{"CAMZanimals\377Zoo\377zoo.example\377Cities\377Rome\377rome."
+                                   "example/r\377Sights\377Tower\377tower.example/a.jpg\r\n"});
     }
 
     void addSelectedWritesTextAsItWas()
     {
-        const QByteArray body = "Z\xFCrich\xFF\xE6\x9D\xB1\xE4\xBA\xAC\xFF"
-                                "a b/\xE9?<b>&amp;";
+        const QByteArray body = "Z\xFCrich\377\xE6\x9D\xB1\xE4\xBA\xAC\377a b/\xE9?<b>&amp;";
         ShownDirectory d;
         d.find(body);
         d.press("cmdAll");
@@ -512,16 +501,11 @@ private slots:
     {
         ShownDirectory d;
         const QByteArray earlier = "CAMZold\xFFold\xFFold\r\n";
-        QFile file(d.path());
-        QVERIFY(file.open(QIODevice::WriteOnly));
-        QCOMPARE(file.write(earlier.repeated(50)), earlier.size() * 50);
-        file.close();
+        writeFile(d.path(), earlier.repeated(50));
         d.find(directoryBody({"a|b|c"}));
         d.check(0);
         d.press("cmdAdd");
-        QCOMPARE(d.imports, QList<QByteArray>{"CAMZa\xFF"
-                                              "b\xFF"
-                                              "c\r\n"});
+        QCOMPARE(d.imports, QList<QByteArray>{"CAMZa\377b\377c\r\n"});
         QVERIFY(!QFile::exists(d.path()));
     }
 

@@ -2,6 +2,7 @@
 // load of many cameras.
 
 #include "cameras/CameraKey.h"
+#include "support/Rows.h"
 #include "support/ShownDirectory.h"
 #include "support/Slower.h"
 #include "support/TimeSeam.h"
@@ -44,11 +45,7 @@ private slots:
         row("nothing at all", {}, 0);
         row("a status line", "HTTP/1.0 500 Oh no\r\n", 0);
         row("two bytes", "ab", 0);
-        row("cut in the second camera's key's place",
-            httpAnswer(One + "\xFF"
-                             "b\xFF"
-                             "c"),
-            1);
+        row("cut in the second camera's key's place", httpAnswer(One + "\377b\377c"), 1);
         row("cut in the first one", httpAnswer("Cities\xFFRome"), 0);
         row("separators", httpAnswer(QByteArray(3000, '\xFF')), 1);
         row("random bytes", httpAnswer(QByteArray("\x00\x01\x7F\x80\xFE\xC3\x28\n\r<%s%n", 15)), 0);
@@ -59,12 +56,7 @@ private slots:
     {
         QFETCH(QByteArray, answer);
         ShownDirectory d;
-        d.find("a\xFF"
-               "b\xFF"
-               "c\xFF"
-               "d\xFF"
-               "e\xFF"
-               "f");
+        d.find("a\377b\377c\377d\377e\377f");
         if (answer.isEmpty())
             d.server.play(Script{{}, Script::End::Close});
         else
@@ -94,9 +86,7 @@ private slots:
     void anAnswerThatBreaksOff()
     {
         ShownDirectory d;
-        d.server.play(httpAnswer(One + "\xFF"
-                                       "half"),
-                      Script::End::Abort);
+        d.server.play(httpAnswer(One + "\377half"), Script::End::Abort);
         d.query("mnuOptNew");
         QVERIFY(d.entry("mnuOptNew").isEnabled());
         QVERIFY(d.button("cmdAdd").isEnabled());
@@ -104,19 +94,15 @@ private slots:
 
     void aFloodIsABoundedList_data()
     {
-        QTest::addColumn<QByteArray>("piece");
-        QTest::addColumn<int>("pieces");
-        QTest::addColumn<int>("rows");
+        const Rows<QByteArray, int, int> row("piece", "pieces", "rows");
         QByteArray triples;
         for (int i = 0; i < 200'000; ++i)
             triples += "\xFF\xFF" + QByteArray::number(i, 36) + '\xFF';
-        QTest::newRow("100 MB of one field") << QByteArray(1'000'000, 'x') << 100 << 0;
-        QTest::newRow("100 MB of separators") << QByteArray(1'000'000, '\xFF') << 100 << 1;
-        QTest::newRow("100 MB of one camera")
-            << (One + '\xFF').repeated(1'000'000 / (One.size() + 1)) << 100 << 1;
-        QTest::newRow("tiny cameras") << triples << 1 << 100'000;
-        QTest::newRow("100 MB of tiny cameras")
-            << triples << 100'000'000 / int(triples.size()) << 100'000;
+        row("100 MB of one field", QByteArray(1'000'000, 'x'), 100, 0);
+        row("100 MB of separators", QByteArray(1'000'000, '\xFF'), 100, 1);
+        row("100 MB of one camera", (One + '\xFF').repeated(1'000'000 / (One.size() + 1)), 100, 1);
+        row("tiny cameras", triples, 1, 100'000);
+        row("100 MB of tiny cameras", triples, 100'000'000 / int(triples.size()), 100'000);
     }
 
     void aFloodIsABoundedList()
@@ -144,12 +130,7 @@ private slots:
         const QByteArray huge(5'000'000, 'W');
         QElapsedTimer clock;
         clock.start();
-        d.find("c" + huge + '\xFF' + huge + "\xFFk" + huge +
-                   "\xFF"
-                   "b\xFF"
-                   "n\xFF"
-                   "k",
-               "mnuOptDownIt(0)");
+        d.find("c" + huge + '\xFF' + huge + "\xFFk" + huge + "\377b\377n\377k", "mnuOptDownIt(0)");
         d.list().viewport()->grab();
         QVERIFY(d.list().model()->index(1, 1).data(Qt::ToolTipRole).toString().size() < 2'000);
         const auto elapsed = clock.elapsed();
@@ -166,13 +147,8 @@ private slots:
     void namesAreOneLineOfPlainText()
     {
         ShownDirectory d;
-        d.find("<b>c</b>\xFF"
-               "AT&T && <i>x</i>\xFF"
-               "k/<b>\x01"
-               "Cookie: secret\xFF"
-               "two\r\nlines\xFF"
-               "a\tb\nc\xFF"
-               "l");
+        d.find("<b>c</b>\377AT&T && <i>x</i>\377k/<b>\1Cookie: "
+               "secret\377two\r\nlines\377a\tb\nc\377l");
         QCOMPARE(d.rows(), (QStringList{"<b>c</b>|AT&T && <i>x</i>", "two  lines|a b c"}));
         const auto& model = *d.list().model();
         QCOMPARE(model.index(0, 1).data(Qt::ToolTipRole).toString(),

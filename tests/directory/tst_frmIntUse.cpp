@@ -1,9 +1,8 @@
-// The window "Internet List" in a person's hands: keyboard, mouse, screen reader, dark desktop.
+// The window "Internet List" in a person's hands: keyboard and mouse.
 
 #include "support/Dialogs.h"
 #include "support/ShownDirectory.h"
 
-#include <QAccessible>
 #include <QAction>
 #include <QInputDialog>
 #include <QLineEdit>
@@ -12,8 +11,6 @@
 #include <QPushButton>
 #include <QStyleOptionViewItem>
 #include <QTreeView>
-
-#include <algorithm>
 
 namespace {
 
@@ -142,18 +139,6 @@ private slots:
         QVERIFY(d.window->isVisible());
     }
 
-    void tabGoesThroughInOrder()
-    {
-        const ShownDirectory d;
-        QStringList order;
-        for (int i = 0; i < 6; ++i) {
-            order << QApplication::focusWidget()->objectName();
-            QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
-        }
-        QCOMPARE(order,
-                 (QStringList{"lvwList", "cmdAll", "cmdNone", "cmdPre", "cmdAdd", "lvwList"}));
-    }
-
     void thePromptTakesWhatIsTyped()
     {
         ShownDirectory d;
@@ -187,52 +172,6 @@ private slots:
             QVERIFY2(inside.contains(d.button(name).geometry()), name);
         QVERIFY(d.button("cmdNone").geometry().right() < d.button("cmdPre").geometry().left());
         QVERIFY(d.list().height() >= 100);
-    }
-
-    void everyControlHasANameToBeSpoken()
-    {
-        ShownDirectory d;
-        d.find(Three);
-        d.check(1);
-        int spoken = 0;
-        for (auto* one : d.window->findChildren<QWidget*>()) {
-            if (one->focusPolicy() == Qt::NoFocus)
-                continue;
-            auto* interface = QAccessible::queryAccessibleInterface(one);
-            QVERIFY(interface);
-            QVERIFY2(!interface->text(QAccessible::Name).isEmpty(), qPrintable(one->objectName()));
-            ++spoken;
-        }
-        QCOMPARE(spoken, 5);
-        auto* list = QAccessible::queryAccessibleInterface(&d.list());
-        QCOMPARE(list->text(QAccessible::Name), "Cameras");
-        auto* cell = list->tableInterface()->cellAt(1, 0);
-        QVERIFY(cell);
-        QCOMPARE(cell->text(QAccessible::Name), "animals");
-        QVERIFY(cell->state().checkable);
-        QVERIFY(cell->state().checked);
-        QVERIFY(!list->tableInterface()->cellAt(1, 1)->state().checkable);
-    }
-
-    void checkBoxesAreSeenOnADarkDesktop()
-    {
-        const QPalette before = QApplication::palette();
-        const auto restore = qScopeGuard([&] { QApplication::setPalette(before); });
-        QPalette dark(QColor(49, 54, 59));
-        dark.setColor(QPalette::Base, QColor(35, 38, 41));
-        dark.setColor(QPalette::Text, QColor(239, 240, 241));
-        QApplication::setPalette(dark);
-        ShownDirectory d;
-        d.find(Three);
-        const QRect row = d.list().visualRect(d.list().model()->index(1, 0));
-        // The left end of an unchecked row: nothing but the box.
-        const QImage picture =
-            d.list().viewport()->grab(QRect(row.topLeft(), QSize(16, row.height()))).toImage();
-        int brightest = 0;
-        for (int x = 0; x < picture.width(); ++x)
-            brightest =
-                std::max(brightest, picture.pixelColor(x, picture.height() / 2).lightness());
-        QVERIFY2(brightest > 120, qPrintable(QString::number(brightest)));
     }
 };
 

@@ -1,5 +1,6 @@
 #include "display/ImageView.h"
 #include "support/Pictures.h"
+#include "support/Rows.h"
 
 #include <QPainter>
 #include <QVariantList>
@@ -133,17 +134,12 @@ private slots:
 
     void aClickZoomsTheSquareAroundIt_data()
     {
-        QTest::addColumn<QSize>("size");
-        QTest::addColumn<QPoint>("click");
-        QTest::addColumn<QPoint>("corner");
-        QTest::newRow("near the top left") << QSize(400, 300) << QPoint(10, 10) << QPoint(0, 0);
-        QTest::newRow("50 from the right edge")
-            << QSize(400, 300) << QPoint(350, 100) << QPoint(200, 0);
-        QTest::newRow("middle") << QSize(400, 400) << QPoint(200, 220) << QPoint(100, 120);
-        QTest::newRow("exactly at the edge")
-            << QSize(400, 400) << QPoint(300, 300) << QPoint(200, 200);
-        QTest::newRow("a view smaller than the square")
-            << QSize(150, 400) << QPoint(60, 200) << QPoint(-50, 100);
+        const Rows<QSize, QPoint, QPoint> row("size", "click", "corner");
+        row("near the top left", QSize(400, 300), QPoint(10, 10), QPoint(0, 0));
+        row("50 from the right edge", QSize(400, 300), QPoint(350, 100), QPoint(200, 0));
+        row("middle", QSize(400, 400), QPoint(200, 220), QPoint(100, 120));
+        row("exactly at the edge", QSize(400, 400), QPoint(300, 300), QPoint(200, 200));
+        row("a view smaller than the square", QSize(150, 400), QPoint(60, 200), QPoint(-50, 100));
     }
 
     void aClickZoomsTheSquareAroundIt()

@@ -1,5 +1,6 @@
 // The strip under mouse, wheel, keyboard and screen reader.
 
+#include "support/Rows.h"
 #include "support/ShownStrip.h"
 
 #include <QAccessible>
@@ -115,9 +116,9 @@ private slots:
 
     void theWheelScrollsOverAllParts_data()
     {
-        QTest::addColumn<QString>("part");
+        const Rows<QString> row("part");
         for (const char* part : {"img(0)", "lbl(0)", "picBack", "vs"})
-            QTest::newRow(part) << QString(part);
+            row(part, QString(part));
     }
 
     void theWheelScrollsOverAllParts()
@@ -269,10 +270,10 @@ private slots:
 
     void keysChooseTheCurrentThumbnail_data()
     {
-        QTest::addColumn<int>("key");
-        QTest::newRow("Enter") << int(Qt::Key_Return);
-        QTest::newRow("Enter of the number pad") << int(Qt::Key_Enter);
-        QTest::newRow("Space") << int(Qt::Key_Space);
+        const Rows<int> row("key");
+        row("Enter", int(Qt::Key_Return));
+        row("Enter of the number pad", int(Qt::Key_Enter));
+        row("Space", int(Qt::Key_Space));
     }
 
     void keysChooseTheCurrentThumbnail()

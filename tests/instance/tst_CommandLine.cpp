@@ -1,4 +1,5 @@
 #include "instance/CommandLine.h"
+#include "support/Rows.h"
 
 using Kind = CommandLineFile::Kind;
 
@@ -8,21 +9,19 @@ class CommandLineTest : public QObject
 private slots:
     void readsTheFile_data()
     {
-        QTest::addColumn<QString>("commandLine");
-        QTest::addColumn<int>("kind");
-        QTest::addColumn<QString>("name");
+        const Rows<QString, int, QString> row("commandLine", "kind", "name");
         const int none = static_cast<int>(Kind::None);
         const int movie = static_cast<int>(Kind::Movie);
         const int list = static_cast<int>(Kind::CameraList);
-        QTest::newRow("nothing") << "" << none << "";
-        QTest::newRow("quoted movie") << "\"/a b/c.pvm\"" << movie << "/a b/c.pvm";
-        QTest::newRow("capitals") << "/a/C.PVM" << movie << "/a/C.PVM";
-        QTest::newRow("the ending alone") << ".pvm" << movie << ".pvm";
-        QTest::newRow("list") << "/a/cams.zip" << list << "/a/cams.zip";
-        QTest::newRow("short") << "a" << list << "a";
-        QTest::newRow("one quote at the end") << "/a.pvm\"" << list << "/a.pvm\"";
-        QTest::newRow("a lone quote") << "\"" << list << "\"";
-        QTest::newRow("empty quotes") << "\"\"" << list << "";
+        row("nothing", "", none, "");
+        row("quoted movie", "\"/a b/c.pvm\"", movie, "/a b/c.pvm");
+        row("capitals", "/a/C.PVM", movie, "/a/C.PVM");
+        row("the ending alone", ".pvm", movie, ".pvm");
+        row("list", "/a/cams.zip", list, "/a/cams.zip");
+        row("short", "a", list, "a");
+        row("one quote at the end", "/a.pvm\"", list, "/a.pvm\"");
+        row("a lone quote", "\"", list, "\"");
+        row("empty quotes", "\"\"", list, "");
     }
 
     void readsTheFile()
@@ -35,16 +34,15 @@ private slots:
 
     void isTheWordsOfOneName_data()
     {
-        QTest::addColumn<QStringList>("arguments");
-        QTest::addColumn<QString>("commandLine");
-        QTest::newRow("none") << QStringList() << "";
-        QTest::newRow("an empty one") << QStringList("") << "";
-        QTest::newRow("one") << QStringList("/a b.pvm") << "/a b.pvm";
-        QTest::newRow("several") << QStringList{"/a", "b.pvm"} << "/a b.pvm";
-        QTest::newRow("an option") << QStringList{"--foo", "b"} << "--foo b";
-        QTest::newRow("the desktop's session") << QStringList{"-session", "1_2"} << "";
-        QTest::newRow("a file of that name") << QStringList{"-session"} << "-session";
-        QTest::newRow("and of three words") << QStringList{"-session", "1", "2"} << "-session 1 2";
+        const Rows<QStringList, QString> row("arguments", "commandLine");
+        row("none", {}, "");
+        row("an empty one", QStringList(""), "");
+        row("one", QStringList("/a b.pvm"), "/a b.pvm");
+        row("several", {"/a", "b.pvm"}, "/a b.pvm");
+        row("an option", {"--foo", "b"}, "--foo b");
+        row("the desktop's session", {"-session", "1_2"}, "");
+        row("a file of that name", {"-session"}, "-session");
+        row("and of three words", {"-session", "1", "2"}, "-session 1 2");
     }
 
     void isTheWordsOfOneName()

@@ -1,5 +1,6 @@
 #include "instance/FileInbox.h"
 #include "shared/Timer.h"
+#include "support/Rows.h"
 
 #include <QVariantList>
 
@@ -50,31 +51,20 @@ class FileInboxTest : public QObject
 private slots:
     void tellsMoviesFromLists_data()
     {
-        QTest::addColumn<QString>("text");
-        QTest::addColumn<QString>("opened");
-        QTest::newRow("movie") << "/a/b.pvm"
-                               << "movie /a/b.pvm";
-        QTest::newRow("capitals") << "/a/B.PVM"
-                                  << "movie /a/B.PVM";
-        QTest::newRow("five characters") << "a.pvm"
-                                         << "movie a.pvm";
-        QTest::newRow("the ending alone is a list") << ".pvm"
-                                                    << "list .pvm";
-        QTest::newRow("in capitals, too") << ".PVM"
-                                          << "list .PVM";
-        QTest::newRow("list") << "/a/cams.zip"
-                              << "list /a/cams.zip";
-        QTest::newRow("short") << "a"
-                               << "list a";
-        QTest::newRow("an ending that only looks so") << "/a/b.pvmx"
-                                                      << "list /a/b.pvmx";
-        QTest::newRow("no dot") << "/a/bpvm"
-                                << "list /a/bpvm";
-        QTest::newRow("a line break in the name") << "/a\nb\t.pvm"
-                                                  << "movie /a\nb\t.pvm";
-        QTest::newRow("other scripts") << QString::fromUtf8("/日本/ÿ\U0001F600.pvm")
-                                       << QString::fromUtf8("movie /日本/ÿ\U0001F600.pvm");
-        QTest::newRow("long") << QString(32'000, 'x') << "list " + QString(32'000, 'x');
+        const Rows<QString, QString> row("text", "opened");
+        row("movie", "/a/b.pvm", "movie /a/b.pvm");
+        row("capitals", "/a/B.PVM", "movie /a/B.PVM");
+        row("five characters", "a.pvm", "movie a.pvm");
+        row("the ending alone is a list", ".pvm", "list .pvm");
+        row("in capitals, too", ".PVM", "list .PVM");
+        row("list", "/a/cams.zip", "list /a/cams.zip");
+        row("short", "a", "list a");
+        row("an ending that only looks so", "/a/b.pvmx", "list /a/b.pvmx");
+        row("no dot", "/a/bpvm", "list /a/bpvm");
+        row("a line break in the name", "/a\nb\t.pvm", "movie /a\nb\t.pvm");
+        row("other scripts", QString::fromUtf8("/日本/ÿ\U0001F600.pvm"),
+            QString::fromUtf8("movie /日本/ÿ\U0001F600.pvm"));
+        row("long", QString(32'000, 'x'), "list " + QString(32'000, 'x'));
     }
 
     void tellsMoviesFromLists()

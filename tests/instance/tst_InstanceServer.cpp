@@ -6,6 +6,7 @@
 #include "instance/InstanceMessage.h"
 #include "instance/InstanceServer.h"
 #include "shared/Timer.h"
+#include "support/Rows.h"
 #include "support/RunAgain.h"
 #include "support/Slower.h"
 
@@ -213,20 +214,16 @@ private slots:
 
     void namesAreMadeAbsolute_data()
     {
-        QTest::addColumn<QString>("name");
-        QTest::addColumn<QString>("sent");
+        const Rows<QString, QString> row("name", "sent");
         const QString here = QDir::currentPath();
-        QTest::newRow("absolute") << "/a/b.pvm"
-                                  << "/a/b.pvm";
-        QTest::newRow("relative") << "b.pvm" << here + "/b.pvm";
-        QTest::newRow("in a folder below") << "a/b" << here + "/a/b";
-        QTest::newRow("a blank") << " " << here + "/ ";
-        QTest::newRow("an option") << "--foo" << here + "/--foo";
-        QTest::newRow("the ending alone") << ".pvm"
-                                          << ".pvm";
-        QTest::newRow("the ending in capitals") << ".PVM" << here + "/.PVM";
-        QTest::newRow("nothing") << ""
-                                 << "";
+        row("absolute", "/a/b.pvm", "/a/b.pvm");
+        row("relative", "b.pvm", here + "/b.pvm");
+        row("in a folder below", "a/b", here + "/a/b");
+        row("a blank", " ", here + "/ ");
+        row("an option", "--foo", here + "/--foo");
+        row("the ending alone", ".pvm", ".pvm");
+        row("the ending in capitals", ".PVM", here + "/.PVM");
+        row("nothing", "", "");
     }
 
     void namesAreMadeAbsolute()
@@ -241,24 +238,24 @@ private slots:
 
     void nonsenseIsDropped_data()
     {
-        QTest::addColumn<QByteArray>("bytes");
+        const Rows<QByteArray> row("bytes");
         const QByteArray end(1, '\0');
-        QTest::newRow("nothing") << end;
-        QTest::newRow("an unknown kind") << "X/a.pvm" + end;
-        QTest::newRow("an old web browser") << QByteArray("GET / HTTP/1.0\r\n\r\n") + end;
-        QTest::newRow("no text") << "F/\xFF\xFE.pvm" + end;
-        QTest::newRow("half a character") << "F/\xC3" + end;
-        QTest::newRow("two messages") << "F/a" + end + "F/b" + end;
-        QTest::newRow("more behind it") << "F/a" + end + "b";
-        QTest::newRow("queued with a text") << "Lx" + end;
-        QTest::newRow("too long by one") << 'F' + QByteArray(instanceMessage::MaxBytes, 'x') + end;
-        QTest::newRow("too long without an end") << QByteArray(instanceMessage::MaxBytes + 1, 'F');
-        QTest::newRow("ten megabytes") << QByteArray(10'000'000, 'F');
+        row("nothing", end);
+        row("an unknown kind", "X/a.pvm" + end);
+        row("an old web browser", QByteArray("GET / HTTP/1.0\r\n\r\n") + end);
+        row("no text", "F/\xFF\xFE.pvm" + end);
+        row("half a character", "F/\xC3" + end);
+        row("two messages", "F/a" + end + "F/b" + end);
+        row("more behind it", "F/a" + end + "b");
+        row("queued with a text", "Lx" + end);
+        row("too long by one", 'F' + QByteArray(instanceMessage::MaxBytes, 'x') + end);
+        row("too long without an end", QByteArray(instanceMessage::MaxBytes + 1, 'F'));
+        row("ten megabytes", QByteArray(10'000'000, 'F'));
         QByteArray noise(100'000, 0);
         QRandomGenerator random(5);
         for (char& byte : noise)
             byte = char(1 + random.bounded(255));
-        QTest::newRow("noise") << noise;
+        row("noise", noise);
     }
 
     void nonsenseIsDropped()
@@ -485,7 +482,7 @@ private slots:
             const Instance inOpen(m_runtime->path());
             QVERIFY(inOpen.server.isServing());
             qputenv(variable, inOpen.lock.serverName().toLocal8Bit());
-            QCOMPARE(runAgainAsOrdinaryUser("anotherUserReachesNothing"), "passed");
+            QVERIFY(ranAsOrdinaryUser());
             QCOMPARE(inOpen.names, QStringList());
             QCOMPARE(inOpen.server.findChildren<Timer*>("tmrMessage").size(), 0);
             return;

@@ -1,6 +1,7 @@
 // One text document by HTTP/1.0, against a server that plays scripts.
 
 #include "network/HTTP.h"
+#include "support/Rows.h"
 #include "support/ScriptedServer.h"
 #include "support/Slower.h"
 #include "support/TimeSeam.h"
@@ -76,11 +77,7 @@ private slots:
 
     void theRequestIsSentByteForByte_data()
     {
-        QTest::addColumn<QString>("url");
-        QTest::addColumn<QByteArray>("path");
-        const auto row = [](const char* name, const QString& url, const QByteArray& path) {
-            QTest::newRow(name) << url << path;
-        };
+        const Rows<QString, QByteArray> row("url", "path");
         row("a page", "http://127.0.0.1/pevora/index.cgi?cat=Cities",
             "/pevora/index.cgi?cat=Cities");
         row("no scheme", "127.0.0.1/a/b", "/a/b");
@@ -281,16 +278,16 @@ private slots:
 
     void addressesThatNameNoHost_data()
     {
-        QTest::addColumn<QString>("url");
-        QTest::newRow("a scheme in capitals is the host") << "HTTP://127.0.0.1/a";
-        QTest::newRow("a capital letter is enough") << "Http://127.0.0.1";
-        QTest::newRow("there is no port in a url") << "http://127.0.0.1:80/a";
-        QTest::newRow("another scheme") << "https://127.0.0.1/";
-        QTest::newRow("a scheme alone") << "http://";
-        QTest::newRow("no host") << "http:///a";
-        QTest::newRow("a path alone") << "/a";
-        QTest::newRow("a blank") << " ";
-        QTest::newRow("a line break") << "\n/a";
+        const Rows<QString> row("url");
+        row("a scheme in capitals is the host", "HTTP://127.0.0.1/a");
+        row("a capital letter is enough", "Http://127.0.0.1");
+        row("there is no port in a url", "http://127.0.0.1:80/a");
+        row("another scheme", "https://127.0.0.1/");
+        row("a scheme alone", "http://");
+        row("no host", "http:///a");
+        row("a path alone", "/a");
+        row("a blank", " ");
+        row("a line break", "\n/a");
     }
 
     void addressesThatNameNoHost()
@@ -430,12 +427,10 @@ private slots:
 
     void stripHtmlIsQuick_data()
     {
-        QTest::addColumn<QString>("text");
-        QTest::addColumn<qsizetype>("size");
-        QTest::newRow("nothing but openings") << QString(4'000'000, '<') << qsizetype(4'000'000);
-        QTest::newRow("many tags") << u"a<b>"_s.repeated(1'000'000) << qsizetype(1'000'000);
-        QTest::newRow("openings after a tag")
-            << "<b>" + QString(4'000'000, '<') << qsizetype(4'000'000);
+        const Rows<QString, qsizetype> row("text", "size");
+        row("nothing but openings", QString(4'000'000, '<'), qsizetype(4'000'000));
+        row("many tags", u"a<b>"_s.repeated(1'000'000), qsizetype(1'000'000));
+        row("openings after a tag", "<b>" + QString(4'000'000, '<'), qsizetype(4'000'000));
     }
 
     void stripHtmlIsQuick()

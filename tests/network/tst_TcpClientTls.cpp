@@ -1,6 +1,7 @@
 // Secure connections to servers with good certificates, and to some that are no such servers.
 
 #include "network/TcpClient.h"
+#include "support/Rows.h"
 #include "support/ScriptedServer.h"
 #include "support/SecureClient.h"
 #include "support/TestAuthority.h"
@@ -107,16 +108,11 @@ private slots:
 
     void itConnectsOnceEncrypted_data()
     {
-        QTest::addColumn<QString>("listenOn");
-        QTest::addColumn<QString>("host");
-        QTest::newRow("name") << "127.0.0.1"
-                              << "localhost";
-        QTest::newRow("capitals") << "127.0.0.1"
-                                  << "LocalHost";
-        QTest::newRow("address") << "127.0.0.1"
-                                 << "127.0.0.1";
-        QTest::newRow("IPv6") << "::1"
-                              << "[::1]";
+        const Rows<QString, QString> row("listenOn", "host");
+        row("name", "127.0.0.1", "localhost");
+        row("capitals", "127.0.0.1", "LocalHost");
+        row("address", "127.0.0.1", "127.0.0.1");
+        row("IPv6", "::1", "[::1]");
     }
 
     void itConnectsOnceEncrypted()
@@ -279,12 +275,11 @@ private slots:
 
     void closeAndConnectFromEveryHandler_data()
     {
-        QTest::addColumn<bool>("inConnected");
-        QTest::addColumn<bool>("again");
-        QTest::newRow("Connected closes") << true << false;
-        QTest::newRow("Connected connects anew") << true << true;
-        QTest::newRow("DataArrival closes") << false << false;
-        QTest::newRow("DataArrival connects anew") << false << true;
+        const Rows<bool, bool> row("inConnected", "again");
+        row("Connected closes", true, false);
+        row("Connected connects anew", true, true);
+        row("DataArrival closes", false, false);
+        row("DataArrival connects anew", false, true);
     }
 
     void closeAndConnectFromEveryHandler()

@@ -1,6 +1,7 @@
 #include "picture/EncodeBitmap.h"
 #include "support/OddPictures.h"
 #include "support/OtherProgram.h"
+#include "support/Rows.h"
 
 #include <QtEndian>
 
@@ -10,15 +11,15 @@ class EncodeBitmapTest : public QObject
 private slots:
     void everyPictureGives24Bits_data()
     {
-        QTest::addColumn<QImage>("image");
+        const Rows<QImage> row("image");
         const QImage scenery = odd::scenery({61, 47});
-        QTest::newRow("32 bits") << scenery;
-        QTest::newRow("grey") << scenery.convertToFormat(QImage::Format_Grayscale8);
-        QTest::newRow("1 bit") << scenery.convertToFormat(QImage::Format_Mono);
-        QTest::newRow("indexed") << scenery.convertToFormat(QImage::Format_Indexed8);
-        QTest::newRow("with alpha") << scenery.convertToFormat(QImage::Format_ARGB32);
-        QTest::newRow("1 x 1") << odd::scenery({1, 1});
-        QTest::newRow("wide") << odd::scenery({70'000, 1});
+        row("32 bits", scenery);
+        row("grey", scenery.convertToFormat(QImage::Format_Grayscale8));
+        row("1 bit", scenery.convertToFormat(QImage::Format_Mono));
+        row("indexed", scenery.convertToFormat(QImage::Format_Indexed8));
+        row("with alpha", scenery.convertToFormat(QImage::Format_ARGB32));
+        row("1 x 1", odd::scenery({1, 1}));
+        row("wide", odd::scenery({70'000, 1}));
     }
 
     void everyPictureGives24Bits()

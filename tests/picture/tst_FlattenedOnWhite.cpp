@@ -1,4 +1,5 @@
 #include "picture/FlattenedOnWhite.h"
+#include "support/Rows.h"
 
 class FlattenedOnWhiteTest : public QObject
 {
@@ -6,14 +7,14 @@ class FlattenedOnWhiteTest : public QObject
 private slots:
     void anOpaquePictureKeepsItsColours_data()
     {
-        QTest::addColumn<QImage::Format>("format");
-        QTest::newRow("32 bits") << QImage::Format_RGB32;
-        QTest::newRow("24 bits") << QImage::Format_RGB888;
-        QTest::newRow("grey") << QImage::Format_Grayscale8;
-        QTest::newRow("indexed") << QImage::Format_Indexed8;
-        QTest::newRow("1 bit") << QImage::Format_Mono;
-        QTest::newRow("1 bit, other order") << QImage::Format_MonoLSB;
-        QTest::newRow("with alpha, all opaque") << QImage::Format_ARGB32;
+        const Rows<QImage::Format> row("format");
+        row("32 bits", QImage::Format_RGB32);
+        row("24 bits", QImage::Format_RGB888);
+        row("grey", QImage::Format_Grayscale8);
+        row("indexed", QImage::Format_Indexed8);
+        row("1 bit", QImage::Format_Mono);
+        row("1 bit, other order", QImage::Format_MonoLSB);
+        row("with alpha, all opaque", QImage::Format_ARGB32);
     }
 
     void anOpaquePictureKeepsItsColours()
@@ -30,14 +31,13 @@ private slots:
 
     void whiteShowsThroughWhatIsTransparent_data()
     {
-        QTest::addColumn<QRgb>("pixel");
-        QTest::addColumn<QRgb>("seen");
-        QTest::newRow("opaque") << qRgba(10, 20, 30, 255) << qRgb(10, 20, 30);
-        QTest::newRow("clear, black") << qRgba(0, 0, 0, 0) << qRgb(255, 255, 255);
-        QTest::newRow("clear, red") << qRgba(255, 0, 0, 0) << qRgb(255, 255, 255);
-        QTest::newRow("a third of black") << qRgba(0, 0, 0, 85) << qRgb(170, 170, 170);
-        QTest::newRow("a third of red") << qRgba(255, 0, 0, 85) << qRgb(255, 170, 170);
-        QTest::newRow("nearly all of blue") << qRgba(0, 0, 255, 254) << qRgb(1, 1, 255);
+        const Rows<QRgb, QRgb> row("pixel", "seen");
+        row("opaque", qRgba(10, 20, 30, 255), qRgb(10, 20, 30));
+        row("clear, black", qRgba(0, 0, 0, 0), qRgb(255, 255, 255));
+        row("clear, red", qRgba(255, 0, 0, 0), qRgb(255, 255, 255));
+        row("a third of black", qRgba(0, 0, 0, 85), qRgb(170, 170, 170));
+        row("a third of red", qRgba(255, 0, 0, 85), qRgb(255, 170, 170));
+        row("nearly all of blue", qRgba(0, 0, 255, 254), qRgb(1, 1, 255));
     }
 
     void whiteShowsThroughWhatIsTransparent()

@@ -3,6 +3,7 @@
 #include "picture/JpegPixels.h"
 
 #include "support/OddPictures.h"
+#include "support/Rows.h"
 
 #include <QImageReader>
 
@@ -42,18 +43,17 @@ class JpegPixelsTest : public QObject
 private slots:
     void areThoseOfQtsReader_data()
     {
-        QTest::addColumn<QStringList>("options");
-        QTest::addColumn<QSize>("whole");
-        QTest::newRow("half the colours") << QStringList{"-sample", "2x2"} << Odd;
-        QTest::newRow("half of them across") << QStringList{"-sample", "2x1"} << Odd;
-        QTest::newRow("half of them down") << QStringList{"-sample", "1x2"} << Odd;
-        QTest::newRow("all the colours") << QStringList{"-sample", "1x1"} << Odd;
-        QTest::newRow("progressive") << QStringList{"-progressive"} << Odd;
-        QTest::newRow("arithmetic") << QStringList{"-arithmetic"} << Odd;
-        QTest::newRow("red, green and blue") << QStringList{"-rgb"} << Odd;
-        QTest::newRow("whole blocks") << QStringList{} << QSize(128, 64);
-        QTest::newRow("narrow") << QStringList{} << QSize(9, 1000);
-        QTest::newRow("one pixel") << QStringList{} << QSize(1, 1);
+        const Rows<QStringList, QSize> row("options", "whole");
+        row("half the colours", {"-sample", "2x2"}, Odd);
+        row("half of them across", {"-sample", "2x1"}, Odd);
+        row("half of them down", {"-sample", "1x2"}, Odd);
+        row("all the colours", {"-sample", "1x1"}, Odd);
+        row("progressive", {"-progressive"}, Odd);
+        row("arithmetic", {"-arithmetic"}, Odd);
+        row("red, green and blue", {"-rgb"}, Odd);
+        row("whole blocks", {}, QSize(128, 64));
+        row("narrow", {}, QSize(9, 1000));
+        row("one pixel", {}, QSize(1, 1));
     }
 
     void areThoseOfQtsReader()
@@ -74,15 +74,14 @@ private slots:
 
     void leaveOtherKindsToQtsReader_data()
     {
-        QTest::addColumn<QByteArray>("bytes");
-        QTest::addColumn<QSize>("size");
+        const Rows<QByteArray, QSize> row("bytes", "size");
         const QByteArray coloured = odd::encoded(odd::scenery(Odd), "jpg");
-        QTest::newRow("grey") << fromEncoder(odd::scenery(Odd), {"-grayscale"}) << Odd;
-        QTest::newRow("four colours")
-            << odd::jpeg({.size = {16, 16}, .sampling = {0x11, 0x11, 0x11, 0x11}}) << QSize(16, 16);
-        QTest::newRow("a third") << coloured << QSize(34, 25);
-        QTest::newRow("larger") << coloured << QSize(102, 75);
-        QTest::newRow("no size") << coloured << QSize();
+        row("grey", fromEncoder(odd::scenery(Odd), {"-grayscale"}), Odd);
+        row("four colours", odd::jpeg({.size = {16, 16}, .sampling = {0x11, 0x11, 0x11, 0x11}}),
+            QSize(16, 16));
+        row("a third", coloured, QSize(34, 25));
+        row("larger", coloured, QSize(102, 75));
+        row("no size", coloured, QSize());
     }
 
     void leaveOtherKindsToQtsReader()
@@ -104,14 +103,14 @@ private slots:
 
     void areNullWhereTheDecoderGivesUp_data()
     {
-        QTest::addColumn<QByteArray>("bytes");
+        const Rows<QByteArray> row("bytes");
         const QByteArray whole = odd::encoded(odd::scenery(Odd), "jpg");
         QByteArray withoutTables = odd::jpegStart() + odd::jpegFrame({.size = Odd}) +
                                    odd::jpegScan(1, 3, {}) + odd::jpegEnd();
-        QTest::newRow("nothing") << QByteArray();
-        QTest::newRow("no JPEG") << QByteArray("GIF89a");
-        QTest::newRow("the start alone") << odd::jpegStart();
-        QTest::newRow("without tables") << withoutTables;
+        row("nothing", {});
+        row("no JPEG", "GIF89a");
+        row("the start alone", odd::jpegStart());
+        row("without tables", withoutTables);
     }
 
     void areNullWhereTheDecoderGivesUp()

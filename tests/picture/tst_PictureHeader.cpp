@@ -1,6 +1,7 @@
 #include "picture/PictureHeader.h"
 
 #include "support/OddPictures.h"
+#include "support/Rows.h"
 
 #include <limits>
 #include <utility>
@@ -76,36 +77,33 @@ private slots:
 
     void knowsNothingOf_data()
     {
-        QTest::addColumn<QByteArray>("bytes");
-        QTest::newRow("nothing") << QByteArray();
-        QTest::newRow("text") << QByteArray("BUT NOT A BITMAP: <html></html>");
-        QTest::newRow("png") << odd::encoded(odd::scenery(Small), "png");
-        QTest::newRow("pixmap in letters") << odd::encoded(odd::scenery(Small), "xpm");
-        QTest::newRow("two letters of a bitmap") << QByteArray("BM");
-        QTest::newRow("bitmap without a height") << smallBitmap(40).left(22);
-        QTest::newRow("bitmap with an odd header") << smallBitmap(52);
-        QTest::newRow("bitmap of no width") << smallBitmap(40, 0);
-        QTest::newRow("bitmap of negative width") << smallBitmap(40, -5);
-        QTest::newRow("bitmap of the lowest height")
-            << smallBitmap(40, 5, std::numeric_limits<int>::min());
-        QTest::newRow("gif of another year") << smallGif().replace(0, 6, "GIF88a");
-        QTest::newRow("gif without a frame") << smallGif().left(13 + 768) + ";";
-        QTest::newRow("gif cut before its frame") << smallGif().left(13 + 768);
-        QTest::newRow("gif cut in an extension") << smallGif("!\xFE\x20").left(13 + 768 + 3);
-        QTest::newRow("start of a jpeg") << QByteArray("\xFF\xD8\xFF");
-        QTest::newRow("jpeg of zeros") << QByteArray("\xFF\xD8\xFF") + QByteArray(1000, 0);
-        QTest::newRow("jpeg of fill bytes") << QByteArray("\xFF\xD8") + QByteArray(1000, '\xFF');
-        QTest::newRow("jpeg of tables") << odd::jpegStart() + odd::jpegTables() + odd::jpegEnd();
-        QTest::newRow("jpeg without a scan")
-            << odd::jpegStart() + odd::jpegFrame(frameOf(0xC0)) + odd::jpegEnd();
-        QTest::newRow("jpeg scan before its frame") << odd::jpegStart() + odd::jpegScan(1, 3, {}) +
-                                                           odd::jpegFrame(frameOf(0xC0)) +
-                                                           odd::jpegEnd();
-        QTest::newRow("jpeg of no height")
-            << odd::jpeg(frameOf(0xC0, {0x11, 0x11, 0x11}, QSize(37, 0)));
-        QTest::newRow("jpeg sampled 0 by 1") << odd::jpeg(frameOf(0xC0, {0x01, 0x11, 0x11}));
-        QTest::newRow("jpeg frame shorter than its components")
-            << odd::jpegStart() + odd::jpegSegment(0xC0, QByteArray::fromHex("080015002503"));
+        const Rows<QByteArray> row("bytes");
+        row("nothing", {});
+        row("text", "BUT NOT A BITMAP: <html></html>");
+        row("png", odd::encoded(odd::scenery(Small), "png"));
+        row("pixmap in letters", odd::encoded(odd::scenery(Small), "xpm"));
+        row("two letters of a bitmap", "BM");
+        row("bitmap without a height", smallBitmap(40).left(22));
+        row("bitmap with an odd header", smallBitmap(52));
+        row("bitmap of no width", smallBitmap(40, 0));
+        row("bitmap of negative width", smallBitmap(40, -5));
+        row("bitmap of the lowest height", smallBitmap(40, 5, std::numeric_limits<int>::min()));
+        row("gif of another year", smallGif().replace(0, 6, "GIF88a"));
+        row("gif without a frame", smallGif().left(13 + 768) + ";");
+        row("gif cut before its frame", smallGif().left(13 + 768));
+        row("gif cut in an extension", smallGif("!\xFE\x20").left(13 + 768 + 3));
+        row("start of a jpeg", "\xFF\xD8\xFF");
+        row("jpeg of zeros", QByteArray("\xFF\xD8\xFF") + QByteArray(1000, 0));
+        row("jpeg of fill bytes", QByteArray("\xFF\xD8") + QByteArray(1000, '\xFF'));
+        row("jpeg of tables", odd::jpegStart() + odd::jpegTables() + odd::jpegEnd());
+        row("jpeg without a scan",
+            odd::jpegStart() + odd::jpegFrame(frameOf(0xC0)) + odd::jpegEnd());
+        row("jpeg scan before its frame", odd::jpegStart() + odd::jpegScan(1, 3, {}) +
+                                              odd::jpegFrame(frameOf(0xC0)) + odd::jpegEnd());
+        row("jpeg of no height", odd::jpeg(frameOf(0xC0, {0x11, 0x11, 0x11}, QSize(37, 0))));
+        row("jpeg sampled 0 by 1", odd::jpeg(frameOf(0xC0, {0x01, 0x11, 0x11})));
+        row("jpeg frame shorter than its components",
+            odd::jpegStart() + odd::jpegSegment(0xC0, QByteArray::fromHex("080015002503")));
     }
 
     void knowsNothingOf()
@@ -116,30 +114,28 @@ private slots:
 
     void countsScansAsADecoderMeetsThem_data()
     {
-        QTest::addColumn<QByteArray>("bytes");
-        QTest::addColumn<int>("scans");
-        QTest::addColumn<int>("segments");
+        const Rows<QByteArray, int, int> row("bytes", "scans", "segments");
         const auto frame = frameOf(0xC0);
         const QByteArray whole = odd::jpeg(frame, "\x12\x34"); // 3 tables, frame, scan
         const QByteArray rest = whole.mid(2);
-        QTest::newRow("one") << whole << 1 << 5;
-        QTest::newRow("seventeen") << odd::jpegInScans(frame, 17, "\x12") << 17 << 21;
-        QTest::newRow("a thumbnail in a segment")
-            << odd::jpegStart() + odd::jpegSegment(0xE1, "Exif" + odd::jpegInScans(frame, 9)) + rest
-            << 1 << 6;
-        QTest::newRow("another picture behind the end") << whole + whole << 1 << 5;
-        QTest::newRow("stuffed and restart markers in the data")
-            << odd::jpegStart() + odd::jpegTables() + odd::jpegFrame(frame) +
-                   odd::jpegScan(1, 3, QByteArray::fromHex("12ff0034ffd0ff00daffd7ff01da")) +
-                   odd::jpegScan(1, 3, "\x12") + odd::jpegEnd()
-            << 2 << 6;
-        QTest::newRow("fill bytes before the marker")
-            << odd::jpegStart() + odd::jpegTables() + odd::jpegFrame(frame) +
-                   "garbage\xFF\xFF\xFF" + odd::jpegScan(1, 3, "\x12") + odd::jpegEnd()
-            << 1 << 5;
-        QTest::newRow("a segment of impossible length")
-            << odd::jpegStart() + QByteArray("\xFF\xE0\0\0", 4) + rest << 1 << 6;
-        QTest::newRow("no end") << whole.chopped(2) << 1 << 5;
+        row("one", whole, 1, 5);
+        row("seventeen", odd::jpegInScans(frame, 17, "\x12"), 17, 21);
+        row("a thumbnail in a segment",
+            odd::jpegStart() + odd::jpegSegment(0xE1, "Exif" + odd::jpegInScans(frame, 9)) + rest,
+            1, 6);
+        row("another picture behind the end", whole + whole, 1, 5);
+        row("stuffed and restart markers in the data",
+            odd::jpegStart() + odd::jpegTables() + odd::jpegFrame(frame) +
+                odd::jpegScan(1, 3, QByteArray::fromHex("12ff0034ffd0ff00daffd7ff01da")) +
+                odd::jpegScan(1, 3, "\x12") + odd::jpegEnd(),
+            2, 6);
+        row("fill bytes before the marker",
+            odd::jpegStart() + odd::jpegTables() + odd::jpegFrame(frame) + "garbage\xFF\xFF\xFF" +
+                odd::jpegScan(1, 3, "\x12") + odd::jpegEnd(),
+            1, 5);
+        row("a segment of impossible length",
+            odd::jpegStart() + QByteArray("\xFF\xE0\0\0", 4) + rest, 1, 6);
+        row("no end", whole.chopped(2), 1, 5);
     }
 
     void countsScansAsADecoderMeetsThem()
@@ -168,22 +164,19 @@ private slots:
 
     void tellsWhatADecoderHolds_data()
     {
-        QTest::addColumn<QByteArray>("bytes");
-        QTest::addColumn<qint64>("coefficients");
+        const Rows<QByteArray, qint64> row("bytes", "coefficients");
         constexpr QSize size(100, 50); // 13 x 7 blocks
-        QTest::newRow("one scan: a few rows")
-            << odd::jpeg(frameOf(0xC0, {0x11, 0x11, 0x11}, size)) << qint64(0);
-        QTest::newRow("a scan for each component")
-            << odd::jpegInScans(frameOf(0xC0, {0x11, 0x11, 0x11}, size), 3)
-            << qint64(3 * 13 * 7 * 64);
-        QTest::newRow("progressive") << odd::jpegInScans(frameOf(0xC2, {0x11, 0x11, 0x11}, size), 1)
-                                     << qint64(3 * 13 * 7 * 64);
-        QTest::newRow("progressive, colours halved")
-            << odd::jpegInScans(frameOf(0xC2, {0x22, 0x11, 0x11}, size), 1)
-            << qint64((14 * 8 + 2 * 7 * 4) * 64);
-        QTest::newRow("progressive of four colours")
-            << odd::jpegInScans(frameOf(0xC2, {0x11, 0x11, 0x11, 0x11}, size), 1)
-            << qint64(4 * 13 * 7 * 64);
+        row("one scan: a few rows", odd::jpeg(frameOf(0xC0, {0x11, 0x11, 0x11}, size)), qint64(0));
+        row("a scan for each component",
+            odd::jpegInScans(frameOf(0xC0, {0x11, 0x11, 0x11}, size), 3), qint64(3 * 13 * 7 * 64));
+        row("progressive", odd::jpegInScans(frameOf(0xC2, {0x11, 0x11, 0x11}, size), 1),
+            qint64(3 * 13 * 7 * 64));
+        row("progressive, colours halved",
+            odd::jpegInScans(frameOf(0xC2, {0x22, 0x11, 0x11}, size), 1),
+            qint64((14 * 8 + 2 * 7 * 4) * 64));
+        row("progressive of four colours",
+            odd::jpegInScans(frameOf(0xC2, {0x11, 0x11, 0x11, 0x11}, size), 1),
+            qint64(4 * 13 * 7 * 64));
     }
 
     void tellsWhatADecoderHolds()

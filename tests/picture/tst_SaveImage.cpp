@@ -7,6 +7,7 @@
 #include "support/OddPictures.h"
 #include "support/OtherProgram.h"
 #include "support/Pictures.h"
+#include "support/Rows.h"
 #include "support/RunAgain.h"
 #include "support/ScratchFile.h"
 #include "support/Slower.h"
@@ -91,12 +92,11 @@ private slots:
 
     void aPictureTooLargeForAGifIsRefused_data()
     {
-        QTest::addColumn<QSize>("size");
-        QTest::addColumn<bool>("isWritten");
-        QTest::newRow("widest") << QSize(65'535, 2) << true;
-        QTest::newRow("too wide") << QSize(65'536, 2) << false;
-        QTest::newRow("highest") << QSize(2, 65'535) << true;
-        QTest::newRow("too high") << QSize(2, 65'536) << false;
+        const Rows<QSize, bool> row("size", "isWritten");
+        row("widest", QSize(65'535, 2), true);
+        row("too wide", QSize(65'536, 2), false);
+        row("highest", QSize(2, 65'535), true);
+        row("too high", QSize(2, 65'536), false);
     }
 
     void aPictureTooLargeForAGifIsRefused()
@@ -186,28 +186,27 @@ private slots:
 
     void theLastThreeCharactersTellTheFormat_data()
     {
-        QTest::addColumn<QString>("name");
-        QTest::addColumn<QByteArray>("begins");
+        const Rows<QString, QByteArray> row("name", "begins");
         const QByteArray gif = "GIF8";
         const QByteArray jpeg = "\xFF\xD8\xFF";
         const QByteArray bitmap = "BM";
-        QTest::newRow("a.gif") << "a.gif" << gif;
-        QTest::newRow("a.GIF") << "a.GIF" << gif;
-        QTest::newRow("a.Gif") << "a.Gif" << gif;
-        QTest::newRow("a.jpg") << "a.jpg" << jpeg;
-        QTest::newRow("a.JPG") << "a.JPG" << jpeg;
-        QTest::newRow("a.bmp") << "a.bmp" << bitmap;
-        QTest::newRow("a.jpeg") << "a.jpeg" << bitmap;
-        QTest::newRow("a.png") << "a.png" << bitmap;
-        QTest::newRow("no ending") << "a" << bitmap;
-        QTest::newRow("xgif") << "xgif" << gif;
-        QTest::newRow("xjpg") << "xjpg" << jpeg;
-        QTest::newRow("jpg alone") << "jpg" << jpeg;
-        QTest::newRow("a.gif.bmp") << "a.gif.bmp" << bitmap;
-        QTest::newRow("a.jpg and a dot") << "a.jpg." << bitmap;
-        QTest::newRow("two characters") << "if" << bitmap;
-        QTest::newRow("two others") << "pg" << bitmap;
-        QTest::newRow("letters beyond ASCII") << "\u0130.\u00fcjpg" << jpeg;
+        row("a.gif", "a.gif", gif);
+        row("a.GIF", "a.GIF", gif);
+        row("a.Gif", "a.Gif", gif);
+        row("a.jpg", "a.jpg", jpeg);
+        row("a.JPG", "a.JPG", jpeg);
+        row("a.bmp", "a.bmp", bitmap);
+        row("a.jpeg", "a.jpeg", bitmap);
+        row("a.png", "a.png", bitmap);
+        row("no ending", "a", bitmap);
+        row("xgif", "xgif", gif);
+        row("xjpg", "xjpg", jpeg);
+        row("jpg alone", "jpg", jpeg);
+        row("a.gif.bmp", "a.gif.bmp", bitmap);
+        row("a.jpg and a dot", "a.jpg.", bitmap);
+        row("two characters", "if", bitmap);
+        row("two others", "pg", bitmap);
+        row("letters beyond ASCII", "\u0130.\u00fcjpg", jpeg);
     }
 
     void theLastThreeCharactersTellTheFormat()
@@ -245,33 +244,10 @@ private slots:
         }
     }
 
-    void aFullDiskKeepsTheOldFile()
-    {
-        if (!runsAgain()) {
-            QCOMPARE(runAgainWithOwnMounts("aFullDiskKeepsTheOldFile"), "passed");
-            return;
-        }
-        ScratchFile disk("unused");
-        QCOMPARE(mountSmallDisk(disk.folder(), 64), "mounted");
-        const Still large = Still::fromImage(odd::scenery({1000, 800}));
-        for (const char* name : {"a.gif", "a.jpg", "a.bmp"}) {
-            const QString path = QDir(disk.folder()).filePath(name);
-            QVERIFY(savePicture(path, Still::fromImage(plainImage({20, 20}, Qt::red))));
-            QVERIFY2(!savePicture(path, large), name);
-            QFile file(path);
-            QVERIFY(file.open(QIODevice::ReadOnly));
-            QCOMPARE(Still::fromBytes(file.readAll()).size(), QSize(20, 20));
-        }
-        QCOMPARE(QDir(disk.folder()).entryList(QDir::Files | QDir::Hidden),
-                 (QStringList{"a.bmp", "a.gif", "a.jpg"}));
-    }
-
     void aFileThatMustNotBeWrittenIsKept()
     {
-        if (!runsAgain()) {
-            QCOMPARE(runAgainAsOrdinaryUser("aFileThatMustNotBeWrittenIsKept"), "passed");
+        if (ranAsOrdinaryUser())
             return;
-        }
         for (const char* name : {"a.gif", "a.jpg", "a.bmp"}) {
             ScratchFile file(name);
             file.setContent("old");
@@ -285,17 +261,17 @@ private:
     /// Pictures of each kind, no larger than the other programs take.
     static void sources()
     {
-        QTest::addColumn<QImage>("image");
+        const Rows<QImage> row("image");
         const QImage scenery = odd::scenery({61, 47});
-        QTest::newRow("32 bits") << scenery;
-        QTest::newRow("grey") << scenery.convertToFormat(QImage::Format_Grayscale8);
-        QTest::newRow("16 bits of grey") << scenery.convertToFormat(QImage::Format_Grayscale16);
-        QTest::newRow("1 bit") << scenery.convertToFormat(QImage::Format_Mono);
-        QTest::newRow("indexed") << scenery.convertToFormat(QImage::Format_Indexed8);
-        QTest::newRow("with alpha") << scenery.convertToFormat(QImage::Format_ARGB32);
-        QTest::newRow("1 x 1") << odd::scenery({1, 1});
-        QTest::newRow("1 wide") << odd::scenery({1, 300});
-        QTest::newRow("large") << odd::scenery({3840, 2160});
+        row("32 bits", scenery);
+        row("grey", scenery.convertToFormat(QImage::Format_Grayscale8));
+        row("16 bits of grey", scenery.convertToFormat(QImage::Format_Grayscale16));
+        row("1 bit", scenery.convertToFormat(QImage::Format_Mono));
+        row("indexed", scenery.convertToFormat(QImage::Format_Indexed8));
+        row("with alpha", scenery.convertToFormat(QImage::Format_ARGB32));
+        row("1 x 1", odd::scenery({1, 1}));
+        row("1 wide", odd::scenery({1, 300}));
+        row("large", odd::scenery({3840, 2160}));
     }
 };
 

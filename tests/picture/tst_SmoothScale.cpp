@@ -1,5 +1,6 @@
 #include "picture/SmoothScale.h"
 #include "support/Pictures.h"
+#include "support/Rows.h"
 #include "support/Slower.h"
 
 class SmoothScaleTest : public QObject
@@ -8,10 +9,10 @@ class SmoothScaleTest : public QObject
 private slots:
     void shrinksToMeans_data()
     {
-        QTest::addColumn<QSize>("from");
-        QTest::newRow("to a half") << QSize(64, 64);
-        QTest::newRow("to a tenth") << QSize(320, 320);
-        QTest::newRow("to a fiftieth") << QSize(1600, 1600);
+        const Rows<QSize> row("from");
+        row("to a half", QSize(64, 64));
+        row("to a tenth", QSize(320, 320));
+        row("to a fiftieth", QSize(1600, 1600));
     }
 
     void shrinksToMeans()

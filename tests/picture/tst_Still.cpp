@@ -2,6 +2,7 @@
 
 #include "support/MessageLog.h"
 #include "support/OddPictures.h"
+#include "support/Rows.h"
 
 #include <QImageIOHandler>
 #include <QImageReader>
@@ -39,21 +40,20 @@ private slots:
 
     void keepsTheBytesAndGivesThePixels_data()
     {
-        QTest::addColumn<QByteArray>("bytes");
-        QTest::addColumn<QImage>("pixels");
+        const Rows<QByteArray, QImage> row("bytes", "pixels");
         const QImage scenery = odd::scenery(Small);
         const QByteArray bitmap = odd::encoded(scenery, "bmp");
         const QByteArray jpeg = odd::encoded(scenery, "jpg");
         const QByteArray progressive = odd::encoded(scenery, "jpg", true);
         const QByteArray grey = odd::encoded(scenery.convertedTo(QImage::Format_Grayscale8), "jpg");
-        QTest::newRow("bitmap") << bitmap << scenery;
-        QTest::newRow("bitmap of 256 colours")
-            << odd::encoded(scenery.convertedTo(QImage::Format_Indexed8), "bmp")
-            << scenery.convertedTo(QImage::Format_Indexed8).convertedTo(QImage::Format_RGB32);
-        QTest::newRow("gif") << odd::gifPattern(Small) << odd::gifPatternPixels(Small);
-        QTest::newRow("jpeg") << jpeg << QImage::fromData(jpeg);
-        QTest::newRow("progressive jpeg") << progressive << QImage::fromData(progressive);
-        QTest::newRow("grey jpeg") << grey << QImage::fromData(grey);
+        row("bitmap", bitmap, scenery);
+        row("bitmap of 256 colours",
+            odd::encoded(scenery.convertedTo(QImage::Format_Indexed8), "bmp"),
+            scenery.convertedTo(QImage::Format_Indexed8).convertedTo(QImage::Format_RGB32));
+        row("gif", odd::gifPattern(Small), odd::gifPatternPixels(Small));
+        row("jpeg", jpeg, QImage::fromData(jpeg));
+        row("progressive jpeg", progressive, QImage::fromData(progressive));
+        row("grey jpeg", grey, QImage::fromData(grey));
     }
 
     void keepsTheBytesAndGivesThePixels()
@@ -86,12 +86,7 @@ private slots:
 
     void halvesWhileNoSmallerThanNeeded_data()
     {
-        QTest::addColumn<QSize>("size");
-        QTest::addColumn<QSize>("needed");
-        QTest::addColumn<QSize>("halved");
-        const auto row = [](const char* name, QSize size, QSize needed, QSize halved) {
-            QTest::newRow(name) << size << needed << halved;
-        };
+        const Rows<QSize, QSize, QSize> row("size", "needed", "halved");
         row("larger than the image", {640, 480}, {1000, 1000}, {640, 480});
         row("the image", {640, 480}, {640, 480}, {640, 480});
         row("just over a half", {640, 480}, {321, 10}, {640, 480});
@@ -186,9 +181,9 @@ private slots:
 
     void decodesAQuarterMuchFaster_data()
     {
-        QTest::addColumn<QSize>("size");
-        QTest::newRow("even") << QSize(3840, 2160);
-        QTest::newRow("odd") << QSize(3841, 2163);
+        const Rows<QSize> row("size");
+        row("even", QSize(3840, 2160));
+        row("odd", QSize(3841, 2163));
     }
 
     void decodesAQuarterMuchFaster()
@@ -211,9 +206,9 @@ private slots:
 
     void decodesOnceOnTheWayIn_data()
     {
-        QTest::addColumn<QSize>("needed");
-        QTest::newRow("whole") << QSize();
-        QTest::newRow("halved") << QSize(100, 100);
+        const Rows<QSize> row("needed");
+        row("whole", QSize());
+        row("halved", QSize(100, 100));
     }
 
     void decodesOnceOnTheWayIn()
@@ -232,8 +227,7 @@ private slots:
 
     void fillsWhatABitmapLeavesOut_data()
     {
-        QTest::addColumn<QByteArray>("bytes");
-        QTest::addColumn<QImage>("pixels");
+        const Rows<QByteArray, QImage> row("bytes", "pixels");
         const auto colour = [](int index) { return qRgb(index, 255 - index, 128); };
 
         QImage runs(8, 4, QImage::Format_RGB32);
@@ -242,7 +236,7 @@ private slots:
             runs.setPixel(x, 3, colour(1 + x % 2));
         for (int x = 2; x < 6; ++x)
             runs.setPixel(x, 1, colour(3));
-        QTest::newRow("in runs") << odd::bitmapRuns() << runs;
+        row("in runs", odd::bitmapRuns(), runs);
 
         const QImage scenery = odd::scenery(QSize(64, 64));
         const QByteArray whole = odd::encoded(scenery, "bmp");
@@ -251,7 +245,7 @@ private slots:
         for (int y = 32; y < 64; ++y)
             for (int x = 0; x < 64; ++x)
                 upper.setPixel(x, y, scenery.pixel(x, y));
-        QTest::newRow("cut in the middle") << whole.left(54 + 64 * 3 * 32 + 5) << upper;
+        row("cut in the middle", whole.left(54 + 64 * 3 * 32 + 5), upper);
     }
 
     void fillsWhatABitmapLeavesOut()

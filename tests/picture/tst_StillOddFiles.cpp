@@ -2,6 +2,7 @@
 
 #include "support/MessageLog.h"
 #include "support/OddPictures.h"
+#include "support/Rows.h"
 
 #include <QLoggingCategory>
 
@@ -32,14 +33,10 @@ private slots:
 
     void oddFiles_data()
     {
-        QTest::addColumn<QByteArray>("bytes");
-        QTest::addColumn<QSize>("size");
         const QSize refused(0, 0);
         const QImage scenery = odd::scenery(Small);
         const QByteArray jpeg = odd::encoded(scenery, "jpg");
-        const auto row = [](const char* name, const QByteArray& bytes, QSize size) {
-            QTest::newRow(name) << bytes << size;
-        };
+        const Rows<QByteArray, QSize> row("bytes", "size");
         row("empty", {}, refused);
         row("text", "<html><body>404 Not Found</body></html>", refused);
         row("png", odd::encoded(scenery, "png"), refused);
@@ -156,8 +153,7 @@ private slots:
 
     void cutAnywhere_data()
     {
-        QTest::addColumn<QByteArray>("bytes");
-        QTest::addColumn<qsizetype>("shortest"); // That still gives a picture.
+        const Rows<QByteArray, qsizetype> row("bytes", "shortest"); // That still gives a picture.
         const QImage image = odd::scenery(Small);
         const auto afterScanHeader = [](const QByteArray& bytes) {
             const qsizetype begin = bytes.indexOf("\xFF\xDA");
@@ -165,17 +161,16 @@ private slots:
         };
         for (const bool progressive : {false, true}) {
             const QByteArray bytes = odd::encoded(image, "jpg", progressive);
-            QTest::newRow(progressive ? "progressive jpeg" : "jpeg")
-                << bytes << afterScanHeader(bytes);
+            row(progressive ? "progressive jpeg" : "jpeg", bytes, afterScanHeader(bytes));
         }
         const QByteArray scans = odd::jpegInScans(frameOf(0xC0), 6, "\x12\x34");
-        QTest::newRow("jpeg in six scans") << scans << afterScanHeader(scans);
-        QTest::newRow("gif") << odd::gifPattern(Small) << qsizetype(13 + 768 + 10 + 2 + 1);
-        QTest::newRow("bitmap") << odd::encoded(image, "bmp") << qsizetype(54 + 1);
-        QTest::newRow("bitmap in runs") << odd::bitmapRuns() << qsizetype(54 + 64 + 1);
-        QTest::newRow("bitmap of 256 colours")
-            << odd::bitmap({.width = 9, .height = 5, .bits = 8}, QByteArray(60, 1))
-            << qsizetype(54 + 1024 + 1);
+        row("jpeg in six scans", scans, afterScanHeader(scans));
+        row("gif", odd::gifPattern(Small), qsizetype(13 + 768 + 10 + 2 + 1));
+        row("bitmap", odd::encoded(image, "bmp"), qsizetype(54 + 1));
+        row("bitmap in runs", odd::bitmapRuns(), qsizetype(54 + 64 + 1));
+        row("bitmap of 256 colours",
+            odd::bitmap({.width = 9, .height = 5, .bits = 8}, QByteArray(60, 1)),
+            qsizetype(54 + 1024 + 1));
     }
 
     void cutAnywhere()
@@ -211,13 +206,13 @@ private slots:
 
     void survivesMutations_data()
     {
-        QTest::addColumn<QByteArray>("bytes");
+        const Rows<QByteArray> row("bytes");
         const QImage image = odd::scenery(Small);
-        QTest::newRow("jpeg") << odd::encoded(image, "jpg");
-        QTest::newRow("progressive jpeg") << odd::encoded(image, "jpg", true);
-        QTest::newRow("gif") << odd::gifPattern(Small);
-        QTest::newRow("bitmap") << odd::encoded(image, "bmp");
-        QTest::newRow("bitmap in runs") << odd::bitmapRuns();
+        row("jpeg", odd::encoded(image, "jpg"));
+        row("progressive jpeg", odd::encoded(image, "jpg", true));
+        row("gif", odd::gifPattern(Small));
+        row("bitmap", odd::encoded(image, "bmp"));
+        row("bitmap in runs", odd::bitmapRuns());
     }
 
     void survivesMutations()

@@ -1,4 +1,6 @@
 #include "platform/FileLock.h"
+#include "support/Rows.h"
+#include "support/ScratchFile.h"
 
 #include <memory>
 
@@ -47,11 +49,11 @@ private slots:
 
     void isImpossibleWhereNoFileCanBe_data()
     {
-        QTest::addColumn<QString>("name");
-        QTest::newRow("no such folder") << "missing/lock";
-        QTest::newRow("a folder") << "folder";
-        QTest::newRow("a link to a file") << "link";
-        QTest::newRow("a dangling link") << "dangling";
+        const Rows<QString> row("name");
+        row("no such folder", "missing/lock");
+        row("a folder", "folder");
+        row("a link to a file", "link");
+        row("a dangling link", "dangling");
     }
 
     void isImpossibleWhereNoFileCanBe()
@@ -59,8 +61,7 @@ private slots:
         QFETCH(QString, name);
         const QTemporaryDir folder;
         QVERIFY(QDir(folder.path()).mkdir("folder"));
-        QFile file(folder.filePath("file"));
-        QVERIFY(file.open(QIODevice::WriteOnly));
+        writeFile(folder.filePath("file"), {});
         QVERIFY(QFile::link(folder.filePath("file"), folder.filePath("link")));
         QVERIFY(QFile::link(folder.filePath("elsewhere"), folder.filePath("dangling")));
         FileLock lock;

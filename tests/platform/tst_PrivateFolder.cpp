@@ -1,6 +1,8 @@
 // Where instances meet: a folder that only the user reaches, or none.
 
 #include "platform/PrivateFolder.h"
+#include "support/Rows.h"
+#include "support/ScratchFile.h"
 
 #include <functional>
 #include <memory>
@@ -60,10 +62,9 @@ private slots:
     void isUsedAgain()
     {
         makeFolder(runtime("/pevora"), 0700);
-        QFile file(runtime("/pevora/kept"));
-        QVERIFY(file.open(QIODevice::WriteOnly));
+        writeFile(runtime("/pevora/kept"), {});
         QCOMPARE(privateFolder(), runtime("/pevora"));
-        QVERIFY(file.exists());
+        QVERIFY(QFile::exists(runtime("/pevora/kept")));
     }
 
     void whatIsNotTheUsersOwnIsLeftAlone_data()
@@ -78,8 +79,7 @@ private slots:
         row("the user has no right", [](const QString& path) { makeFolder(path, 0500); });
         row("sticky", [](const QString& path) { makeFolder(path, 01700); });
         row("a file", [](const QString& path) {
-            QFile file(path);
-            QVERIFY(file.open(QIODevice::WriteOnly));
+            writeFile(path, {});
             setMode(path, 0700);
         });
         row("a link to a folder of the user's", [](const QString& path) {
@@ -114,17 +114,15 @@ private slots:
 
     void withoutARuntimeFolderItIsInTheUsersCache_data()
     {
-        QTest::addColumn<QByteArray>("variable");
-        QTest::addColumn<int>("mode");
-        QTest::addColumn<bool>("isAnothers");
-        QTest::newRow("unset") << QByteArray() << 0700 << false;
-        QTest::newRow("empty") << QByteArray("") << 0700 << false;
-        QTest::newRow("relative") << QByteArray("run") << 0700 << false;
-        QTest::newRow("missing") << QByteArray("missing") << 0700 << false;
-        QTest::newRow("all write into it") << QByteArray("own") << 0777 << false;
-        QTest::newRow("as the temporary folder") << QByteArray("own") << 01777 << false;
-        QTest::newRow("the group writes into it") << QByteArray("own") << 0770 << false;
-        QTest::newRow("another user's") << QByteArray("own") << 0700 << true;
+        const Rows<QByteArray, int, bool> row("variable", "mode", "isAnothers");
+        row("unset", {}, 0700, false);
+        row("empty", "", 0700, false);
+        row("relative", "run", 0700, false);
+        row("missing", "missing", 0700, false);
+        row("all write into it", "own", 0777, false);
+        row("as the temporary folder", "own", 01777, false);
+        row("the group writes into it", "own", 0770, false);
+        row("another user's", "own", 0700, true);
     }
 
     void withoutARuntimeFolderItIsInTheUsersCache()

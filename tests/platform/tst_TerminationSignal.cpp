@@ -1,4 +1,5 @@
 #include "platform/TerminationSignal.h"
+#include "support/Rows.h"
 
 #include <csignal>
 #include <memory>
@@ -20,10 +21,10 @@ class TerminationSignalTest : public QObject
 private slots:
     void everySignalIsHeard_data()
     {
-        QTest::addColumn<int>("number");
-        QTest::newRow("SIGTERM") << SIGTERM;
-        QTest::newRow("SIGINT") << SIGINT;
-        QTest::newRow("SIGHUP") << SIGHUP;
+        const Rows<int> row("number");
+        row("SIGTERM", SIGTERM);
+        row("SIGINT", SIGINT);
+        row("SIGHUP", SIGHUP);
     }
 
     void everySignalIsHeard()

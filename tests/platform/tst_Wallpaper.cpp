@@ -1,5 +1,7 @@
 #include "platform/Wallpaper.h"
 #include "platform/WallpaperSetter_linux.h"
+#include "support/Rows.h"
+#include "support/ScratchFile.h"
 
 #include <QDBusConnection>
 #include <QDBusError>
@@ -132,9 +134,7 @@ private slots:
         qputenv("PATH", QFile::encodeName(m_scratch->filePath(u"bin"_s)) + ":" + m_searchPath);
 
         m_picture = m_scratch->filePath(u"a b 'c' \"d\" & $e%20#?\\ \u00e4\u20ac.bmp"_s);
-        QFile picture(m_picture);
-        QVERIFY(picture.open(QIODevice::WriteOnly));
-        QCOMPARE(picture.write("BM pixels"), 9);
+        writeFile(m_picture, "BM pixels");
         m_address = u"file://"_s + m_scratch->path() +
                     u"/a%20b%20'c'%20%22d%22%20&%20$e%2520%23%3F%5C%20%C3%A4%E2%82%AC.bmp"_s;
     }
@@ -159,10 +159,8 @@ private slots:
         // The user's own table of folders names the picture folder.
         const QString folder = m_scratch->filePath(u"home/My Pictures"_s);
         QVERIFY(QDir().mkpath(m_scratch->filePath(u"config"_s)));
-        QFile table(m_scratch->filePath(u"config/user-dirs.dirs"_s));
-        QVERIFY(table.open(QIODevice::WriteOnly));
-        table.write("XDG_PICTURES_DIR=\"" + QFile::encodeName(folder) + "\"\n");
-        table.close();
+        writeFile(m_scratch->filePath(u"config/user-dirs.dirs"_s),
+                  "XDG_PICTURES_DIR=\"" + QFile::encodeName(folder) + "\"\n");
         qputenv("XDG_CONFIG_HOME", QFile::encodeName(m_scratch->filePath(u"config"_s)));
         const auto restore = qScopeGuard([] { qunsetenv("XDG_CONFIG_HOME"); });
 
@@ -202,12 +200,12 @@ private slots:
 
     void noPortalAnswerLeadsToTheSettings_data()
     {
-        QTest::addColumn<QString>("portal");
-        QTest::newRow("no bus") << "no bus";
-        QTest::newRow("no service") << "no service";
-        QTest::newRow("no interface") << "no interface";
-        QTest::newRow("an error") << "error";
-        QTest::newRow("no answer") << "silent";
+        const Rows<QString> row("portal");
+        row("no bus", "no bus");
+        row("no service", "no service");
+        row("no interface", "no interface");
+        row("an error", "error");
+        row("no answer", "silent");
     }
 
     void noPortalAnswerLeadsToTheSettings()
@@ -234,23 +232,20 @@ private slots:
 
     void everyDesktopIsToldInItsOwnWay_data()
     {
-        QTest::addColumn<QString>("desktops");
-        QTest::addColumn<QStringList>("firstCommand");
+        const Rows<QString, QStringList> row("desktops", "firstCommand");
         const QString gnome = u"gsettings set org.gnome.desktop.background picture-uri @ADDRESS@"_s;
         for (const char* name : {"GNOME", "ubuntu:GNOME", "gnome", "Unity", "Budgie:GNOME",
                                  "Pantheon", "GNOME-Flashback:GNOME"})
-            QTest::newRow(name) << QString::fromLatin1(name) << gnome.split(u' ');
-        QTest::newRow("X-Cinnamon")
-            << u"X-Cinnamon"_s
-            << u"gsettings set org.cinnamon.desktop.background picture-uri @ADDRESS@"_s.split(u' ');
-        QTest::newRow("MATE")
-            << u"MATE"_s
-            << u"gsettings set org.mate.background picture-filename @PATH@"_s.split(u' ');
-        QTest::newRow("KDE") << u"KDE"_s << u"plasma-apply-wallpaperimage @PATH@"_s.split(u' ');
-        QTest::newRow("XFCE") << u"XFCE"_s << u"xfconf-query -c xfce4-desktop -l"_s.split(u' ');
-        QTest::newRow("unknown") << u"Openbox:Other"_s << QStringList();
-        QTest::newRow("none") << QString() << QStringList();
-        QTest::newRow("only colons") << u"::"_s << QStringList();
+            row(name, QString::fromLatin1(name), gnome.split(u' '));
+        row("X-Cinnamon", u"X-Cinnamon"_s,
+            u"gsettings set org.cinnamon.desktop.background picture-uri @ADDRESS@"_s.split(u' '));
+        row("MATE", u"MATE"_s,
+            u"gsettings set org.mate.background picture-filename @PATH@"_s.split(u' '));
+        row("KDE", u"KDE"_s, u"plasma-apply-wallpaperimage @PATH@"_s.split(u' '));
+        row("XFCE", u"XFCE"_s, u"xfconf-query -c xfce4-desktop -l"_s.split(u' '));
+        row("unknown", u"Openbox:Other"_s, {});
+        row("none", {}, {});
+        row("only colons", u"::"_s, {});
     }
 
     void everyDesktopIsToldInItsOwnWay()
@@ -338,11 +333,11 @@ private slots:
 
     void aMissingFileChangesNothing_data()
     {
-        QTest::addColumn<QString>("path");
-        QTest::newRow("none") << "";
-        QTest::newRow("missing") << "/nowhere/Pevora.bmp";
-        QTest::newRow("folder") << "/";
-        QTest::newRow("device") << "/dev/zero";
+        const Rows<QString> row("path");
+        row("none", "");
+        row("missing", "/nowhere/Pevora.bmp");
+        row("folder", "/");
+        row("device", "/dev/zero");
     }
 
     void aMissingFileChangesNothing()

@@ -1,4 +1,5 @@
 #include "settings/IniFile.h"
+#include "support/Rows.h"
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -16,11 +17,8 @@ class IniFileTest : public QObject
 private slots:
     void readsValues_data()
     {
-        QTest::addColumn<QByteArray>("bytes");
-        QTest::addColumn<QString>("value"); // of key in MAIN
-        const auto row = [](const char* name, const QByteArray& bytes, const QString& value) {
-            QTest::newRow(name) << bytes << value;
-        };
+        // of key in MAIN
+        const Rows<QByteArray, QString> row("bytes", "value");
         row("plain", "[MAIN]\r\nkey=value\r\n", "value");
         row("line feeds", "[MAIN]\nother=1\nkey=value\n", "value");
         row("carriage returns", "[MAIN]\rother=1\rkey=value\r", "value");
@@ -73,11 +71,8 @@ private slots:
 
     void writesKeysAndSections_data()
     {
-        QTest::addColumn<QByteArray>("before");
-        QTest::addColumn<QByteArray>("after"); // with [MAIN] KEY=new
-        const auto row = [](const char* name, const QByteArray& before, const QByteArray& after) {
-            QTest::newRow(name) << before << after;
-        };
+        // with [MAIN] KEY=new
+        const Rows<QByteArray, QByteArray> row("before", "after");
         row("nothing yet", "", "[MAIN]\r\nKEY=new\r\n");
         row("byte order mark alone", "\xEF\xBB\xBF", "\xEF\xBB\xBF[MAIN]\r\nKEY=new\r\n");
         row("new section at the end", "[A]\r\nx=1\r\n", "[A]\r\nx=1\r\n[MAIN]\r\nKEY=new\r\n");

@@ -1,4 +1,5 @@
 #include "settings/LanguageCaptions.h"
+#include "support/ScratchFile.h"
 
 #include <QCheckBox>
 #include <QMainWindow>
@@ -200,10 +201,8 @@ private slots:
 private:
     QString file(const QByteArray& bytes)
     {
-        QFile file(m_folder->filePath("lan.ini"));
-        if (!file.open(QIODevice::WriteOnly) || file.write(bytes) != bytes.size())
-            qFatal("no file");
-        return file.fileName();
+        writeFile(m_folder->filePath("lan.ini"), bytes);
+        return m_folder->filePath("lan.ini");
     }
     std::unique_ptr<QTemporaryDir> m_folder;
 };

@@ -3,6 +3,7 @@
 #include "settings/Ini.h"
 #include "settings/LanguageCaptions.h"
 #include "support/Paths.h"
+#include "support/Rows.h"
 #include "support/ShownMain.h"
 
 #include <QAbstractButton>
@@ -141,23 +142,14 @@ private slots:
 
     void accentsReadRight_data()
     {
-        QTest::addColumn<QString>("language");
-        QTest::addColumn<QString>("key");
-        QTest::addColumn<QString>("caption");
-        QTest::newRow("de, capital") << "de"
-                                     << "ABOUT" << u"Über Pevora"_s;
-        QTest::newRow("de") << "de"
-                            << "BADD" << u"Hinzufügen"_s;
-        QTest::newRow("fr, capital") << "fr"
-                                     << "ABOUT" << u"À propos de Pevora"_s;
-        QTest::newRow("fr") << "fr"
-                            << "MANFAV" << u"Gérer les favoris"_s;
-        QTest::newRow("fr, apostrophe") << "fr"
-                                        << "VTB" << u"Barre d\u2019outils"_s;
-        QTest::newRow("es, tilde") << "es"
-                                   << "BADD" << u"Añadir"_s;
-        QTest::newRow("es") << "es"
-                            << "VNEW" << u"Solo imágenes nuevas"_s;
+        const Rows<QString, QString, QString> row("language", "key", "caption");
+        row("de, capital", "de", "ABOUT", u"Über Pevora"_s);
+        row("de", "de", "BADD", u"Hinzufügen"_s);
+        row("fr, capital", "fr", "ABOUT", u"À propos de Pevora"_s);
+        row("fr", "fr", "MANFAV", u"Gérer les favoris"_s);
+        row("fr, apostrophe", "fr", "VTB", u"Barre d\u2019outils"_s);
+        row("es, tilde", "es", "BADD", u"Añadir"_s);
+        row("es", "es", "VNEW", u"Solo imágenes nuevas"_s);
     }
 
     void accentsReadRight()
@@ -205,12 +197,11 @@ private slots:
 
     void captionsInAnyScriptShow_data()
     {
-        QTest::addColumn<QString>("view");
-        QTest::addColumn<QString>("about");
-        QTest::newRow("Greek") << u"Προβολή"_s << u"Πληροφορίες"_s;
-        QTest::newRow("Cyrillic") << u"Вид"_s << u"О программе"_s;
-        QTest::newRow("Hebrew") << u"תצוגה"_s << u"אודות"_s;
-        QTest::newRow("Japanese") << u"表示"_s << u"このソフトについて"_s;
+        const Rows<QString, QString> row("view", "about");
+        row("Greek", u"Προβολή"_s, u"Πληροφορίες"_s);
+        row("Cyrillic", u"Вид"_s, u"О программе"_s);
+        row("Hebrew", u"תצוגה"_s, u"אודות"_s);
+        row("Japanese", u"表示"_s, u"このソフトについて"_s);
     }
 
     void captionsInAnyScriptShow()
@@ -234,10 +225,10 @@ private slots:
 private:
     static void languages()
     {
-        QTest::addColumn<QString>("language");
+        const Rows<QString> row("language");
         for (const QString& folder :
              QDir(LanguagesFolder).entryList(QDir::Dirs | QDir::NoDotAndDotDot))
-            QTest::newRow(qPrintable(folder)) << folder;
+            row(qPrintable(folder), folder);
     }
 };
 

@@ -1,4 +1,5 @@
 #include "shared/AppFolder.h"
+#include "support/ScratchFile.h"
 
 #include <memory>
 
@@ -19,7 +20,7 @@ private slots:
         QVERIFY(make(u"copy"_s));
         QCOMPARE(applicationFolder(scratch(u"copy"_s), scratch(u"data/pevora"_s)),
                  scratch(u"copy"_s));
-        QCOMPARE(entries(scratch(u"copy"_s)), QStringList());
+        QCOMPARE(namesIn(scratch(u"copy"_s)), QStringList());
         QVERIFY(!QFileInfo::exists(scratch(u"data"_s)));
     }
 
@@ -29,11 +30,11 @@ private slots:
         const QString data = scratch(u"data/pevora"_s);
         QCOMPARE(applicationFolder(scratch(u"usr/bin"_s), data), data);
         QVERIFY(QFileInfo(data).isDir());
-        QCOMPARE(entries(scratch(u"usr/bin"_s)), QStringList());
+        QCOMPARE(namesIn(scratch(u"usr/bin"_s)), QStringList());
         // It is there the second time.
         QVERIFY(write(u"data/pevora/list.dat"_s));
         QCOMPARE(applicationFolder(scratch(u"usr/bin"_s), data), data);
-        QCOMPARE(entries(data), QStringList{u"list.dat"_s});
+        QCOMPARE(namesIn(data), QStringList{u"list.dat"_s});
     }
 
     void aFolderThatCannotBeWrittenGivesWayToTheDataFolder()
@@ -57,7 +58,7 @@ private slots:
         const QString data = scratch(u"data/pevora"_s);
         QCOMPARE(applicationFolder(copy, data), data);
         QVERIFY(QFileInfo(data).isDir());
-        QCOMPARE(entries(copy), QStringList());
+        QCOMPARE(namesIn(copy), QStringList());
         QVERIFY(
             QFile::setPermissions(copy, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner));
 
@@ -72,9 +73,9 @@ private slots:
     void theProgramItselfRunsAsAPortableCopy()
     {
         const QString folder = QCoreApplication::applicationDirPath();
-        const QStringList before = entries(folder);
+        const QStringList before = namesIn(folder);
         QCOMPARE(applicationFolder(), folder);
-        QCOMPARE(entries(folder), before);
+        QCOMPARE(namesIn(folder), before);
     }
 
     void aSeparatorIsAddedWhereThereIsNone()
@@ -109,10 +110,6 @@ private:
     {
         QFile file(scratch(name));
         return file.open(QIODevice::WriteOnly);
-    }
-    static QStringList entries(const QString& folder)
-    {
-        return QDir(folder).entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot);
     }
 
     std::unique_ptr<QTemporaryDir> m_scratch;

@@ -1,25 +1,8 @@
 #include "platform/FileStamp.h"
 #include "shared/ReplaceFile.h"
+#include "support/Rows.h"
 #include "support/RunAgain.h"
-
-static void write(const QString& path, const QByteArray& bytes)
-{
-    QFile file(path);
-    QVERIFY(file.open(QIODevice::WriteOnly));
-    QCOMPARE(file.write(bytes), bytes.size());
-}
-
-static QByteArray read(const QString& path)
-{
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : "cannot be opened";
-}
-
-static QStringList namesIn(const QString& folder)
-{
-    return QDir(folder).entryList(QDir::AllEntries | QDir::System | QDir::Hidden |
-                                  QDir::NoDotAndDotDot);
-}
+#include "support/ScratchFile.h"
 
 class ReplaceFileTest : public QObject
 {
@@ -29,17 +12,17 @@ private slots:
     {
         QTemporaryDir folder;
         const QString path = folder.filePath("a");
-        write(path, "old and longer");
+        writeFile(path, "old and longer");
         const quint64 before = fileStamp(path).inode;
         QVERIFY(replaceFile(path, QByteArrayLiteral("new\r\n\0bytes")));
-        QCOMPARE(read(path), QByteArrayLiteral("new\r\n\0bytes"));
+        QCOMPARE(contentOf(path), QByteArrayLiteral("new\r\n\0bytes"));
         // Another file took the name: the old one was never open for writing.
         QVERIFY(fileStamp(path).inode != before);
         QVERIFY(replaceFile(path, {}));
-        QCOMPARE(read(path), QByteArray());
+        QCOMPARE(contentOf(path), QByteArray());
         const QByteArray large(3'000'000, 'x');
         QVERIFY(replaceFile(path, large));
-        QCOMPARE(read(path), large);
+        QCOMPARE(contentOf(path), large);
         QCOMPARE(namesIn(folder.path()), QStringList("a"));
     }
 
@@ -47,7 +30,7 @@ private slots:
     {
         QTemporaryDir folder;
         QVERIFY(replaceFile(folder.filePath("new"), "text"));
-        QCOMPARE(read(folder.filePath("new")), QByteArray("text"));
+        QCOMPARE(contentOf(folder.filePath("new")), QByteArray("text"));
         QVERIFY(!replaceFile(folder.filePath("none/new"), "text"));
         QVERIFY(!replaceFile({}, "text"));
         QCOMPARE(namesIn(folder.path()), QStringList("new"));
@@ -57,7 +40,7 @@ private slots:
     {
         QTemporaryDir folder;
         const QString path = folder.filePath("a");
-        write(path, "old");
+        writeFile(path, "old");
         const auto rights = QFile::ReadOwner | QFile::WriteOwner | QFile::ReadGroup;
         QVERIFY(QFile::setPermissions(path, rights));
         const auto before = QFile::permissions(path);
@@ -71,18 +54,18 @@ private slots:
         QVERIFY(QDir(folder.path()).mkdir("other"));
         const QString target = folder.filePath("other/target");
         const QString link = folder.filePath("link");
-        write(target, "old");
+        writeFile(target, "old");
         QVERIFY(QFile::link("other/target", link));
         QVERIFY(replaceFile(link, "new"));
         QVERIFY(QFileInfo(link).isSymLink());
         QVERIFY(!QFileInfo(target).isSymLink());
-        QCOMPARE(read(target), QByteArray("new"));
+        QCOMPARE(contentOf(target), QByteArray("new"));
         QCOMPARE(namesIn(folder.filePath("other")), QStringList("target"));
         // A link to nothing: its target is created.
         QVERIFY(QFile::remove(target));
         QVERIFY(replaceFile(link, "again"));
         QVERIFY(QFileInfo(link).isSymLink());
-        QCOMPARE(read(target), QByteArray("again"));
+        QCOMPARE(contentOf(target), QByteArray("again"));
     }
 
     void whatIsNoOrdinaryFileIsRefused()
@@ -100,20 +83,17 @@ private slots:
 
     void aFullDiskKeepsTheOldFile_data()
     {
-        QTest::addColumn<int>("freeKilobytes");
-        QTest::addColumn<int>("newBytes");
-        QTest::newRow("nothing free, small file") << 0 << 3'100;
-        QTest::newRow("nothing free, large file") << 0 << 300'000;
-        QTest::newRow("160 kB free, 300 kB to write") << 160 << 300'000;
-        QTest::newRow("one page short") << 160 << 160 * 1024 + 1;
+        const Rows<int, int> row("freeKilobytes", "newBytes");
+        row("nothing free, small file", 0, 3'100);
+        row("nothing free, large file", 0, 300'000);
+        row("160 kB free, 300 kB to write", 160, 300'000);
+        row("one page short", 160, 160 * 1024 + 1);
     }
 
     void aFullDiskKeepsTheOldFile()
     {
-        if (!runsAgain()) {
-            QCOMPARE(runAgainWithOwnMounts("aFullDiskKeepsTheOldFile"), "passed");
+        if (ranWithOwnMounts())
             return;
-        }
         QFETCH(int, freeKilobytes);
         QFETCH(int, newBytes);
         QTemporaryDir folder;
@@ -121,7 +101,7 @@ private slots:
 
         const QString path = folder.filePath("pref.ini");
         const QByteArray old(3'000, 'o');
-        write(path, old);
+        writeFile(path, old);
         {
             QFile filler(folder.filePath("filler"));
             QVERIFY(filler.open(QIODevice::WriteOnly | QIODevice::Unbuffered));
@@ -132,28 +112,26 @@ private slots:
         }
         const QByteArray wanted(newBytes, 'n');
         QVERIFY(!replaceFile(path, wanted));
-        QCOMPARE(read(path), old);
+        QCOMPARE(contentOf(path), old);
         QCOMPARE(namesIn(folder.path()), QStringList({"filler", "pref.ini"}));
 
         // With room for it the same call succeeds.
         QVERIFY(QFile::remove(folder.filePath("filler")));
         QVERIFY(replaceFile(path, wanted));
-        QCOMPARE(read(path), wanted);
+        QCOMPARE(contentOf(path), wanted);
     }
 
     void aFolderThatCannotBeWrittenKeepsTheOldFile()
     {
-        if (!runsAgain()) {
-            QCOMPARE(runAgainAsOrdinaryUser("aFolderThatCannotBeWrittenKeepsTheOldFile"), "passed");
+        if (ranAsOrdinaryUser())
             return;
-        }
         QTemporaryDir folder;
         const QString path = folder.filePath("a");
-        write(path, "old");
+        writeFile(path, "old");
         QVERIFY(QFile::setPermissions(folder.path(), QFile::ReadOwner | QFile::ExeOwner));
         // The file alone could be written, but not without cutting it first.
         QVERIFY(!replaceFile(path, "new"));
-        QCOMPARE(read(path), QByteArray("old"));
+        QCOMPARE(contentOf(path), QByteArray("old"));
         QVERIFY(!replaceFile(folder.filePath("b"), "new"));
         QCOMPARE(namesIn(folder.path()), QStringList("a"));
         QVERIFY(QFile::setPermissions(folder.path(),
@@ -163,16 +141,14 @@ private slots:
 
     void aFileThatMustNotBeWrittenIsKept()
     {
-        if (!runsAgain()) {
-            QCOMPARE(runAgainAsOrdinaryUser("aFileThatMustNotBeWrittenIsKept"), "passed");
+        if (ranAsOrdinaryUser())
             return;
-        }
         QTemporaryDir folder;
         const QString path = folder.filePath("a");
-        write(path, "old");
+        writeFile(path, "old");
         QVERIFY(QFile::setPermissions(path, QFile::ReadOwner));
         QVERIFY(!replaceFile(path, "new"));
-        QCOMPARE(read(path), QByteArray("old"));
+        QCOMPARE(contentOf(path), QByteArray("old"));
     }
 };
 

@@ -1,4 +1,5 @@
 #include "shared/TempFiles.h"
+#include "support/ScratchFile.h"
 
 class TempFilesTest : public QObject
 {
@@ -9,10 +10,8 @@ private slots:
         QTemporaryDir folder;
         const QStringList own = {"pvm.bmp", "tt.jpg", "tt.JPG", "tt.gif", "TT.Bmp"};
         const QStringList others = {"pvm.jpg", "list.dat", "pref.ini", "tt.png", "att.jpg"};
-        for (const auto& name : own + others) {
-            QFile file(folder.filePath(name));
-            QVERIFY(file.open(QIODevice::WriteOnly));
-        }
+        for (const auto& name : own + others)
+            writeFile(folder.filePath(name), {});
         tempFiles::removeAll(folder.path());
         QStringList left = QDir(folder.path()).entryList(QDir::Files);
         left.sort();

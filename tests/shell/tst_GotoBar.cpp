@@ -1,5 +1,6 @@
 #include "camlist/CamList.h"
 #include "shell/GotoBar.h"
+#include "support/Rows.h"
 
 #include <QClipboard>
 
@@ -63,13 +64,13 @@ private slots:
 
     void enterOnAnAddressPassesItOnAsTyped_data()
     {
-        QTest::addColumn<QString>("text");
-        QTest::newRow("scheme") << "http://cam.example/a.jpg";
-        QTest::newRow("scheme in capitals") << "HTTP://cam.example/a.jpg";
-        QTest::newRow("secure") << "https://cam.example:8443/a.jpg";
-        QTest::newRow("secure in capitals") << "HTTPS://cam.example/a.jpg";
-        QTest::newRow("no scheme, no name") << "cam.example/a.jpg";
-        QTest::newRow("blanks") << " cam ";
+        const Rows<QString> row("text");
+        row("scheme", "http://cam.example/a.jpg");
+        row("scheme in capitals", "HTTP://cam.example/a.jpg");
+        row("secure", "https://cam.example:8443/a.jpg");
+        row("secure in capitals", "HTTPS://cam.example/a.jpg");
+        row("no scheme, no name", "cam.example/a.jpg");
+        row("blanks", " cam ");
     }
 
     void enterOnAnAddressPassesItOnAsTyped()

@@ -1,4 +1,5 @@
 #include "shell/MainLayout.h"
+#include "support/Rows.h"
 #include "widgets/Twips.h"
 
 #include <cmath>
@@ -46,13 +47,12 @@ private slots:
 
     void partsMeetWithinAPixel_data()
     {
-        QTest::addColumn<QSize>("client");
-        QTest::addColumn<int>("listTwips");
-        QTest::newRow("usual") << QSize(900, 600) << 0;
-        QTest::newRow("list") << QSize(900, 600) << ListTwips;
-        QTest::newRow("list between two pixels") << QSize(900, 600) << 2500;
-        QTest::newRow("odd") << QSize(641, 481) << 0;
-        QTest::newRow("large") << QSize(3840, 2100) << 3750;
+        const Rows<QSize, int> row("client", "listTwips");
+        row("usual", QSize(900, 600), 0);
+        row("list", QSize(900, 600), ListTwips);
+        row("list between two pixels", QSize(900, 600), 2500);
+        row("odd", QSize(641, 481), 0);
+        row("large", QSize(3840, 2100), 3750);
     }
 
     void partsMeetWithinAPixel()
@@ -94,15 +94,12 @@ private slots:
 
     void theMinimumWidthIsTheToolBars_data()
     {
-        QTest::addColumn<bool>("toolBar");
-        QTest::addColumn<bool>("list");
-        QTest::addColumn<int>("listTwips");
-        QTest::addColumn<int>("minimum");
-        QTest::newRow("list and toolbar") << true << true << 2500 << 8670;
-        QTest::newRow("without the list") << true << false << 2500 << 6170;
-        QTest::newRow("without a wider list") << true << false << ListTwips << 5370;
-        QTest::newRow("without the toolbar") << false << true << 2500 << 0;
-        QTest::newRow("without both") << false << false << 2500 << 0;
+        const Rows<bool, bool, int, int> row("toolBar", "list", "listTwips", "minimum");
+        row("list and toolbar", true, true, 2500, 8670);
+        row("without the list", true, false, 2500, 6170);
+        row("without a wider list", true, false, ListTwips, 5370);
+        row("without the toolbar", false, true, 2500, 0);
+        row("without both", false, false, 2500, 0);
     }
 
     void theMinimumWidthIsTheToolBars()
@@ -125,16 +122,14 @@ private slots:
 
     void aNegativeSizeIsNotSet_data()
     {
-        QTest::addColumn<QSize>("client");
-        QTest::addColumn<QSize>("viewer");
-        QTest::addColumn<int>("listHeight");
+        const Rows<QSize, QSize, int> row("client", "viewer", "listHeight");
         // Before: viewer 375 x 370, list 380 high.
-        QTest::newRow("as before") << QSize(600, 400) << QSize(375, 370) << 380;
-        QTest::newRow("nothing left for the viewer") << QSize(225, 30) << QSize(0, 0) << 10;
-        QTest::newRow("too narrow for the viewer") << QSize(223, 300) << QSize(375, 270) << 280;
-        QTest::newRow("too low for the viewer") << QSize(300, 29) << QSize(75, 370) << 9;
-        QTest::newRow("too low for the list") << QSize(300, 19) << QSize(75, 370) << 380;
-        QTest::newRow("nothing") << QSize(0, 0) << QSize(375, 370) << 380;
+        row("as before", QSize(600, 400), QSize(375, 370), 380);
+        row("nothing left for the viewer", QSize(225, 30), QSize(0, 0), 10);
+        row("too narrow for the viewer", QSize(223, 300), QSize(375, 270), 280);
+        row("too low for the viewer", QSize(300, 29), QSize(75, 370), 9);
+        row("too low for the list", QSize(300, 19), QSize(75, 370), 380);
+        row("nothing", QSize(0, 0), QSize(375, 370), 380);
     }
 
     void aNegativeSizeIsNotSet()

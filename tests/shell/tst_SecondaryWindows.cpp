@@ -7,6 +7,7 @@
 #include "shell/SecondaryWindows.h"
 #include "shell/frmWhat.h"
 #include "support/Dialogs.h"
+#include "support/Rows.h"
 #include "support/ScratchFile.h"
 #include "support/ScriptedServer.h"
 #include "support/ShownMain.h"
@@ -169,10 +170,7 @@ private slots:
         server.listen();
         server.play("HTTP/1.0 200 OK\r\n\r\n");
         QTemporaryDir folder;
-        QFile preferences(folder.filePath("pref.ini"));
-        QVERIFY(preferences.open(QIODevice::WriteOnly));
-        preferences.write("[DIRECTORY]\r\nHOST=127.0.0.1\r\n");
-        preferences.close();
+        writeFile(folder.filePath("pref.ini"), "[DIRECTORY]\r\nHOST=127.0.0.1\r\n");
         QWidget form;
         SecondaryWindows windows(&form, folder.path(), server.port());
         windows.submit({QStringLiteral("Z\u00FCrich & \u6771=1"), "http://h/a.jpg", "", "Sights"});
@@ -218,12 +216,10 @@ private slots:
 
     void onlyATickedCameraIsSubmitted_data()
     {
-        QTest::addColumn<bool>("ticked");
-        QTest::addColumn<QString>("header");
-        QTest::addColumn<bool>("submitted");
-        QTest::newRow("not ticked") << false << "" << false;
-        QTest::newRow("ticked") << true << "" << true;
-        QTest::newRow("ticked, with a header") << true << "X: 1" << false;
+        const Rows<bool, QString, bool> row("ticked", "header", "submitted");
+        row("not ticked", false, "", false);
+        row("ticked", true, "", true);
+        row("ticked, with a header", true, "X: 1", false);
     }
 
     void onlyATickedCameraIsSubmitted()

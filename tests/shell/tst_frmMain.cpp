@@ -1,6 +1,7 @@
 // How the main window comes up: preferences, favourites, menus and captions.
 
 #include "display/ImageView.h"
+#include "support/Rows.h"
 #include "support/ShownMain.h"
 #include "viewer/WebCam.h"
 #include "viewer/surface/ToolBar.h"
@@ -164,18 +165,17 @@ private slots:
 
     void menusHaveTheirEntries_data()
     {
-        QTest::addColumn<QStringList>("entries");
-        QTest::newRow("mnuOpt") << QStringList{
-            "mnuOptInt|Internet List",          "-", "mnuOptImport|Import List",
-            "mnuOptReload|Reload List",         "-", "mnuOptExit|Exit",
-            "mnuOptExitWO|Exit Without Saving", "-", "mnuOptOnTop|Always on Top||off",
-            "mnuViewTray|System Tray Icon||on"};
-        QTest::newRow("mnuFav") << QStringList{"mnuFavMan|Manage Favorites", "-", "mnuFavGo(0)|"};
-        QTest::newRow("mnuView") << QStringList{
-            "mnuViewList|List|Ctrl+L|on",           "mnuViewTb|Toolbar|Ctrl+T|on",
-            "mnuViewGoto|Goto Bar|Ctrl+G|on",       "-",
-            "mnuViewNew|New Images Only|Ctrl+I|on", "mnuViewOSize|Original Size|Ctrl+O|off"};
-        QTest::newRow("mnuHelp") << QStringList{"mnuHelpAb|About", "-", "mnuHelpH|Online Help"};
+        const Rows<QStringList> row("entries");
+        row("mnuOpt",
+            {"mnuOptInt|Internet List", "-", "mnuOptImport|Import List", "mnuOptReload|Reload List",
+             "-", "mnuOptExit|Exit", "mnuOptExitWO|Exit Without Saving", "-",
+             "mnuOptOnTop|Always on Top||off", "mnuViewTray|System Tray Icon||on"});
+        row("mnuFav", {"mnuFavMan|Manage Favorites", "-", "mnuFavGo(0)|"});
+        row("mnuView",
+            {"mnuViewList|List|Ctrl+L|on", "mnuViewTb|Toolbar|Ctrl+T|on",
+             "mnuViewGoto|Goto Bar|Ctrl+G|on", "-", "mnuViewNew|New Images Only|Ctrl+I|on",
+             "mnuViewOSize|Original Size|Ctrl+O|off"});
+        row("mnuHelp", {"mnuHelpAb|About", "-", "mnuHelpH|Online Help"});
     }
 
     void menusHaveTheirEntries()

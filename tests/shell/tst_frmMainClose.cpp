@@ -3,6 +3,7 @@
 #include "shared/Timer.h"
 #include "support/Dialogs.h"
 #include "support/Pictures.h"
+#include "support/Rows.h"
 #include "support/ScratchFile.h"
 #include "support/ScriptedServer.h"
 #include "support/ShownMain.h"
@@ -134,16 +135,14 @@ private slots:
         QTRY_VERIFY(!m.made().isVisible());
         QVERIFY(m.preferences().contains("NEW=False\r\n"));
         QVERIFY(m.preferences().contains("COUNT=1\r\n"));
-        QFile list(m.path("list.dat"));
-        QVERIFY(list.open(QIODevice::ReadOnly));
-        QCOMPARE(list.readAll(), "the old list");
+        QCOMPARE(contentOf(m.path("list.dat")), "the old list");
     }
 
     void exitWithoutSavingAnsweredNoDoesNothing_data()
     {
-        QTest::addColumn<bool>("byEscape");
-        QTest::newRow("No") << false;
-        QTest::newRow("Escape") << true;
+        const Rows<bool> row("byEscape");
+        row("No", false);
+        row("Escape", true);
     }
 
     void exitWithoutSavingAnsweredNoDoesNothing()

@@ -4,6 +4,7 @@
 #include "shared/Timer.h"
 #include "support/Dialogs.h"
 #include "support/Pictures.h"
+#include "support/ScratchFile.h"
 #include "support/ShownMain.h"
 #include "viewer/WebCam.h"
 #include "viewer/surface/ToolBar.h"
@@ -172,9 +173,7 @@ private slots:
         m.shown();
         QVERIFY(m.receive("one"));
         m.made().shutDown();
-        QFile list(m.path("list.dat"));
-        QVERIFY(list.open(QIODevice::ReadOnly));
-        QVERIFY(list.readAll().contains("\xFFone.example/a.jpg"));
+        QVERIFY(contentOf(m.path("list.dat")).contains("\xFFone.example/a.jpg"));
     }
 };
 

@@ -1,8 +1,8 @@
 // Where the keyboard is in the main window, and where it goes when a part is hidden.
 
+#include "support/Rows.h"
 #include "support/ShownMain.h"
 
-#include <algorithm>
 #include <utility>
 
 class frmMainFocusTest : public QObject
@@ -11,18 +11,14 @@ class frmMainFocusTest : public QObject
 private slots:
     void theKeyboardStaysInView_data()
     {
-        QTest::addColumn<QString>("focused");
-        QTest::addColumn<Qt::Key>("key");
-        QTest::addColumn<QStringList>("hiddenBefore");
-        QTest::addColumn<QString>("after");
-        QTest::newRow("list") << "cList" << Qt::Key_L << QStringList() << "cmbUrl";
-        QTest::newRow("option") << "opt(1)" << Qt::Key_L << QStringList() << "cmbUrl";
-        QTest::newRow("list, no goto bar")
-            << "cList" << Qt::Key_L << QStringList{"mnuViewGoto"} << "Cam";
-        QTest::newRow("goto bar") << "cmbUrl" << Qt::Key_G << QStringList() << "Cam";
-        QTest::newRow("goto bar alone")
-            << "cmbUrl" << Qt::Key_G << QStringList{"mnuViewList", "mnuViewTb"} << "Cam";
-        QTest::newRow("toolbar") << "button(7)" << Qt::Key_T << QStringList() << "cmbUrl";
+        const Rows<QString, Qt::Key, QStringList, QString> row("focused", "key", "hiddenBefore",
+                                                               "after");
+        row("list", "cList", Qt::Key_L, {}, "cmbUrl");
+        row("option", "opt(1)", Qt::Key_L, {}, "cmbUrl");
+        row("list, no goto bar", "cList", Qt::Key_L, {"mnuViewGoto"}, "Cam");
+        row("goto bar", "cmbUrl", Qt::Key_G, {}, "Cam");
+        row("goto bar alone", "cmbUrl", Qt::Key_G, {"mnuViewList", "mnuViewTb"}, "Cam");
+        row("toolbar", "button(7)", Qt::Key_T, {}, "cmbUrl");
     }
 
     void theKeyboardStaysInView()
@@ -56,28 +52,6 @@ private slots:
         }
     }
 
-    void tabGoesThroughTheParts()
-    {
-        ShownMain m;
-        m.shown();
-        m.part<QWidget>("cList").setFocus();
-        QStringList order;
-        for (int i = 0; i < 40; ++i) {
-            const auto* now = QApplication::focusWidget();
-            const auto part =
-                std::find_if(m_parts.begin(), m_parts.end(), [&](const QString& name) {
-                    return &m.part<QWidget>(name) == now || m.part<QWidget>(name).isAncestorOf(now);
-                });
-            QVERIFY(part != m_parts.end());
-            if (order.isEmpty() || order.last() != *part)
-                order.append(*part);
-            if (order.size() > 4)
-                break;
-            QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
-        }
-        QCOMPARE(order, (QStringList{"cList", "opt(1)", "Cam", "cmbUrl", "cList"}));
-    }
-
     void shortcutsWorkFromTheList()
     {
         ShownMain m;
@@ -92,9 +66,6 @@ private slots:
             QCOMPARE(m.entry(entry).isChecked(), !before);
         }
     }
-
-private:
-    const QStringList m_parts = {"cList", "opt(0)", "opt(1)", "Cam", "cmbUrl"};
 };
 
 QTEST_MAIN(frmMainFocusTest)

@@ -2,6 +2,7 @@
 // menu does to them.
 
 #include "shell/MainLayout.h"
+#include "support/Rows.h"
 #include "support/ShownMain.h"
 #include "viewer/WebCam.h"
 #include "viewer/surface/ToolBar.h"
@@ -155,12 +156,12 @@ private slots:
 
     void noSizeMakesPartsOverlapOrFallOff_data()
     {
-        QTest::addColumn<QStringList>("hidden");
-        QTest::newRow("all parts") << QStringList();
-        QTest::newRow("no toolbar") << QStringList{"mnuViewTb"};
-        QTest::newRow("no list") << QStringList{"mnuViewList"};
-        QTest::newRow("no goto bar, no toolbar") << QStringList{"mnuViewGoto", "mnuViewTb"};
-        QTest::newRow("the viewer alone") << QStringList{"mnuViewList", "mnuViewGoto", "mnuViewTb"};
+        const Rows<QStringList> row("hidden");
+        row("all parts", {});
+        row("no toolbar", {"mnuViewTb"});
+        row("no list", {"mnuViewList"});
+        row("no goto bar, no toolbar", {"mnuViewGoto", "mnuViewTb"});
+        row("the viewer alone", {"mnuViewList", "mnuViewGoto", "mnuViewTb"});
     }
 
     void noSizeMakesPartsOverlapOrFallOff()
@@ -207,10 +208,9 @@ private slots:
 
     void theWindowKeepsTheRoomOfItsToolBar_data()
     {
-        QTest::addColumn<bool>("list");
-        QTest::addColumn<int>("minimum");
-        QTest::newRow("with the list") << true << MinimumWithList;
-        QTest::newRow("without the list") << false << MinimumWithoutList;
+        const Rows<bool, int> row("list", "minimum");
+        row("with the list", true, MinimumWithList);
+        row("without the list", false, MinimumWithoutList);
     }
 
     void theWindowKeepsTheRoomOfItsToolBar()

@@ -5,6 +5,7 @@
 #include "shell/GotoBar.h"
 #include "support/Dialogs.h"
 #include "support/Pictures.h"
+#include "support/Rows.h"
 #include "support/ScriptedServer.h"
 #include "support/ShownMain.h"
 #include "viewer/WebCam.h"
@@ -16,14 +17,9 @@
 
 namespace {
 
-const QByteArray TwoCameras = "Cities\xFFHarbour\xFF"
-                              "127.0.0.1:1/h.jpg\xFF"
-                              "Sights\xFFTower\xFF"
-                              "127.0.0.1:1/t.jpg\x01"
-                              "Cookie: a=1\r\n";
-const QByteArray OneMore = "CAMZSights\xFF"
-                           "Bridge\xFF"
-                           "127.0.0.1:1/b.jpg\r\n";
+const QByteArray TwoCameras = "Cities\377Harbour\377127.0.0.1:1/h.jpg\377"
+                              "Sights\377Tower\377127.0.0.1:1/t.jpg\1Cookie: a=1\r\n";
+const QByteArray OneMore = "CAMZSights\377Bridge\377127.0.0.1:1/b.jpg\r\n";
 
 /// The main window with what a person does to its list.
 class Listed : public ShownMain
@@ -172,8 +168,7 @@ private slots:
                           menu.actionGeometry(menu.actions()[0]).center());
         m.made().close();
         QVERIFY(m.preferences().contains("=Tower\r\n"));
-        QVERIFY(m.preferences().contains("=127.0.0.1:1/t.jpg\x01"
-                                         "Cookie: a=1\r\n"));
+        QVERIFY(m.preferences().contains("=127.0.0.1:1/t.jpg\1Cookie: a=1\r\n"));
     }
 
     void theGotoBarKnowsTheNames()
@@ -268,16 +263,16 @@ private slots:
 
     void everyEndSavesTheList_data()
     {
-        QTest::addColumn<std::function<void(Listed&)>>("end");
+        const Rows<std::function<void(Listed&)>> row("end");
         using End = std::function<void(Listed&)>;
-        QTest::newRow("the window") << End([](Listed& m) { m.made().close(); });
-        QTest::newRow("Exit") << End([](Listed& m) { m.choose("mnuOpt", "mnuOptExit"); });
-        QTest::newRow("the session's end") << End([](Listed&) {
-            int manager = 0;
-            QMetaObject::invokeMethod(qApp, "commitDataRequest", Qt::DirectConnection,
-                                      QGenericArgument("QSessionManager&", &manager));
-        });
-        QTest::newRow("SIGTERM's slot") << End([](Listed& m) { m.made().shutDown(); });
+        row("the window", End([](Listed& m) { m.made().close(); }));
+        row("Exit", End([](Listed& m) { m.choose("mnuOpt", "mnuOptExit"); }));
+        row("the session's end", End([](Listed&) {
+                int manager = 0;
+                QMetaObject::invokeMethod(qApp, "commitDataRequest", Qt::DirectConnection,
+                                          QGenericArgument("QSessionManager&", &manager));
+            }));
+        row("SIGTERM's slot", End([](Listed& m) { m.made().shutDown(); }));
     }
 
     void everyEndSavesTheList()
@@ -291,8 +286,7 @@ private slots:
         end(m);
         QTRY_VERIFY(m.list() != TwoCameras);
         QVERIFY(m.list().startsWith(TwoCameras.chopped(2)));
-        QVERIFY(m.list().endsWith("\xFFNew\xFF"
-                                  "127.0.0.1:1/n.jpg\r\n"));
+        QVERIFY(m.list().endsWith("\377New\377127.0.0.1:1/n.jpg\r\n"));
         QVERIFY(!m.preferences().isEmpty());
     }
 

@@ -3,6 +3,7 @@
 #include "instance/FileInbox.h"
 #include "shared/Timer.h"
 #include "support/Desktop.h"
+#include "support/Rows.h"
 #include "support/ShownMain.h"
 #include "support/TimeSeam.h"
 
@@ -76,13 +77,11 @@ private slots:
 
     void theIconGoesByThePreference_data()
     {
-        QTest::addColumn<QByteArray>("value");
-        QTest::addColumn<bool>("checked");
-        QTest::addColumn<int>("icons");
-        QTest::newRow("True") << QByteArray("True") << true << 1;
-        QTest::newRow("False") << QByteArray("False") << false << 0;
-        QTest::newRow("no truth value") << QByteArray("maybe") << true << 1;
-        QTest::newRow("nothing") << QByteArray() << true << 1;
+        const Rows<QByteArray, bool, int> row("value", "checked", "icons");
+        row("True", "True", true, 1);
+        row("False", "False", false, 0);
+        row("no truth value", "maybe", true, 1);
+        row("nothing", {}, true, 1);
     }
 
     void theIconGoesByThePreference()
@@ -120,9 +119,9 @@ private slots:
 
     void minimisingHidesAndAClickBringsBackNormal_data()
     {
-        QTest::addColumn<bool>("maximised");
-        QTest::newRow("normal") << false;
-        QTest::newRow("maximised") << true;
+        const Rows<bool> row("maximised");
+        row("normal", false);
+        row("maximised", true);
     }
 
     void minimisingHidesAndAClickBringsBackNormal()

@@ -1,6 +1,7 @@
 // The main window in a person's hands: shortcuts, goto bar and favourites.
 
 #include "support/Pictures.h"
+#include "support/Rows.h"
 #include "support/ScriptedServer.h"
 #include "support/ShownMain.h"
 #include "viewer/WebCam.h"
@@ -12,14 +13,12 @@ class frmMainUseTest : public QObject
 private slots:
     void shortcutsSwitch_data()
     {
-        QTest::addColumn<Qt::Key>("key");
-        QTest::addColumn<QString>("entry");
-        QTest::addColumn<QByteArray>("property");
-        QTest::newRow("list") << Qt::Key_L << "mnuViewList" << QByteArray();
-        QTest::newRow("toolbar") << Qt::Key_T << "mnuViewTb" << QByteArray("ShowToolBar");
-        QTest::newRow("goto bar") << Qt::Key_G << "mnuViewGoto" << QByteArray();
-        QTest::newRow("new images only") << Qt::Key_I << "mnuViewNew" << QByteArray("NewOnly");
-        QTest::newRow("original size") << Qt::Key_O << "mnuViewOSize" << QByteArray("OriginalSize");
+        const Rows<Qt::Key, QString, QByteArray> row("key", "entry", "property");
+        row("list", Qt::Key_L, "mnuViewList", {});
+        row("toolbar", Qt::Key_T, "mnuViewTb", "ShowToolBar");
+        row("goto bar", Qt::Key_G, "mnuViewGoto", {});
+        row("new images only", Qt::Key_I, "mnuViewNew", "NewOnly");
+        row("original size", Qt::Key_O, "mnuViewOSize", "OriginalSize");
     }
 
     void shortcutsSwitch()

@@ -37,7 +37,7 @@ QByteArray run(QStringList words, const QByteArray& success, const QString& scra
     return printed;
 }
 
-QByteArray runAgain(const QStringList& before, const char* function)
+QByteArray runAgain(const QStringList& before)
 {
     // The build folder may be out of an ordinary user's reach.
     QTemporaryDir folder;
@@ -53,10 +53,19 @@ QByteArray runAgain(const QStringList& before, const char* function)
     if (!QDir().mkdir(scratch))
         return "no scratch folder";
     QFile::setPermissions(scratch, forAll | QFile::WriteGroup | QFile::WriteOther);
-    QString what = QString::fromLatin1(function);
+    QString what = QString::fromLatin1(QTest::currentTestFunction());
     if (const char* row = QTest::currentDataTag())
         what += ':' + QString::fromUtf8(row);
     return run(before + QStringList{copy, what}, "passed", scratch);
+}
+
+/// Runs the current test in another process; false in that one.
+bool ranAgain(const QStringList& before)
+{
+    if (runsAgain())
+        return false;
+    [&] { QCOMPARE(runAgain(before), "passed"); }();
+    return true;
 }
 
 } // namespace
@@ -66,21 +75,21 @@ bool runsAgain()
     return qEnvironmentVariableIsSet(Variable);
 }
 
-QByteArray runAgainAsOrdinaryUser(const char* function)
+bool ranAsOrdinaryUser()
 {
     QStringList before;
     if (geteuid() == 0)
         before = {"setpriv", "--reuid=65534", "--regid=65534", "--clear-groups"};
-    return runAgain(before, function);
+    return ranAgain(before);
 }
 
-QByteArray runAgainWithOwnMounts(const char* function)
+bool ranWithOwnMounts()
 {
     QStringList before = {"unshare", "--mount"};
     if (geteuid() != 0)
         before << "--user"
                << "--map-root-user";
-    return runAgain(before, function);
+    return ranAgain(before);
 }
 
 QByteArray mountSmallDisk(const QString& folder, int kilobytes)

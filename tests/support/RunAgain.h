@@ -2,29 +2,28 @@
 
 #include <QByteArray>
 
-/// A test of what an ordinary user is refused, or of a disk of its own, runs its own function
-/// again in another process:
+/// A test of what an ordinary user is refused, or of a disk of its own, runs its function again
+/// in another process:
 ///
-///     void AnyTest::isRefused()
+///     void isRefused()
 ///     {
-///         if (!runsAgain()) {
-///             QCOMPARE(runAgainAsOrdinaryUser("isRefused"), "passed");
+///         if (ranAsOrdinaryUser())
 ///             return;
-///         }
 ///         // what is tested, as that user
 ///     }
 
-/// Whether this process is the other one.
-bool runsAgain();
+/// Runs the current test function, of a data-driven one the current row, again as an ordinary user
+/// (through setpriv; as the user who runs it where that is not root). The test fails, with what the
+/// other process printed, where it fails there; it is given 60 s. True in this process, where
+/// nothing is left to do, and false in the other.
+bool ranAsOrdinaryUser();
 
-/// Runs one test function of this program, of a data-driven one the current row, again as an
-/// ordinary user (through setpriv; as the user who runs it where that is not root). Returns
-/// "passed", or else what it printed. The process ends after 60 s at the latest.
-QByteArray runAgainAsOrdinaryUser(const char* function);
+/// Whether this process is that other one.
+bool runsAgain();
 
 /// The same in a mount namespace of its own, in which it may mount file systems: nothing mounted
 /// there is seen outside, nor outlives the process.
-QByteArray runAgainWithOwnMounts(const char* function);
+bool ranWithOwnMounts();
 
 /// Mounts an empty tmpfs of `kilobytes` on an existing folder. Returns "mounted", or else what
 /// went wrong.

@@ -1,5 +1,6 @@
 #include "support/RunningProgram.h"
 #include "support/Paths.h"
+#include "support/ScratchFile.h"
 
 #include <QDir>
 #include <QFile>
@@ -54,10 +55,8 @@ RunningProgram::~RunningProgram()
 
 void RunningProgram::write(const QString& name, const QByteArray& content) const
 {
-    QFile file(program(name));
-    QVERIFY(file.open(QIODevice::WriteOnly) && file.write(content) == content.size());
-    file.close();
-    giveToOrdinaryUser(file.fileName());
+    writeFile(program(name), content);
+    giveToOrdinaryUser(program(name));
 }
 
 QByteArray RunningProgram::read(const QString& name) const

@@ -1,6 +1,7 @@
 #include "support/ScratchFile.h"
 
 #include <QDateTime>
+#include <QDir>
 #include <QFile>
 #include <QFileInfo>
 #include <QTest>
@@ -11,11 +12,17 @@ QByteArray contentOf(const QString& path)
     return file.open(QIODevice::ReadOnly) ? file.readAll() : "none";
 }
 
-void ScratchFile::setContent(const QByteArray& bytes) const
+void writeFile(const QString& path, const QByteArray& bytes)
 {
-    QFile file(m_path);
+    QFile file(path);
     if (!file.open(QIODevice::WriteOnly) || file.write(bytes) != bytes.size())
-        qFatal("cannot write %s", qPrintable(m_path));
+        qFatal("cannot write %s", qPrintable(path));
+}
+
+QStringList namesIn(const QString& folder)
+{
+    return QDir(folder).entryList(QDir::AllEntries | QDir::System | QDir::Hidden |
+                                  QDir::NoDotAndDotDot);
 }
 
 void ScratchFile::waitUntilSettled() const

@@ -1,4 +1,5 @@
 #include "support/ShownList.h"
+#include "support/ScratchFile.h"
 
 #include <QFile>
 #include <QMenu>
@@ -33,9 +34,7 @@ QString ShownList::path(const QString& name) const
 
 void ShownList::write(const QString& name, const QByteArray& content) const
 {
-    QFile file(path(name));
-    if (!file.open(QIODevice::WriteOnly) || file.write(content) != content.size())
-        qFatal("cannot write %s", qPrintable(name));
+    writeFile(path(name), content);
 }
 
 void ShownList::load(const QByteArray& listDat)

@@ -1,20 +1,10 @@
 #include "support/ShownMain.h"
+#include "support/ScratchFile.h"
 
 #include <QFile>
 #include <QMenu>
 #include <QMenuBar>
 #include <QTest>
-
-namespace {
-
-void writeFile(const QString& path, const QByteArray& content)
-{
-    QFile file(path);
-    if (!file.open(QIODevice::WriteOnly) || file.write(content) != content.size())
-        qFatal("cannot write %s", qPrintable(path));
-}
-
-} // namespace
 
 ShownMain::~ShownMain() = default;
 

@@ -1,4 +1,5 @@
 #include "support/TestAuthority.h"
+#include "support/ScratchFile.h"
 
 #include <QFile>
 #include <QProcess>
@@ -18,21 +19,6 @@ void openssl(const QStringList& words)
 
 const QStringList NewKey{"-newkey", "ec", "-pkeyopt", "ec_paramgen_curve:P-256", "-nodes"};
 
-QByteArray contentOf(const QString& path)
-{
-    QFile file(path);
-    if (!file.open(QIODevice::ReadOnly))
-        qFatal("cannot read %s", qPrintable(path));
-    return file.readAll();
-}
-
-void write(const QString& path, const QByteArray& bytes)
-{
-    QFile file(path);
-    if (!file.open(QIODevice::WriteOnly) || file.write(bytes) != bytes.size())
-        qFatal("cannot write %s", qPrintable(path));
-}
-
 } // namespace
 
 TestAuthority::TestAuthority(const QString& name)
@@ -51,7 +37,7 @@ void TestAuthority::makeTheOnlyOneTrusted() const
 
 void TestAuthority::install(const QString& folder) const
 {
-    write(folder + "/authority.pem", contentOf(file("ca.pem")));
+    writeFile(folder + "/authority.pem", contentOf(file("ca.pem")));
     openssl({"rehash", folder}); // it is looked for by a hash of its name
 }
 
@@ -62,14 +48,14 @@ QString TestAuthority::certificateFile(const QString& names, int days)
     const QString certificate = file(serial + ".crt");
     const QString request = file(serial + ".csr");
     const QString extensions = file(serial + ".ext");
-    write(extensions, "subjectAltName=" + names.toUtf8() + "\n");
+    writeFile(extensions, "subjectAltName=" + names.toUtf8() + "\n");
     openssl(QStringList{"req", "-new"} + NewKey +
             QStringList{"-keyout", key, "-out", request, "-subj", "/CN=camera " + serial});
     openssl({"x509", "-req", "-in", request, "-CA", file("ca.pem"), "-CAkey", file("ca.key"),
              "-set_serial", serial, "-days", QString::number(days), "-extfile", extensions, "-out",
              certificate});
     const QString both = file(serial + ".pem");
-    write(both, contentOf(key) + contentOf(certificate));
+    writeFile(both, contentOf(key) + contentOf(certificate));
     return both;
 }
 
@@ -81,7 +67,7 @@ QString TestAuthority::selfSignedFile()
             QStringList{"-keyout", key, "-out", certificate, "-days", "2", "-subj", "/CN=camera",
                         "-addext", QString("subjectAltName=") + LoopbackNames});
     const QString both = file("self.pem");
-    write(both, contentOf(key) + contentOf(certificate));
+    writeFile(both, contentOf(key) + contentOf(certificate));
     return both;
 }
 

@@ -1,4 +1,5 @@
 #include "support/WebServer.h"
+#include "support/ScratchFile.h"
 
 #include <QDir>
 #include <QElapsedTimer>
@@ -70,12 +71,8 @@ void WebServer::put(const QString& name, const QByteArray& bytes, const QDateTim
 bool WebServer::start(const QString& program)
 {
     m_port = freePort();
-    QFile file(m_scratch.filePath("web.conf"));
-    if (!file.open(QIODevice::WriteOnly))
-        qFatal("no configuration");
-    file.write(configuration());
-    file.close();
-    m_process.start(program, {"-D", "-f", file.fileName()});
+    writeFile(m_scratch.filePath("web.conf"), configuration());
+    m_process.start(program, {"-D", "-f", m_scratch.filePath("web.conf")});
     QElapsedTimer waiting;
     waiting.start();
     while (waiting.elapsed() < StartMs && !m_process.waitForFinished(20)) {

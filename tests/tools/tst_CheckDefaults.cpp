@@ -1,5 +1,7 @@
 #include "support/Paths.h"
 #include "support/Pictures.h"
+#include "support/Rows.h"
+#include "support/ScratchFile.h"
 #include "support/Slower.h"
 #include "support/WebServer.h"
 
@@ -10,38 +12,17 @@ class CheckDefaultsTest : public QObject
 private slots:
     void tellsWhatEachCameraAnswers_data()
     {
-        QTest::addColumn<QByteArray>("body");
-        QTest::addColumn<QString>("path");
-        QTest::addColumn<QString>("word");
-        QTest::addColumn<QString>("came");
+        const Rows<QByteArray, QString, QString, QString> row("body", "path", "word", "came");
         const QByteArray jpeg = encodedPicture({40, 30}, Qt::red);
-        QTest::newRow("JPEG") << jpeg << "/one"
-                              << "ok"
-                              << "JPEG";
-        QTest::newRow("GIF") << smallGif() << "/one"
-                             << "ok"
-                             << "GIF";
-        QTest::newRow("bitmap") << encodedPicture({4, 4}, Qt::red, "bmp") << "/one"
-                                << "ok"
-                                << "BMP";
-        QTest::newRow("a page") << QByteArray("<html>") << "/one.jpg"
-                                << "FAIL"
-                                << "no picture";
-        QTest::newRow("nothing") << QByteArray() << "/one.jpg"
-                                 << "FAIL"
-                                 << "no picture";
-        QTest::newRow("no such file") << jpeg << "/other.jpg"
-                                      << "FAIL"
-                                      << "status 404";
-        QTest::newRow("a query, brackets") << jpeg << "/one?[1-3]&a={b,c}"
-                                           << "ok"
-                                           << "JPEG";
-        QTest::newRow("302") << jpeg << "/moved.jpg"
-                             << "ok"
-                             << "JPEG";
-        QTest::newRow("endless") << jpeg.leftJustified(16 * 1024 * 1024 + 1, '\0') << "/one"
-                                 << "FAIL"
-                                 << "too long";
+        row("JPEG", jpeg, "/one", "ok", "JPEG");
+        row("GIF", smallGif(), "/one", "ok", "GIF");
+        row("bitmap", encodedPicture({4, 4}, Qt::red, "bmp"), "/one", "ok", "BMP");
+        row("a page", "<html>", "/one.jpg", "FAIL", "no picture");
+        row("nothing", {}, "/one.jpg", "FAIL", "no picture");
+        row("no such file", jpeg, "/other.jpg", "FAIL", "status 404");
+        row("a query, brackets", jpeg, "/one?[1-3]&a={b,c}", "ok", "JPEG");
+        row("302", jpeg, "/moved.jpg", "ok", "JPEG");
+        row("endless", jpeg.leftJustified(16 * 1024 * 1024 + 1, '\0'), "/one", "FAIL", "too long");
     }
 
     void tellsWhatEachCameraAnswers()
@@ -107,15 +88,10 @@ private slots:
         server.put("a.jpg", encodedPicture({40, 30}, Qt::red));
         const QString path =
             table({"http://" + server.url("/a.jpg"), "http://" + server.url("/b.jpg")});
-        // Opened anew each time: the file might be replaced by another one.
-        const auto content = [&path] {
-            QFile file(path);
-            return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-        };
-        const QByteArray before = content();
-        QVERIFY(!before.isEmpty());
+        const QByteArray before = contentOf(path);
+        QVERIFY(before != "none");
         QCOMPARE(run({path}).exitCode, 1);
-        QCOMPARE(content(), before);
+        QCOMPARE(contentOf(path), before);
     }
 
     void saysHowItIsUsed()
@@ -128,14 +104,14 @@ private slots:
 
     void refuses_data()
     {
-        QTest::addColumn<QStringList>("arguments");
-        QTest::newRow("an option nobody knows") << QStringList{"--mark"};
-        QTest::newRow("a file that is not there") << QStringList{"/no/such/file"};
-        QTest::newRow("a folder") << QStringList{"/"};
-        QTest::newRow("two files") << QStringList{table({}), table({})};
-        QTest::newRow("no cameras") << QStringList{table({})};
-        QTest::newRow("no seconds") << QStringList{"--timeout"};
-        QTest::newRow("seconds that are no number") << QStringList{"--timeout", "1s", table({})};
+        const Rows<QStringList> row("arguments");
+        row("an option nobody knows", {"--mark"});
+        row("a file that is not there", {"/no/such/file"});
+        row("a folder", {"/"});
+        row("two files", {table({}), table({})});
+        row("no cameras", {table({})});
+        row("no seconds", {"--timeout"});
+        row("seconds that are no number", {"--timeout", "1s", table({})});
     }
 
     void refuses()
@@ -181,10 +157,8 @@ private:
             text += "Cities\tDublin, Ireland\t" + address.toUtf8() +
                     "\thttp://page.example/\t2020-01-01\tno\tA note\n";
         }
-        QFile file(m_scratch.filePath("cameras.tsv"));
-        if (!file.open(QIODevice::WriteOnly) || file.write(text) != text.size())
-            qFatal("no table");
-        return file.fileName();
+        writeFile(m_scratch.filePath("cameras.tsv"), text);
+        return m_scratch.filePath("cameras.tsv");
     }
 
     QTemporaryDir m_scratch;

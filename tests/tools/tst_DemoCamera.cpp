@@ -1,4 +1,6 @@
 #include "support/Paths.h"
+#include "support/Rows.h"
+#include "support/ScratchFile.h"
 
 #include <QNetworkInterface>
 
@@ -220,13 +222,11 @@ private slots:
 
     void answersAnew_data()
     {
-        QTest::addColumn<QString>("unchanged");
-        QTest::addColumn<QByteArray>("since");
-        QTest::newRow("an older date") << "3600" << QByteArray("Sun, 06 Nov 1994 08:49:37 GMT");
-        QTest::newRow("the oldest form") << "3600" << QByteArray("Sunday, 06-Nov-94 08:49:37 GMT");
-        QTest::newRow("no date") << "3600" << QByteArray("yesterday");
-        QTest::newRow("a picture of its own for every request")
-            << "0" << QByteArray("Wed, 01 Jan 2098 00:00:00 GMT");
+        const Rows<QString, QByteArray> row("unchanged", "since");
+        row("an older date", "3600", "Sun, 06 Nov 1994 08:49:37 GMT");
+        row("the oldest form", "3600", "Sunday, 06-Nov-94 08:49:37 GMT");
+        row("no date", "3600", "yesterday");
+        row("a picture of its own for every request", "0", "Wed, 01 Jan 2098 00:00:00 GMT");
     }
 
     void answersAnew()
@@ -243,20 +243,14 @@ private slots:
 
     void closesWhereItShould_data()
     {
-        QTest::addColumn<QByteArray>("version");
-        QTest::addColumn<QByteArray>("fields");
-        QTest::addColumn<bool>("closes");
+        const Rows<QByteArray, QByteArray, bool> row("version", "fields", "closes");
         const QByteArray host = "Host: localhost\r\n";
-        QTest::newRow("1.0") << QByteArray("1.0") << QByteArray() << true;
-        QTest::newRow("1.0 keep-alive")
-            << QByteArray("1.0") << QByteArray("Connection: Keep-Alive\r\n") << false;
-        QTest::newRow("1.0 other case and more")
-            << QByteArray("1.0") << QByteArray("connection:te,  keep-alive \r\n") << false;
-        QTest::newRow("1.1") << QByteArray("1.1") << host << false;
-        QTest::newRow("1.1 close") << QByteArray("1.1") << host + "Connection: CLOSE\r\n" << true;
-        QTest::newRow("1.1 with a body nobody reads")
-            << QByteArray("1.1") << host + "Content-Length: 3\r\n"
-            << true;
+        row("1.0", "1.0", {}, true);
+        row("1.0 keep-alive", "1.0", "Connection: Keep-Alive\r\n", false);
+        row("1.0 other case and more", "1.0", "connection:te,  keep-alive \r\n", false);
+        row("1.1", "1.1", host, false);
+        row("1.1 close", "1.1", host + "Connection: CLOSE\r\n", true);
+        row("1.1 with a body nobody reads", "1.1", host + "Content-Length: 3\r\n", true);
     }
 
     void closesWhereItShould()
@@ -316,20 +310,18 @@ private slots:
 
     void refuses_data()
     {
-        QTest::addColumn<QByteArray>("request");
-        QTest::addColumn<int>("status");
-        QTest::addColumn<bool>("closes");
+        const Rows<QByteArray, int, bool> row("request", "status", "closes");
         const QByteArray end = " HTTP/1.1\r\nHost: localhost\r\n\r\n";
-        const auto broken = [](const char* name, const QByteArray& request) {
-            QTest::newRow(name) << request << 400 << true;
+        const auto broken = [&](const char* name, const QByteArray& request) {
+            row(name, request, 400, true);
         };
-        QTest::newRow("another path") << "GET /clock.png" + end << 404 << false;
-        QTest::newRow("above the root") << "GET /../clock.jpg" + end << 404 << false;
-        QTest::newRow("POST") << "POST /clock.jpg" + end << 405 << false;
-        QTest::newRow("a method nobody knows") << "FETCH /clock.jpg" + end << 405 << false;
-        QTest::newRow("a method in lower case") << "get /clock.jpg" + end << 405 << false;
-        QTest::newRow("a target that is no path") << "OPTIONS *" + end << 405 << false;
-        QTest::newRow("HTTP 2") << QByteArray("PRI * HTTP/2.0\r\n\r\nSM\r\n\r\n") << 505 << true;
+        row("another path", "GET /clock.png" + end, 404, false);
+        row("above the root", "GET /../clock.jpg" + end, 404, false);
+        row("POST", "POST /clock.jpg" + end, 405, false);
+        row("a method nobody knows", "FETCH /clock.jpg" + end, 405, false);
+        row("a method in lower case", "get /clock.jpg" + end, 405, false);
+        row("a target that is no path", "OPTIONS *" + end, 405, false);
+        row("HTTP 2", "PRI * HTTP/2.0\r\n\r\nSM\r\n\r\n", 505, true);
         broken("no HTTP", "hello there, how are you?\r\n\r\n");
         broken("a request of 1991", "GET /clock.jpg\r\n\r\n");
         broken("bytes", QByteArray("\x16\x03\x01\x02\x00\x01\x00\r\n\r\n", 11));
@@ -426,9 +418,7 @@ private slots:
 
         Camera logging({"--verbose", "--log", name});
         talk(logging);
-        QFile file(name);
-        QVERIFY(file.open(QIODevice::ReadOnly));
-        QVERIFY(form.match(QString::fromLatin1(file.readAll())).hasMatch());
+        QVERIFY(form.match(QString::fromLatin1(contentOf(name))).hasMatch());
 
         Camera quiet;
         talk(quiet);
@@ -473,18 +463,18 @@ private slots:
 
     void refusesBadOptions_data()
     {
-        QTest::addColumn<QStringList>("arguments");
-        QTest::newRow("port") << QStringList{"--port", "70000"};
-        QTest::newRow("size") << QStringList{"--size", "1280"};
-        QTest::newRow("size too small") << QStringList{"--size", "319x240"};
-        QTest::newRow("size too large") << QStringList{"--size", "7681x4320"};
-        QTest::newRow("quality") << QStringList{"--quality", "0"};
-        QTest::newRow("unchanged") << QStringList{"--unchanged", "-1"};
-        QTest::newRow("unchanged is no number") << QStringList{"--unchanged", "nan"};
-        QTest::newRow("idle") << QStringList{"--idle", "0"};
-        QTest::newRow("log") << QStringList{"--log", "/no/such/folder/log"};
-        QTest::newRow("an argument") << QStringList{"clock.jpg"};
-        QTest::newRow("an option nobody knows") << QStringList{"--colour"};
+        const Rows<QStringList> row("arguments");
+        row("port", {"--port", "70000"});
+        row("size", {"--size", "1280"});
+        row("size too small", {"--size", "319x240"});
+        row("size too large", {"--size", "7681x4320"});
+        row("quality", {"--quality", "0"});
+        row("unchanged", {"--unchanged", "-1"});
+        row("unchanged is no number", {"--unchanged", "nan"});
+        row("idle", {"--idle", "0"});
+        row("log", {"--log", "/no/such/folder/log"});
+        row("an argument", {"clock.jpg"});
+        row("an option nobody knows", {"--colour"});
     }
 
     void refusesBadOptions()

@@ -2,6 +2,7 @@
 #include "tray/frmTray.h"
 
 #include "support/Desktop.h"
+#include "support/Rows.h"
 #include "widgets/SymbolIcon.h"
 
 #include <QSystemTrayIcon>
@@ -98,11 +99,11 @@ private slots:
 
     void otherClicksDoNothing_data()
     {
-        QTest::addColumn<int>("button");
-        QTest::newRow("middle") << 2;
-        QTest::newRow("secondary") << 3;
-        QTest::newRow("wheel up") << 4;
-        QTest::newRow("wheel down") << 5;
+        const Rows<int> row("button");
+        row("middle", 2);
+        row("secondary", 3);
+        row("wheel up", 4);
+        row("wheel down", 5);
     }
 
     void otherClicksDoNothing()

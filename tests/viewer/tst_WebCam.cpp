@@ -3,6 +3,7 @@
 
 #include "display/ImageView.h"
 #include "support/Pictures.h"
+#include "support/Rows.h"
 #include "support/ScriptedServer.h"
 #include "support/TimeSeam.h"
 #include "viewer/WebCam.h"
@@ -422,23 +423,15 @@ private slots:
 
     void theBannerShowsTheHost_data()
     {
-        QTest::addColumn<QString>("url");
-        QTest::addColumn<QString>("text");
-        QTest::newRow("path") << "cam.example/a/b.jpg"
-                              << "http://cam.example";
-        QTest::newRow("port") << "cam.example:81/a"
-                              << "http://cam.example:81";
-        QTest::newRow("no path") << "cam.example"
-                                 << "http://cam.example";
-        QTest::newRow("header") << QString("cam.example\x01") + "Cookie: /a"
-                                << "http://cam.example";
-        QTest::newRow("secure") << "https://cam.example:8443/a"
-                                << "https://cam.example:8443";
-        QTest::newRow("secure in capitals, header")
-            << QString("HTTPS://cam.example\x01") + "Cookie: /a"
-            << "https://cam.example";
-        QTest::newRow("nothing") << ""
-                                 << "http://localhost/pevora/";
+        const Rows<QString, QString> row("url", "text");
+        row("path", "cam.example/a/b.jpg", "http://cam.example");
+        row("port", "cam.example:81/a", "http://cam.example:81");
+        row("no path", "cam.example", "http://cam.example");
+        row("header", QString("cam.example\x01") + "Cookie: /a", "http://cam.example");
+        row("secure", "https://cam.example:8443/a", "https://cam.example:8443");
+        row("secure in capitals, header", QString("HTTPS://cam.example\x01") + "Cookie: /a",
+            "https://cam.example");
+        row("nothing", "", "http://localhost/pevora/");
     }
 
     void theBannerShowsTheHost()

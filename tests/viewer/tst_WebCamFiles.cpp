@@ -33,11 +33,8 @@ class Files : public ShownCamera
 public:
     QString write(const QString& name, const QByteArray& bytes)
     {
-        const QString path = m_files.filePath(name);
-        QFile file(path);
-        if (!file.open(QIODevice::WriteOnly) || file.write(bytes) != bytes.size())
-            qFatal("cannot write %s", qPrintable(path));
-        return path;
+        writeFile(path(name), bytes);
+        return path(name);
     }
     QByteArray read(const QString& name) { return contentOf(path(name)); }
     QString path(const QString& name) const { return m_files.filePath(name); }

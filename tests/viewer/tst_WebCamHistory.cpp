@@ -5,6 +5,7 @@
 #include "display/ThumbView.h"
 #include "support/Dialogs.h"
 #include "support/Pictures.h"
+#include "support/ScratchFile.h"
 #include "support/ScriptedServer.h"
 #include "support/ShownCamera.h"
 #include "support/Slower.h"
@@ -537,15 +538,12 @@ private slots:
     void playingCostsLittle()
     {
         ShownCamera c;
-        const QTemporaryDir folder;
-        QFile movie(folder.filePath("m.pvm"));
-        QVERIFY(movie.open(QIODevice::WriteOnly));
+        const ScratchFile movie("m.pvm");
         QByteArrayList frames;
         for (int i = 0; i < 10; ++i)
             frames << encodedPicture({640, 480}, QColor::fromHsv(i * 37, 255, 255));
-        movie.write(frames.join("&IMAGE&"));
-        movie.close();
-        c.cam.LoadMovie(movie.fileName());
+        movie.setContent(frames.join("&IMAGE&"));
+        c.cam.LoadMovie(movie.path());
         QTRY_COMPARE(c.caption(), "Image 1");
 
         QDateTime now(QDate(2001, 2, 3), QTime(12, 0));

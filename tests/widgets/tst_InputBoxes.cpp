@@ -1,5 +1,6 @@
 // Boxes that keep what is typed fit for a record.
 
+#include "support/Rows.h"
 #include "widgets/InputBoxes.h"
 
 #include <QClipboard>
@@ -43,26 +44,12 @@ private slots:
 
     void aPastedKeyIsSplit_data()
     {
-        QTest::addColumn<QString>("pasted");
-        QTest::addColumn<QString>("address");
-        QTest::addColumn<QString>("extra");
-        QTest::newRow("an address alone") << "host/a.jpg"
-                                          << "host/a.jpg"
-                                          << "old";
-        QTest::newRow("a key") << "host/a.jpg\x01X: 1"
-                               << "host/a.jpg"
-                               << "X: 1";
-        QTest::newRow("a key without a header") << "host/a.jpg\x01"
-                                                << "host/a.jpg"
-                                                << "";
-        QTest::newRow("two marks") << "a\x01"
-                                      "b\x01"
-                                      "c"
-                                   << "a"
-                                   << "bc";
-        QTest::newRow("line breaks") << "a\r\n\x01X: 1\r\nY: 2"
-                                     << "a"
-                                     << "X: 1Y: 2";
+        const Rows<QString, QString, QString> row("pasted", "address", "extra");
+        row("an address alone", "host/a.jpg", "host/a.jpg", "old");
+        row("a key", "host/a.jpg\x01X: 1", "host/a.jpg", "X: 1");
+        row("a key without a header", "host/a.jpg\x01", "host/a.jpg", "");
+        row("two marks", "a\1b\1c", "a", "bc");
+        row("line breaks", "a\r\n\x01X: 1\r\nY: 2", "a", "X: 1Y: 2");
     }
 
     void aPastedKeyIsSplit()

@@ -1,3 +1,4 @@
+#include "support/Rows.h"
 #include "widgets/OpenAddress.h"
 
 #include <QDesktopServices>
@@ -24,20 +25,14 @@ class OpenAddressTest : public QObject
 private slots:
     void webAddressesAreOpened_data()
     {
-        QTest::addColumn<QString>("address");
-        QTest::addColumn<QByteArray>("opened");
-        QTest::newRow("http") << "http://camera.example/help/"
-                              << QByteArray("http://camera.example/help/");
-        QTest::newRow("https") << "https://camera.example" << QByteArray("https://camera.example");
-        QTest::newRow("upper case")
-            << "HTTP://Camera.example" << QByteArray("http://camera.example");
-        QTest::newRow("port") << "http://127.0.0.1:8080" << QByteArray("http://127.0.0.1:8080");
-        QTest::newRow("query") << "http://c.example/a?b=c&d=e#f"
-                               << QByteArray("http://c.example/a?b=c&d=e#f");
-        QTest::newRow("blank and quote")
-            << "http://c.example/a b\"c" << QByteArray("http://c.example/a%20b%22c");
-        QTest::newRow("not ASCII")
-            << QStringLiteral("http://c.example/\u00e4") << QByteArray("http://c.example/%C3%A4");
+        const Rows<QString, QByteArray> row("address", "opened");
+        row("http", "http://camera.example/help/", "http://camera.example/help/");
+        row("https", "https://camera.example", "https://camera.example");
+        row("upper case", "HTTP://Camera.example", "http://camera.example");
+        row("port", "http://127.0.0.1:8080", "http://127.0.0.1:8080");
+        row("query", "http://c.example/a?b=c&d=e#f", "http://c.example/a?b=c&d=e#f");
+        row("blank and quote", "http://c.example/a b\"c", "http://c.example/a%20b%22c");
+        row("not ASCII", QStringLiteral("http://c.example/\u00e4"), "http://c.example/%C3%A4");
     }
 
     void webAddressesAreOpened()
@@ -52,21 +47,21 @@ private slots:
 
     void everythingElseIsRefused_data()
     {
-        QTest::addColumn<QString>("address");
-        QTest::newRow("null") << QString();
-        QTest::newRow("empty") << "";
-        QTest::newRow("no scheme") << "camera.example/help";
-        QTest::newRow("no host") << "http://";
-        QTest::newRow("no slashes") << "http:camera.example";
-        QTest::newRow("file") << "file:///etc/passwd";
-        QTest::newRow("mail") << "mailto:a@camera.example";
-        QTest::newRow("ftp") << "ftp://camera.example/";
-        QTest::newRow("script") << "javascript:alert(1)";
-        QTest::newRow("path") << "/usr/bin/true";
-        QTest::newRow("option") << "--help";
-        QTest::newRow("bad port") << "http://camera.example:99999/";
-        QTest::newRow("bad host") << "http://[::1/";
-        QTest::newRow("scheme that begins like one") << "httpx://camera.example/";
+        const Rows<QString> row("address");
+        row("null", {});
+        row("empty", "");
+        row("no scheme", "camera.example/help");
+        row("no host", "http://");
+        row("no slashes", "http:camera.example");
+        row("file", "file:///etc/passwd");
+        row("mail", "mailto:a@camera.example");
+        row("ftp", "ftp://camera.example/");
+        row("script", "javascript:alert(1)");
+        row("path", "/usr/bin/true");
+        row("option", "--help");
+        row("bad port", "http://camera.example:99999/");
+        row("bad host", "http://[::1/");
+        row("scheme that begins like one", "httpx://camera.example/");
     }
 
     void everythingElseIsRefused()

@@ -1,3 +1,4 @@
+#include "support/Rows.h"
 #include "widgets/SymbolIcon.h"
 
 #include <QPainter>
@@ -227,9 +228,9 @@ private slots:
 private:
     void eachName()
     {
-        QTest::addColumn<QString>("name");
+        const Rows<QString> row("name");
         for (const QString& name : m_names)
-            QTest::newRow(qPrintable(name)) << name;
+            row(qPrintable(name), name);
     }
 
     QStringList m_names;

@@ -4,7 +4,7 @@
 #include <QImage>
 #include <QSize>
 
-/// The demo camera's picture: a small harbour on a mountain lake, with a station clock.
+/// The demo camera's picture: boats on a mountain lake, with a station clock.
 namespace Scene {
 
 /// Sizes that are drawn, in pixels; the largest keeps one picture at 100 MB of memory.
@@ -19,9 +19,5 @@ constexpr QSize largest{7680, 4320};
 ///
 /// Needs a QGuiApplication for its fonts.
 QImage draw(const QDateTime& time, quint64 frame, QSize size);
-
-/// The hour of the day, in hours since midnight, whose light falls on frame `frame`. Frame 0 is
-/// early in the morning.
-double hourOf(quint64 frame);
 
 } // namespace Scene

@@ -1,4 +1,4 @@
-// A camera for trying Pevora without one: serves a drawn harbour with a running clock on this
+// A camera for trying Pevora without one: serves a drawn lake with a running clock on this
 // machine alone.
 
 #include "DemoServer.h"
@@ -58,7 +58,7 @@ int main(int argc, char* argv[])
 
     QCommandLineParser parser;
     parser.setApplicationDescription(QStringLiteral(
-        "A camera for trying Pevora: a harbour with a running clock, a new picture every time."));
+        "A camera for trying Pevora: a lake with a running clock, a new picture every time."));
     parser.addHelpOption();
     parser.addVersionOption();
     const QCommandLineOption port(

@@ -1,6 +1,7 @@
 // The fetch against a scripted server on the loopback address, without a window.
 
 #include "support/Pictures.h"
+#include "support/Rows.h"
 #include "support/ScriptedServer.h"
 #include "support/TimeSeam.h"
 #include "viewer/fetch/Fetch.h"
@@ -133,14 +134,10 @@ private slots:
 
     void theTemporaryFileIsNamedAfterThePath_data()
     {
-        QTest::addColumn<QString>("path");
-        QTest::addColumn<QString>("name");
-        QTest::newRow("upper case") << "/A.JPG"
-                                    << "tt.JPG";
-        QTest::newRow("cgi") << "/cam.cgi"
-                             << "tt.jpg";
-        QTest::newRow("gif") << "/a.gif"
-                             << "tt.gif";
+        const Rows<QString, QString> row("path", "name");
+        row("upper case", "/A.JPG", "tt.JPG");
+        row("cgi", "/cam.cgi", "tt.jpg");
+        row("gif", "/a.gif", "tt.gif");
     }
 
     void theTemporaryFileIsNamedAfterThePath()
@@ -217,15 +214,10 @@ private slots:
 
     void refusedAnswers_data()
     {
-        QTest::addColumn<QByteArray>("status");
-        QTest::addColumn<QString>("error");
-        QTest::addColumn<QString>("text");
-        QTest::newRow("304") << QByteArray("304 Not Modified") << "Not a new image"
-                             << "  Not a new image: Process stopped.";
-        QTest::newRow("404") << QByteArray("404 Not Found") << "File not found"
-                             << "  Error: File not found.";
-        QTest::newRow("302 without location") << QByteArray("302 Found") << "File not found"
-                                              << "  Error: File not found.";
+        const Rows<QByteArray, QString, QString> row("status", "error", "text");
+        row("304", "304 Not Modified", "Not a new image", "  Not a new image: Process stopped.");
+        row("404", "404 Not Found", "File not found", "  Error: File not found.");
+        row("302 without location", "302 Found", "File not found", "  Error: File not found.");
     }
 
     void refusedAnswers()
@@ -437,13 +429,12 @@ private slots:
 
     void aHandlerMayStartTheNextFetch_data()
     {
-        QTest::addColumn<QByteArray>("answer");
-        QTest::addColumn<bool>("onError");
-        QTest::newRow("refused") << httpAnswer({}, {}, "404 Not Found") << true;
-        QTest::newRow("no picture") << pictureAnswer("no picture") << true;
-        QTest::newRow("new image") << pictureAnswer("picture") << false;
-        QTest::newRow("not a new image") << pictureAnswer("seen before") << false;
-        QTest::newRow("stopped") << QByteArray() << false;
+        const Rows<QByteArray, bool> row("answer", "onError");
+        row("refused", httpAnswer({}, {}, "404 Not Found"), true);
+        row("no picture", pictureAnswer("no picture"), true);
+        row("new image", pictureAnswer("picture"), false);
+        row("not a new image", pictureAnswer("seen before"), false);
+        row("stopped", {}, false);
     }
 
     void aHandlerMayStartTheNextFetch()
@@ -611,15 +602,13 @@ private slots:
 
     void anAddressThatCannotBeFetched_data()
     {
-        QTest::addColumn<QString>("url");
-        QTest::addColumn<QString>("text");
+        const Rows<QString, QString> row("url", "text");
         const QString port = "  The port must be a number from 1 to 65535.";
-        QTest::newRow("port word") << "cam:http/" << port;
-        QTest::newRow("port 0") << "cam:0/" << port;
-        QTest::newRow("port 65536") << "cam:65536/" << port;
-        QTest::newRow("no port") << "cam:/" << port;
-        QTest::newRow("no host") << "/a.jpg"
-                                 << "  The address names no host.";
+        row("port word", "cam:http/", port);
+        row("port 0", "cam:0/", port);
+        row("port 65536", "cam:65536/", port);
+        row("no port", "cam:/", port);
+        row("no host", "/a.jpg", "  The address names no host.");
     }
 
     void anAddressThatCannotBeFetched()

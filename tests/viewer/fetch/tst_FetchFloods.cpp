@@ -3,6 +3,7 @@
 
 #include "support/ChildCost.h"
 #include "support/Pictures.h"
+#include "support/Rows.h"
 #include "support/ScriptedServer.h"
 #include "support/ShownCamera.h"
 #include "support/TimeSeam.h"
@@ -98,11 +99,11 @@ class FetchFloodsTest : public QObject
 private slots:
     void anEndlessBodyEndsAt64MiB_data()
     {
-        QTest::addColumn<QByteArray>("header");
+        const Rows<QByteArray> row("header");
         const QByteArray typed = "HTTP/1.0 200 OK\r\nContent-Type: image/jpeg\r\n";
-        QTest::newRow("no length") << typed + "\r\n";
-        QTest::newRow("length") << typed + "Content-Length: 2147483647\r\n\r\n";
-        QTest::newRow("no header end") << QByteArray("HTTP/1.0 200 OK\r\n");
+        row("no length", typed + "\r\n");
+        row("length", typed + "Content-Length: 2147483647\r\n\r\n");
+        row("no header end", "HTTP/1.0 200 OK\r\n");
     }
 
     void anEndlessBodyEndsAt64MiB()
@@ -137,17 +138,16 @@ private slots:
 
     void tenMegabytesOfHeaderAreNoPicture_data()
     {
-        QTest::addColumn<QByteArray>("answer");
+        const Rows<QByteArray> row("answer");
         const QByteArray lines = QByteArray("X-Filler: 0123456789\r\n").repeated(10'000'000 / 22);
         const QByteArray type = "Content-Type: image/jpeg\r\n";
         const QByteArray picture = encodedPicture({40, 30}, Qt::red);
-        QTest::newRow("no type") << httpAnswer(picture, lines);
-        QTest::newRow("type first") << httpAnswer(picture, type + lines);
-        QTest::newRow("type last") << httpAnswer(picture, lines + type);
-        QTest::newRow("no end") << ("HTTP/1.0 200 OK\r\n" + type + lines);
-        QTest::newRow("one line") << httpAnswer(picture,
-                                                type + "X: " + QByteArray(10'000'000, 'x'));
-        QTest::newRow("no line at all") << QByteArray(10'000'000, 'x');
+        row("no type", httpAnswer(picture, lines));
+        row("type first", httpAnswer(picture, type + lines));
+        row("type last", httpAnswer(picture, lines + type));
+        row("no end", ("HTTP/1.0 200 OK\r\n" + type + lines));
+        row("one line", httpAnswer(picture, type + "X: " + QByteArray(10'000'000, 'x')));
+        row("no line at all", QByteArray(10'000'000, 'x'));
     }
 
     void tenMegabytesOfHeaderAreNoPicture()

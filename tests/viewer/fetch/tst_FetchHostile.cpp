@@ -3,6 +3,7 @@
 
 #include "support/OddPictures.h"
 #include "support/Pictures.h"
+#include "support/Rows.h"
 #include "support/ScriptedServer.h"
 #include "support/ShownCamera.h"
 #include "support/TimeSeam.h"
@@ -92,17 +93,16 @@ class FetchHostileTest : public QObject
 private slots:
     void whateverIsAnsweredEndsAsDefined_data()
     {
-        QTest::addColumn<QByteArray>("answer");
-        QTest::addColumn<QStringList>("told");
-        QTest::addColumn<QString>("status");
-        const auto isNone = [](const char* name, const QByteArray& answer) {
-            QTest::newRow(name) << answer << NotPictureTold << NotPicture;
+        const Rows<QByteArray, QStringList, QString> row("answer", "told", "status");
+        const auto isNone = [&](const char* name, const QByteArray& answer) {
+            row(name, answer, NotPictureTold, NotPicture);
         };
-        const auto isRefused = [](const char* name, const QByteArray& answer) {
-            QTest::newRow(name) << answer << NotFoundTold << NotFound;
+        const auto isRefused = [&](const char* name, const QByteArray& answer) {
+            row(name, answer, NotFoundTold, NotFound);
         };
-        const auto isShown = [](const char* name, const QByteArray& answer, const QString& status) {
-            QTest::newRow(name) << answer << NewImageTold << status;
+        const auto isShown = [&](const char* name, const QByteArray& answer,
+                                 const QString& status) {
+            row(name, answer, NewImageTold, status);
         };
         const QByteArray nul(1, '\0');
 
@@ -171,12 +171,12 @@ private slots:
 
     void aBodyOfAnotherLengthWaitsForSilence_data()
     {
-        QTest::addColumn<QByteArray>("answer");
-        QTest::newRow("length -1") << answerWithLength("-1");
-        QTest::newRow("length 2^63") << answerWithLength("9223372036854775808");
-        QTest::newRow("one byte is missing") << pictureAnswer(picture()).chopped(1);
+        const Rows<QByteArray> row("answer");
+        row("length -1", answerWithLength("-1"));
+        row("length 2^63", answerWithLength("9223372036854775808"));
+        row("one byte is missing", pictureAnswer(picture()).chopped(1));
         // In one piece, so that the announced end lies inside of a chunk.
-        QTest::newRow("one byte too many") << pictureAnswer(picture()) + 'x';
+        row("one byte too many", pictureAnswer(picture()) + 'x');
     }
 
     void aBodyOfAnotherLengthWaitsForSilence()
@@ -211,13 +211,12 @@ private slots:
 
     void aResetEndsAsAClose_data()
     {
-        QTest::addColumn<QByteArray>("answer");
-        QTest::addColumn<QStringList>("told");
-        QTest::newRow("instead of an answer") << QByteArray() << NotPictureTold;
-        QTest::newRow("in the status line") << QByteArray("HTTP/1.0 2") << NotFoundTold;
-        QTest::newRow("in the header") << ("HTTP/1.0 200 OK\r\n" + JpegType) << NotPictureTold;
-        QTest::newRow("in the body") << pictureAnswer(picture()).chopped(9) << NewImageTold;
-        QTest::newRow("after the body") << httpAnswer(picture(), JpegType) << NewImageTold;
+        const Rows<QByteArray, QStringList> row("answer", "told");
+        row("instead of an answer", {}, NotPictureTold);
+        row("in the status line", "HTTP/1.0 2", NotFoundTold);
+        row("in the header", ("HTTP/1.0 200 OK\r\n" + JpegType), NotPictureTold);
+        row("in the body", pictureAnswer(picture()).chopped(9), NewImageTold);
+        row("after the body", httpAnswer(picture(), JpegType), NewImageTold);
     }
 
     void aResetEndsAsAClose()
@@ -242,15 +241,12 @@ private slots:
 
     void aRedirectBringsNoHeaderLine_data()
     {
-        QTest::addColumn<QByteArray>("path");
-        QTest::addColumn<QByteArray>("fetched");
-        QTest::newRow("header mark") << QByteArray("/b\x01"
-                                                   "Cookie: evil")
-                                     << QByteArray("/bCookie: evil");
-        QTest::newRow("line feed") << QByteArray("/b\nCookie: evil") << QByteArray("/b");
-        QTest::newRow("carriage return") << QByteArray("/b\rCookie: evil") << QByteArray("/b");
-        QTest::newRow("NUL, tab, escape") << QByteArray("/b\0\t\x1B[2J", 8) << QByteArray("/b[2J");
-        QTest::newRow("C1 controls") << QByteArray("/b\xC2\x85\xC2\x9B") << QByteArray("/b");
+        const Rows<QByteArray, QByteArray> row("path", "fetched");
+        row("header mark", "/b\1Cookie: evil", "/bCookie: evil");
+        row("line feed", "/b\nCookie: evil", "/b");
+        row("carriage return", "/b\rCookie: evil", "/b");
+        row("NUL, tab, escape", QByteArray("/b\0\t\x1B[2J", 8), "/b[2J");
+        row("C1 controls", "/b\xC2\x85\xC2\x9B", "/b");
     }
 
     void aRedirectBringsNoHeaderLine()
@@ -274,20 +270,16 @@ private slots:
 
     void aDateBringsNoHeaderLine_data()
     {
-        QTest::addColumn<QByteArray>("date");
-        QTest::addColumn<QByteArray>("sent");
-        QTest::newRow("line feed") << QByteArray("Mon\nCookie: evil") << QByteArray("Mon");
-        QTest::newRow("carriage return") << QByteArray("Mon\rCookie: evil") << QByteArray("Mon");
-        QTest::newRow("line feed first") << QByteArray("\nCookie: evil") << QByteArray();
-        QTest::newRow("NUL") << QByteArray("Mon\0day", 7) << QByteArray("Monday");
-        QTest::newRow("header mark") << QByteArray("Mon\x01"
-                                                   "day")
-                                     << QByteArray("Monday");
+        const Rows<QByteArray, QByteArray> row("date", "sent");
+        row("line feed", "Mon\nCookie: evil", "Mon");
+        row("carriage return", "Mon\rCookie: evil", "Mon");
+        row("line feed first", "\nCookie: evil", {});
+        row("NUL", QByteArray("Mon\0day", 7), "Monday");
+        row("header mark", "Mon\1day", "Monday");
         // The history's separator: it would end the date there.
-        QTest::newRow("0xFF") << QByteArray("Mon\xFF"
-                                            "day")
-                              << QByteArray("Mony\xCC\x88"
-                                            "day");
+        row("0xFF", "Mon\377day",
+            "Mony\xCC\x88"
+            "day");
     }
 
     void aDateBringsNoHeaderLine()
@@ -314,28 +306,26 @@ private slots:
 
     void aPictureThatCostsTooMuchIsNone_data()
     {
-        QTest::addColumn<QByteArray>("body");
+        const Rows<QByteArray> row("body");
         constexpr int side = 30'000;
         constexpr int most = 0x7FFFFFFF;
         const QSize large(side, side);
         const QByteArray megabyte(1'000'000, '\0');
-        QTest::newRow("jpeg of 30000 x 30000") << odd::jpeg({.size = large});
-        QTest::newRow("jpeg of 65535 x 65535") << odd::jpeg({.size = {65535, 65535}}, megabyte);
-        QTest::newRow("progressive jpeg of 30000 x 30000")
-            << odd::jpeg({.size = large, .marker = 0xC2}, megabyte);
-        QTest::newRow("jpeg of 20,000 scans")
-            << odd::jpegInScans({.size = {1'000, 1'000}, .marker = 0xC2}, 20'000);
-        QTest::newRow("jpeg of 100,000 comments")
-            << odd::jpegStart() + odd::jpegSegment(0xFE, "k: v").repeated(100'000) +
-                   odd::jpeg({.size = {8, 8}}).mid(2);
-        QTest::newRow("gif of 30000 x 30000")
-            << odd::gif(large, QRect({}, large), odd::gifRuns(1'000'000));
-        QTest::newRow("bitmap of 30000 x 30000")
-            << odd::bitmap({.width = side, .height = side, .bits = 8, .compression = 1}, megabyte);
-        QTest::newRow("bitmap of 2^31 x 2^31") << odd::bitmap({.width = most, .height = most}, {});
-        QTest::newRow("bitmap of -2^31 rows")
-            << odd::bitmap({.width = 1, .height = -most - 1}, megabyte);
-        QTest::newRow("another format") << odd::encoded(odd::scenery({64, 48}), "png");
+        row("jpeg of 30000 x 30000", odd::jpeg({.size = large}));
+        row("jpeg of 65535 x 65535", odd::jpeg({.size = {65535, 65535}}, megabyte));
+        row("progressive jpeg of 30000 x 30000",
+            odd::jpeg({.size = large, .marker = 0xC2}, megabyte));
+        row("jpeg of 20,000 scans",
+            odd::jpegInScans({.size = {1'000, 1'000}, .marker = 0xC2}, 20'000));
+        row("jpeg of 100,000 comments", odd::jpegStart() +
+                                            odd::jpegSegment(0xFE, "k: v").repeated(100'000) +
+                                            odd::jpeg({.size = {8, 8}}).mid(2));
+        row("gif of 30000 x 30000", odd::gif(large, QRect({}, large), odd::gifRuns(1'000'000)));
+        row("bitmap of 30000 x 30000",
+            odd::bitmap({.width = side, .height = side, .bits = 8, .compression = 1}, megabyte));
+        row("bitmap of 2^31 x 2^31", odd::bitmap({.width = most, .height = most}, {}));
+        row("bitmap of -2^31 rows", odd::bitmap({.width = 1, .height = -most - 1}, megabyte));
+        row("another format", odd::encoded(odd::scenery({64, 48}), "png"));
     }
 
     void aPictureThatCostsTooMuchIsNone()

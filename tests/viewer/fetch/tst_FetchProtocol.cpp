@@ -1,3 +1,4 @@
+#include "support/Rows.h"
 #include "viewer/fetch/FetchProtocol.h"
 
 using Verdict = FetchAnswer::Verdict;
@@ -24,66 +25,18 @@ class FetchProtocolTest : public QObject
 private slots:
     void takesAddressesApart_data()
     {
-        QTest::addColumn<QString>("key");
-        QTest::addColumn<QString>("hostPart");
-        QTest::addColumn<QString>("host");
-        QTest::addColumn<QString>("port");
-        QTest::addColumn<QString>("path");
-        QTest::addColumn<QString>("header");
-        QTest::newRow("no path") << "cam.example"
-                                 << "cam.example"
-                                 << "cam.example"
-                                 << "80"
-                                 << "/"
-                                 << "";
-        QTest::newRow("path") << "cam/a/b.jpg?x=1"
-                              << "cam"
-                              << "cam"
-                              << "80"
-                              << "/a/b.jpg?x=1"
-                              << "";
-        QTest::newRow("port") << "cam:8080/a.jpg"
-                              << "cam:8080"
-                              << "cam"
-                              << "8080"
-                              << "/a.jpg"
-                              << "";
-        QTest::newRow("colon in path") << "cam/a:b"
-                                       << "cam"
-                                       << "cam"
-                                       << "80"
-                                       << "/a:b"
-                                       << "";
-        QTest::newRow("two colons") << "cam:1:2/"
-                                    << "cam:1:2"
-                                    << "cam"
-                                    << "1:2"
-                                    << "/"
-                                    << "";
-        QTest::newRow("extra header") << QString("cam/a.jpg\x01") + "Cookie: a=1/2:3"
-                                      << "cam"
-                                      << "cam"
-                                      << "80"
-                                      << "/a.jpg"
-                                      << "Cookie: a=1/2:3";
-        QTest::newRow("ipv6") << "[::1]/a"
-                              << "[::1]"
-                              << "[::1]"
-                              << "80"
-                              << "/a"
-                              << "";
-        QTest::newRow("ipv6 and port") << "[::1]:81/a"
-                                       << "[::1]:81"
-                                       << "[::1]"
-                                       << "81"
-                                       << "/a"
-                                       << "";
-        QTest::newRow("nothing") << ""
-                                 << ""
-                                 << ""
-                                 << "80"
-                                 << "/"
-                                 << "";
+        const Rows<QString, QString, QString, QString, QString, QString> row(
+            "key", "hostPart", "host", "port", "path", "header");
+        row("no path", "cam.example", "cam.example", "cam.example", "80", "/", "");
+        row("path", "cam/a/b.jpg?x=1", "cam", "cam", "80", "/a/b.jpg?x=1", "");
+        row("port", "cam:8080/a.jpg", "cam:8080", "cam", "8080", "/a.jpg", "");
+        row("colon in path", "cam/a:b", "cam", "cam", "80", "/a:b", "");
+        row("two colons", "cam:1:2/", "cam:1:2", "cam", "1:2", "/", "");
+        row("extra header", QString("cam/a.jpg\x01") + "Cookie: a=1/2:3", "cam", "cam", "80",
+            "/a.jpg", "Cookie: a=1/2:3");
+        row("ipv6", "[::1]/a", "[::1]", "[::1]", "80", "/a", "");
+        row("ipv6 and port", "[::1]:81/a", "[::1]:81", "[::1]", "81", "/a", "");
+        row("nothing", "", "", "", "80", "/", "");
     }
 
     void takesAddressesApart()
@@ -101,46 +54,18 @@ private slots:
 
     void secureAddressesKeepSchemeAndPort_data()
     {
-        QTest::addColumn<QString>("key");
-        QTest::addColumn<QString>("hostPart");
-        QTest::addColumn<QString>("host");
-        QTest::addColumn<QString>("port");
-        QTest::addColumn<QString>("address");
-        QTest::newRow("no path") << "https://cam"
-                                 << "https://cam"
-                                 << "cam"
-                                 << "443"
-                                 << "https://cam/";
-        QTest::newRow("port") << "https://cam:8443/a.jpg?x=1"
-                              << "https://cam:8443"
-                              << "cam"
-                              << "8443"
-                              << "https://cam:8443/a.jpg?x=1";
-        QTest::newRow("capitals") << "HTTPS://Cam/A.jpg"
-                                  << "https://Cam"
-                                  << "Cam"
-                                  << "443"
-                                  << "https://Cam/A.jpg";
-        QTest::newRow("IPv6") << "https://[::1]:8443/a.jpg"
-                              << "https://[::1]:8443"
-                              << "[::1]"
-                              << "8443"
-                              << "https://[::1]:8443/a.jpg";
-        QTest::newRow("IPv6 without port") << "https://[::1]"
-                                           << "https://[::1]"
-                                           << "[::1]"
-                                           << "443"
-                                           << "https://[::1]/";
-        QTest::newRow("user") << "https://me@cam/a"
-                              << "https://me@cam"
-                              << "me@cam"
-                              << "443"
-                              << "https://me@cam/a";
-        QTest::newRow("no host") << "https://"
-                                 << "https://"
-                                 << ""
-                                 << "443"
-                                 << "https:///";
+        const Rows<QString, QString, QString, QString, QString> row("key", "hostPart", "host",
+                                                                    "port", "address");
+        row("no path", "https://cam", "https://cam", "cam", "443", "https://cam/");
+        row("port", "https://cam:8443/a.jpg?x=1", "https://cam:8443", "cam", "8443",
+            "https://cam:8443/a.jpg?x=1");
+        row("capitals", "HTTPS://Cam/A.jpg", "https://Cam", "Cam", "443", "https://Cam/A.jpg");
+        row("IPv6", "https://[::1]:8443/a.jpg", "https://[::1]:8443", "[::1]", "8443",
+            "https://[::1]:8443/a.jpg");
+        row("IPv6 without port", "https://[::1]", "https://[::1]", "[::1]", "443",
+            "https://[::1]/");
+        row("user", "https://me@cam/a", "https://me@cam", "me@cam", "443", "https://me@cam/a");
+        row("no host", "https://", "https://", "", "443", "https:///");
     }
 
     void secureAddressesKeepSchemeAndPort()
@@ -157,17 +82,16 @@ private slots:
 
     void portsAreOneTo65535_data()
     {
-        QTest::addColumn<QString>("text");
-        QTest::addColumn<int>("number");
-        QTest::newRow("80") << "80" << 80;
-        QTest::newRow("blanks") << " 81 " << 81;
-        QTest::newRow("largest") << "65535" << 65535;
-        QTest::newRow("too large") << "65536" << 0;
-        QTest::newRow("zero") << "0" << 0;
-        QTest::newRow("negative") << "-1" << 0;
-        QTest::newRow("word") << "http" << 0;
-        QTest::newRow("empty") << "" << 0;
-        QTest::newRow("huge") << "99999999999999999999" << 0;
+        const Rows<QString, int> row("text", "number");
+        row("80", "80", 80);
+        row("blanks", " 81 ", 81);
+        row("largest", "65535", 65535);
+        row("too large", "65536", 0);
+        row("zero", "0", 0);
+        row("negative", "-1", 0);
+        row("word", "http", 0);
+        row("empty", "", 0);
+        row("huge", "99999999999999999999", 0);
     }
 
     void portsAreOneTo65535()
@@ -178,24 +102,15 @@ private slots:
 
     void extensionIsTheLastThreeCharactersOfThePath_data()
     {
-        QTest::addColumn<QString>("path");
-        QTest::addColumn<QString>("extension");
-        QTest::newRow("jpg") << "/a.jpg"
-                             << "jpg";
-        QTest::newRow("capitals stay") << "/A.JPG"
-                                       << "JPG";
-        QTest::newRow("mixed") << "/a.Gif"
-                               << "Gif";
-        QTest::newRow("bmp") << "/a.bmp"
-                             << "bmp";
-        QTest::newRow("cgi") << "/cam.cgi"
-                             << "jpg";
-        QTest::newRow("jpeg") << "/a.jpeg"
-                              << "jpg";
-        QTest::newRow("query") << "/a?type=gif"
-                               << "gif";
-        QTest::newRow("root") << "/"
-                              << "jpg";
+        const Rows<QString, QString> row("path", "extension");
+        row("jpg", "/a.jpg", "jpg");
+        row("capitals stay", "/A.JPG", "JPG");
+        row("mixed", "/a.Gif", "Gif");
+        row("bmp", "/a.bmp", "bmp");
+        row("cgi", "/cam.cgi", "jpg");
+        row("jpeg", "/a.jpeg", "jpg");
+        row("query", "/a?type=gif", "gif");
+        row("root", "/", "jpg");
     }
 
     void extensionIsTheLastThreeCharactersOfThePath()
@@ -237,19 +152,15 @@ private slots:
 
     void otherCodesThan200AreRefused_data()
     {
-        QTest::addColumn<QByteArray>("chunk");
-        QTest::addColumn<Verdict>("verdict");
-        QTest::newRow("304") << QByteArray("HTTP/1.0 304 Not Modified\r\n\r\n")
-                             << Verdict::NotModified;
-        QTest::newRow("404") << QByteArray("HTTP/1.1 404 Not Found\r\n\r\n") << Verdict::NotFound;
-        QTest::newRow("301") << QByteArray("HTTP/1.0 301 Moved\r\nLocation: http://a/\r\n\r\n")
-                             << Verdict::NotFound;
-        QTest::newRow("500") << QByteArray("HTTP/1.0 500 Error\r\n\r\n") << Verdict::NotFound;
-        QTest::newRow("206") << QByteArray("HTTP/1.0 206 Partial\r\n\r\n") << Verdict::NotFound;
-        QTest::newRow("302 without location")
-            << QByteArray("HTTP/1.0 302 Found\r\n\r\n") << Verdict::NotFound;
-        QTest::newRow("cut status line") << QByteArray("HTTP/1.0 2") << Verdict::NotFound;
-        QTest::newRow("two blanks") << QByteArray("HTTP/1.0  200 OK\r\n\r\n") << Verdict::NotFound;
+        const Rows<QByteArray, Verdict> row("chunk", "verdict");
+        row("304", "HTTP/1.0 304 Not Modified\r\n\r\n", Verdict::NotModified);
+        row("404", "HTTP/1.1 404 Not Found\r\n\r\n", Verdict::NotFound);
+        row("301", "HTTP/1.0 301 Moved\r\nLocation: http://a/\r\n\r\n", Verdict::NotFound);
+        row("500", "HTTP/1.0 500 Error\r\n\r\n", Verdict::NotFound);
+        row("206", "HTTP/1.0 206 Partial\r\n\r\n", Verdict::NotFound);
+        row("302 without location", "HTTP/1.0 302 Found\r\n\r\n", Verdict::NotFound);
+        row("cut status line", "HTTP/1.0 2", Verdict::NotFound);
+        row("two blanks", "HTTP/1.0  200 OK\r\n\r\n", Verdict::NotFound);
     }
 
     void otherCodesThan200AreRefused()
@@ -267,38 +178,25 @@ private slots:
 
     void redirectsAreCutAtAFixedDistance_data()
     {
-        QTest::addColumn<QByteArray>("header");
-        QTest::addColumn<QString>("url");
-        QTest::newRow("absolute") << QByteArray("Location: http://new.example/b.jpg\r\n")
-                                  << "new.example/b.jpg";
-        QTest::newRow("capitals") << QByteArray("LOCATION: HTTP://new/B.jpg\r\n") << "new/B.jpg";
-        QTest::newRow("no blank") << QByteArray("Location:http://new.example/b\r\n")
-                                  << "ew.example/b";
-        QTest::newRow("relative") << QByteArray("Location: /images/current.jpg\r\n")
-                                  << "/current.jpg";
-        QTest::newRow("too short") << QByteArray("Location: /a\r\n") << "nothing";
-        QTest::newRow("scheme alone") << QByteArray("Location: http://\r\n") << "";
-        QTest::newRow("no line end") << QByteArray("Location: http://new/") << "nothing";
-        QTest::newRow("secure") << QByteArray("Location: https://new:8443/b.jpg\r\n")
-                                << "https://new:8443/b.jpg";
-        QTest::newRow("secure in capitals")
-            << QByteArray("LOCATION: HTTPS://new/B.jpg\r\n") << "HTTPS://new/B.jpg";
-        QTest::newRow("secure, no blank") << QByteArray("Location:https://new/b\r\n") << "new/b";
-        QTest::newRow("secure, two blanks")
-            << QByteArray("Location:  https://new/b\r\n") << "//new/b";
-        QTest::newRow("secure after a tab")
-            << QByteArray("Location:\thttps://new/b\r\n") << "/new/b";
-        QTest::newRow("secure, no line end") << QByteArray("Location: https://new/") << "nothing";
-        QTest::newRow("secure, cut") << QByteArray("Location: https:/\r\n") << "";
-        QTest::newRow("secure scheme alone") << QByteArray("Location: https://\r\n") << "https://";
-        QTest::newRow("secure header mark") << QByteArray("Location: https://new/\x01"
-                                                          "Evil: 1\r\n")
-                                            << "https://new/Evil: 1";
-        QTest::newRow("header mark") << QByteArray("Location: http://new/\x01"
-                                                   "Evil: 1\r\n")
-                                     << "new/Evil: 1";
-        QTest::newRow("separator")
-            << QByteArray("Location: http://new/\xFF\r\n") << QString("new/y") + QChar(0x308);
+        const Rows<QByteArray, QString> row("header", "url");
+        row("absolute", "Location: http://new.example/b.jpg\r\n", "new.example/b.jpg");
+        row("capitals", "LOCATION: HTTP://new/B.jpg\r\n", "new/B.jpg");
+        row("no blank", "Location:http://new.example/b\r\n", "ew.example/b");
+        row("relative", "Location: /images/current.jpg\r\n", "/current.jpg");
+        row("too short", "Location: /a\r\n", "nothing");
+        row("scheme alone", "Location: http://\r\n", "");
+        row("no line end", "Location: http://new/", "nothing");
+        row("secure", "Location: https://new:8443/b.jpg\r\n", "https://new:8443/b.jpg");
+        row("secure in capitals", "LOCATION: HTTPS://new/B.jpg\r\n", "HTTPS://new/B.jpg");
+        row("secure, no blank", "Location:https://new/b\r\n", "new/b");
+        row("secure, two blanks", "Location:  https://new/b\r\n", "//new/b");
+        row("secure after a tab", "Location:\thttps://new/b\r\n", "/new/b");
+        row("secure, no line end", "Location: https://new/", "nothing");
+        row("secure, cut", "Location: https:/\r\n", "");
+        row("secure scheme alone", "Location: https://\r\n", "https://");
+        row("secure header mark", "Location: https://new/\1Evil: 1\r\n", "https://new/Evil: 1");
+        row("header mark", "Location: http://new/\1Evil: 1\r\n", "new/Evil: 1");
+        row("separator", "Location: http://new/\xFF\r\n", QString("new/y") + QChar(0x308));
     }
 
     void redirectsAreCutAtAFixedDistance()
@@ -311,13 +209,12 @@ private slots:
 
     void lastModifiedIsTheAnswersOwn_data()
     {
-        QTest::addColumn<QByteArray>("header");
-        QTest::addColumn<QString>("text");
-        QTest::newRow("usual") << QByteArray("Last-Modified: Thu, 01 Jan 1998 00:00:00 GMT\r\n")
-                               << "Thu, 01 Jan 1998 00:00:00 GMT";
-        QTest::newRow("none") << QByteArray() << "";
-        QTest::newRow("no blank") << QByteArray("last-modified:now\r\n") << "ow";
-        QTest::newRow("empty") << QByteArray("last-modified:\r\n") << "";
+        const Rows<QByteArray, QString> row("header", "text");
+        row("usual", "Last-Modified: Thu, 01 Jan 1998 00:00:00 GMT\r\n",
+            "Thu, 01 Jan 1998 00:00:00 GMT");
+        row("none", {}, "");
+        row("no blank", "last-modified:now\r\n", "ow");
+        row("empty", "last-modified:\r\n", "");
     }
 
     void lastModifiedIsTheAnswersOwn()
@@ -331,28 +228,21 @@ private slots:
 
     void contentLengthIsReadOnePastTheColon_data()
     {
-        QTest::addColumn<QByteArray>("header");
-        QTest::addColumn<QString>("progress");
+        const Rows<QByteArray, QString> row("header", "progress");
         const QString unknown = "  Getting Image [ 1kb ]";
-        QTest::newRow("usual") << QByteArray("Content-Length: 2048\r\n")
-                               << "  Getting Image [50% of 2kb]";
-        QTest::newRow("capitals") << QByteArray("CONTENT-LENGTH: 2048\r\n")
-                                  << "  Getting Image [50% of 2kb]";
-        QTest::newRow("no blank loses a digit")
-            << QByteArray("Content-Length:92048\r\n") << "  Getting Image [50% of 2kb]";
-        QTest::newRow("many blanks")
-            << QByteArray("Content-Length:   2048  \r\n") << "  Getting Image [50% of 2kb]";
-        QTest::newRow("none") << QByteArray() << unknown;
-        QTest::newRow("zero") << QByteArray("Content-Length: 0\r\n") << unknown;
-        QTest::newRow("word") << QByteArray("Content-Length: abc\r\n") << unknown;
-        QTest::newRow("2^31") << QByteArray("Content-Length: 2147483648\r\n") << unknown;
-        QTest::newRow("2^63") << QByteArray("Content-Length: 9223372036854775808\r\n") << unknown;
-        QTest::newRow("empty") << QByteArray("Content-Length: \r\n") << unknown;
-        QTest::newRow("empty, no blank") << QByteArray("Content-Length:\r\n") << unknown;
-        QTest::newRow("negative") << QByteArray("Content-Length: -1\r\n")
-                                  << "  Getting Image [-102400% of 0kb]";
-        QTest::newRow("large") << QByteArray("Content-Length: 2147483647\r\n")
-                               << "  Getting Image [0% of 2097152kb]";
+        row("usual", "Content-Length: 2048\r\n", "  Getting Image [50% of 2kb]");
+        row("capitals", "CONTENT-LENGTH: 2048\r\n", "  Getting Image [50% of 2kb]");
+        row("no blank loses a digit", "Content-Length:92048\r\n", "  Getting Image [50% of 2kb]");
+        row("many blanks", "Content-Length:   2048  \r\n", "  Getting Image [50% of 2kb]");
+        row("none", {}, unknown);
+        row("zero", "Content-Length: 0\r\n", unknown);
+        row("word", "Content-Length: abc\r\n", unknown);
+        row("2^31", "Content-Length: 2147483648\r\n", unknown);
+        row("2^63", "Content-Length: 9223372036854775808\r\n", unknown);
+        row("empty", "Content-Length: \r\n", unknown);
+        row("empty, no blank", "Content-Length:\r\n", unknown);
+        row("negative", "Content-Length: -1\r\n", "  Getting Image [-102400% of 0kb]");
+        row("large", "Content-Length: 2147483647\r\n", "  Getting Image [0% of 2097152kb]");
     }
 
     void contentLengthIsReadOnePastTheColon()
@@ -412,22 +302,18 @@ private slots:
 
     void progressRoundsTiesToEven_data()
     {
-        QTest::addColumn<int>("received");
-        QTest::addColumn<int>("length");
-        QTest::addColumn<QString>("progress");
-        QTest::addColumn<QString>("complete");
-        QTest::newRow("0.5 kb down") << 100 << 512 << "  Getting Image [20% of 0kb]"
-                                     << "  Getting Image [100% of 0kb]";
-        QTest::newRow("1.5 kb up") << 100 << 1536 << "  Getting Image [7% of 2kb]"
-                                   << "  Getting Image [100% of 2kb]";
-        QTest::newRow("2.5 kb down") << 1280 << 2560 << "  Getting Image [50% of 2kb]"
-                                     << "  Getting Image [100% of 2kb]";
-        QTest::newRow("12.5 % down") << 256 << 2048 << "  Getting Image [12% of 2kb]"
-                                     << "  Getting Image [100% of 2kb]";
-        QTest::newRow("37.5 % up") << 768 << 2048 << "  Getting Image [38% of 2kb]"
-                                   << "  Getting Image [100% of 2kb]";
-        QTest::newRow("unknown, 2.5 kb down") << 2560 << 0 << "  Getting Image [ 2kb ]"
-                                              << "  Getting Image [100% of 2kb]";
+        const Rows<int, int, QString, QString> row("received", "length", "progress", "complete");
+        row("0.5 kb down", 100, 512, "  Getting Image [20% of 0kb]",
+            "  Getting Image [100% of 0kb]");
+        row("1.5 kb up", 100, 1536, "  Getting Image [7% of 2kb]", "  Getting Image [100% of 2kb]");
+        row("2.5 kb down", 1280, 2560, "  Getting Image [50% of 2kb]",
+            "  Getting Image [100% of 2kb]");
+        row("12.5 % down", 256, 2048, "  Getting Image [12% of 2kb]",
+            "  Getting Image [100% of 2kb]");
+        row("37.5 % up", 768, 2048, "  Getting Image [38% of 2kb]",
+            "  Getting Image [100% of 2kb]");
+        row("unknown, 2.5 kb down", 2560, 0, "  Getting Image [ 2kb ]",
+            "  Getting Image [100% of 2kb]");
     }
 
     void progressRoundsTiesToEven()

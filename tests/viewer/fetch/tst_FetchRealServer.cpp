@@ -1,6 +1,7 @@
 // The viewer in its window against a web server as cameras' owners run them.
 
 #include "support/Pictures.h"
+#include "support/Rows.h"
 #include "support/ShownCamera.h"
 #include "support/TimeSeam.h"
 #include "support/WebServer.h"
@@ -101,10 +102,10 @@ private slots:
 
     void refusedAnswers_data()
     {
-        QTest::addColumn<QString>("path");
-        QTest::newRow("404") << "/none.jpg";
-        QTest::newRow("403") << "/secret.jpg";
-        QTest::newRow("400") << "/a b.jpg";
+        const Rows<QString> row("path");
+        row("404", "/none.jpg");
+        row("403", "/secret.jpg");
+        row("400", "/a b.jpg");
     }
 
     void refusedAnswers()
@@ -154,10 +155,9 @@ private slots:
 
     void otherFormats_data()
     {
-        QTest::addColumn<QString>("name");
-        QTest::addColumn<QByteArray>("bytes");
-        QTest::newRow("gif") << "white.gif" << smallGif();
-        QTest::newRow("bmp") << "blue.bmp" << encodedPicture({8, 8}, Qt::blue, "bmp");
+        const Rows<QString, QByteArray> row("name", "bytes");
+        row("gif", "white.gif", smallGif());
+        row("bmp", "blue.bmp", encodedPicture({8, 8}, Qt::blue, "bmp"));
     }
 
     /// Small enough to come whole in the first chunk: they end with the silence after it.

@@ -3,6 +3,7 @@
 #include "cameras/CameraKey.h"
 #include "display/ImageView.h"
 #include "support/Pictures.h"
+#include "support/Rows.h"
 #include "support/ScriptedServer.h"
 #include "support/ShownCamera.h"
 #include "support/ShownMain.h"
@@ -51,10 +52,10 @@ private slots:
 
     void aPictureComesOverTls_data()
     {
-        QTest::addColumn<QString>("host");
-        QTest::newRow("name") << "localhost";
-        QTest::newRow("address") << "127.0.0.1";
-        QTest::newRow("IPv6") << "[::1]";
+        const Rows<QString> row("host");
+        row("name", "localhost");
+        row("address", "127.0.0.1");
+        row("IPv6", "[::1]");
     }
 
     void aPictureComesOverTls()
@@ -165,14 +166,12 @@ private slots:
 
     void redirects_data()
     {
-        QTest::addColumn<bool>("fromSecure");
-        QTest::addColumn<bool>("toSecure");
-        QTest::addColumn<bool>("capitals");
-        QTest::newRow("secure to secure") << true << true << false;
-        QTest::newRow("plain to secure") << false << true << false;
-        QTest::newRow("plain to secure in capitals") << false << true << true;
-        QTest::newRow("secure to plain") << true << false << false;
-        QTest::newRow("plain to plain") << false << false << false;
+        const Rows<bool, bool, bool> row("fromSecure", "toSecure", "capitals");
+        row("secure to secure", true, true, false);
+        row("plain to secure", false, true, false);
+        row("plain to secure in capitals", false, true, true);
+        row("secure to plain", true, false, false);
+        row("plain to plain", false, false, false);
     }
 
     void redirects()

@@ -1,4 +1,5 @@
 // The movie file's parts: put together, and found again whatever the chunks.
+#include "support/Rows.h"
 #include "viewer/movie/MovieFile.h"
 
 namespace {
@@ -40,23 +41,20 @@ private slots:
 
     void partsAreFoundInAnyChunks_data()
     {
-        QTest::addColumn<QByteArray>("file");
-        QTest::addColumn<QByteArrayList>("parts");
+        const Rows<QByteArray, QByteArrayList> row("file", "parts");
         const QByteArray s = "&IMAGE&";
-        QTest::newRow("one frame") << A << QByteArrayList{A};
-        QTest::newRow("three") << A + s + B + s + C << QByteArrayList{A, B, C};
-        QTest::newRow("looks nearly like one")
-            << A + "&IMAG&&IMAGE-" + s + B + "&image&"
-            << QByteArrayList{A + "&IMAG&&IMAGE-", B + "&image&"};
+        row("one frame", A, {A});
+        row("three", A + s + B + s + C, {A, B, C});
+        row("looks nearly like one", A + "&IMAG&&IMAGE-" + s + B + "&image&",
+            {A + "&IMAG&&IMAGE-", B + "&image&"});
         // The first of two that overlap counts.
-        QTest::newRow("overlapping") << A + "&IMAGE&IMAGE&" + B << QByteArrayList{A, "IMAGE&" + B};
-        QTest::newRow("at the end") << A + s << QByteArrayList{A, ""};
-        QTest::newRow("at the beginning") << s + A << QByteArrayList{""};
-        QTest::newRow("twice") << A + s + s + B << QByteArrayList{A, ""};
-        QTest::newRow("inside a frame") << A + s + B + s + B << QByteArrayList{A, B, B};
-        QTest::newRow("zeros and high bytes")
-            << QByteArray(16, '\0') + s + QByteArray(20, '\xFF')
-            << QByteArrayList{QByteArray(16, '\0'), QByteArray(20, '\xFF')};
+        row("overlapping", A + "&IMAGE&IMAGE&" + B, {A, "IMAGE&" + B});
+        row("at the end", A + s, {A, ""});
+        row("at the beginning", s + A, {""});
+        row("twice", A + s + s + B, {A, ""});
+        row("inside a frame", A + s + B + s + B, {A, B, B});
+        row("zeros and high bytes", QByteArray(16, '\0') + s + QByteArray(20, '\xFF'),
+            {QByteArray(16, '\0'), QByteArray(20, '\xFF')});
     }
 
     void partsAreFoundInAnyChunks()

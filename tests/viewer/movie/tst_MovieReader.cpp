@@ -3,6 +3,7 @@
 
 #include "support/JobLog.h"
 #include "support/Pictures.h"
+#include "support/Rows.h"
 #include "support/RunAgain.h"
 #include "support/ScratchFile.h"
 #include "support/TimeSeam.h"
@@ -106,20 +107,15 @@ private slots:
 
     void whatIsNoMovieFails_data()
     {
-        QTest::addColumn<QString>("name");
-        QTest::addColumn<QByteArray>("content");
-        QTest::addColumn<bool>("opens");
-        QTest::newRow("missing") << "missing/one.pvm" << QByteArray() << false;
-        QTest::newRow("empty") << "empty.pvm" << QByteArray("") << false;
-        QTest::newRow("a text") << "text.pvm" << QByteArray("This is a text and no picture.")
-                                << true;
-        QTest::newRow("one byte") << "byte.pvm" << QByteArray("&") << true;
-        QTest::newRow("a separator") << "separator.pvm" << QByteArray("&IMAGE&") << true;
-        QTest::newRow("separators")
-            << "separators.pvm" << QByteArray("&IMAGE&").repeated(100) << true;
-        QTest::newRow("a picture of another kind")
-            << "other.pvm" << encodedPicture({9, 9}, Qt::red, "png") << true;
-        QTest::newRow("half a header") << "half.pvm" << frame(10).left(100) << true;
+        const Rows<QString, QByteArray, bool> row("name", "content", "opens");
+        row("missing", "missing/one.pvm", {}, false);
+        row("empty", "empty.pvm", "", false);
+        row("a text", "text.pvm", "This is a text and no picture.", true);
+        row("one byte", "byte.pvm", "&", true);
+        row("a separator", "separator.pvm", "&IMAGE&", true);
+        row("separators", "separators.pvm", QByteArray("&IMAGE&").repeated(100), true);
+        row("a picture of another kind", "other.pvm", encodedPicture({9, 9}, Qt::red, "png"), true);
+        row("half a header", "half.pvm", frame(10).left(100), true);
     }
 
     void whatIsNoMovieFails()
@@ -140,10 +136,8 @@ private slots:
     void aPipeAndADeviceAreNotWaitedFor()
     {
         // A hang ends this test by the time limit of its own process.
-        if (!runsAgain()) {
-            QCOMPARE(runAgainAsOrdinaryUser("aPipeAndADeviceAreNotWaitedFor"), "passed");
+        if (ranAsOrdinaryUser())
             return;
-        }
         const QString pipe = m_folder.filePath("pipe.pvm");
         QCOMPARE(QProcess::execute("mkfifo", {pipe}), 0);
         for (const QString& path : {pipe, QString("/dev/zero"), m_folder.path(), QString()})
@@ -152,10 +146,8 @@ private slots:
 
     void aFileThatMustNotBeReadFails()
     {
-        if (!runsAgain()) {
-            QCOMPARE(runAgainAsOrdinaryUser("aFileThatMustNotBeReadFails"), "passed");
+        if (ranAsOrdinaryUser())
             return;
-        }
         ScratchFile movie("secret.pvm");
         movie.setContent(frame(10));
         QVERIFY(QFile::setPermissions(movie.path(), QFile::WriteOwner));
@@ -164,17 +156,15 @@ private slots:
 
     void framesBeforeABadOneAreGiven_data()
     {
-        QTest::addColumn<QByteArray>("bad");
-        QTest::addColumn<QString>("maximum");
-        QTest::addColumn<qint64>("written"); // beyond the frames before
-        QTest::newRow("a text") << QByteArray("This is a text and no picture.") << "4" << qint64(0);
+        const Rows<QByteArray, QString, qint64> row("bad", "maximum",
+                                                    "written"); // beyond the frames before
+        row("a text", "This is a text and no picture.", "4", qint64(0));
         // What cannot be a picture by its length alone ends the search for parts.
-        QTest::newRow("nothing") << QByteArray() << "3" << qint64(0);
-        QTest::newRow("too long") << QByteArray(Still::MaxEncodedBytes + 1, 'x') << "3"
-                                  << qint64(0);
+        row("nothing", {}, "3", qint64(0));
+        row("too long", QByteArray(Still::MaxEncodedBytes + 1, 'x'), "3", qint64(0));
         // The longest that is read at all.
-        QTest::newRow("as long as may be")
-            << QByteArray(Still::MaxEncodedBytes, 'x') << "4" << qint64(Still::MaxEncodedBytes);
+        row("as long as may be", QByteArray(Still::MaxEncodedBytes, 'x'), "4",
+            qint64(Still::MaxEncodedBytes));
     }
 
     void framesBeforeABadOneAreGiven()
@@ -312,19 +302,16 @@ private slots:
 
     void nothingIsWrittenThroughWhatIsNoOrdinaryFile_data()
     {
-        QTest::addColumn<QString>("kind");
+        const Rows<QString> row("kind");
         for (const char* kind : {"folder", "link", "broken link", "pipe"})
-            QTest::newRow(kind) << kind;
+            row(kind, kind);
     }
 
     void nothingIsWrittenThroughWhatIsNoOrdinaryFile()
     {
         QFETCH(QString, kind);
-        if (!runsAgain()) {
-            QCOMPARE(runAgainAsOrdinaryUser("nothingIsWrittenThroughWhatIsNoOrdinaryFile"),
-                     "passed");
+        if (ranAsOrdinaryUser())
             return;
-        }
         ScratchFile target("target");
         const QTemporaryDir folder;
         const QString path = folder.filePath("tt.jpg");
@@ -391,9 +378,9 @@ private slots:
 
     void aHandlerMayCancelIt_data()
     {
-        QTest::addColumn<QString>("at");
+        const Rows<QString> row("at");
         for (const char* at : {"maximum", "value", "caption Done!", "frame", "loaded", "failed"})
-            QTest::newRow(at) << at;
+            row(at, at);
     }
 
     void aHandlerMayCancelIt()

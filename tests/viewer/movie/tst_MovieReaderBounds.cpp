@@ -71,11 +71,7 @@ private slots:
     {
         // Whole it has 192 MB.
         const QString path = m_folder.filePath("large.pvm");
-        {
-            QFile file(path);
-            QVERIFY(file.open(QIODevice::WriteOnly));
-            file.write(encodedPicture({8000, 6000}, Qt::red));
-        }
+        writeFile(path, encodedPicture({8000, 6000}, Qt::red));
         const ChildCost cost = costOfChild({ReadOption, path});
         QCOMPARE(cost.exitCode, Loads);
         VERIFY_PEAK(cost, 100);

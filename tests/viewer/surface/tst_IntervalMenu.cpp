@@ -1,4 +1,5 @@
 #include "support/Dialogs.h"
+#include "support/Rows.h"
 #include "viewer/surface/IntervalMenu.h"
 
 #include <QInputDialog>
@@ -138,27 +139,25 @@ private slots:
 
     void readsIntervals_data()
     {
-        QTest::addColumn<QString>("text");
-        QTest::addColumn<bool>("isNumber");
-        QTest::addColumn<int>("seconds"); // -99999: none
-        QTest::newRow("plain") << "60" << true << 60;
-        QTest::newRow("blanks") << " 60 " << true << 60;
-        QTest::newRow("negative") << "-5" << true << -5;
-        QTest::newRow("plus") << "+5" << true << 5;
-        QTest::newRow("zero") << "0" << true << 0;
-        QTest::newRow("tie down") << "2.5" << true << 2;
-        QTest::newRow("tie up") << "3.5" << true << 4;
-        QTest::newRow("point first") << ".6" << true << 1;
-        QTest::newRow("exponent") << "1e2" << true << 100;
-        QTest::newRow("largest") << "32767" << true << 32767;
-        QTest::newRow("rounds down to the largest") << "32767.4" << true << 32767;
-        QTest::newRow("rounds beyond the largest") << "32767.5" << true << -99999;
-        QTest::newRow("smallest") << "-32768" << true << -32768;
-        QTest::newRow("nan") << "nan" << false << -99999;
-        QTest::newRow("inf") << "inf" << false << -99999;
-        QTest::newRow("hex") << "0x10" << false << -99999;
-        QTest::newRow("unit") << "60s" << false << -99999;
-        QTest::newRow("blank") << " " << false << -99999;
+        const Rows<QString, bool, int> row("text", "isNumber", "seconds"); // -99999: none
+        row("plain", "60", true, 60);
+        row("blanks", " 60 ", true, 60);
+        row("negative", "-5", true, -5);
+        row("plus", "+5", true, 5);
+        row("zero", "0", true, 0);
+        row("tie down", "2.5", true, 2);
+        row("tie up", "3.5", true, 4);
+        row("point first", ".6", true, 1);
+        row("exponent", "1e2", true, 100);
+        row("largest", "32767", true, 32767);
+        row("rounds down to the largest", "32767.4", true, 32767);
+        row("rounds beyond the largest", "32767.5", true, -99999);
+        row("smallest", "-32768", true, -32768);
+        row("nan", "nan", false, -99999);
+        row("inf", "inf", false, -99999);
+        row("hex", "0x10", false, -99999);
+        row("unit", "60s", false, -99999);
+        row("blank", " ", false, -99999);
     }
 
     void readsIntervals()

@@ -1,3 +1,4 @@
+#include "support/Rows.h"
 #include "viewer/surface/ViewerLayout.h"
 
 static ViewerLayoutInput input()
@@ -17,12 +18,11 @@ class ViewerLayoutTest : public QObject
 private slots:
     void partsTileTheControl_data()
     {
-        QTest::addColumn<bool>("toolBar");
-        QTest::addColumn<bool>("debug");
-        QTest::newRow("all") << true << false;
-        QTest::newRow("no toolbar") << false << false;
-        QTest::newRow("debug box") << true << true;
-        QTest::newRow("debug box, no toolbar") << false << true;
+        const Rows<bool, bool> row("toolBar", "debug");
+        row("all", true, false);
+        row("no toolbar", false, false);
+        row("debug box", true, true);
+        row("debug box, no toolbar", false, true);
     }
 
     void partsTileTheControl()
