@@ -7,8 +7,7 @@
 #include "viewer/movie/MovieReader.h"
 #include "viewer/movie/MovieWriter.h"
 #include "viewer/surface/ToolBar.h"
-
-#include <QMessageBox>
+#include "widgets/MessageQueue.h"
 
 #include <memory>
 #include <utility>
@@ -20,6 +19,7 @@ MovieCommands::MovieCommands(const Parts& parts, const QString& folder, QWidget*
     , m_parts(parts)
     , m_folder(folder)
     , m_viewer(viewer)
+    , m_messages(new MessageQueue(viewer))
 {
 }
 
@@ -62,8 +62,5 @@ void MovieCommands::SaveMovie(const QString& FileName)
 void MovieCommands::tellOfNoMovie()
 {
     // Kept: whatever the error was.
-    auto* box = new QMessageBox(QMessageBox::Critical, u"Error"_s, u"Out of memory"_s,
-                                QMessageBox::Ok, m_viewer->window());
-    box->setAttribute(Qt::WA_DeleteOnClose);
-    box->open();
+    m_messages->tell({QMessageBox::Critical, u"Error"_s, u"Out of memory"_s});
 }

@@ -5,8 +5,9 @@
 
 class History;
 class HistoryView;
-class ToolBar;
 class JobQueue;
+class MessageQueue;
+class ToolBar;
 
 /// The history from and into movie files: starts the jobs that read and write them, each with its
 /// progress window, and takes over what they bring.
@@ -50,4 +51,5 @@ private:
     Parts m_parts;
     QString m_folder;
     QWidget* m_viewer;
+    MessageQueue* m_messages;
 };
