@@ -19,7 +19,7 @@ QByteArray fromEncoder(const QImage& image, const QStringList& options)
     encoder.start("cjpeg", options);
     encoder.write(odd::encoded(image, "bmp"));
     encoder.closeWriteChannel();
-    if (!encoder.waitForFinished() || encoder.exitCode() != 0)
+    if (!encoder.waitForFinished(HangMs) || encoder.exitCode() != 0)
         qFatal("cjpeg failed: %s", encoder.readAllStandardError().constData());
     return encoder.readAllStandardOutput();
 }
@@ -48,6 +48,9 @@ private slots:
         QTest::newRow("half of them across") << QStringList{"-sample", "2x1"} << Odd;
         QTest::newRow("half of them down") << QStringList{"-sample", "1x2"} << Odd;
         QTest::newRow("all the colours") << QStringList{"-sample", "1x1"} << Odd;
+        QTest::newRow("a third of them across") << QStringList{"-sample", "3x1"} << Odd;
+        QTest::newRow("a quarter of them down") << QStringList{"-sample", "1x4"} << Odd;
+        QTest::newRow("each colour in its way") << QStringList{"-sample", "2x2,1x2,2x1"} << Odd;
         QTest::newRow("progressive") << QStringList{"-progressive"} << Odd;
         QTest::newRow("arithmetic") << QStringList{"-arithmetic"} << Odd;
         QTest::newRow("red, green and blue") << QStringList{"-rgb"} << Odd;
@@ -108,6 +111,13 @@ private slots:
         const QByteArray whole = odd::encoded(odd::scenery(Odd), "jpg");
         QByteArray withoutTables = odd::jpegStart() + odd::jpegFrame({.size = Odd}) +
                                    odd::jpegScan(1, 3, {}) + odd::jpegEnd();
+        const QByteArray endsInAWarning = odd::jpegStart() + odd::jpegTables() +
+                                          odd::jpegFrame({.size = Odd, .marker = 0xC2}) +
+                                          odd::jpegScan(1, 3, {}, 0, 0);
+        QVERIFY(jpegPixels(endsInAWarning + odd::jpegEnd(), Odd).value_or(QImage()).size() == Odd);
+        QTest::newRow("a table of nonsense after a warning")
+            << endsInAWarning + odd::jpegSegment(0xC4, QByteArray(1, 0) + QByteArray(16, '\xFF')) +
+                   odd::jpegScan(1, 1, {}, 1, odd::WholeBlock) + odd::jpegEnd();
         QTest::newRow("nothing") << QByteArray();
         QTest::newRow("no JPEG") << QByteArray("GIF89a");
         QTest::newRow("the start alone") << odd::jpegStart();
