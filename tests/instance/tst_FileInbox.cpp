@@ -183,7 +183,7 @@ private slots:
         QCOMPARE(b.box.objectName(), "txtCom");
         QVERIFY(!b.box.accessibleName().isEmpty());
         b.window.show();
-        QVERIFY(QTest::qWaitForWindowExposed(&b.window));
+        QVERIFY(waitForExposed(&b.window));
         QVERIFY(!b.box.isVisible());
         b.box.setFocus();
         QVERIFY(!b.box.hasFocus());

@@ -1,5 +1,7 @@
 #include "support/ShownMain.h"
 
+#include "support/Waiting.h"
+
 #include <QFile>
 #include <QMenu>
 #include <QMenuBar>
@@ -47,7 +49,7 @@ frmMain& ShownMain::shown()
 {
     made().show();
     made().activateWindow();
-    if (!QTest::qWaitForWindowActive(m_window.get()))
+    if (!waitForActive(m_window.get()))
         qFatal("the main window does not become active");
     return *m_window;
 }
@@ -68,7 +70,7 @@ void ShownMain::choose(const QString& menu, const QString& entryName)
     auto& list = part<QMenu>(menu);
     auto& bar = *made().menuBar();
     QTest::mouseClick(&bar, Qt::LeftButton, {}, bar.actionGeometry(list.menuAction()).center());
-    if (!QTest::qWaitForWindowExposed(&list))
+    if (!waitForExposed(&list))
         qFatal("the menu %s does not open", qPrintable(menu));
     QTest::mouseClick(&list, Qt::LeftButton, {}, list.actionGeometry(&entry(entryName)).center());
 }

@@ -1,5 +1,7 @@
 #include "support/TestAuthority.h"
 
+#include "support/Waiting.h"
+
 #include <QFile>
 #include <QProcess>
 #include <QSslKey>
@@ -12,7 +14,7 @@ void openssl(const QStringList& words)
     QProcess process;
     process.setProcessChannelMode(QProcess::MergedChannels);
     process.start("openssl", words);
-    if (!process.waitForFinished(60'000) || process.exitCode() != 0)
+    if (!process.waitForFinished(HangMs) || process.exitCode() != 0)
         qFatal("openssl %s: %s", qPrintable(words.join(' ')), process.readAll().constData());
 }
 
