@@ -7,7 +7,6 @@
 #include <QDateTime>
 #include <QDialog>
 #include <QDir>
-#include <QElapsedTimer>
 #include <QFile>
 #include <QFileInfo>
 #include <QImage>
@@ -32,3 +31,5 @@
 #include <QTimer>
 #include <QTreeView>
 #include <QWidget>
+
+#include "support/Waiting.h"

@@ -34,10 +34,11 @@ private slots:
         QVERIFY(p.property("WM_CLASS").contains("\"pevora\""));
         if (byKeyboard) {
             // A window manager that is busy drawing the frame may miss a key.
-            for (int tries = 0; tries < 10 && !p.endsWithin(tries == 0 ? 0 : 3000); ++tries) {
+            QTRY_VERIFY([&] {
                 p.tell("xdotool", {"windowactivate", "--sync", p.window});
                 p.tell("xdotool", {"key", "--clearmodifiers", "alt+F4"});
-            }
+                return p.process.state() == QProcess::NotRunning;
+            }());
         } else {
             p.terminate();
         }
@@ -185,10 +186,8 @@ private slots:
         QCOMPARE(p.ended(), "0");
         QVERIFY(isIntact(p));
         QCOMPARE(p.process.readAllStandardError(), "");
-        qInfo("window after %.2f s of processor time, usually %.2f s", seconds, usualSeconds);
-#ifndef __SANITIZE_ADDRESS__
-        QVERIFY(usualSeconds >= 0 && seconds < usualSeconds + 1);
-#endif
+        qInfo("window at %.2f times the usual cost", seconds / usualSeconds);
+        QVERIFY(usualSeconds > 0 && seconds < 6 * usualSeconds);
     }
 
     void anUnwritableFolderGivesWayToTheUsersOwn()
@@ -203,8 +202,14 @@ private slots:
         QVERIFY(QFileInfo(p.home("data/pevora/pref.ini")).isFile());
     }
 
-    void tenThousandFavouritesCostNoTime()
+    void tenThousandFavouritesCostNoMoreThanAFewStarts()
     {
+        RunningProgram usual;
+        QVERIFY(usual.start());
+        const double usualSeconds = usual.secondsUsed();
+        usual.terminate();
+        QCOMPARE(usual.ended(), "0");
+
         QByteArray content = "[FAVORITES]\r\n";
         for (int i = 0; i < 10'000; ++i) {
             const QByteArray n = QByteArray::number(i);
@@ -218,10 +223,8 @@ private slots:
         p.terminate();
         QCOMPARE(p.ended(), "0");
         QCOMPARE(p.preferences(), content + "COUNT=10000\r\n" + DesignView);
-        qInfo("window after %.2f s of processor time", atStart);
-#ifndef __SANITIZE_ADDRESS__
-        QVERIFY(atStart >= 0 && atStart < 1.5);
-#endif
+        qInfo("window at %.2f times the usual cost", atStart / usualSeconds);
+        QVERIFY(usualSeconds > 0 && atStart < 8 * usualSeconds);
     }
 };
 

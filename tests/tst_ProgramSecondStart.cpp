@@ -5,7 +5,6 @@
 #include "support/Rows.h"
 #include "support/RunningProgram.h"
 #include "support/ScratchFile.h"
-#include "support/Slower.h"
 
 #include <csignal>
 
@@ -156,7 +155,7 @@ private slots:
         QVERIFY(p.start());
         for (const QStringList& arguments : {QStringList(), QStringList("")}) {
             QProcess& second = p.startAnother(arguments);
-            QTRY_VERIFY_WITH_TIMEOUT(!RunningProgram::windowOf(second).isEmpty(), 30'000);
+            QTRY_VERIFY(!RunningProgram::windowOf(second).isEmpty());
             QVERIFY(p.process.state() == QProcess::Running);
             RunningProgram::terminate(second);
             QCOMPARE(RunningProgram::ended(second), "0");
@@ -176,15 +175,17 @@ private slots:
     void eightyStartsAtOnce()
     {
         QFETCH(bool, beforeItRuns);
-        constexpr int starts = 80 / Slower;
+#ifdef __SANITIZE_ADDRESS__ // Each of them needs a multiple of the memory.
+        constexpr int starts = 8;
+#else
+        constexpr int starts = 80;
+#endif
         RunningProgram p;
         for (int i = 0; i < starts; ++i)
             p.write(QString::number(i), listOf(i));
         if (!beforeItRuns)
             QVERIFY(p.start());
 
-        QElapsedTimer clock;
-        clock.start();
         QList<QProcess*> senders;
         for (int i = 0; i < starts; ++i)
             senders << &p.startAnother({p.program(QString::number(i))});
@@ -193,11 +194,12 @@ private slots:
                 [](const QProcess* one) { return one->state() == QProcess::NotRunning; });
             return senders.size();
         };
-        // Where none ran before, one of them is the first.
-        QTRY_COMPARE_WITH_TIMEOUT(running(), beforeItRuns ? 1 : 0, 60'000);
-        qInfo("%d starts are over after %lld ms", starts, clock.elapsed());
+        // Where none ran before, one of them is the first. The others end one by one.
+        for (qsizetype left = running(); left > (beforeItRuns ? 1 : 0); left = running())
+            QTRY_VERIFY(running() < left);
+        QCOMPARE(running(), beforeItRuns ? 1 : 0);
         QProcess& first = beforeItRuns ? *senders.first() : p.process;
-        QTRY_VERIFY_WITH_TIMEOUT(!RunningProgram::windowOf(first).isEmpty(), 30'000);
+        QTRY_VERIFY(!RunningProgram::windowOf(first).isEmpty());
         RunningProgram::terminate(first);
         QCOMPARE(RunningProgram::ended(first), "0");
         QCOMPARE(handedOver(p), starts);
@@ -211,10 +213,10 @@ private slots:
         p.write("1", listOf(1));
         p.write("2", listOf(2));
         QProcess& killed = p.startAnother({});
-        QTRY_VERIFY_WITH_TIMEOUT(!RunningProgram::windowOf(killed).isEmpty(), 30'000);
+        QTRY_VERIFY(!RunningProgram::windowOf(killed).isEmpty());
         QCOMPARE(handedOverBy(p, {p.program("1")}), "0");
         killed.kill();
-        QVERIFY(RunningProgram::endsWithin(killed, 30'000));
+        QVERIFY(RunningProgram::ends(killed));
         QVERIFY(!QDir(p.home("pevora")).isEmpty(QDir::AllEntries | QDir::System));
 
         // The next one is the first, whether it is given a file or not.
@@ -238,13 +240,13 @@ private slots:
         RunningProgram p;
         p.write("1", listOf(1));
         QProcess& first = p.startAnother({});
-        QTRY_VERIFY_WITH_TIMEOUT(!RunningProgram::windowOf(first).isEmpty(), 30'000);
+        QTRY_VERIFY(!RunningProgram::windowOf(first).isEmpty());
         QVERIFY(p.start());
         if (byKill)
             first.kill();
         else
             RunningProgram::terminate(first);
-        QVERIFY(RunningProgram::endsWithin(first, 30'000));
+        QVERIFY(RunningProgram::ends(first));
         // With a display: where nobody served, it would stay.
         QProcess& sender = p.startAnother({p.program("1")});
         QCOMPARE(RunningProgram::ended(sender), "0");
@@ -259,11 +261,8 @@ private slots:
         p.write("1", listOf(1));
         QVERIFY(p.start());
         QCOMPARE(::kill(pid_t(p.process.processId()), SIGSTOP), 0);
-        QElapsedTimer clock;
-        clock.start();
         // With a display: where it took itself for the first, it would stay.
         QCOMPARE(RunningProgram::ended(p.startAnother({p.program("1")})), "0");
-        QVERIFY(clock.elapsed() >= 5000);
         QCOMPARE(::kill(pid_t(p.process.processId()), SIGCONT), 0);
         // What it was told meanwhile it does when it can: it hears one after the other.
         p.write("2", listOf(2));
@@ -284,7 +283,13 @@ private slots:
         RunningProgram::tell("xdotool", {"windowminimize", p.window});
         QTRY_VERIFY(p.property("WM_STATE").contains("Iconic"));
         QCOMPARE(handedOverBy(p, {p.program("1")}), "0");
-        QVERIFY(!QTest::qWaitFor([&] { return !p.property("WM_STATE").contains("Iconic"); }, 500));
+        // Whatever that did to the window, the window manager has done it before it shows another
+        // one that comes later.
+        QCOMPARE(handedOverBy(p, {p.program("1")}), "0");
+        QWidget later;
+        later.show();
+        QVERIFY(waitForExposed(&later));
+        QVERIFY(p.property("WM_STATE").contains("Iconic"));
         QCOMPARE(p.property("WM_NAME"), "WM_NAME(STRING) = \"Pevora\"");
         p.terminate();
         QCOMPARE(p.ended(), "0");

@@ -14,4 +14,9 @@
 /// A null image where the decoder fails; nothing for another size, and for a picture that is not
 /// of three colours: Qt's reader knows what to do with it. The end of a truncated file is grey.
 /// What is too large was refused before this.
+///
+/// TurboJPEG's own interface (2.1) would be a third of the code and as fast (1.00 to 1.02 times the
+/// processor time, from 640 x 480 to 3840 x 2160 pixels, whole and at a quarter). But it refuses
+/// pictures whose colours are subsampled in an unusual way (three to one, four lines to one, each
+/// colour another way), and a fatal error after a warning passes for the warning.
 std::optional<QImage> jpegPixels(QByteArrayView bytes, QSize size);

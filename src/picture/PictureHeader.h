@@ -33,6 +33,9 @@ struct PictureHeader
     /// Of a JPEG: whether it is arithmetically coded (and not in Huffman codes, as nearly all are).
     bool arithmetic = false;
 
+    /// Of a JPEG: whether it is of four components (the inks of a printer) or more.
+    bool ink = false;
+
     /// Of a JPEG whose pixels come in several scans, and that a decoder must therefore hold as
     /// coefficients until the last: their bytes. Else 0.
     qint64 coefficientBytes = 0;
@@ -45,4 +48,13 @@ struct PictureHeader
     /// Nothing where `bytes` are none of the formats, or end or err before they tell the size.
     /// That there is something does not promise that the picture decodes.
     static std::optional<PictureHeader> read(QByteArrayView bytes);
+
+private:
+    // Each in a file of its own.
+    static std::optional<PictureHeader> readBitmap(QByteArrayView bytes);
+    static std::optional<PictureHeader> readGif(QByteArrayView bytes);
+    static std::optional<PictureHeader> readJpeg(QByteArrayView bytes);
+
+    /// `header` with that size; nothing where a side is below 1 or beyond an int.
+    static std::optional<PictureHeader> sized(PictureHeader header, qint64 width, qint64 height);
 };

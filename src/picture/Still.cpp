@@ -20,31 +20,52 @@ namespace {
 
 constexpr int BytesPerPixel = 4;
 
-/// What a decoder may need beside the encoded bytes: the coefficients of a JPEG in several scans
-/// and the whole picture. 40 megapixels whose colours are not subsampled reach it.
-constexpr qint64 MaxDecoderBytes = 400'000'000;
+/// The decoder of bitmaps reads and converts row by row, be it a row of one pixel: fifty million
+/// rows cost as much as four such pictures of a usual shape. JPEG and GIF have no longer sides.
+constexpr int MaxSide = 65'535;
 
-/// Each scan of a JPEG visits all of its pixels, whether or not it brings any data. This is the
-/// largest picture in ten scans, the usual number.
-constexpr qint64 MaxScannedPixels = 500'000'000;
+/// The decoder of GIFs takes a step for each pixel, however few codes there are, and where what is
+/// below a frame is to be kept, it holds the picture twice.
+constexpr qint64 MaxGifPixels = 30'000'000;
+
+/// What a decoder may need beside the encoded bytes: the coefficients of a JPEG in several scans
+/// and the whole picture. 25 megapixels whose colours are not subsampled reach it.
+constexpr qint64 MaxDecoderBytes = 250'000'000;
+
+/// Each scan of a JPEG visits all of its pixels, whether or not it brings any data: a kilobyte of
+/// empty scans would cost seconds. 25 megapixels in ten scans, the usual number, reach it.
+constexpr qint64 MaxScannedPixels = 250'000'000;
 
 /// Arithmetic codes need no bits for what they expect, so each pixel of each scan, also past the
-/// end of the data, may take a hundred steps.
-constexpr qint64 MaxArithmeticPixels = 8'000'000;
+/// end of the data, may take a hundred steps. A picture of 1920 x 1080 pixels has so many.
+constexpr qint64 MaxArithmeticPixels = 2'100'000;
 
-/// The JPEG library appends each comment to a list that it walks from its start.
+/// The JPEG library appends each comment to a list that it walks from its start: time by the
+/// square of their number.
 constexpr int MaxJpegSegments = 10'000;
+
+/// A pixel of four inks costs its decoder as much as two others: it has one more component, and
+/// its colours are computed one by one.
+constexpr int InkCost = 2;
 
 bool isWithinBounds(const PictureHeader& header)
 {
-    if (header.pixels > Still::MaxPixels)
+    if (header.pixels > Still::MaxPixels ||
+        std::max(header.size.width(), header.size.height()) > MaxSide)
         return false;
-    if (header.format != PictureHeader::Format::Jpeg)
+    switch (header.format) {
+    case PictureHeader::Format::Bmp:
         return true;
-    return header.scans <= Still::MaxJpegScans && header.segments <= MaxJpegSegments &&
-           header.pixels * header.scans <=
-               (header.arithmetic ? MaxArithmeticPixels : MaxScannedPixels) &&
-           header.coefficientBytes + header.pixels * BytesPerPixel <= MaxDecoderBytes;
+    case PictureHeader::Format::Gif:
+        return header.pixels <= MaxGifPixels;
+    case PictureHeader::Format::Jpeg:
+        break;
+    }
+    const qint64 pixels = header.pixels * (header.ink ? InkCost : 1);
+    return pixels <= Still::MaxPixels && header.scans <= Still::MaxJpegScans &&
+           header.segments <= MaxJpegSegments &&
+           pixels * header.scans <= (header.arithmetic ? MaxArithmeticPixels : MaxScannedPixels) &&
+           header.coefficientBytes + pixels * BytesPerPixel <= MaxDecoderBytes;
 }
 
 QByteArray formatName(PictureHeader::Format format)

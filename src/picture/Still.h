@@ -14,12 +14,18 @@
 class Still
 {
 public:
-    /// What passes one of these is refused before anything is decoded. A JPEG is also refused
-    /// where its scans times its pixels pass 500 million (8 million with arithmetic coding),
-    /// its pixels and coefficients 400 MB together, or its marker segments 10,000: its decoder
-    /// would need seconds or gigabytes.
+    /// What passes one of these is refused before anything is decoded, and so is a side of over
+    /// 65,535 pixels, a GIF of over 30 megapixels, and a JPEG whose scans times its pixels pass 250
+    /// million (2.1 million with arithmetic coding), its pixels and coefficients 250 MB together,
+    /// or its marker segments 10,000; each pixel of four inks counts twice. Whatever a megabyte
+    /// holds then costs no more than eight times as much processor time as a whole baseline JPEG of
+    /// 12 megapixels, and 500 MB.
+
+    /// So much one picture may hold in memory, in the history as well.
     static constexpr qsizetype MaxEncodedBytes = 64 * 1024 * 1024;
+    /// A few bytes of a header would take gigabytes of pixels else: these are 200 MB.
     static constexpr qint64 MaxPixels = 50'000'000;
+    /// Each scan goes through the whole picture once more, and needs a dozen bytes for that.
     static constexpr int MaxJpegScans = 100;
 
     /// A null image, of size 0 x 0.

@@ -26,7 +26,7 @@ public:
         shown.tree().select(shown.node(camera));
         shown.entry("mnuEdit").trigger();
         editor = shown.list().window()->findChild<frmEdit*>();
-        if (!editor || !QTest::qWaitForWindowActive(editor))
+        if (!editor || !waitForActive(editor))
             qFatal("no editor opens");
     }
 

@@ -16,7 +16,7 @@ private slots:
         ImageView view;
         view.resize(300, 200);
         view.show();
-        QVERIFY(QTest::qWaitForWindowExposed(&view));
+        QVERIFY(waitForExposed(&view));
         QCOMPARE(view.devicePixelRatioF(), 2.0);
         const QImage picture = checkerboard({600, 400});
         view.setPicture(Still::fromImage(picture));
@@ -30,7 +30,7 @@ private slots:
         ImageView view;
         view.resize(400, 400);
         view.show();
-        QVERIFY(QTest::qWaitForWindowExposed(&view));
+        QVERIFY(waitForExposed(&view));
         view.setPicture(Still::fromImage(checkerboard({800, 800})));
         QTest::mouseClick(view.findChild<QWidget*>("picMain"), Qt::LeftButton, {},
                           QPoint(200, 200));

@@ -48,7 +48,7 @@ private slots:
         MovableStrip view;
         view.resize(200, 300);
         view.show();
-        QVERIFY(QTest::qWaitForWindowExposed(&view));
+        QVERIFY(waitForExposed(&view));
         const QImage picture = checkerboard({240, 180});
         view.AddImage(Still::fromImage(picture));
         auto& cell = *view.findChild<ThumbCell*>("img(0)");

@@ -20,7 +20,7 @@ QByteArray fromEncoder(const QImage& image, const QStringList& options)
     encoder.start("cjpeg", options);
     encoder.write(odd::encoded(image, "bmp"));
     encoder.closeWriteChannel();
-    if (!encoder.waitForFinished() || encoder.exitCode() != 0)
+    if (!encoder.waitForFinished(HangMs) || encoder.exitCode() != 0)
         qFatal("cjpeg failed: %s", encoder.readAllStandardError().constData());
     return encoder.readAllStandardOutput();
 }
@@ -48,6 +48,9 @@ private slots:
         row("half of them across", {"-sample", "2x1"}, Odd);
         row("half of them down", {"-sample", "1x2"}, Odd);
         row("all the colours", {"-sample", "1x1"}, Odd);
+        row("a third of them across", {"-sample", "3x1"}, Odd);
+        row("a quarter of them down", {"-sample", "1x4"}, Odd);
+        row("each colour in its way", {"-sample", "2x2,1x2,2x1"}, Odd);
         row("progressive", {"-progressive"}, Odd);
         row("arithmetic", {"-arithmetic"}, Odd);
         row("red, green and blue", {"-rgb"}, Odd);
@@ -107,6 +110,13 @@ private slots:
         const QByteArray whole = odd::encoded(odd::scenery(Odd), "jpg");
         QByteArray withoutTables = odd::jpegStart() + odd::jpegFrame({.size = Odd}) +
                                    odd::jpegScan(1, 3, {}) + odd::jpegEnd();
+        const QByteArray endsInAWarning = odd::jpegStart() + odd::jpegTables() +
+                                          odd::jpegFrame({.size = Odd, .marker = 0xC2}) +
+                                          odd::jpegScan(1, 3, {}, 0, 0);
+        QVERIFY(jpegPixels(endsInAWarning + odd::jpegEnd(), Odd).value_or(QImage()).size() == Odd);
+        row("a table of nonsense after a warning",
+            endsInAWarning + odd::jpegSegment(0xC4, QByteArray(1, 0) + QByteArray(16, '\xFF')) +
+                odd::jpegScan(1, 1, {}, 1, odd::WholeBlock) + odd::jpegEnd());
         row("nothing", {});
         row("no JPEG", "GIF89a");
         row("the start alone", odd::jpegStart());

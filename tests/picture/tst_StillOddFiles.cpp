@@ -221,8 +221,7 @@ private slots:
         constexpr int mutations = 400; // Of each row: 2,000 in all.
         QRandomGenerator random(20'031);
         int pictures = 0;
-        const QDeadlineTimer deadline(60'000);
-        for (int i = 0; i < mutations && !deadline.hasExpired(); ++i) {
+        for (int i = 0; i < mutations; ++i) {
             QByteArray mutated = bytes;
             for (int change = random.bounded(1, 6); change > 0 && !mutated.isEmpty(); --change) {
                 const auto at = qsizetype(random.bounded(quint32(mutated.size())));
@@ -251,7 +250,6 @@ private slots:
             QCOMPARE(still.isNull(), decoded.isNull());
             pictures += still.isNull() ? 0 : 1;
         }
-        QVERIFY(!deadline.hasExpired());
         // Neither all of them nor none: the mutations meet both ways.
         QVERIFY2(pictures > mutations / 20 && pictures < mutations, QByteArray::number(pictures));
     }

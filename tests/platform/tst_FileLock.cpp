@@ -36,13 +36,13 @@ private slots:
         const QString path = folder.filePath("lock");
         QProcess other;
         other.start("flock", {"--no-fork", path, "cat"});
-        QVERIFY(other.waitForStarted());
+        QVERIFY(other.waitForStarted(HangMs));
         other.write("it runs\n");
-        QVERIFY(other.waitForReadyRead());
+        QVERIFY(other.waitForReadyRead(HangMs));
         FileLock lock;
         QCOMPARE(lock.take(path), Result::HeldByAnother);
         other.kill();
-        QVERIFY(other.waitForFinished());
+        QVERIFY(other.waitForFinished(HangMs));
         QVERIFY(QFileInfo::exists(path));
         QCOMPARE(lock.take(path), Result::Taken);
     }

@@ -36,7 +36,7 @@ public:
         m_daemon.start(u"dbus-daemon"_s, {u"--config-file="_s + config.fileName(),
                                           u"--print-address"_s, u"--nofork"_s});
         while (!m_daemon.canReadLine()) {
-            if (!m_daemon.waitForReadyRead())
+            if (!m_daemon.waitForReadyRead(HangMs))
                 return false;
         }
         m_address = QString::fromLatin1(m_daemon.readLine()).trimmed();
@@ -45,7 +45,7 @@ public:
     ~PrivateBus()
     {
         m_daemon.kill();
-        m_daemon.waitForFinished();
+        m_daemon.waitForFinished(HangMs);
     }
     QString address() const { return m_address; }
 
@@ -311,7 +311,7 @@ private slots:
         QVERIFY(process);
         const QString entry = u"/proc/%1"_s.arg(process->processId());
         QVERIFY(QFileInfo::exists(entry));
-        QVERIFY(done.wait(15'000));
+        QVERIFY(waitForSignal(done));
         QVERIFY(!QFileInfo::exists(entry));
     }
 
@@ -362,7 +362,7 @@ private:
     {
         QObject* setter = WallpaperSetter::start(m_picture, on, desktops, {replyMs, LongMs});
         QSignalSpy done(setter, &QObject::destroyed);
-        return done.wait(15'000);
+        return waitForSignal(done);
     }
 
     bool offerPortal()

@@ -50,7 +50,7 @@ private slots:
                            {u"--reuid=65534"_s, u"--regid=65534"_s, u"--clear-groups"_s,
                             QCoreApplication::applicationFilePath(),
                             QString::fromLatin1(QTest::currentTestFunction())});
-            QVERIFY(ordinary.waitForFinished());
+            QVERIFY(ordinary.waitForFinished(HangMs));
             QCOMPARE(ordinary.exitStatus(), QProcess::NormalExit);
             QCOMPARE(ordinary.exitCode(), 0);
             return;

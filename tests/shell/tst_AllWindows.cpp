@@ -251,9 +251,7 @@ private:
             auto* focus = QApplication::focusWidget();
             return focus && focus->window() == window;
         };
-        return window && QTest::qWaitForWindowActive(window) && QTest::qWaitFor(hasKeyboard)
-                   ? window
-                   : nullptr;
+        return window && waitForActive(window) && waitFor(hasKeyboard) ? window : nullptr;
     }
 
     QPalette m_palette;

@@ -18,7 +18,7 @@ public:
         other.setGeometry(0, 50, 400, 30);
         window.show();
         window.activateWindow();
-        if (!QTest::qWaitForWindowActive(&window))
+        if (!waitForActive(&window))
             qFatal("the window does not become active");
         bar.setFocus();
     }

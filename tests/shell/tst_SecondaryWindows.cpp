@@ -63,7 +63,7 @@ private slots:
         ShownMain m;
         m.shown();
         m.entry("mnuOptInt").trigger();
-        QVERIFY(QTest::qWaitForWindowExposed(internetList()));
+        QVERIFY(waitForExposed(internetList()));
         internetList()->showMinimized();
         QTRY_VERIFY(internetList()->isMinimized());
         m.entry("mnuOptInt").trigger();

@@ -279,7 +279,7 @@ private slots:
         m.shown();
         StubbornWindow other;
         other.show();
-        QVERIFY(QTest::qWaitForWindowExposed(&other));
+        QVERIFY(waitForExposed(&other));
         QTimer::singleShot(0, &m.made(), &frmMain::shutDown);
         // The program would run on without its main window.
         QTimer giveUp;

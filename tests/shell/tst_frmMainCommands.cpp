@@ -146,7 +146,7 @@ private slots:
         QWidget other;
         other.show();
         other.activateWindow();
-        QVERIFY(QTest::qWaitForWindowActive(&other));
+        QVERIFY(waitForActive(&other));
         QVERIFY(m.receive("one"));
         QTRY_VERIFY(m.has("one"));
         QVERIFY(!m.made().isVisible());

@@ -65,7 +65,7 @@ public:
         tool.start("xdotool", {"windowsize", QString::number(made().windowHandle()->winId()),
                                QString::number(size.width()), QString::number(size.height())});
         const QSize wanted = size.expandedTo(made().minimumSize());
-        return tool.waitForFinished() && QTest::qWaitFor([&] { return made().size() == wanted; });
+        return tool.waitForFinished(HangMs) && waitFor([&] { return made().size() == wanted; });
     }
 };
 

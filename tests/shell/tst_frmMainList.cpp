@@ -163,7 +163,7 @@ private slots:
         m.shown();
         m.click("Tower", Qt::RightButton);
         auto& menu = m.part<QMenu>("mnu");
-        QVERIFY(QTest::qWaitForWindowExposed(&menu));
+        QVERIFY(waitForExposed(&menu));
         QTest::mouseClick(&menu, Qt::LeftButton, {},
                           menu.actionGeometry(menu.actions()[0]).center());
         m.made().close();

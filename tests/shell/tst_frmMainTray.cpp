@@ -37,7 +37,7 @@ void minimise(const QWidget& window)
 {
     QProcess tool;
     tool.start("xdotool", {"windowminimize", QString::number(window.windowHandle()->winId())});
-    QVERIFY(tool.waitForFinished());
+    QVERIFY(tool.waitForFinished(HangMs));
 }
 
 } // namespace
@@ -146,7 +146,7 @@ private slots:
 
         pointer(icon, "click", 1);
         QTRY_VERIFY(m.made().isVisible());
-        QVERIFY(QTest::qWaitForWindowActive(&m.made()));
+        QVERIFY(waitForActive(&m.made()));
         QTRY_VERIFY(isNormal(m.made()));
         QVERIFY(isInTaskBar());
         QCOMPARE(m.made().windowState() & ~Qt::WindowActive, Qt::WindowNoState);
@@ -166,16 +166,16 @@ private slots:
         other.setGeometry(m.made().geometry());
         other.show();
         other.activateWindow();
-        QVERIFY(QTest::qWaitForWindowActive(&other));
+        QVERIFY(waitForActive(&other));
         pointer(icon, "click", 1);
-        QVERIFY(QTest::qWaitForWindowActive(&m.made()));
+        QVERIFY(waitForActive(&m.made()));
         // One that was minimised before its icon could be reached.
         m.entry("mnuViewTray").trigger();
         minimise(m.made());
         QTRY_VERIFY(m.made().isMinimized());
         m.entry("mnuViewTray").trigger();
         pointer(DesktopTray::icon().center(), "click", 1);
-        QVERIFY(QTest::qWaitForWindowActive(&m.made()));
+        QVERIFY(waitForActive(&m.made()));
         QVERIFY(!m.made().isMinimized());
     }
 
@@ -188,7 +188,7 @@ private slots:
         QVERIFY(!DesktopTray::icon().isEmpty());
         m.entry("mnuFavMan").trigger();
         QVERIFY(QApplication::activeModalWidget());
-        QVERIFY(QTest::qWaitForWindowExposed(QApplication::activeModalWidget()));
+        QVERIFY(waitForExposed(QApplication::activeModalWidget()));
         minimise(m.made());
         QTRY_VERIFY(m.made().isMinimized());
         QCoreApplication::processEvents();
@@ -207,7 +207,7 @@ private slots:
         QVERIFY(m.made().inbox().receive("no such list"));
         QTRY_VERIFY(QApplication::activeModalWidget());
         QWidget* box = QApplication::activeModalWidget();
-        QVERIFY(QTest::qWaitForWindowExposed(box));
+        QVERIFY(waitForExposed(box));
         QVERIFY(m.made().isHidden());
         pointer(icon, "click", 1);
         QTRY_VERIFY(m.made().isVisible());
@@ -224,7 +224,7 @@ private slots:
         other.show();
         QDialog prompt(&other);
         prompt.open();
-        QVERIFY(QTest::qWaitForWindowExposed(&prompt));
+        QVERIFY(waitForExposed(&prompt));
         minimise(m.made());
         QTRY_VERIFY(m.made().isHidden());
     }
@@ -239,7 +239,7 @@ private slots:
             minimise(m.made());
             QTRY_VERIFY(m.made().isHidden());
             pointer(icon, "click", 1);
-            QVERIFY(QTest::qWaitForWindowActive(&m.made()));
+            QVERIFY(waitForActive(&m.made()));
             // What was hidden is laid out and painted as before.
             QTRY_VERIFY(m.part<QComboBox>("cmbUrl").isVisible());
         }
@@ -273,7 +273,7 @@ private slots:
         QProcess tool;
         tool.start("xdotool",
                    {"windowactivate", QString::number(m.made().windowHandle()->winId())});
-        QVERIFY(tool.waitForFinished());
+        QVERIFY(tool.waitForFinished(HangMs));
         QTRY_VERIFY(!m.made().isMinimized());
         QVERIFY(isNormal(m.made()));
     }
@@ -293,7 +293,7 @@ private slots:
         tray.reset();
         timer.elapse();
         QVERIFY(m.made().isVisible());
-        QVERIFY(QTest::qWaitForWindowActive(&m.made()));
+        QVERIFY(waitForActive(&m.made()));
         QVERIFY(!m.made().isMinimized());
         QVERIFY(!timer.Enabled());
     }
@@ -342,7 +342,7 @@ private slots:
         m.made().shutDown();
         timerOf(m.made(), "tmrTray").elapse();
         m.made().show();
-        QVERIFY(QTest::qWaitForWindowExposed(&m.made()));
+        QVERIFY(waitForExposed(&m.made()));
         QCOMPARE(DesktopTray::icons(), 0);
     }
 
@@ -375,7 +375,7 @@ private slots:
         minimise(m.made());
         QTRY_VERIFY(m.made().isHidden());
         pointer(icon, "click", 1);
-        QVERIFY(QTest::qWaitForWindowActive(&m.made()));
+        QVERIFY(waitForActive(&m.made()));
         QTRY_VERIFY(isAbove(m.made()));
         QVERIFY(isNormal(m.made()));
     }

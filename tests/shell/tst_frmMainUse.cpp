@@ -169,7 +169,7 @@ private slots:
         m.shown();
         auto& menu = m.part<QMenu>("mnuFav");
         QTest::keyClick(&m.part<QComboBox>("cmbUrl"), Qt::Key_F, Qt::AltModifier);
-        QVERIFY(QTest::qWaitForWindowExposed(&menu));
+        QVERIFY(waitForExposed(&menu));
         QVERIFY(m.made().screen()->geometry().contains(menu.geometry()));
         // The last one can be reached: keys scroll to it.
         QTest::keyClick(&menu, Qt::Key_End);

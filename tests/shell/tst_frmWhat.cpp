@@ -33,7 +33,7 @@ private slots:
         // The logo is painted: its middle is not the window's colour.
         auto* logo = what.findChild<QWidget*>("imgMain");
         what.show();
-        QVERIFY(QTest::qWaitForWindowExposed(&what));
+        QVERIFY(waitForExposed(&what));
         const QImage picture = logo->grab().toImage();
         QVERIFY(picture.pixelColor(picture.rect().center()) != picture.pixelColor(0, 0));
     }
@@ -42,7 +42,7 @@ private slots:
     {
         auto* what = new frmWhat(m_home, nullptr);
         what->open();
-        QVERIFY(QTest::qWaitForWindowExposed(what));
+        QVERIFY(waitForExposed(what));
         auto* bar = what->findChild<QTabWidget*>("tabMain")->tabBar();
         const auto* about = what->findChild<QWidget*>("frBack(0)");
         const auto* news = what->findChild<QWidget*>("frBack(1)");
@@ -73,7 +73,7 @@ private slots:
     {
         auto* what = new frmWhat(m_home, nullptr);
         what->open();
-        QVERIFY(QTest::qWaitForWindowExposed(what));
+        QVERIFY(waitForExposed(what));
         auto* home = what->findChild<LinkLabel*>("lbl(3)");
         QTest::mouseClick(home, Qt::RightButton);
         QTest::mousePress(home, Qt::LeftButton);

@@ -1,5 +1,7 @@
 #include "support/ChildCost.h"
 
+#include "support/Waiting.h"
+
 #include <QCoreApplication>
 
 #include <sys/resource.h>
@@ -7,8 +9,6 @@
 #include <unistd.h>
 
 namespace {
-
-constexpr unsigned MostSeconds = 60;
 
 double seconds(const timeval& time)
 {
@@ -30,7 +30,7 @@ ChildCost costOfChild(const QStringList& arguments)
     // A mere copy of this process would lack the threads in which Qt scales images.
     const pid_t child = fork();
     if (child == 0) {
-        alarm(MostSeconds);
+        alarm(HangMs / 1000);
         execv(pointers.first(), pointers.data());
         _exit(127);
     }

@@ -1,5 +1,7 @@
 #include "support/Desktop.h"
 
+#include "support/Waiting.h"
+
 #include <QApplication>
 #include <QRegularExpression>
 #include <QSystemTrayIcon>
@@ -12,7 +14,7 @@ QByteArray run(const QString& program, const QStringList& arguments)
 {
     QProcess process;
     process.start(program, arguments);
-    if (!process.waitForFinished() || process.exitCode() != 0)
+    if (!process.waitForFinished(HangMs) || process.exitCode() != 0)
         qFatal("%s: %s", qPrintable(program), process.readAllStandardError().constData());
     return process.readAllStandardOutput();
 }
@@ -48,7 +50,7 @@ QList<WId> managedWindows(const QString& title)
         QProcess xprop;
         xprop.start(QStringLiteral("xprop"),
                     {QStringLiteral("-id"), id, QStringLiteral("_NET_WM_NAME")});
-        xprop.waitForFinished();
+        xprop.waitForFinished(HangMs);
         if (xprop.readAllStandardOutput().contains('"' + title.toUtf8() + '"'))
             found.append(id.toULongLong(nullptr, 16));
     }
@@ -67,21 +69,21 @@ DesktopTray::DesktopTray()
                    {QStringLiteral("--edge"), QStringLiteral("bottom"), QStringLiteral("--align"),
                     QStringLiteral("right"), QStringLiteral("--widthtype"), QStringLiteral("pixel"),
                     QStringLiteral("--width"), QStringLiteral("200")});
-    if (!QTest::qWaitFor([] { return QSystemTrayIcon::isSystemTrayAvailable(); }, 30'000))
+    if (!waitFor([] { return QSystemTrayIcon::isSystemTrayAvailable(); }))
         qFatal("the tray does not start");
 }
 
 DesktopTray::~DesktopTray()
 {
     m_trayer.kill();
-    m_trayer.waitForFinished();
-    (void)QTest::qWaitFor([] { return !QSystemTrayIcon::isSystemTrayAvailable(); });
+    m_trayer.waitForFinished(HangMs);
+    (void)waitFor([] { return !QSystemTrayIcon::isSystemTrayAvailable(); });
 }
 
 QRect DesktopTray::icon()
 {
     QRect place;
-    (void)QTest::qWaitFor([&] {
+    (void)waitFor([&] {
         const auto windows = trayWindows();
         // Not before the tray has given it its place.
         if (windows.size() == 1 && windows.first()->windowHandle()->isExposed())

@@ -1,5 +1,7 @@
 #include "support/Dialogs.h"
 
+#include "support/Waiting.h"
+
 #include <QAbstractButton>
 #include <QApplication>
 #include <QFileDialog>
@@ -11,7 +13,7 @@ template<typename T>
 T* openDialog()
 {
     T* found = nullptr;
-    (void)QTest::qWaitFor([&] {
+    (void)waitFor([&] {
         for (auto* window : QApplication::topLevelWidgets()) {
             if (auto* dialog = qobject_cast<T*>(window); dialog && dialog->isVisible())
                 found = dialog;

@@ -7,7 +7,7 @@
 class QDialog;
 class QMessageBox;
 
-/// Waits (at most a few seconds) until a dialog of type T is open, and gives it; null where none
+/// Waits until a dialog of type T is open, and gives it; null where none
 /// opens.
 template<typename T>
 T* openDialog();

@@ -1,6 +1,6 @@
 #include "support/JobLog.h"
 
-#include "support/Slower.h"
+#include "support/Waiting.h"
 #include "viewer/movie/MovieReader.h"
 
 #include <QTest>
@@ -28,7 +28,7 @@ JobLog::JobLog(MovieJob& job)
 QStringList JobLog::run()
 {
     m_job.begin();
-    if (!QTest::qWaitFor([this] { return isFinished(); }, 30'000 * Slower))
+    if (!waitFor([this] { return isFinished(); }))
         m_told << "not over";
     return m_told;
 }

@@ -1,5 +1,7 @@
 #include "support/RunAgain.h"
 
+#include "support/Waiting.h"
+
 #include <QCoreApplication>
 #include <QDir>
 #include <QFile>
@@ -25,9 +27,9 @@ QByteArray run(QStringList words, const QByteArray& success, const QString& scra
     process.setProcessChannelMode(QProcess::MergedChannels);
     const QString program = words.takeFirst();
     process.start(program, words);
-    if (!process.waitForFinished(60'000)) {
+    if (!process.waitForFinished(HangMs)) {
         process.kill();
-        process.waitForFinished();
+        process.waitForFinished(HangMs);
         return program.toUtf8() + ": " + process.errorString().toUtf8() + process.readAll();
     }
     if (process.exitStatus() == QProcess::NormalExit && process.exitCode() == 0)

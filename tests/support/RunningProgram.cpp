@@ -1,6 +1,7 @@
 #include "support/RunningProgram.h"
 #include "support/Paths.h"
 #include "support/ScratchFile.h"
+#include "support/Waiting.h"
 
 #include <QDir>
 #include <QFile>
@@ -24,7 +25,7 @@ void kill(QProcess& one)
     if (one.state() == QProcess::NotRunning)
         return;
     one.kill();
-    one.waitForFinished();
+    one.waitForFinished(HangMs);
 }
 
 } // namespace
@@ -68,12 +69,10 @@ QByteArray RunningProgram::read(const QString& name) const
 bool RunningProgram::start(const QStringList& arguments)
 {
     launch(process, arguments);
-    return QTest::qWaitFor(
-        [this] {
-            window = windowOf(process);
-            return !window.isEmpty();
-        },
-        30'000);
+    return waitFor([this] {
+        window = windowOf(process);
+        return !window.isEmpty();
+    });
 }
 
 QProcess& RunningProgram::startAnother(const QStringList& arguments, const QString& workingFolder)
@@ -96,14 +95,14 @@ void RunningProgram::launch(QProcess& one, const QStringList& arguments) const
     one.start(words.takeFirst(), words);
 }
 
-bool RunningProgram::endsWithin(QProcess& one, int ms)
+bool RunningProgram::ends(const QProcess& one)
 {
-    return QTest::qWaitFor([&] { return one.state() == QProcess::NotRunning; }, ms);
+    return waitFor([&] { return one.state() == QProcess::NotRunning; });
 }
 
 QByteArray RunningProgram::ended(QProcess& one)
 {
-    if (!endsWithin(one, 30'000))
+    if (!ends(one))
         return "it does not end";
     if (one.exitStatus() != QProcess::NormalExit)
         return "it crashed";
@@ -131,7 +130,7 @@ QString RunningProgram::tell(const QString& command, const QStringList& argument
 {
     QProcess tool;
     tool.start(command, arguments);
-    tool.waitForFinished();
+    tool.waitForFinished(HangMs);
     return QString::fromUtf8(tool.readAllStandardOutput());
 }
 

@@ -30,8 +30,8 @@ public:
     /// Starts one more of the same, beside it, and waits for nothing.
     QProcess& startAnother(const QStringList& arguments, const QString& workingFolder = {});
 
-    bool endsWithin(int ms) { return endsWithin(process, ms); }
-    static bool endsWithin(QProcess& one, int ms);
+    bool ends() { return ends(process); }
+    static bool ends(const QProcess& one);
     /// Waits until it has ended; returns its exit status, or what else became of it.
     QByteArray ended() { return ended(process); }
     static QByteArray ended(QProcess& one);

@@ -1,5 +1,7 @@
 #include "support/ScratchFile.h"
 
+#include "support/Waiting.h"
+
 #include <QDateTime>
 #include <QDir>
 #include <QFile>
@@ -28,6 +30,6 @@ QStringList namesIn(const QString& folder)
 void ScratchFile::waitUntilSettled() const
 {
     const auto changed = QFileInfo(m_path).fileTime(QFile::FileMetadataChangeTime);
-    if (!QTest::qWaitFor([&] { return changed.msecsTo(QDateTime::currentDateTime()) > 110; }))
+    if (!waitFor([&] { return changed.msecsTo(QDateTime::currentDateTime()) > 110; }))
         qFatal("the clock stands still");
 }

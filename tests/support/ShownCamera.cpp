@@ -4,6 +4,7 @@
 #include "support/Pictures.h"
 #include "support/ScriptedServer.h"
 #include "support/TimeSeam.h"
+#include "support/Waiting.h"
 #include "viewer/fetch/Fetch.h"
 #include "viewer/surface/ToolBar.h"
 #include "viewer/surface/ToolBarButton.h"
@@ -20,7 +21,6 @@
 
 namespace {
 
-constexpr int MostMs = 30'000;
 constexpr QSize WindowSize(700, 500);
 
 bool isLike(const QColor& seen, const QColor& wanted)
@@ -47,7 +47,7 @@ ShownCamera::ShownCamera()
     });
     cam.resize(WindowSize);
     cam.show();
-    if (!QTest::qWaitForWindowExposed(&cam))
+    if (!waitForExposed(&cam))
         qFatal("the window does not appear");
 }
 
@@ -64,7 +64,7 @@ Outcome ShownCamera::end()
         QEventLoop loop;
         connect(&cam, &WebCam::Error, &loop, &QEventLoop::quit);
         connect(&cam, &WebCam::Done, &loop, &QEventLoop::quit);
-        QTimer::singleShot(MostMs, &loop, &QEventLoop::quit);
+        QTimer::singleShot(HangMs, &loop, &QEventLoop::quit);
         loop.exec();
     }
     if (!m_over)
@@ -84,7 +84,7 @@ Outcome ShownCamera::fetchUntilSilence(const QString& url, qsizetype bytes)
     const auto count = connect(&part<Fetch>(""), &Fetch::ChunkReceived, this,
                                [&](const QByteArray& chunk) { received += chunk.size(); });
     start(url);
-    if (!QTest::qWaitFor([&] { return received >= bytes; }, MostMs))
+    if (!waitFor([&] { return received >= bytes; }))
         qWarning("%lld bytes have come", static_cast<long long>(received));
     disconnect(count);
     if (m_over)
@@ -168,7 +168,7 @@ QString ShownCamera::trouble()
         return "busy after a good fetch";
 
     start();
-    if (!QTest::qWaitFor([&] { return server.requests().size() == 2; }, MostMs))
+    if (!waitFor([&] { return server.requests().size() == 2; }))
         return "no second request";
     if (!busy())
         return "not busy during a fetch";
@@ -177,7 +177,7 @@ QString ShownCamera::trouble()
         return "the stop button: " + m_told.join(", ") + status();
     if (busy())
         return "busy after the stop button";
-    if (!QTest::qWaitFor([&] { return server.openConnections() == 0; }, MostMs))
+    if (!waitFor([&] { return server.openConnections() == 0; }))
         return "the connection stays open";
     return {};
 }

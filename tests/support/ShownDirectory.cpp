@@ -2,6 +2,7 @@
 
 #include "support/ScratchFile.h"
 #include "support/TimeSeam.h"
+#include "support/Waiting.h"
 
 #include <QAction>
 #include <QApplication>
@@ -37,7 +38,7 @@ ShownDirectory::ShownDirectory(quint16 port)
                      [this](const QString& file) { imports << contentOf(file); });
     window->show();
     window->activateWindow();
-    if (!QTest::qWaitForWindowActive(window) || !QTest::qWaitFor([&] { return list().hasFocus(); }))
+    if (!waitForActive(window) || !waitFor([&] { return list().hasFocus(); }))
         qFatal("the internet list does not get the keyboard");
 }
 
@@ -97,10 +98,9 @@ void ShownDirectory::check(int row) const
 
 void ShownDirectory::query(const QString& entryName) const
 {
-    constexpr int longest = 60'000;
     entry(entryName).trigger();
     const auto over = [&] { return title().startsWith("Finished") || title().startsWith("Error"); };
-    if (!QTest::qWaitFor(over, longest))
+    if (!waitFor(over))
         qFatal("the query does not run to its end: %s", qPrintable(title()));
 }
 

@@ -1,6 +1,8 @@
 #include "support/ShownList.h"
 #include "support/ScratchFile.h"
 
+#include "support/Waiting.h"
+
 #include <QFile>
 #include <QMenu>
 #include <QTest>
@@ -14,7 +16,7 @@ ShownList::ShownList()
     m_list->setGeometry(m_window->rect());
     m_window->show();
     m_window->activateWindow();
-    if (!QTest::qWaitForWindowActive(m_window.get()))
+    if (!waitForActive(m_window.get()))
         qFatal("the window does not become active");
     m_list->setFocus();
 }
@@ -77,7 +79,7 @@ void ShownList::choose(const QString& text, const QString& entryName)
 {
     click(text, Qt::RightButton);
     auto* menu = m_list->findChild<QMenu*>(QStringLiteral("mnu"));
-    if (!menu || !QTest::qWaitForWindowExposed(menu))
+    if (!menu || !waitForExposed(menu))
         qFatal("no menu opens for %s", qPrintable(text));
     QTest::mouseClick(menu, Qt::LeftButton, {}, menu->actionGeometry(&entry(entryName)).center());
 }

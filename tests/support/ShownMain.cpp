@@ -1,6 +1,8 @@
 #include "support/ShownMain.h"
 #include "support/ScratchFile.h"
 
+#include "support/Waiting.h"
+
 #include <QFile>
 #include <QMenu>
 #include <QMenuBar>
@@ -37,7 +39,7 @@ frmMain& ShownMain::shown()
 {
     made().show();
     made().activateWindow();
-    if (!QTest::qWaitForWindowActive(m_window.get()))
+    if (!waitForActive(m_window.get()))
         qFatal("the main window does not become active");
     return *m_window;
 }
@@ -58,7 +60,7 @@ void ShownMain::choose(const QString& menu, const QString& entryName)
     auto& list = part<QMenu>(menu);
     auto& bar = *made().menuBar();
     QTest::mouseClick(&bar, Qt::LeftButton, {}, bar.actionGeometry(list.menuAction()).center());
-    if (!QTest::qWaitForWindowExposed(&list))
+    if (!waitForExposed(&list))
         qFatal("the menu %s does not open", qPrintable(menu));
     QTest::mouseClick(&list, Qt::LeftButton, {}, list.actionGeometry(&entry(entryName)).center());
 }

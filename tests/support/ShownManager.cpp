@@ -1,5 +1,7 @@
 #include "support/ShownManager.h"
 
+#include "support/Waiting.h"
+
 #include <QApplication>
 #include <QPushButton>
 #include <QStyleOptionViewItem>
@@ -13,7 +15,7 @@ ShownManager::ShownManager(frmMan& window)
         auto* focus = QApplication::focusWidget();
         return focus && focus->window() == &window;
     };
-    if (!QTest::qWaitForWindowActive(&window) || !QTest::qWaitFor(hasKeyboard))
+    if (!waitForActive(&window) || !waitFor(hasKeyboard))
         qFatal("the manager does not get the keyboard");
 }
 

@@ -1,6 +1,7 @@
 #include "support/ShownStrip.h"
 
 #include "support/Pictures.h"
+#include "support/Waiting.h"
 
 Still numberedStill(int number)
 {
@@ -26,7 +27,7 @@ ShownStrip::ShownStrip(QSize size)
     bar().setFixedWidth(BarWidth);
     view.resize(size);
     window.show();
-    if (!QTest::qWaitForWindowActive(&window, 30'000))
+    if (!waitForActive(&window))
         qFatal("the window does not show");
 }
 
@@ -78,6 +79,5 @@ int ShownStrip::filled()
 
 bool ShownStrip::waitUntilFilled()
 {
-    constexpr int longestMs = 30'000;
-    return QTest::qWaitFor([this] { return filled() == view.ThumbCount(); }, longestMs);
+    return waitFor([this] { return filled() == view.ThumbCount(); });
 }

@@ -1,6 +1,8 @@
 #include "support/TestAuthority.h"
 #include "support/ScratchFile.h"
 
+#include "support/Waiting.h"
+
 #include <QFile>
 #include <QProcess>
 #include <QSslKey>
@@ -13,7 +15,7 @@ void openssl(const QStringList& words)
     QProcess process;
     process.setProcessChannelMode(QProcess::MergedChannels);
     process.start("openssl", words);
-    if (!process.waitForFinished(60'000) || process.exitCode() != 0)
+    if (!process.waitForFinished(HangMs) || process.exitCode() != 0)
         qFatal("openssl %s: %s", qPrintable(words.join(' ')), process.readAll().constData());
 }
 

@@ -1,16 +1,15 @@
 #include "support/WebServer.h"
 #include "support/ScratchFile.h"
 
+#include "support/Waiting.h"
+
 #include <QDir>
-#include <QElapsedTimer>
 #include <QFile>
 #include <QStandardPaths>
 #include <QTcpServer>
 #include <QTcpSocket>
 
 namespace {
-
-constexpr int StartMs = 20'000;
 
 quint16 freePort()
 {
@@ -48,9 +47,9 @@ WebServer::~WebServer()
 void WebServer::stop()
 {
     m_process.terminate();
-    if (!m_process.waitForFinished(StartMs))
+    if (!m_process.waitForFinished(HangMs))
         m_process.kill();
-    m_process.waitForFinished();
+    m_process.waitForFinished(HangMs);
 }
 
 QString WebServer::url(const QString& path, const QString& host) const
@@ -73,12 +72,12 @@ bool WebServer::start(const QString& program)
     m_port = freePort();
     writeFile(m_scratch.filePath("web.conf"), configuration());
     m_process.start(program, {"-D", "-f", m_scratch.filePath("web.conf")});
-    QElapsedTimer waiting;
-    waiting.start();
-    while (waiting.elapsed() < StartMs && !m_process.waitForFinished(20)) {
+    constexpr int pauseMs = 20;
+    for (int waited = 0; waited < HangMs && !m_process.waitForFinished(pauseMs);
+         waited += pauseMs) {
         QTcpSocket visitor;
         visitor.connectToHost(QHostAddress::LocalHost, m_port);
-        if (visitor.waitForConnected())
+        if (visitor.waitForConnected(HangMs))
             return m_process.state() == QProcess::Running;
     }
     return false;

@@ -17,7 +17,7 @@ public:
     explicit Camera(const QStringList& arguments = {})
     {
         m_process.start(demoCameraProgram(), QStringList{"--port", "0"} + arguments);
-        while (!m_process.canReadLine() && m_process.waitForReadyRead()) {
+        while (!m_process.canReadLine() && m_process.waitForReadyRead(HangMs)) {
         }
         firstLine = QString::fromLatin1(m_process.readLine());
         static const QRegularExpression form("^Demo camera: http://127.0.0.1:(\\d+)/clock.jpg\n$");
@@ -26,7 +26,7 @@ public:
     ~Camera()
     {
         m_process.kill();
-        m_process.waitForFinished();
+        m_process.waitForFinished(HangMs);
     }
 
     QProcess& process() { return m_process; }
@@ -52,7 +52,7 @@ public:
     explicit Client(const Camera& camera)
     {
         socket.connectToHost(QHostAddress(QHostAddress::LocalHost), camera.port);
-        socket.waitForConnected();
+        socket.waitForConnected(HangMs);
     }
 
     /// Sends `request` and gives the answer to it; its status is 0 where none comes.
@@ -104,7 +104,7 @@ public:
 private:
     bool more()
     {
-        if (!socket.bytesAvailable() && !socket.waitForReadyRead(5000))
+        if (!socket.bytesAvailable() && !socket.waitForReadyRead(HangMs))
             return false;
         m_received += socket.readAll();
         return true;
@@ -290,7 +290,7 @@ private slots:
         // Lines that end in LF alone, and empty lines before the request, are taken too.
         for (const char letter : QByteArray("\r\n\nGET / HTTP/1.1\nHost: localhost\n\n")) {
             client.socket.write(QByteArray(1, letter));
-            client.socket.waitForBytesWritten();
+            client.socket.waitForBytesWritten(HangMs);
         }
         QVERIFY(isJpeg(client.next()));
     }
@@ -392,7 +392,7 @@ private slots:
         QVERIFY(Client(camera).isClosed());
         clients.pop_back();
         // Once only: the client that was served would be in the way of the next.
-        QVERIFY(QTest::qWaitFor([&] { return Client(camera).ask(pictureRequest).status == 200; }));
+        QVERIFY(waitFor([&] { return Client(camera).ask(pictureRequest).status == 200; }));
     }
 
     void writesALineForARequestOnlyWhenAsked()
@@ -412,7 +412,7 @@ private slots:
         Camera verbose({"--verbose"});
         talk(verbose);
         verbose.process().terminate();
-        QVERIFY(verbose.process().waitForFinished());
+        QVERIFY(verbose.process().waitForFinished(HangMs));
         const QString printed = QString::fromLatin1(verbose.process().readAllStandardOutput());
         QVERIFY2(form.match(printed).hasMatch(), qPrintable(printed));
 
@@ -424,7 +424,7 @@ private slots:
         talk(quiet);
         for (Camera* camera : {&logging, &quiet}) {
             camera->process().terminate();
-            QVERIFY(camera->process().waitForFinished());
+            QVERIFY(camera->process().waitForFinished(HangMs));
             QCOMPARE(camera->process().readAllStandardOutput(), QByteArray());
         }
     }
@@ -437,7 +437,7 @@ private slots:
         for (const QHostAddress& address : QNetworkInterface::allAddresses()) {
             QTcpSocket socket;
             socket.connectToHost(address, camera.port);
-            const bool isThere = socket.waitForConnected(2000);
+            const bool isThere = socket.waitForConnected(HangMs);
             if (address.isLoopback()) {
                 QVERIFY2(isThere, qPrintable(address.toString()));
             } else {
@@ -455,7 +455,7 @@ private slots:
         Client client(camera);
         QCOMPARE(client.ask(pictureRequest).status, 200);
         camera.process().terminate();
-        QVERIFY(camera.process().waitForFinished());
+        QVERIFY(camera.process().waitForFinished(HangMs));
         QCOMPARE(camera.process().exitStatus(), QProcess::NormalExit);
         QCOMPARE(camera.process().exitCode(), 0);
         QVERIFY(client.isClosed());
@@ -482,7 +482,7 @@ private slots:
         QFETCH(QStringList, arguments);
         QProcess process;
         process.start(demoCameraProgram(), arguments);
-        QVERIFY(process.waitForFinished());
+        QVERIFY(process.waitForFinished(HangMs));
         QCOMPARE(process.exitStatus(), QProcess::NormalExit);
         QCOMPARE(process.exitCode(), 1);
         QVERIFY(!process.readAllStandardError().isEmpty());
@@ -494,7 +494,7 @@ private slots:
         Camera camera;
         QProcess second;
         second.start(demoCameraProgram(), {"--port", QString::number(camera.port)});
-        QVERIFY(second.waitForFinished());
+        QVERIFY(second.waitForFinished(HangMs));
         QCOMPARE(second.exitCode(), 1);
         QVERIFY(second.readAllStandardError().contains(QByteArray::number(camera.port)));
     }

@@ -1,6 +1,7 @@
 // The icon in the tray and the window behind it.
 #include "tray/frmTray.h"
 
+#include "support/Closing.h"
 #include "support/Desktop.h"
 #include "support/Rows.h"
 #include "widgets/SymbolIcon.h"
@@ -134,7 +135,7 @@ private slots:
         twice.start("xdotool",
                     {"mousemove", QString::number(middle.x()), QString::number(middle.y()), "click",
                      "--repeat", "2", "--delay", "20", "1"});
-        QVERIFY(twice.waitForFinished());
+        QVERIFY(twice.waitForFinished(HangMs));
         QTRY_VERIFY(asked.count() >= 1);
         pointer(middle, "click", 3);
         QTRY_COMPARE(QGuiApplication::mouseButtons(), Qt::NoButton);
@@ -156,7 +157,7 @@ private slots:
         QWidget other;
         other.setGeometry(100, 100, 200, 200);
         other.show();
-        QVERIFY(QTest::qWaitForWindowExposed(&other));
+        QVERIFY(waitForExposed(&other));
         QTest::mouseClick(&other, Qt::LeftButton);
         QCOMPARE(asked.count(), 0);
     }
@@ -174,11 +175,7 @@ private slots:
     void closingTheFormDoesNotEndTheProgram()
     {
         frmTray form(symbolIcon("pevora"));
-        form.show();
-        QVERIFY(QTest::qWaitForWindowExposed(&form));
-        QTimer::singleShot(0, &form, &QWidget::close);
-        QTimer::singleShot(200, &form, [] { QCoreApplication::exit(7); });
-        QCOMPARE(QCoreApplication::exec(), 7);
+        QCOMPARE(codeAfterClosing(form), StillRuns);
     }
 
     void withoutATrayNothingBreaks()

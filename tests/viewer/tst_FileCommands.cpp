@@ -72,7 +72,7 @@ private slots:
         connect(m_files, &FileCommands::MovieSaveRequested, this,
                 [this](const QString& path) { m_moviesToSave.append(path); });
         m_window->show();
-        QVERIFY(QTest::qWaitForWindowExposed(m_window.get()));
+        QVERIFY(waitForExposed(m_window.get()));
     }
 
     void cleanup()

@@ -29,7 +29,7 @@ public:
         cam.resize(700, 500);
         cam.show();
         cam.activateWindow();
-        if (!QTest::qWaitForWindowActive(&cam))
+        if (!waitForActive(&cam))
             qFatal("the window does not become active");
         QDesktopServices::setUrlHandler("http", this, "opened");
     }

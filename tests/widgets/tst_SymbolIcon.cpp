@@ -204,7 +204,7 @@ private slots:
         button.setIconSize(toolbarSize);
         button.setIcon(symbolIcon("stop-movie"));
         button.show();
-        QVERIFY(QTest::qWaitForWindowExposed(&button));
+        QVERIFY(waitForExposed(&button));
         const auto middle = [&] {
             const QImage image = button.grab().toImage();
             return image.pixelColor(image.rect().center());

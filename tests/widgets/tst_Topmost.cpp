@@ -11,7 +11,7 @@ QString windowState(const QWidget& window)
     const QString id = QString::number(window.windowHandle()->winId());
     QProcess xprop;
     xprop.start(u"xprop"_s, {u"-id"_s, id, u"_NET_WM_STATE"_s});
-    if (!xprop.waitForFinished() || xprop.exitCode() != 0)
+    if (!xprop.waitForFinished(HangMs) || xprop.exitCode() != 0)
         qFatal("xprop: %s", xprop.readAllStandardError().constData());
     return QString::fromLatin1(xprop.readAllStandardOutput());
 }
@@ -26,7 +26,7 @@ QList<WId> stacking()
 {
     QProcess xprop;
     xprop.start(u"xprop"_s, {u"-root"_s, u"_NET_CLIENT_LIST_STACKING"_s});
-    xprop.waitForFinished();
+    xprop.waitForFinished(HangMs);
     QList<WId> windows;
     static const QRegularExpression number(u"0x[0-9a-f]+"_s);
     auto match = number.globalMatch(QString::fromLatin1(xprop.readAllStandardOutput()));
@@ -70,7 +70,7 @@ private slots:
         QVERIFY(!window.isVisible());
         const WId id = window.winId();
         window.show();
-        QVERIFY(QTest::qWaitForWindowExposed(&window));
+        QVERIFY(waitForExposed(&window));
         QTRY_VERIFY(isAbove(window));
         QCOMPARE(window.winId(), id);
         QCOMPARE(window.windowHandle()->winId(), id);
@@ -81,7 +81,7 @@ private slots:
     {
         Watched window;
         window.show();
-        QVERIFY(QTest::qWaitForWindowExposed(&window));
+        QVERIFY(waitForExposed(&window));
         const WId id = window.winId();
         QVERIFY(!isAbove(window));
         const QRect geometry = window.geometry();
@@ -109,12 +109,12 @@ private slots:
     {
         Watched window;
         window.show();
-        QVERIFY(QTest::qWaitForWindowExposed(&window));
+        QVERIFY(waitForExposed(&window));
         QVERIFY(setTopmost(window, true));
         QTRY_VERIFY(isAbove(window));
         window.hide();
         window.show();
-        QVERIFY(QTest::qWaitForWindowExposed(&window));
+        QVERIFY(waitForExposed(&window));
         QTRY_VERIFY(isAbove(window));
     }
 
@@ -123,12 +123,12 @@ private slots:
         Watched window;
         QVERIFY(setTopmost(window, true));
         window.show();
-        QVERIFY(QTest::qWaitForWindowExposed(&window));
+        QVERIFY(waitForExposed(&window));
         QTRY_VERIFY(isAbove(window));
         window.hide();
         QVERIFY(setTopmost(window, false));
         window.show();
-        QVERIFY(QTest::qWaitForWindowExposed(&window));
+        QVERIFY(waitForExposed(&window));
         QTRY_VERIFY(!isAbove(window));
     }
 
@@ -137,9 +137,9 @@ private slots:
         Watched window;
         Watched other;
         window.show();
-        QVERIFY(QTest::qWaitForWindowExposed(&window));
+        QVERIFY(waitForExposed(&window));
         other.show();
-        QVERIFY(QTest::qWaitForWindowExposed(&other));
+        QVERIFY(waitForExposed(&other));
         QVERIFY(setTopmost(window, true));
         QTRY_COMPARE(stacking().last(), window.winId());
         other.raise();
@@ -156,12 +156,12 @@ private slots:
     {
         Watched window;
         window.show();
-        QVERIFY(QTest::qWaitForWindowExposed(&window));
+        QVERIFY(waitForExposed(&window));
         QVERIFY(setTopmost(window, true));
         // This is what makes Qt hide the window and apply the widget's own flags.
         window.setWindowFlag(Qt::WindowMaximizeButtonHint, false);
         window.show();
-        QVERIFY(QTest::qWaitForWindowExposed(&window));
+        QVERIFY(waitForExposed(&window));
         QTRY_VERIFY(isAbove(window));
     }
 

@@ -52,7 +52,7 @@ private slots:
         m_owner = std::make_unique<QWidget>();
         m_owner->resize(400, 300);
         m_owner->show();
-        QVERIFY(QTest::qWaitForWindowExposed(m_owner.get()));
+        QVERIFY(waitForExposed(m_owner.get()));
         m_queue = std::make_unique<JobQueue>(nullptr);
         m_images.Clear();
         for (int i = 1; i <= 3; ++i)

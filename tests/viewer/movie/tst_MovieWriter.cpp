@@ -95,7 +95,7 @@ private slots:
         // One frame alone is a plain JPEG file.
         QProcess djpeg;
         djpeg.start("djpeg", {movie.path()});
-        QVERIFY(djpeg.waitForFinished());
+        QVERIFY(djpeg.waitForFinished(HangMs));
         QCOMPARE(djpeg.exitCode(), 0);
         QCOMPARE(djpeg.readAllStandardError(), QByteArray());
         const QByteArray pixels = djpeg.readAllStandardOutput();

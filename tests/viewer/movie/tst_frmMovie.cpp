@@ -1,6 +1,7 @@
 // The progress window of movies.
 #include "viewer/movie/frmMovie.h"
 
+#include "support/Closing.h"
 #include "widgets/Topmost.h"
 
 #include <QProgressBar>
@@ -12,7 +13,7 @@ QList<WId> stacking()
 {
     QProcess xprop;
     xprop.start("xprop", {"-root", "_NET_CLIENT_LIST_STACKING"});
-    xprop.waitForFinished();
+    xprop.waitForFinished(HangMs);
     QList<WId> windows;
     static const QRegularExpression number("0x[0-9a-f]+");
     auto match = number.globalMatch(QString::fromLatin1(xprop.readAllStandardOutput()));
@@ -65,7 +66,7 @@ private slots:
     {
         frmMovie window;
         window.show();
-        QVERIFY(QTest::qWaitForWindowExposed(&window));
+        QVERIFY(waitForExposed(&window));
         Paintings paintings;
         const_cast<QProgressBar&>(window.pBar()).installEventFilter(&paintings);
         // No event runs in between.
@@ -98,7 +99,7 @@ private slots:
         frmMovie window;
         QVERIFY(!window.windowFlags().testFlag(Qt::WindowStaysOnTopHint));
         window.show();
-        QVERIFY(QTest::qWaitForWindowActive(&window));
+        QVERIFY(waitForActive(&window));
         QTRY_VERIFY(window.windowFlags().testFlag(Qt::WindowStaysOnTopHint));
 
         // Above a common window that is raised, and above another one that stays on top.
@@ -108,7 +109,7 @@ private slots:
             setTopmost(other, topmost);
             other.show();
             other.activateWindow();
-            QVERIFY(QTest::qWaitForWindowActive(&other));
+            QVERIFY(waitForActive(&other));
             other.raise();
             QTRY_COMPARE(isAbove(other, window), topmost);
             // Activated without being raised, as by the keyboard.
@@ -122,7 +123,7 @@ private slots:
         frmMovie window;
         QSignalSpy asked(&window, &frmMovie::CloseRequested);
         window.show();
-        QVERIFY(QTest::qWaitForWindowExposed(&window));
+        QVERIFY(waitForExposed(&window));
         QVERIFY(window.close());
         QCOMPARE(asked.count(), 1);
         QVERIFY(!window.isVisible());
@@ -131,16 +132,8 @@ private slots:
     void closingItDoesNotEndTheProgram()
     {
         // The last window that is closed ends the program, with code 0, but this one never does.
-        const auto codeAfterClosing = [](QWidget& window) {
-            window.show();
-            if (!QTest::qWaitForWindowExposed(&window))
-                return -1;
-            QTimer::singleShot(0, &window, &QWidget::close);
-            QTimer::singleShot(200, &window, [] { QCoreApplication::exit(7); });
-            return QCoreApplication::exec();
-        };
         frmMovie window;
-        QCOMPARE(codeAfterClosing(window), 7);
+        QCOMPARE(codeAfterClosing(window), StillRuns);
         QWidget other;
         QCOMPARE(codeAfterClosing(other), 0);
     }
@@ -150,7 +143,7 @@ private slots:
         frmMovie window;
         QSignalSpy asked(&window, &frmMovie::CloseRequested);
         window.show();
-        QVERIFY(QTest::qWaitForWindowExposed(&window));
+        QVERIFY(waitForExposed(&window));
         window.hide();
         QCoreApplication::processEvents();
         QCOMPARE(asked.count(), 0);
@@ -164,7 +157,7 @@ private slots:
         QVERIFY(window.isWindow());
         QVERIFY(!window.isModal());
         window.show();
-        QVERIFY(QTest::qWaitForWindowExposed(&window));
+        QVERIFY(waitForExposed(&window));
         QCOMPARE(window.minimumSize(), window.maximumSize());
         const QSize size = window.size();
         window.setWindowTitle("Saving Image 45");
@@ -178,7 +171,7 @@ private slots:
     {
         frmMovie window;
         window.show();
-        QVERIFY(QTest::qWaitForWindowExposed(&window));
+        QVERIFY(waitForExposed(&window));
         window.setMaximum(1);
         window.setValue(1);
         const QProgressBar& bar = window.pBar();

@@ -28,7 +28,7 @@ private slots:
         ToolBar bar(nullptr);
         bar.resize(500, ToolBar::HeightPx);
         bar.show();
-        QVERIFY(QTest::qWaitForWindowExposed(&bar));
+        QVERIFY(waitForExposed(&bar));
         QSignalSpy clicks(&bar, &ToolBar::ButtonClick);
         QSignalSpy dropDowns(&bar, &ToolBar::ButtonDropDown);
         for (const int index : {1, 2, 4, 5, 6, 7, 9, 10, 12, 13, 15}) {
