@@ -62,8 +62,7 @@ static const QHash<QString, QSet<QString>>& mayWrite()
         // Whether a folder can be written: the file goes at once.
         {"shared/AppFolder.cpp", {"QTemporaryFile"}},
         // Copies of what is in memory, for whoever looks into the folder.
-        {"viewer/fetch/Fetch.cpp", {"QIODevice::WriteOnly", "QIODevice::NewOnly"}},
-        {"viewer/movie/FrameFile.cpp",
+        {"shared/TempFiles.cpp",
          {"QIODevice::WriteOnly", "QIODevice::ReadWrite", "QIODevice::NewOnly"}},
         // Into memory.
         {"picture/EncodeBitmap.cpp", {"QImageWriter", "QIODevice::WriteOnly"}},
