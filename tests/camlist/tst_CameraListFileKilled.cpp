@@ -1,6 +1,8 @@
 #include "camlist/CameraListFile.h"
 #include "support/ScratchFile.h"
 
+#include <QElapsedTimer>
+
 #include <algorithm>
 #include <csignal>
 #include <ctime>
