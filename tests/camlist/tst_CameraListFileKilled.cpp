@@ -2,6 +2,8 @@
 #include "support/Rows.h"
 #include "support/ScratchFile.h"
 
+#include <QElapsedTimer>
+
 #include <algorithm>
 #include <csignal>
 #include <ctime>

@@ -8,7 +8,7 @@
 
 namespace {
 
-constexpr int Runs = 5;
+constexpr int Runs = 3;
 
 double secondsOf(const std::function<void()>& work)
 {

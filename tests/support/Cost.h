@@ -16,10 +16,10 @@ void decodeTwelveMegapixels();
 /// The middle one of `values`, of which there is one at least.
 double median(QList<double> values);
 
-/// Of five runs the middle one, in seconds: to compare with another of these.
+/// Of three runs the middle one, in seconds: to compare with another of these.
 double costOf(const std::function<void()>& work);
 
-/// How many times as much as `reference` does `work` cost? Both run five times in turn, and the
+/// How many times as much as `reference` does `work` cost? Both run three times in turn, and the
 /// middle one of each counts.
 double timesTheCost(const std::function<void()>& work, const std::function<void()>& reference);
 

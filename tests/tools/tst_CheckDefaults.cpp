@@ -57,9 +57,9 @@ private slots:
         // One that began before, but waits half a minute, as it does unasked.
         QProcess unasked;
         start(unasked, {table({otherHost})});
-        QVERIFY(other.waitForNewConnection(HangMs));
+        QVERIFY(unasked.waitForStarted(HangMs) && other.waitForNewConnection(HangMs));
         Answer answer = run({"--timeout", "1", table({host})});
-        QVERIFY(unasked.state() == QProcess::Running);
+        QVERIFY(!unasked.waitForFinished(0));
         unasked.kill();
         unasked.waitForFinished(HangMs);
         QVERIFY2(answer.lines.value(0).startsWith("FAIL  timed out "), qPrintable(answer.lines[0]));
