@@ -19,8 +19,8 @@ using namespace Qt::Literals::StringLiterals;
 
 namespace {
 
-constexpr QSize DefaultSize(460, 400);
-constexpr QSize SmallestList(180, 160);
+constexpr QSize ManagerSize(460, 400);
+constexpr QSize SmallestFavourites(180, 160);
 constexpr int ButtonWidth = 108;
 /// What the column leaves of the list's width to the frame and the scroll bar.
 constexpr int BesideColumnTwips = 400;
@@ -43,7 +43,7 @@ public:
     }
 };
 
-QPushButton* newButton(const QString& name, const QString& caption, QWidget* parent)
+QPushButton* managerButton(const QString& name, const QString& caption, QWidget* parent)
 {
     auto* button = new QPushButton(caption, parent);
     button->setObjectName(name);
@@ -63,7 +63,7 @@ frmMan::frmMan(Favourites* favourites, QWidget* parent)
     createList();
     createButtons();
     layOut();
-    resize(DefaultSize);
+    resize(ManagerSize);
     updateButtons();
     m_lvwList->setFocus();
     m_lvwList->setCurrentIndex(m_items->index(0, 0));
@@ -72,7 +72,7 @@ frmMan::frmMan(Favourites* favourites, QWidget* parent)
 void frmMan::createList()
 {
     m_lvwList = new CheckedListView(m_items, tr("Favorites"), this);
-    m_lvwList->setMinimumSize(SmallestList);
+    m_lvwList->setMinimumSize(SmallestFavourites);
     // The ends of names tell cameras apart as often as their beginnings.
     m_lvwList->setTextElideMode(Qt::ElideMiddle);
     m_lvwList->setItemDelegate(new NameDelegate(m_lvwList));
@@ -84,12 +84,12 @@ void frmMan::createList()
 
 void frmMan::createButtons()
 {
-    m_cmdRem = newButton(u"cmdRem"_s, u"Remove"_s, this);
-    m_cmdAll = newButton(u"cmdAll"_s, u"Select All"_s, this);
-    m_cmdNone = newButton(u"cmdNone"_s, u"De-Select All"_s, this);
-    m_cmdSort = newButton(u"cmdSort"_s, u"Sort"_s, this);
-    m_cmdOk = newButton(u"cmdOk"_s, u"Ok"_s, this);
-    m_cmdCan = newButton(u"cmdCan"_s, u"Cancel"_s, this);
+    m_cmdRem = managerButton(u"cmdRem"_s, u"Remove"_s, this);
+    m_cmdAll = managerButton(u"cmdAll"_s, u"Select All"_s, this);
+    m_cmdNone = managerButton(u"cmdNone"_s, u"De-Select All"_s, this);
+    m_cmdSort = managerButton(u"cmdSort"_s, u"Sort"_s, this);
+    m_cmdOk = managerButton(u"cmdOk"_s, u"Ok"_s, this);
+    m_cmdCan = managerButton(u"cmdCan"_s, u"Cancel"_s, this);
     // A click leaves the keyboard in the list, so that Enter stays "Ok".
     for (auto* one : {m_cmdRem, m_cmdAll, m_cmdNone, m_cmdSort})
         one->setFocusPolicy(Qt::TabFocus);

@@ -26,8 +26,8 @@ using namespace Qt::Literals::StringLiterals;
 
 namespace {
 
-constexpr QSize DefaultSize(560, 420);
-constexpr QSize SmallestList(240, 160);
+constexpr QSize InternetListSize(560, 420);
+constexpr QSize SmallestFoundCameras(240, 160);
 constexpr int PromptWidth = 360;
 constexpr int FirstColumnTwips = 2000;
 /// What the columns leave of the list's width to the frame and the scroll bar.
@@ -35,7 +35,7 @@ constexpr int BesideColumnsTwips = 500;
 
 constexpr auto ScriptPath = "/pevora/index.cgi?"_L1;
 
-QPushButton* newButton(const QString& name, const QString& caption, QWidget* parent)
+QPushButton* listButton(const QString& name, const QString& caption, QWidget* parent)
 {
     auto* button = new QPushButton(caption, parent);
     button->setObjectName(name);
@@ -64,24 +64,24 @@ frmInt::frmInt(const QString& folder, const QString& directory, int port, QWidge
     createList();
     createButtons();
     layOut(createMenu());
-    resize(DefaultSize);
+    resize(InternetListSize);
     m_lvwList->setFocus();
 }
 
 void frmInt::createList()
 {
     m_lvwList = new CheckedListView(m_found, tr("Cameras"), this);
-    m_lvwList->setMinimumSize(SmallestList);
+    m_lvwList->setMinimumSize(SmallestFoundCameras);
     m_lvwList->setAllColumnsShowFocus(true);
     m_lvwList->installEventFilter(this);
 }
 
 void frmInt::createButtons()
 {
-    m_cmdAll = newButton(u"cmdAll"_s, u"Select All"_s, this);
-    m_cmdNone = newButton(u"cmdNone"_s, u"De-Select All"_s, this);
-    m_cmdPre = newButton(u"cmdPre"_s, u"Preview"_s, this);
-    m_cmdAdd = newButton(u"cmdAdd"_s, u"Add Selected"_s, this);
+    m_cmdAll = listButton(u"cmdAll"_s, u"Select All"_s, this);
+    m_cmdNone = listButton(u"cmdNone"_s, u"De-Select All"_s, this);
+    m_cmdPre = listButton(u"cmdPre"_s, u"Preview"_s, this);
+    m_cmdAdd = listButton(u"cmdAdd"_s, u"Add Selected"_s, this);
     m_cmdPre->setDefault(true);
     connect(m_cmdAll, &QPushButton::clicked, this, [this] { m_found->checkAll(true); });
     connect(m_cmdNone, &QPushButton::clicked, this, [this] { m_found->checkAll(false); });

@@ -14,7 +14,7 @@ namespace {
 
 enum class Check { None, Off, On };
 
-struct Row
+struct EntryRow
 {
     /// EntryCount for a separator.
     MainMenu::Entry entry;
@@ -27,13 +27,13 @@ struct Menu
 {
     MainMenu::Entry entry;
     const char* caption;
-    QList<Row> rows;
+    QList<EntryRow> rows;
 };
 
 const QList<Menu>& menus()
 {
     using enum MainMenu::Entry;
-    static const Row separator{EntryCount, ""};
+    static const EntryRow separator{EntryCount, ""};
     static const QList<Menu> table = {
         {mnuOpt,
          "Options",
@@ -83,7 +83,7 @@ MainMenu::MainMenu(QMenuBar* bar)
         auto* one = bar->addMenu(QString::fromLatin1(menu.caption));
         one->setObjectName(nameOf(menu.entry));
         m_entries[menu.entry] = one->menuAction();
-        for (const Row& row : menu.rows) {
+        for (const EntryRow& row : menu.rows) {
             if (row.entry == EntryCount) {
                 one->addSeparator();
                 continue;

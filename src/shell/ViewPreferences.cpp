@@ -15,7 +15,7 @@ namespace {
 const QString Section = u"VIEW"_s;
 const QString KeepKey = u"KEEP"_s;
 
-struct Row
+struct CheckRow
 {
     const char* key;
     MainMenu::Entry entry;
@@ -23,16 +23,18 @@ struct Row
     std::optional<bool> unreadable = {};
 };
 
-constexpr Row List{"LIST", MainMenu::mnuViewList};
-constexpr Row ToolBar{"TB", MainMenu::mnuViewTb};
-constexpr Row GotoBar{"GOTO", MainMenu::mnuViewGoto};
-constexpr Row NewOnly{"NEW", MainMenu::mnuViewNew};
-constexpr Row Tray{"TRAY", MainMenu::mnuViewTray, true};
-constexpr Row OnTop{"ONTOP", MainMenu::mnuOptOnTop};
-constexpr Row OriginalSize{"OSIZE", MainMenu::mnuViewOSize};
+constexpr CheckRow ListCheck{"LIST", MainMenu::mnuViewList};
+constexpr CheckRow ToolBarCheck{"TB", MainMenu::mnuViewTb};
+constexpr CheckRow GotoBarCheck{"GOTO", MainMenu::mnuViewGoto};
+constexpr CheckRow NewOnlyCheck{"NEW", MainMenu::mnuViewNew};
+constexpr CheckRow TrayCheck{"TRAY", MainMenu::mnuViewTray, true};
+constexpr CheckRow OnTopCheck{"ONTOP", MainMenu::mnuOptOnTop};
+constexpr CheckRow OriginalSizeCheck{"OSIZE", MainMenu::mnuViewOSize};
 
-constexpr Row AsRead[] = {List, ToolBar, GotoBar, NewOnly, Tray, OnTop, OriginalSize};
-constexpr Row AsWritten[] = {List, ToolBar, GotoBar, NewOnly, Tray, OriginalSize, OnTop};
+constexpr CheckRow AsRead[] = {ListCheck, ToolBarCheck, GotoBarCheck,     NewOnlyCheck,
+                               TrayCheck, OnTopCheck,   OriginalSizeCheck};
+constexpr CheckRow AsWritten[] = {ListCheck, ToolBarCheck,      GotoBarCheck, NewOnlyCheck,
+                                  TrayCheck, OriginalSizeCheck, OnTopCheck};
 
 } // namespace
 
@@ -61,7 +63,7 @@ void ViewPreferences::load(const QString& path)
 
 void ViewPreferences::save(const QString& path) const
 {
-    for (const Row& row : AsWritten) {
+    for (const CheckRow& row : AsWritten) {
         const bool checked = m_menu.entry(row.entry)->isChecked();
         WriteToINI(Section, QString::fromLatin1(row.key), truthValueText(checked), path);
     }

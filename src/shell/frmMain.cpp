@@ -37,7 +37,7 @@ using namespace Qt::Literals::StringLiterals;
 
 namespace {
 
-constexpr QSize DefaultSize(1'120, 640);
+constexpr QSize MainWindowSize(1'120, 640);
 /// More than the window manager's frame and caption take.
 constexpr QSize RoomForFrame(20, 60);
 
@@ -55,7 +55,7 @@ frmMain::frmMain(const Folders& folders, const QString& commandLine)
     createParts();
     connectMenus();
     connect(qApp, &QGuiApplication::commitDataRequest, this, &frmMain::shutDown);
-    resize(DefaultSize.boundedTo(screen()->availableSize() - RoomForFrame));
+    resize(MainWindowSize.boundedTo(screen()->availableSize() - RoomForFrame));
     startUp(commandLine);
 }
 

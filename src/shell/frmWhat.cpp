@@ -16,7 +16,7 @@ using namespace Qt::Literals::StringLiterals;
 namespace {
 
 constexpr int LogoPx = 96;
-constexpr QSize DefaultSize(440, 360);
+constexpr QSize AboutSize(440, 360);
 
 /// The program's picture, as sharp as the screen it is on.
 class Logo : public QWidget
@@ -81,7 +81,7 @@ frmWhat::frmWhat(const QString& homePage, QWidget* parent)
     auto* all = new QVBoxLayout(this);
     all->addWidget(m_tabMain);
     all->addWidget(buttons);
-    resize(DefaultSize);
+    resize(AboutSize);
 }
 
 QWidget* frmWhat::createAbout(const QString& homePage)

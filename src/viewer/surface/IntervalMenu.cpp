@@ -14,14 +14,14 @@ using namespace Qt::Literals::StringLiterals;
 
 namespace {
 
-struct Row
+struct IntervalRow
 {
     int index;
     const char* caption;
 };
 
 /// Kept: "sec" and "secs" here, "sec(s)" for the custom interval.
-constexpr Row Rows[] = {
+constexpr IntervalRow IntervalRows[] = {
     {1, "1 sec"},    {5, "5 secs"},   {10, "10 secs"}, {15, "15 secs"},
     {30, "30 secs"}, {45, "45 secs"}, {60, "60 secs"}, {IntervalMenu::CustomIndex, "Custom"}};
 constexpr int CheckedAtStart = 30;
@@ -46,7 +46,7 @@ IntervalMenu::IntervalMenu(QWidget* parent)
 {
     setObjectName(u"mnuTmr"_s);
     auto* group = new QActionGroup(this);
-    for (const Row& row : Rows) {
+    for (const IntervalRow& row : IntervalRows) {
         auto* one = addAction(QString::fromLatin1(row.caption));
         one->setObjectName(u"mnuTmrSel(%1)"_s.arg(row.index));
         one->setData(row.index);

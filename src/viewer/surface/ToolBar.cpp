@@ -14,7 +14,7 @@ namespace {
 
 enum class Kind { Button, ButtonWithMenu, CheckButton, Separator };
 
-struct Row
+struct ButtonRow
 {
     const char* tip;
     Kind kind;
@@ -26,9 +26,9 @@ constexpr int SeparatorWidthPx = 4;
 constexpr int ButtonTopPx = (ToolBar::HeightPx - ToolBarButton::HeightPx) / 2;
 
 /// Row n stands at place n + 1. "Toogle View" is the button's name, letter for letter.
-const QList<Row>& rows()
+const QList<ButtonRow>& rows()
 {
-    static const QList<Row> table = {
+    static const QList<ButtonRow> table = {
         {"Open", Kind::ButtonWithMenu, "open", {u"Image"_s, u"Movie"_s}},
         {"Save", Kind::ButtonWithMenu, "save", {u"Image"_s, u"Movie"_s}},
         {"", Kind::Separator, "", {}},
@@ -55,7 +55,7 @@ ToolBar::ToolBar(QWidget* parent)
 {
     int left = 0;
     for (int index = 1; index <= rows().size(); ++index) {
-        const Row& row = rows()[index - 1];
+        const ButtonRow& row = rows()[index - 1];
         if (row.kind == Kind::Separator) {
             m_buttons.append(nullptr);
             left += SeparatorWidthPx;
