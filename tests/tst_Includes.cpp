@@ -1,5 +1,5 @@
-// Which folder of src/ may include which, and which part of Qt: arrows point one way. And which
-// file may write files.
+// Which folder of src/ may include which, and which part of Qt: arrows point one way. Which
+// file may write files, and which test may look at the clock.
 
 #include "support/Paths.h"
 #include "support/ScratchFile.h"
@@ -76,15 +76,38 @@ static const QHash<QString, QSet<QString>>& mayWrite()
     return table;
 }
 
+/// What tells a test how long something took, or lets it wait for a time and for nothing else.
+static const QRegularExpression& clocks()
+{
+    static const QRegularExpression words(
+        "\\b(QElapsedTimer|std::clock(?!_t)|\\w*steady_clock|system_clock|high_resolution_clock|"
+        "clock_gettime|getrusage|ru_utime|currentMSecsSinceEpoch|QTest::qWait(?!\\w)|QTest::qSleep|"
+        "QThread::m?sleep|sleep_for|QBENCHMARK)\\b");
+    return words;
+}
+
+static const QHash<QString, QSet<QString>>& mayLookAtTheClock()
+{
+    static const QHash<QString, QSet<QString>> table = {
+        // Compares work with work of the same run.
+        {"support/Cost.cpp", {"std::clock"}},
+        {"support/ChildCost.cpp", {"ru_utime"}},
+        {"viewer/fetch/tst_FetchFloods.cpp", {"std::clock"}},
+        // Finds a moment within a save.
+        {"camlist/tst_CameraListFileKilled.cpp", {"QElapsedTimer"}},
+    };
+    return table;
+}
+
 static QString folderOf(const QString& path)
 {
     return path.contains('/') ? path.section('/', 0, -2) : QString();
 }
 
-static QStringList sources()
+static QStringList sources(const QString& folder = "src")
 {
     QStringList found;
-    QDirIterator files(sourcePath("src"), {"*.h", "*.cpp"}, QDir::Files,
+    QDirIterator files(sourcePath(folder), {"*.h", "*.cpp"}, QDir::Files,
                        QDirIterator::Subdirectories);
     while (files.hasNext())
         found.append(files.next());
@@ -190,20 +213,29 @@ private slots:
         }
     }
 
-    void onlyReplaceFileWritesWhatMatters()
+    void onlyReplaceFileWritesWhatMatters() { compareWords("src", writing(), mayWrite()); }
+
+    void testsDoNotJudgeByTheClock() { compareWords("tests", clocks(), mayLookAtTheClock()); }
+
+private:
+    /// Each source of `folder` has just those words that the table has for it.
+    static void compareWords(const QString& folder, const QRegularExpression& words,
+                             const QHash<QString, QSet<QString>>& allowed)
     {
-        static const QRegularExpression comment("//[^\n]*|^#include[^\n]*",
-                                                QRegularExpression::MultilineOption);
+        static const QRegularExpression noCode("//[^\n]*|^#include[^\n]*",
+                                               QRegularExpression::MultilineOption);
         QHash<QString, QSet<QString>> found;
-        for (const QString& path : sources()) {
-            const QString code = QString::fromUtf8(contentOf(path)).remove(comment);
-            for (auto all = writing().globalMatch(code); all.hasNext();)
-                found[QDir(sourcePath("src")).relativeFilePath(path)] << all.next().captured();
+        for (const QString& path : sources(folder)) {
+            if (path.endsWith("tst_Includes.cpp"))
+                continue; // the tables themselves
+            const QString code = QString::fromUtf8(contentOf(path)).remove(noCode);
+            for (auto all = words.globalMatch(code); all.hasNext();)
+                found[QDir(sourcePath(folder)).relativeFilePath(path)] << all.next().captured();
         }
         QSet<QString> files(found.keyBegin(), found.keyEnd());
-        for (const QString& file : files.unite({mayWrite().keyBegin(), mayWrite().keyEnd()}))
-            QVERIFY2(found.value(file) == mayWrite().value(file),
-                     qPrintable(file + " writes by " + found.value(file).values().join(", ")));
+        for (const QString& file : files.unite({allowed.keyBegin(), allowed.keyEnd()}))
+            QVERIFY2(found.value(file) == allowed.value(file),
+                     qPrintable(file + " has " + found.value(file).values().join(", ")));
     }
 };
 
