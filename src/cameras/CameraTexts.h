@@ -5,11 +5,11 @@
 /// What lists of cameras show. Names and addresses come from anywhere: they are shown as plain text
 /// on one line, and no more of them than can be seen.
 
-/// `text` for one line on screen, at the most its first 10,000 characters; what breaks lines
+/// `text` for one line on screen, at most its first 10,000 characters; what breaks lines
 /// becomes a blank.
 QString shownLine(const QString& text);
 
-/// A tool tip with `text`, at the most its first 500 characters. It is markup, which alone is
+/// A tool tip with `text`, at most its first 500 characters. It is markup, which alone is
 /// wrapped to what a screen has room for, and so that it takes no name for markup.
 QString shownToolTip(const QString& text);
 

@@ -23,9 +23,9 @@ public:
     explicit InstanceClient(InstanceLock& lock);
 
     /// Gives `name`, a file name without quotes, to the server, if there is one. Blocks up to
-    /// `patienceMs`: nothing of the starting instance is on screen, and nothing is reported. So
-    /// there is no window yet, either, that would have to go by another caption than "Pevora" lest
-    /// it be taken for the one that runs. An instance that gets another result than NoServer ends.
+    /// `patienceMs`: nothing of the starting instance is on screen, and nothing is reported. As
+    /// there is no window yet, none can be mistaken for that of the server, and its caption need
+    /// not differ from "Pevora". An instance that gets another result than NoServer ends.
     Result handOver(const QString& name, int patienceMs = PatienceMs);
 
     /// `name` as another instance, in another working folder, has to be told of it: absolute.

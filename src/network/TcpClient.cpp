@@ -97,7 +97,7 @@ void TcpClient::connectSecure(const QString& host)
     connect(socket, &QSslSocket::encrypted, this, &TcpClient::established);
     connect(socket, &QSslSocket::disconnected, this, &TcpClient::securePeerHasClosed);
     connect(socket, &QSslSocket::errorOccurred, this, [this](QAbstractSocket::SocketError error) {
-        // The farewell of TLS comes so, maybe long before the connection itself ends.
+        // close_notify of TLS comes so, maybe long before the connection itself ends.
         if (error == QAbstractSocket::RemoteHostClosedError)
             securePeerHasClosed();
     });

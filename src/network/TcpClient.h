@@ -77,8 +77,8 @@ signals:
     void Connected();
     void DataArrival();
     /// The peer has closed, and the last DataArrival has been handled. Never after Close(). A
-    /// secure peer that closes without the farewell of TLS has closed too, as cameras' servers do:
-    /// whether all has come is for the reader of the bytes to judge.
+    /// secure peer that closes without close_notify (RFC 8446, 6.1) has closed too, as cameras'
+    /// servers do: whether all has come is for the reader of the bytes to judge.
     void Closed();
     /// The connection failed or broke. `number` is a QAbstractSocket::SocketError, `description`
     /// a text for the user, one line. The peer's close is never an Error, but for one that comes

@@ -56,7 +56,7 @@ public:
     QImage image() const;
 
     /// The image halved (rounding down) as often as it stays no smaller than `needed` in both
-    /// directions, three times at the most: the sizes at which a JPEG decodes fastest. An empty
+    /// directions, three times at most: the sizes at which a JPEG decodes fastest. An empty
     /// `needed` gives the whole image.
     QImage imageNoSmallerThan(QSize needed) const;
 

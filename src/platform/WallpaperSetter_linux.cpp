@@ -15,7 +15,7 @@ using namespace Qt::Literals::StringLiterals;
 
 namespace {
 
-// What a command may print, and how many settings of Xfce are changed at the most (one for each
+// What a command may print, and how many settings of Xfce are changed at most (one for each
 // pair of monitor and workspace): far above what a real desktop has.
 constexpr qint64 MaxOutputBytes = 1024 * 1024;
 constexpr qsizetype MaxXfceSettings = 256;

@@ -10,7 +10,7 @@
 /// For the thread of the application object only. No call reports an error: a file that cannot be
 /// read has no keys, a file that cannot be written stays as it was.
 
-/// The value of a key, at the most its first 749 characters (code points); empty where there is
+/// The value of a key, at most its first 749 characters (code points); empty where there is
 /// no such key, section or file. Looks for the key in lower case, which no file can tell from any
 /// other spelling.
 QString GetFromINI(const QString& section, const QString& key, const QString& path);

@@ -2,8 +2,8 @@
 
 #include <QString>
 
-// What the build decides. The values stand in one generated source, so that another one rebuilds
-// that alone.
+// What the build decides. The values are in one generated source: a change of one rebuilds only
+// that.
 
 /// The program's version, as "1.1".
 QString programVersion();

@@ -29,7 +29,7 @@ public:
 
 signals:
     /// The primary button was released on the icon. Other buttons, and the second press of a
-    /// double click, are nobody's business.
+    /// double click, are ignored.
     void Clicked();
 
 protected:

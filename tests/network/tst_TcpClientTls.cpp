@@ -231,7 +231,7 @@ private slots:
         QCOMPARE(c.listener.description, "Connection refused");
     }
 
-    void closingWithoutAFarewellIsNoError()
+    void closingWithoutCloseNotifyIsNoError()
     {
         ScriptedServer server(TestAuthority::server(m_good));
         server.listen();
@@ -246,7 +246,7 @@ private slots:
         }
     }
 
-    void theFarewellAloneIsTheClose()
+    void closeNotifyAloneIsTheClose()
     {
         ScriptedServer server(TestAuthority::server(m_good));
         server.listen();

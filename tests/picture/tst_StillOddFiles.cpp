@@ -144,7 +144,7 @@ private slots:
             else
                 QCOMPARE(decoded.size(), Still::halvedSize(size, needed));
             QCOMPARE(still.bytes(), still.isNull() ? QByteArray() : bytes);
-            // Nothing but the decoders' own reports, at the most one each time.
+            // Nothing but the decoders' own reports, at most one each time.
             QVERIFY(log.messages().size() <= 1);
             for (const auto& message : log.messages())
                 QVERIFY2(message.first.startsWith("qt.gui.imageio"), qPrintable(message.second));
