@@ -107,8 +107,9 @@ private slots:
         flushTimer().setInterval(1);
         bool written = false;
         bool writtenBefore = true;
-        QTimer::singleShot(1, this, [&] { writtenBefore = written; });
-        connect(&flushTimer(), &Timer::Tick, &flushTimer(), [&] { written = true; });
+        const QObject here; // The timer goes on after this test.
+        QTimer::singleShot(1, &here, [&] { writtenBefore = written; });
+        connect(&flushTimer(), &Timer::Tick, &here, [&] { written = true; });
         WriteToINI("S", "A", "1", m_path);
         QTRY_VERIFY(written);
         flushTimer().setInterval(IniCache::QuietMs);
