@@ -8,6 +8,8 @@
 #include <QTest>
 #include <QWindow>
 
+#include <optional>
+
 namespace {
 
 QByteArray run(const QString& program, const QStringList& arguments)
@@ -83,14 +85,25 @@ DesktopTray::~DesktopTray()
 QRect DesktopTray::icon()
 {
     QRect place;
-    (void)waitFor([&] {
+    std::optional<QPoint> pointedAt;
+    const bool found = waitFor([&] {
         const auto windows = trayWindows();
         // Not before the tray has given it its place.
-        if (windows.size() == 1 && windows.first()->windowHandle()->isExposed())
-            place = QRect(windows.first()->mapToGlobal(QPoint()), windows.first()->size());
-        return place.width() > 1;
+        if (windows.size() != 1 || !windows.first()->windowHandle()->isExposed())
+            return false;
+        place = QRect(windows.first()->mapToGlobal(QPoint()), windows.first()->size());
+        if (place.width() <= 1)
+            return false;
+        if (pointedAt == place.center())
+            return windows.first()->underMouse();
+        // Trays move an icon that is new: it is where the pointer meets it.
+        pointedAt = place.center();
+        run(QStringLiteral("xdotool"),
+            {QStringLiteral("mousemove"), QString::number(pointedAt->x()),
+             QString::number(pointedAt->y())});
+        return false;
     });
-    return place;
+    return found ? place : QRect();
 }
 
 int DesktopTray::icons()

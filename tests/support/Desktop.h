@@ -23,7 +23,8 @@ public:
     DesktopTray();
     ~DesktopTray();
 
-    /// Where the program's icon is on the screen, after waiting for it; empty where none comes.
+    /// Where the program's icon is on the screen, after waiting for it, with the pointer over it;
+    /// empty where none comes.
     static QRect icon();
     /// How many icons the program has in the tray.
     static int icons();
