@@ -92,6 +92,7 @@ static const QHash<QString, QSet<QString>>& mayLookAtTheClock()
         // Compares work with work of the same run.
         {"support/Cost.cpp", {"std::clock"}},
         {"support/ChildCost.cpp", {"ru_utime"}},
+        {"support/RunningProgram.cpp", {"clock_gettime"}},
         {"viewer/fetch/tst_FetchFloods.cpp", {"std::clock"}},
         // Finds a moment within a save.
         {"camlist/tst_CameraListFileKilled.cpp", {"QElapsedTimer"}},

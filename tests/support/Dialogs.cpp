@@ -36,6 +36,7 @@ ShownMessage answerMessage(int button)
     auto* answer = box->button(static_cast<QMessageBox::StandardButton>(button));
     if (!answer)
         return {};
-    QTest::mouseClick(answer, Qt::LeftButton);
+    // By a call: the window manager may still be moving the box away from under the pointer.
+    answer->click();
     return message;
 }

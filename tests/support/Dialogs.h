@@ -22,5 +22,5 @@ struct ShownMessage
 };
 
 /// Waits for a message box, notes what it shows and answers it with `button` (a
-/// QMessageBox::StandardButton) by a click.
+/// QMessageBox::StandardButton).
 ShownMessage answerMessage(int button);
