@@ -224,7 +224,8 @@ private slots:
         QCOMPARE(p.ended(), "0");
         QCOMPARE(p.preferences(), content + "COUNT=10000\r\n" + DesignView);
         qInfo("window at %.2f times the usual cost", atStart / usualSeconds);
-        QVERIFY(usualSeconds > 0 && atStart < 8 * usualSeconds);
+        // Six to seven times is usual; work that grows with the square is a hundred times and more.
+        QVERIFY(usualSeconds > 0 && atStart < 16 * usualSeconds);
     }
 };
 
