@@ -35,9 +35,10 @@ static const QHash<QString, QSet<QString>>& mayInclude()
         {"directory", {"network", "widgets", "settings", "cameras", "shared"}},
         {"instance", {"shared", "platform"}},
         {"tray", {"widgets", "shared"}},
+        {"shell/notices", {"viewer", "viewer/fetch", "camlist", "widgets", "cameras", "shared"}},
         {"shell",
-         {"viewer", "camlist", "directory", "instance", "tray", "widgets", "settings", "network",
-          "cameras", "shared"}},
+         {"shell/notices", "viewer", "camlist", "directory", "instance", "tray", "widgets",
+          "settings", "network", "cameras", "shared"}},
         {"", {"shell", "instance", "shared", "platform"}}, // main.cpp
     };
     return table;

@@ -13,6 +13,7 @@
 #include <QMenu>
 
 #include <optional>
+#include <utility>
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -79,7 +80,7 @@ void CamList::createMenu()
         QGuiApplication::clipboard()->setText(node.key);
     });
     m_mnu->addSeparator();
-    m_mnuEdit = add(u"mnuEdit"_s, u"Edit"_s, [this](const CameraRecord&) { edit(); });
+    m_mnuEdit = add(u"mnuEdit"_s, u"Edit"_s, [this](const CameraRecord&) { editSelected(); });
     auto* remove = add(u"mnuRem"_s, u"Remove"_s, [this](const CameraRecord&) { Remove(); });
     // The key works while the tree has the keyboard. One that is held down removes one camera.
     remove->setShortcut(QKeySequence::Delete);
@@ -117,7 +118,7 @@ void CamList::Remove()
     if (!node.isValid())
         return;
     if (CameraTreeModel::isCamera(node))
-        m_tree->remove(node);
+        remove(node);
     else
         askToRemove(node);
 }
@@ -126,7 +127,62 @@ void CamList::askToRemove(const QModelIndex& category)
 {
     m_messages->ask(
         {QMessageBox::Question, u"Remove"_s, u"Remove Category and all its contents?"_s},
-        [this, category = QPersistentModelIndex(category)] { m_tree->remove(category); });
+        [this, category = QPersistentModelIndex(category)] { remove(category); });
+}
+
+void CamList::remove(const QModelIndex& node)
+{
+    if (!node.isValid())
+        return;
+    const QString name = m_tree->record(node).name;
+    m_before = m_tree->cameras();
+    m_tree->remove(node);
+    m_after = m_tree->cameras();
+    emit Removed(name);
+}
+
+void CamList::undo()
+{
+    const auto source = [cameras = std::exchange(m_before, {}),
+                         next = qsizetype(0)]() mutable -> std::optional<CameraRecord> {
+        return next < cameras.size() ? std::optional(cameras[next++]) : std::nullopt;
+    };
+    // In their old places where nothing else has changed since, else behind what there is.
+    if (m_tree->cameras() != m_after) {
+        m_tree->addAll(source);
+        return;
+    }
+    const QStringList open = m_tvwCat->openCategories();
+    m_tree->replaceAll(source);
+    if (m_tree->cameraCount() <= MostShownOpen)
+        m_tvwCat->expandAll();
+    else
+        m_tvwCat->openCategories(open);
+}
+
+bool CamList::has(const QString& key) const
+{
+    return m_tree->find(key).isValid();
+}
+
+bool CamList::changeKey(const QString& key, const QString& newKey)
+{
+    return m_tree->setKey(m_tree->find(key), newKey);
+}
+
+void CamList::edit(const QString& key)
+{
+    const QModelIndex camera = m_tree->find(key);
+    if (!camera.isValid())
+        return;
+    m_tvwCat->select(camera);
+    editSelected();
+}
+
+void CamList::select(const QString& key)
+{
+    if (const QModelIndex camera = m_tree->find(key); camera.isValid())
+        m_tvwCat->select(camera);
 }
 
 void CamList::LoadFile(const QString& path)
@@ -140,6 +196,7 @@ void CamList::LoadFile(const QString& path)
 void CamList::reload()
 {
     const auto line = m_file.read();
+    m_before = m_tree->cameras();
     const QStringList open = m_tvwCat->openCategories();
     // A list that cannot be read is not an empty one: nothing takes its place.
     const auto none = [] { return std::optional<CameraRecord>(); };
@@ -151,6 +208,8 @@ void CamList::reload()
         m_tvwCat->expandAll();
     else
         m_tvwCat->openCategories(open);
+    m_after = m_tree->cameras();
+    emit Reloaded(m_tree->cameraCount());
 }
 
 void CamList::import(const QString& path)
@@ -161,8 +220,12 @@ void CamList::import(const QString& path)
         tellNotValid();
         return;
     }
+    const qsizetype before = m_tree->cameraCount();
     // Kept: "CAMZ" alone brings the cameras of a new list.
-    tellAlreadyListed(m_tree->addAll(camerasOf(*line)));
+    const qsizetype refused = m_tree->addAll(camerasOf(*line));
+    tellAlreadyListed(refused);
+    const QList<CameraRecord> cameras = m_tree->cameras();
+    emit Added(cameras.size() - before, refused, cameras.value(before).key);
 }
 
 /// Not at once: while the program starts, its window comes first. The same below.
@@ -207,14 +270,21 @@ void CamList::FillParent(QComboBox* combo) const
 
 void CamList::AddCam(const QString& name, const QString& key, const QString& category)
 {
-    const QModelIndex added = m_tree->add({category, name, key});
+    if (add({category, name, key}))
+        emit Added(1, 0, key);
+}
+
+bool CamList::add(const CameraRecord& camera)
+{
+    const QModelIndex added = m_tree->add(camera);
     if (added.isValid())
         m_tvwCat->select(added);
     else
         tellAlreadyListed(1);
+    return added.isValid();
 }
 
-void CamList::edit()
+void CamList::editSelected()
 {
     const QModelIndex camera = m_tvwCat->selected();
     auto* editor = new frmEdit(categories(), window());
@@ -223,7 +293,7 @@ void CamList::edit()
                 // Kept: the camera goes before the new one comes, so one whose new key the list has
                 // already is gone.
                 m_tree->remove(camera);
-                AddCam(updated.name, updated.key, updated.category);
+                add(updated);
             });
     editor->edit(m_tree->record(camera));
 }

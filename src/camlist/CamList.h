@@ -1,5 +1,6 @@
 #pragma once
 
+#include "cameras/CameraListLine.h"
 #include "camlist/CameraListFile.h"
 
 #include <QWidget>
@@ -41,6 +42,20 @@ public:
     /// that the tree has it already.
     void LoadFile(const QString& path = {});
 
+    /// Whether a camera of that key is in the list. "http://" goes without saying. The same below.
+    bool has(const QString& key) const;
+    /// Gives the camera of `key` the key `newKey`. False where there is none, or where another has
+    /// it already.
+    bool changeKey(const QString& key, const QString& newKey);
+    /// Opens the properties of the camera of `key`; nothing where there is none.
+    void edit(const QString& key);
+    /// Selects the camera of `key`, and brings it into view.
+    void select(const QString& key);
+
+    /// Brings back what the last removal or the last load of list.dat took away. What has come
+    /// since then stays. Nothing where there was none, or it was undone.
+    void undo();
+
     /// Writes the tree into list.dat, in the order in which the cameras were added. Categories
     /// without a camera are not written; without any camera the file is removed. A list.dat that
     /// could not be read, or that another instance changed since, is kept as list.dat.bak (see
@@ -64,6 +79,12 @@ signals:
     void Click(const QString& name, const QString& key);
     /// "Add to Favorites" was chosen for a node.
     void AddFavorite(const QString& name, const QString& key);
+    /// A camera, or a category with its cameras, was removed; undo() brings it back.
+    void Removed(const QString& name);
+    /// list.dat was loaded anew; undo() brings back what was there.
+    void Reloaded(qsizetype cameras);
+    /// `added` cameras came in, the first of them that of `firstKey`; `refused` were there already.
+    void Added(qsizetype added, qsizetype refused, const QString& firstKey);
 
 protected:
     void resizeEvent(QResizeEvent* event) override;
@@ -76,12 +97,17 @@ private:
     void tellNotValid();
     void tellAlreadyListed(qsizetype cameras);
     void askToRemove(const QModelIndex& category);
-    void edit();
+    void remove(const QModelIndex& node);
+    bool add(const CameraRecord& camera);
+    void editSelected();
 
     CameraListFile m_file;
     CameraTreeModel* m_tree;
     CameraTreeView* m_tvwCat;
     QMenu* m_mnu;
     QAction* m_mnuEdit = nullptr;
+    /// All cameras before and after the last change that can be undone.
+    QList<CameraRecord> m_before;
+    QList<CameraRecord> m_after;
     MessageQueue* m_messages;
 };

@@ -149,6 +149,29 @@ void CameraTreeModel::appendText(const Node& node)
     m_texts.append(node.text).append(FieldSeparator);
 }
 
+bool CameraTreeModel::setKey(const QModelIndex& camera, const QString& key)
+{
+    Node* const node = nodeOf(camera);
+    const QString newKey = withoutSeparator(key);
+    if (!node || !node->category || m_byKey.contains(newKey))
+        return false;
+    m_byKey.remove(node->key);
+    m_byKey.insert(newKey, node);
+    node->key = newKey;
+    emit dataChanged(camera, camera);
+    return true;
+}
+
+QModelIndex CameraTreeModel::find(const QString& key) const
+{
+    const QString address = withoutHttpScheme(key);
+    for (const auto& node : m_nodes) {
+        if (node->category && withoutHttpScheme(node->key) == address)
+            return indexOf(node.get());
+    }
+    return {};
+}
+
 QList<CameraRecord> CameraTreeModel::cameras() const
 {
     QList<CameraRecord> found;

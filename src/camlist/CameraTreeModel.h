@@ -40,6 +40,10 @@ public:
     /// index, or an invalid one. A field separator in a text becomes what looks the same.
     QModelIndex add(const CameraRecord& camera);
 
+    /// Gives a camera another key; false, and nothing changes, where `key` is there already. A
+    /// field separator becomes what looks the same.
+    bool setKey(const QModelIndex& camera, const QString& key);
+
     /// Removes a camera, or a category with its cameras.
     void remove(const QModelIndex& node);
 
@@ -54,6 +58,10 @@ public:
     /// text begins with `name` without regard to case; invalid where there is none or `name` is
     /// empty.
     QModelIndex firstMatch(const QString& name) const;
+
+    /// The camera of that key, with or without the "http://" that goes without saying; invalid
+    /// where there is none.
+    QModelIndex find(const QString& key) const;
 
     static bool isCamera(const QModelIndex& node) { return node.parent().isValid(); }
 

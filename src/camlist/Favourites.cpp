@@ -1,5 +1,6 @@
 #include "camlist/Favourites.h"
 
+#include "cameras/CameraKey.h"
 #include "cameras/CameraTexts.h"
 #include "settings/Ini.h"
 #include "shared/InputText.h"
@@ -49,6 +50,20 @@ void Favourites::add(const QString& name, const QString& key)
     // closes with the next start, or when the manager rebuilds the list.
     m_entries.append(one);
     emit Changed();
+}
+
+void Favourites::changeKey(const QString& key, const QString& newKey)
+{
+    const QString address = withoutHttpScheme(key);
+    bool changed = false;
+    for (Favourite& one : m_entries) {
+        if (!one.isWhole() || withoutHttpScheme(one.key) != address)
+            continue;
+        one = separatorsAway(one.name, newKey);
+        changed = true;
+    }
+    if (changed)
+        emit Changed();
 }
 
 void Favourites::replaceAll(const QList<Favourite>& favourites)

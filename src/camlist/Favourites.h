@@ -37,6 +37,9 @@ public:
     /// `name` or `key` is empty.
     void add(const QString& name, const QString& key);
 
+    /// Gives each favourite of `key` the key `newKey`. "http://" goes without saying.
+    void changeKey(const QString& key, const QString& newKey);
+
     /// Puts `favourites` in the place of all entries, from entry 0 on. Without any, entry 0 is
     /// empty and hidden again.
     void replaceAll(const QList<Favourite>& favourites);

@@ -16,6 +16,7 @@
 #include "shell/MainArea.h"
 #include "shell/SecondaryWindows.h"
 #include "shell/ViewPreferences.h"
+#include "shell/notices/CameraNotices.h"
 #include "tray/TrayHiding.h"
 #include "viewer/WebCam.h"
 #include "widgets/MessageQueue.h"
@@ -179,6 +180,9 @@ bool frmMain::isChecked(MainMenu::Entry entry) const
 void frmMain::startUp(const QString& commandLine)
 {
     m_left->cList().LoadFile();
+    // What the start itself loads is no news.
+    m_notices = new CameraNotices(*m_cam, m_left->cList(), *m_favourites, this);
+    connect(m_notices, &CameraNotices::ListWanted, this, &frmMain::showListPage);
     openFile(readCommandLine(commandLine));
     applyCaptions();
     m_preferences->load(preferencesPath());
@@ -211,8 +215,18 @@ void frmMain::applyCaptions()
 
 void frmMain::showCamera(const QString& key)
 {
+    m_notices->cameraChosen(key);
     m_cam->setUrl(key);
     m_cam->Refresh();
+}
+
+void frmMain::showListPage()
+{
+    auto* list = m_menu->entry(MainMenu::mnuViewList);
+    if (list->isChecked())
+        m_left->setShown(true);
+    else
+        list->trigger();
 }
 
 QString frmMain::preferencesPath() const

@@ -4,6 +4,7 @@
 
 #include <QMainWindow>
 
+class CameraNotices;
 class FileInbox;
 class Favourites;
 class GotoBar;
@@ -58,6 +59,7 @@ private:
     void openFile(const CommandLineFile& file);
     void applyCaptions();
     void showCamera(const QString& key);
+    void showListPage();
     void askExitWithoutSaving();
     QString preferencesPath() const;
 
@@ -73,6 +75,7 @@ private:
     TrayHiding* m_tray;
     SecondaryWindows* m_windows;
     ViewPreferences* m_preferences;
+    CameraNotices* m_notices = nullptr;
     /// Set by Exit Without Saving alone, and never cleared: the camera list is not saved.
     bool m_exitWithoutSaving = false;
     bool m_shutDown = false;

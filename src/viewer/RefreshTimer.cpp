@@ -37,10 +37,30 @@ void RefreshTimer::toggle()
         m_tmrRe.setEnabled(false);
         return;
     }
+    beginCountdown();
+}
+
+void RefreshTimer::beginCountdown()
+{
     // Kept: only this text begins with "Timer: "; the running countdown's does not.
     emit ToolTip("Timer: "_L1 + refreshingIn(m_intervalSeconds));
     set(m_intervalSeconds, true);
     m_tmrRe.setEnabled(true);
+}
+
+void RefreshTimer::setKeepRefreshing(bool on)
+{
+    m_keep = on;
+    if (on)
+        resume();
+}
+
+void RefreshTimer::resume()
+{
+    if (!m_stalled)
+        return;
+    setStalled(false);
+    beginCountdown();
 }
 
 void RefreshTimer::setInterval(int seconds)
@@ -61,7 +81,7 @@ void RefreshTimer::tick()
         m_tmrRe.setEnabled(false);
         emit RefreshDue();
     }
-    if (m_pressed)
+    if (m_pressed && !m_stalled)
         emit ToolTip(refreshingIn(m_intervalSeconds - m_refreshCount));
 }
 
@@ -84,5 +104,9 @@ void RefreshTimer::setStalled(bool stalled)
     if (m_stalled == stalled)
         return;
     m_stalled = stalled;
+    if (stalled)
+        emit ToolTip(tr("Refreshing has stopped"));
+    else if (m_pressed)
+        emit ToolTip(refreshingIn(m_intervalSeconds - m_refreshCount));
     emit Stalled(stalled);
 }

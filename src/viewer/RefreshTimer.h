@@ -28,9 +28,15 @@ public:
     /// effect at the next tick; the count goes on.
     void setInterval(int seconds);
 
-    /// Begin a new countdown also after errors and refused answers.
+    /// Begin a new countdown also after errors and refused answers. Switching it on resumes what
+    /// has stopped.
     bool KeepRefreshing() const { return m_keep; }
-    void setKeepRefreshing(bool on) { m_keep = on; }
+    void setKeepRefreshing(bool on);
+
+    /// Refreshing has stopped although the button is pressed.
+    bool isStalled() const { return m_stalled; }
+    /// Begins a new countdown where refreshing has stopped; else nothing.
+    void resume();
 
     /// A fetch is over. `gotBody`: it ended with an answer that had a body.
     void fetchEnded(bool gotBody);
@@ -50,6 +56,7 @@ signals:
 
 private:
     void tick();
+    void beginCountdown();
     void setStalled(bool stalled);
     /// Also in the Tag.
     void set(int intervalSeconds, bool beginAnew);

@@ -59,6 +59,7 @@ void WebCam::connectFetch()
     connect(m_fetch, &Fetch::Error, this, &WebCam::Error);
     connect(m_fetch, &Fetch::Done, this, &WebCam::Done);
     connect(m_fetch, &Fetch::Ended, m_refreshTimer, &RefreshTimer::fetchEnded);
+    connect(m_fetch, &Fetch::Outcome, this, &WebCam::Outcome);
     connect(m_fetch, &Fetch::Stopped, m_refreshTimer, &RefreshTimer::fetchStopped);
 }
 
@@ -74,6 +75,7 @@ void WebCam::connectRefreshTimer()
             [this](bool pressed) { tbMain().setPressed(ToolBar::Timer, pressed); });
     connect(m_refreshTimer, &RefreshTimer::Stalled, this, [this](bool stalled) {
         tbMain().setIconName(ToolBar::Timer, stalled ? u"timer-paused"_s : u"timer"_s);
+        emit Stalled(stalled);
     });
 }
 
@@ -217,6 +219,21 @@ void WebCam::setUrl(const QString& url)
 void WebCam::Refresh(const QString& url)
 {
     m_fetch->Refresh(url);
+}
+
+void WebCam::follow(const QString& address)
+{
+    m_fetch->follow(address);
+}
+
+bool WebCam::isStalled() const
+{
+    return m_refreshTimer->isStalled();
+}
+
+void WebCam::resumeRefreshing()
+{
+    m_refreshTimer->resume();
 }
 
 void WebCam::CleanUp()

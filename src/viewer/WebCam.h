@@ -1,6 +1,7 @@
 #pragma once
 
 #include "shared/Clock.h"
+#include "viewer/fetch/FetchOutcome.h"
 #include "viewer/surface/ViewerSurface.h"
 
 class Fetch;
@@ -41,6 +42,15 @@ public:
     /// stored Url again. Returns at once; ImageChange, Done and Error tell what came of it.
     void Refresh(const QString& url = {});
 
+    /// Fetches `address`, to which the camera's server points, in its place this once: the camera
+    /// that the next Refresh() asks stays.
+    void follow(const QString& address);
+
+    /// Refreshing has stopped although the timer button is pressed.
+    bool isStalled() const;
+    /// Begins a new countdown where refreshing has stopped; else nothing.
+    void resumeRefreshing();
+
     /// Plays the history as a movie, with the pause of the last play between two frames, until
     /// the user stops it. Of an empty history nothing is played.
     void Play();
@@ -63,7 +73,8 @@ public:
     bool NewOnly() const;
     void setNewOnly(bool on);
 
-    /// Go on refreshing after errors and refused answers. False by default.
+    /// Go on refreshing after errors and refused answers. False by default. Switching it on resumes
+    /// what has stopped.
     bool KeepRefreshing() const;
     void setKeepRefreshing(bool on);
 
@@ -82,6 +93,11 @@ signals:
     void ImageChange(const QString& unused, const QString& url);
     /// A fetch that got an answer's body is over, new image or not; also after Stop.
     void Done();
+    /// A fetch is over, all that it tells has been told, and the refresh timer knows: what came of
+    /// it, for whoever explains it.
+    void Outcome(const FetchOutcome& outcome);
+    /// Refreshing has stopped although the timer button is pressed, or goes on again.
+    void Stalled(bool stalled);
     /// Url has changed otherwise than by setUrl() and Refresh().
     void UrlChanged();
     /// No movie is loaded, saved or played any more, and none waits for that. Not emitted at the

@@ -42,6 +42,39 @@ class CameraTreeModelTest : public QObject
 {
     Q_OBJECT
 private slots:
+    void aKeyIsFoundWithAndWithoutItsScheme()
+    {
+        CameraTreeModel tree;
+        const QModelIndex one = tree.add({"Sights", "One", "http://host/1.jpg"});
+        const QModelIndex two = tree.add({"Sights", "Two", "host/2.jpg\1Cookie: a=1"});
+        QCOMPARE(tree.find("host/1.jpg"), one);
+        QCOMPARE(tree.find("HTTP://host/1.jpg"), one);
+        QCOMPARE(tree.find("http://host/2.jpg\1Cookie: a=1"), two);
+        // Another header, another scheme, and a category are another thing.
+        for (const char* other : {"host/2.jpg", "https://host/1.jpg", "Sights", ""})
+            QVERIFY(!tree.find(other).isValid());
+    }
+
+    void aCameraGetsAnotherKey()
+    {
+        CameraTreeModel tree;
+        const QModelIndex one = tree.add({"Sights", "One", "host/1.jpg"});
+        tree.add({"Sights", "Two", "host/2.jpg"});
+        QSignalSpy changed(&tree, &CameraTreeModel::dataChanged);
+        QVERIFY(tree.setKey(one, "host/3.jpg"));
+        QCOMPARE(changed.count(), 1);
+        QCOMPARE(tree.record(one), (CameraRecord{"Sights", "One", "host/3.jpg"}));
+        QCOMPARE(tree.find("host/3.jpg"), one);
+        // The old key is free, the new one taken.
+        QVERIFY(!tree.add({"Sights", "Three", "host/3.jpg"}).isValid());
+        QVERIFY(tree.add({"Sights", "Three", "host/1.jpg"}).isValid());
+        QVERIFY(!tree.setKey(one, "host/2.jpg"));
+        QVERIFY(!tree.setKey(one, "Sights"));
+        QVERIFY(!tree.setKey(one.parent(), "host/4.jpg"));
+        QVERIFY(!tree.setKey({}, "host/4.jpg"));
+        QCOMPARE(tree.record(one).key, "host/3.jpg");
+    }
+
     void camerasAreChildrenOfTheirCategory()
     {
         CameraTreeModel tree;

@@ -22,6 +22,21 @@ private slots:
         QCOMPARE(GetFromINI("FAVORITES", "NAME[0]", path), "");
     }
 
+    void everyFavouriteOfAKeyGetsTheNewOne()
+    {
+        Favourites favourites;
+        favourites.replaceAll({{"One", "host/a"}, {"Two", "host/b"}, {"Three", "http://host/a"}});
+        QSignalSpy changed(&favourites, &Favourites::Changed);
+        favourites.changeKey("host/a", "host/c");
+        QCOMPARE(changed.count(), 1);
+        QStringList kept;
+        for (const Favourite& one : favourites.entries())
+            kept << one.name + " " + one.key;
+        QCOMPARE(kept, (QStringList{"One host/c", "Two host/b", "Three host/c"}));
+        favourites.changeKey("host/none", "host/d");
+        QCOMPARE(changed.count(), 1);
+    }
+
     void readsWhatTheFileHolds()
     {
         Favourites favourites;

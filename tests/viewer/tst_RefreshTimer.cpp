@@ -1,3 +1,4 @@
+#include "support/Rows.h"
 #include "support/TimeSeam.h"
 #include "viewer/RefreshTimer.h"
 
@@ -60,6 +61,56 @@ private slots:
         QVERIFY(!c.pressed);
         QVERIFY(!c.tmrRe().Enabled());
         QCOMPARE(c.tip, "Timer");
+    }
+
+    void whatHasStoppedIsResumed_data()
+    {
+        const Rows<bool> row("byKeepRefreshing");
+        row("by resume", false);
+        row("by Keep Refreshing", true);
+    }
+
+    void whatHasStoppedIsResumed()
+    {
+        QFETCH(bool, byKeepRefreshing);
+        Countdown c;
+        c.timer.toggle();
+        c.seconds(30);
+        c.timer.fetchEnded(false);
+        QVERIFY(c.stalled && c.timer.isStalled());
+        QCOMPARE(c.tip, "Refreshing has stopped");
+        if (byKeepRefreshing)
+            c.timer.setKeepRefreshing(true);
+        else
+            c.timer.resume();
+        QVERIFY(!c.stalled && !c.timer.isStalled());
+        QVERIFY(c.pressed && c.tmrRe().Enabled());
+        QCOMPARE(c.tip, "Timer: Refreshing in 30 sec(s)");
+        c.seconds(1);
+        QCOMPARE(c.tip, "Refreshing in 29 sec(s)");
+    }
+
+    void whatHasNotStoppedIsNotResumed()
+    {
+        Countdown c;
+        c.timer.resume();
+        c.timer.setKeepRefreshing(true);
+        QVERIFY(!c.tmrRe().Enabled());
+        c.timer.toggle();
+        c.seconds(5);
+        c.timer.resume();
+        c.timer.setKeepRefreshing(true);
+        QCOMPARE(c.tmrRe().Tag(), "30"); // the count goes on
+        QCOMPARE(c.tip, "Refreshing in 25 sec(s)");
+    }
+
+    void aFetchThatFailsAtOnceLeavesTheStopOnShow()
+    {
+        Countdown c;
+        connect(&c.timer, &RefreshTimer::RefreshDue, &c, [&c] { c.timer.fetchEnded(false); });
+        c.timer.toggle();
+        c.seconds(30);
+        QCOMPARE(c.tip, "Refreshing has stopped");
     }
 
     void fetchesOnTheLastSecondAndWaitsForItsEnd()

@@ -3,6 +3,7 @@
 #include "network/TcpClient.h"
 #include "picture/Still.h"
 #include "shared/Timer.h"
+#include "viewer/fetch/FetchOutcome.h"
 #include "viewer/fetch/FetchProtocol.h"
 
 #include <QFile>
@@ -15,8 +16,9 @@
 class History;
 
 /// Fetches one camera image at a time: from an address to a body that its owner accepts as a
-/// picture. Owns the socket (`sckMain`), the idle time-out (`tmrOut`), the timer that hides the
-/// status line afterwards (`tmrFalse`) and the temporary file. Knows no window.
+/// picture. Owns the socket (`sckMain`), the idle time-out (`tmrOut`), the one of a server that
+/// says nothing at all (`tmrNoAnswer`), the timer that hides the status line afterwards
+/// (`tmrFalse`) and the temporary file. Knows no window.
 ///
 /// Everything happens in socket and timer events; Refresh() returns at once. A new Refresh() in
 /// any state abandons the fetch under way.
@@ -26,6 +28,7 @@ class Fetch : public QObject
 
 public:
     static constexpr int IdleTimeoutMs = 10'000;
+    static constexpr int NoAnswerMs = 60'000;
     static constexpr int HideStatusMs = 1'000;
 
     /// Shows the picture that `body` holds, keeps it in the history, and gives it back. Null, and
@@ -51,13 +54,16 @@ public:
     /// is empty. An address that cannot be fetched ends in a status text alone.
     void Refresh(const QString& url = {});
 
+    /// Fetches `address`, to which the camera's server points, in the camera's place, this once.
+    void follow(const QString& address);
+
     /// Ends the fetch under way; also without one: "  Stopped", Done, and Stopped.
     void Stop();
 
     /// True from Refresh() until the fetch ends; kept: also after a socket error.
     bool Busy() const { return m_busy; }
 
-    /// The camera key of the image being fetched.
+    /// The key of the camera being fetched; a redirect does not change it.
     QString camera() const { return m_camera; }
     /// Address of the image being fetched: the first field of its history key.
     QString address() const { return m_target.address(); }
@@ -92,15 +98,19 @@ signals:
     void Ended(bool gotBody);
     /// The user has stopped it, and no handler of Done has started another.
     void Stopped();
+    /// What came of it, told last of all. Not emitted for Stop().
+    void Outcome(const FetchOutcome& outcome);
 
 private:
+    void start(const QString& address);
     void connected();
     void dataArrival();
-    void socketError(const QString& description);
-    void refuse(const QString& error, const QString& status);
+    void socketError(const QString& description, FetchOutcome::Kind kind);
+    void refuse(const QString& error, const QString& status, FetchOutcome::Kind kind);
+    FetchOutcome::Kind refusalKind() const;
     void redirect();
     void FinishFetch();
-    void refuseBody();
+    void refuseBody(FetchOutcome::Kind kind);
 
     /// How a fetch ends, in the order in which it is told. What is empty is not told.
     struct Ending
@@ -114,10 +124,14 @@ private:
         bool staysBusy = false;
         /// The user has ended it: Stopped is told in place of Ended.
         bool stopped = false;
+        FetchOutcome::Kind kind = FetchOutcome::Kind::NewPicture;
+        /// As in the outcome.
+        QString text = {};
     };
     /// Where every fetch ends. Nothing more is told once a handler has started or stopped one.
     void end(const Ending& ending);
     void letGo();
+    FetchOutcome outcomeOf(const Ending& ending) const;
 
     const History& m_history;
     Accept m_accept;
@@ -126,13 +140,19 @@ private:
     /// What m_url stands for; empty where that is m_url itself.
     QString m_urlCamera;
     QString m_camera;
+    /// Where the last answer really pointed to, when its location was cut in the wrong place and
+    /// what is being fetched came of that; else empty.
+    QString m_misreadLocation;
     FetchTarget m_target;
     FetchAnswer m_answer;
     TcpClient m_client;
     Timer m_tmrOut;
+    Timer m_tmrNoAnswer;
     Timer m_tmrFalse;
     QFile m_tempFile;
     QByteArray m_previousBody;
+    /// What came in the last body's place, where that was no picture.
+    FetchOutcome::Sent m_sent = FetchOutcome::Sent::SomethingElse;
     quint64 m_run = 0;
     bool m_newOnly = true;
     bool m_busy = false;

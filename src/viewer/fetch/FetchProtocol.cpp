@@ -132,7 +132,9 @@ QByteArray buildRequest(const QString& requestStart, const QString& host,
 
 void FetchAnswer::reset()
 {
+    m_head = {};
     m_headerDone = false;
+    m_headInBody = false;
     m_expected = m_received = 0;
     m_lastBodyPart.clear();
     m_redirectUrl.reset();
@@ -152,6 +154,7 @@ FetchAnswer::Verdict FetchAnswer::take(const QByteArray& chunk)
 
 FetchAnswer::Verdict FetchAnswer::takeFirst(const QByteArray& chunk)
 {
+    m_head = AnswerHead(chunk);
     const QByteArray lower = chunk.toLower();
     if (chunk.startsWith("HTTP")) {
         const QByteArray code = chunk.mid(9, 3);
@@ -177,6 +180,7 @@ FetchAnswer::Verdict FetchAnswer::takeFirst(const QByteArray& chunk)
     // The content type is taken as the sign that the headers are in this chunk.
     if (!lower.contains("content-type:")) {
         m_expected = UnknownLength;
+        m_headInBody = true;
         return addBody(chunk);
     }
     readLength(chunk, lower);
@@ -229,6 +233,12 @@ FetchAnswer::Verdict FetchAnswer::addBody(const QByteArray& part)
     m_fetchedBody += part;
     m_received += static_cast<qint32>(part.size());
     return Verdict::Receiving;
+}
+
+bool FetchAnswer::isIncomplete() const
+{
+    const auto announced = m_head.contentLength();
+    return announced && m_received - (m_headInBody ? m_head.size() : 0) < *announced;
 }
 
 QByteArray FetchAnswer::takeBody()

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "viewer/fetch/AnswerHead.h"
+
 #include <QByteArray>
 #include <QString>
 
@@ -96,6 +98,10 @@ public:
     /// The part of the last chunk that belongs to the body.
     const QByteArray& lastBodyPart() const { return m_lastBodyPart; }
     bool HeaderDone() const { return m_headerDone; }
+    /// The head of the answer, for what a person is told about it; none before the first chunk.
+    const AnswerHead& head() const { return m_head; }
+    /// Whether fewer bytes of body have come than the head announces.
+    bool isIncomplete() const;
     /// Where a redirect leads to, be it an empty address; nothing where its location is too short
     /// or has no end.
     const std::optional<QString>& redirectUrl() const { return m_redirectUrl; }
@@ -111,7 +117,10 @@ private:
     void readLength(const QByteArray& chunk, const QByteArray& lower);
     Verdict addBody(const QByteArray& part);
 
+    AnswerHead m_head;
     bool m_headerDone = false;
+    /// The head counts as body, too.
+    bool m_headInBody = false;
     /// The body's length in bytes, and how many of them have come.
     qint32 m_expected = 0;
     qint32 m_received = 0;

@@ -45,6 +45,7 @@ IntervalMenu::IntervalMenu(QWidget* parent)
     , m_messages(new MessageQueue(parent))
 {
     setObjectName(u"mnuTmr"_s);
+    setToolTipsVisible(true);
     auto* group = new QActionGroup(this);
     for (const IntervalRow& row : IntervalRows) {
         auto* one = addAction(QString::fromLatin1(row.caption));

@@ -107,8 +107,10 @@ void ToolBar::setPressed(int index, bool pressed)
 
 void ToolBar::setToolTipText(int index, const QString& text)
 {
-    if (auto* one = button(index))
+    if (auto* one = button(index)) {
         one->setToolTip(text);
+        one->setAccessibleDescription(text);
+    }
 }
 
 void ToolBar::setIconName(int index, const QString& name)

@@ -40,6 +40,7 @@ public:
     /// All buttons but those of `except`, which stay as they are.
     void setButtonsEnabled(bool on, std::initializer_list<int> except = {});
     void setPressed(int index, bool pressed);
+    /// Also what a screen reader says beside the button's name.
     void setToolTipText(int index, const QString& text);
     /// Another icon of the resources, by its name without ".svg".
     void setIconName(int index, const QString& name);

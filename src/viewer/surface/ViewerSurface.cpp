@@ -8,6 +8,7 @@
 #include "viewer/surface/UrlBanner.h"
 #include "viewer/surface/ViewerLayout.h"
 #include "widgets/ElidedLabel.h"
+#include "widgets/Notice.h"
 #include "widgets/OpenAddress.h"
 #include "widgets/Twips.h"
 
@@ -38,6 +39,7 @@ ViewerSurface::ViewerSurface(QWidget* parent)
     , m_lbl(new ElidedLabel(this))
     , m_lblPic(new QLabel(this))
     , m_mnuTmr(new IntervalMenu(this))
+    , m_notice(new Notice(this))
 {
     setFocusPolicy(Qt::StrongFocus);
     m_imgMain->setObjectName(u"imgMain"_s);
@@ -108,6 +110,7 @@ void ViewerSurface::layOut()
     m_imgMain->setGeometry(layout.image.translated(-layout.imageArea.topLeft()));
     m_tvMain->setGeometry(layout.imageArea);
     m_lblURl->setGeometry(layout.banner);
+    m_notice->setRoom(layout.imageArea);
     m_txtDebug->setGeometry(layout.debugBox);
     m_lbl->setGeometry(layout.statusLine);
     m_lblPic->setGeometry(layout.caption);

@@ -8,6 +8,7 @@
 class DebugBox;
 class ImageView;
 class IntervalMenu;
+class Notice;
 class QLabel;
 class ElidedLabel;
 class ThumbView;
@@ -31,6 +32,9 @@ public:
 
     /// The camera key on show; the banner shows its host.
     virtual QString Url() const = 0;
+    /// The bar over the top of the picture, for what is to be said about it.
+    Notice& notice() { return *m_notice; }
+
     /// Opens an http or https address in the user's browser; any other is ignored.
     void OpenWeb(const QString& address);
 
@@ -67,6 +71,7 @@ private:
     ElidedLabel* m_lbl;
     QLabel* m_lblPic;
     IntervalMenu* m_mnuTmr;
+    Notice* m_notice;
     QList<QLine> m_frame;
     QPoint m_imageTwips;
     bool m_showToolBar = true;

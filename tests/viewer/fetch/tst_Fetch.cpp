@@ -267,16 +267,22 @@ private slots:
         QCOMPARE(f.fetch.camera(), f.server.url("/b.jpg"));
     }
 
-    void aRedirectLeavesTheCameraThatUrlStoodFor()
+    void aRedirectsTargetDoesNotReplaceTheCamera()
     {
         Fetching f;
         const QByteArray location = "Location: http://" + f.server.url("/new").toLatin1() + "\r\n";
         f.server.play(httpAnswer({}, location, "302 Found"));
         f.server.play(pictureAnswer("body"));
-        f.fetch.setUrl("127.0.0.1/a.jpg", f.server.url());
+        f.server.play(pictureAnswer("another body"));
+        const QString camera = f.server.url() + QChar(1) + "Cookie: a=1";
+        f.fetch.setUrl("127.0.0.1/a.jpg", camera);
         f.run();
         QCOMPARE(f.fetch.Url(), f.server.url("/new"));
-        QCOMPARE(f.fetch.camera(), f.server.url("/new"));
+        QCOMPARE(f.fetch.camera(), camera);
+        // The next refresh asks the camera itself again.
+        f.run();
+        QVERIFY(f.server.requests()[2].startsWith("GET /a.jpg HTTP/1.0\r\n"));
+        QVERIFY(f.server.requests()[2].contains("\r\nCookie: a=1\r\n"));
     }
 
     void aForgottenImageIsNewAgain()

@@ -262,7 +262,7 @@ private slots:
                  (QStringList{"change http://127.0.0.1" + QString::fromLatin1(fetched), "done"}));
         const auto first = linesOf(server.requests().value(0));
         const auto second = linesOf(server.requests().value(1));
-        QCOMPARE(second.value(0), "GET " + fetched + " HTTP/1.0");
+        QCOMPARE(second.value(0), "GET " + fetched.replace(' ', "%20") + " HTTP/1.0");
         QCOMPARE(second.mid(1), first.mid(1));
         QCOMPARE(c.trouble(), "");
     }
