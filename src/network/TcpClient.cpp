@@ -1,5 +1,6 @@
 #include "network/TcpClient.h"
 
+#include "network/HeaderEnd.h"
 #include <QChildEvent>
 #include <QNetworkProxy>
 #include <QSslSocket>
@@ -235,17 +236,15 @@ void TcpClient::deliverNext()
 
 bool TcpClient::Connection::firstChunkIsComplete()
 {
-    const auto from = std::max<qsizetype>(0, searched - 3);
-    const auto end = received.indexOf("\r\n\r\n", from);
+    if (bodyStart < 0)
+        bodyStart = headerEnd(received, searched);
     searched = received.size();
-    if (end >= 0 && headerEnd < 0)
-        headerEnd = end + 4;
-    return headerEnd >= 0 || waitedEnough || received.size() >= MaxHeaderBytes;
+    return bodyStart >= 0 || waitedEnough || received.size() >= MaxHeaderBytes;
 }
 
 qsizetype TcpClient::Connection::firstChunkSize(FirstChunk firstChunk) const
 {
-    if (firstChunk == FirstChunk::Whole || headerEnd < 0)
+    if (firstChunk == FirstChunk::Whole || bodyStart < 0)
         return received.size();
-    return std::min(received.size(), std::max<qsizetype>(headerEnd, PacketBytes));
+    return std::min(received.size(), std::max<qsizetype>(bodyStart, PacketBytes));
 }

@@ -14,7 +14,8 @@ class QTcpSocket;
 /// A TCP client that tells its owner what happens by signals, each in an event of its own, and
 /// decides what a "chunk" of the answer is.
 ///
-/// The first DataArrival comes when the header block is complete (its empty line has come), or
+/// The first DataArrival comes when the header block is complete (its empty line has come, see
+/// network/HeaderEnd.h), or
 /// 64 KiB have come, or the peer has closed, or 10 s have passed since the first byte. Later
 /// chunks are whatever has come since. Names resolve and connections are made without blocking.
 /// It never connects again by itself and knows nothing of HTTP beyond the empty line.
@@ -126,7 +127,7 @@ private:
         /// What was delivered and not taken.
         QByteArray chunk;
         /// Where the body begins in `received`, before the first chunk; -1 until that is known.
-        qsizetype headerEnd = -1;
+        qsizetype bodyStart = -1;
         /// So far the header's end has been looked for.
         qsizetype searched = 0;
         /// Connected has been told: bytes may be sent, and what comes is the peer's answer.

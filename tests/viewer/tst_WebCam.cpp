@@ -109,6 +109,46 @@ private slots:
         }
     }
 
+    void whatCamerasSendIsShown_data()
+    {
+        const QByteArray jpeg = encodedPicture({30, 20}, Qt::red);
+        const QByteArray size = QByteArray::number(jpeg.size());
+        const Rows<QByteArray> row("answer");
+        row("without a type", httpAnswer(jpeg, "Content-Length: " + size + "\r\n"));
+        row("with line feeds alone", "HTTP/1.0 200 OK\nContent-Type: image/jpeg\n\n" + jpeg);
+        row("in chunks",
+            "HTTP/1.1 200 OK\r\nContent-Type: image/jpeg\r\nTransfer-Encoding: chunked\r\n\r\n" +
+                QByteArray::number(jpeg.size() - 9, 16) + "\r\n" + jpeg.chopped(9) + "\r\n9\r\n" +
+                jpeg.last(9) + "\r\n0\r\n\r\n");
+        row("as a stream",
+            "HTTP/1.1 200 OK\r\nContent-Type: multipart/x-mixed-replace; boundary=x\r\n\r\n"
+            "--x\r\nContent-Type: image/jpeg\r\nContent-Length: " +
+                size + "\r\n\r\n" + jpeg + "\r\n--x\r\nContent-Type: image/jpeg\r\n\r\n");
+    }
+
+    void whatCamerasSendIsShown()
+    {
+        QFETCH(QByteArray, answer);
+        ShownViewer v;
+        v.server.play(answer);
+        v.fetch(v.server.url());
+        QCOMPARE(v.part<ImageView>("imgMain").Picture().size(), QSize(30, 20));
+    }
+
+    void aStreamIsLeftAfterItsFirstPicture()
+    {
+        ShownViewer v;
+        const QByteArray jpeg = encodedPicture({30, 20}, Qt::red) + QByteArray(5'000, 'x');
+        v.server.play(Script{{"HTTP/1.1 200 OK\r\nContent-Type: multipart/x-mixed-replace\r\n\r\n"
+                              "--x\r\nContent-Type: image/jpeg\r\n\r\n" +
+                                  jpeg.left(99),
+                              jpeg.mid(99), "\r\n--x\r\nContent-Type: image/jpeg\r\n\r\n"},
+                             Script::End::KeepOpen});
+        v.fetch(v.server.url());
+        QCOMPARE(v.part<ImageView>("imgMain").Picture().size(), QSize(30, 20));
+        QTRY_COMPARE(v.server.openConnections(), 0);
+    }
+
     void urlLosesItsSchemeAndFetchesNothing()
     {
         ShownViewer v;

@@ -1,6 +1,7 @@
 #include "viewer/fetch/AnswerHead.h"
 
 #include "cameras/CameraKey.h"
+#include "network/HeaderEnd.h"
 #include "shared/DiskText.h"
 #include "shared/InputText.h"
 
@@ -17,21 +18,19 @@ AnswerHead::AnswerHead(const QByteArray& answer)
 {
     if (!answer.startsWith("HTTP/"))
         return;
-    qsizetype start = 0;
-    while (start < answer.size()) {
+    const auto end = headerEnd(answer);
+    m_size = end < 0 ? answer.size() : end;
+    for (qsizetype start = 0; start < m_size;) {
         const auto found = answer.indexOf('\n', start);
-        const auto end = found < 0 ? answer.size() : found;
-        const QByteArray line = answer.mid(start, end - start).trimmed();
+        const auto lineEnd = found < 0 ? m_size : found;
+        const QByteArray line = answer.mid(start, lineEnd - start).trimmed();
         const bool isFirst = start == 0;
-        start = found < 0 ? end : found + 1;
+        start = lineEnd + 1;
         if (isFirst)
             readStatus(line);
-        else if (line.isEmpty())
-            break;
         else if (const auto colon = line.indexOf(':'); colon > 0 && m_headers.size() < MostHeaders)
             m_headers.append({line.left(colon).trimmed(), line.mid(colon + 1).trimmed()});
     }
-    m_size = start;
 }
 
 void AnswerHead::readStatus(const QByteArray& line)

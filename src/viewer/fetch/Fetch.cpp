@@ -113,6 +113,7 @@ void Fetch::Stop()
 void Fetch::forget()
 {
     m_previousBody.clear();
+    m_previousCamera.clear();
     m_answer.setLastModified({});
 }
 
@@ -128,7 +129,7 @@ void Fetch::connected()
 {
     emit StatusText(u"  Connected!"_s);
     m_tmrNoAnswer.setEnabled(true);
-    m_answer.setLastModified(m_history.lastModifiedOf(address()));
+    m_answer.setLastModified(m_history.lastModifiedOf(address(), m_camera));
     m_client.SendData(buildRequest("GET "_L1 + m_target.sentPath(), m_client.RemoteHost(),
                                    m_newOnly ? m_answer.LastModified() : QString(),
                                    m_target.extraHeader));
@@ -151,7 +152,7 @@ void Fetch::dataArrival()
         redirect();
         return;
     case FetchAnswer::Verdict::NotModified:
-        emit NotModified(address());
+        emit NotModified(address(), m_camera);
         refuse(u"Not a new image"_s, u"  Not a new image: Process stopped."_s,
                FetchOutcome::Kind::NotModified);
         return;
@@ -243,7 +244,9 @@ void Fetch::FinishFetch()
 
     // What was set aside for the announced length would stay with the image in the history.
     const QByteArray body = m_answer.takeBody();
-    if (m_newOnly && body == m_previousBody) {
+    const QByteArray compared = m_answer.comparedBytes(body);
+    const bool isSameCamera = m_previousCamera.isEmpty() || m_previousCamera == m_camera;
+    if (m_newOnly && isSameCamera && compared == m_previousBody) {
         m_sent = FetchOutcome::Sent::Nothing;
         // Kept: these capitals tell this test from the server's "Not a new image".
         end({.done = true,
@@ -254,12 +257,17 @@ void Fetch::FinishFetch()
         return;
     }
     const bool isIncomplete = m_answer.isIncomplete();
+    // The rest of it would never be asked for.
+    if (isIncomplete)
+        m_answer.setLastModified({});
     // Before it is announced: a handler may want it forgotten.
-    const QByteArray previous = std::exchange(m_previousBody, body);
-    const Still picture = m_accept(body);
+    const QByteArray previous = std::exchange(m_previousBody, compared);
+    const QString previousCamera = std::exchange(m_previousCamera, m_camera);
+    const Still picture = m_accept(m_answer.pictureIn(body));
     if (picture.isNull()) {
         m_previousBody = previous;
-        m_sent = whatWasSent(body, m_answer.head().value("Content-Type"));
+        m_previousCamera = previousCamera;
+        m_sent = whatWasSent(m_answer.pictureIn(body), m_answer.head().value("Content-Type"));
         if (run == m_run)
             refuseBody(isIncomplete ? FetchOutcome::Kind::Incomplete
                                     : FetchOutcome::Kind::NotAPicture);

@@ -89,8 +89,9 @@ signals:
     /// `picture` has been accepted and announced. Also where the handlers of its announcement have
     /// begun another fetch.
     void Accepted(const Still& picture);
-    /// The server has nothing newer than the newest image of `address` in the history.
-    void NotModified(const QString& address);
+    /// The server has nothing newer than the newest image in the history that came from `address`
+    /// for `camera`, a whole camera key.
+    void NotModified(const QString& address, const QString& camera);
     void Error(const QString& message);
     void Done();
     /// The fetch is over, after all its other signals. `gotBody`: the server sent one, be it a
@@ -150,7 +151,9 @@ private:
     Timer m_tmrNoAnswer;
     Timer m_tmrFalse;
     QFile m_tempFile;
+    /// Of the last image that was accepted, and whose it is.
     QByteArray m_previousBody;
+    QString m_previousCamera;
     /// What came in the last body's place, where that was no picture.
     FetchOutcome::Sent m_sent = FetchOutcome::Sent::SomethingElse;
     quint64 m_run = 0;

@@ -1,6 +1,7 @@
 #include "viewer/fetch/FetchProtocol.h"
 
 #include "cameras/CameraKey.h"
+#include "network/HeaderEnd.h"
 #include "shared/DiskText.h"
 #include "shared/InputText.h"
 
@@ -133,6 +134,8 @@ QByteArray buildRequest(const QString& requestStart, const QString& host,
 void FetchAnswer::reset()
 {
     m_head = {};
+    m_framing = {};
+    m_isWhole = false;
     m_headerDone = false;
     m_headInBody = false;
     m_expected = m_received = 0;
@@ -147,7 +150,8 @@ FetchAnswer::Verdict FetchAnswer::take(const QByteArray& chunk)
         return takeFirst(chunk);
 
     const auto verdict = addBody(chunk);
-    if (verdict == Verdict::Receiving && m_expected == m_received)
+    if (verdict == Verdict::Receiving &&
+        (m_framing.isPlain() ? m_expected == m_received : m_isWhole))
         return Verdict::Complete;
     return verdict;
 }
@@ -155,6 +159,7 @@ FetchAnswer::Verdict FetchAnswer::take(const QByteArray& chunk)
 FetchAnswer::Verdict FetchAnswer::takeFirst(const QByteArray& chunk)
 {
     m_head = AnswerHead(chunk);
+    m_framing.begin(m_head);
     const QByteArray lower = chunk.toLower();
     if (chunk.startsWith("HTTP")) {
         const QByteArray code = chunk.mid(9, 3);
@@ -183,11 +188,14 @@ FetchAnswer::Verdict FetchAnswer::takeFirst(const QByteArray& chunk)
         m_headInBody = true;
         return addBody(chunk);
     }
-    readLength(chunk, lower);
-    const auto headerEnd = chunk.indexOf("\r\n\r\n");
+    if (m_framing.isPlain())
+        readLength(chunk, lower);
+    else
+        m_expected = UnknownLength;
+    const auto bodyStart = headerEnd(chunk);
     // Kept: no test for completeness here. An image that comes whole with its header is finished
     // by the server's close or by the idle time-out.
-    return addBody(headerEnd < 0 ? QByteArray() : chunk.mid(headerEnd + 4));
+    return addBody(bodyStart < 0 ? QByteArray() : chunk.mid(bodyStart));
 }
 
 /// The server is expected to send exactly one blank and an absolute address: a secure one is taken
@@ -232,13 +240,27 @@ FetchAnswer::Verdict FetchAnswer::addBody(const QByteArray& part)
     m_lastBodyPart = part;
     m_fetchedBody += part;
     m_received += static_cast<qint32>(part.size());
+    if (!m_framing.isPlain())
+        m_isWhole = m_framing.isWhole(m_headInBody ? m_fetchedBody.mid(headSize()) : m_fetchedBody);
     return Verdict::Receiving;
 }
 
 bool FetchAnswer::isIncomplete() const
 {
+    if (!m_framing.isPlain())
+        return !m_isWhole;
     const auto announced = m_head.contentLength();
-    return announced && m_received - (m_headInBody ? m_head.size() : 0) < *announced;
+    return announced && m_received - headSize() < *announced;
+}
+
+QByteArray FetchAnswer::pictureIn(const QByteArray& body) const
+{
+    return m_framing.picture(m_headInBody ? body.mid(headSize()) : body);
+}
+
+QByteArray FetchAnswer::comparedBytes(const QByteArray& body) const
+{
+    return m_framing.isPlain() ? body : pictureIn(body);
 }
 
 QByteArray FetchAnswer::takeBody()

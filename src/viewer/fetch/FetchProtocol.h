@@ -1,6 +1,7 @@
 #pragma once
 
 #include "viewer/fetch/AnswerHead.h"
+#include "viewer/fetch/BodyFraming.h"
 
 #include <QByteArray>
 #include <QString>
@@ -100,8 +101,15 @@ public:
     bool HeaderDone() const { return m_headerDone; }
     /// The head of the answer, for what a person is told about it; none before the first chunk.
     const AnswerHead& head() const { return m_head; }
-    /// Whether fewer bytes of body have come than the head announces.
+    /// Whether fewer bytes of body have come than the answer announces, or not all chunks, or a
+    /// part of the first picture of a stream alone.
     bool isIncomplete() const;
+    /// The picture's bytes in `body`, this answer's body: behind a head that counts as body, out of
+    /// its chunks, or the first of a stream.
+    QByteArray pictureIn(const QByteArray& body) const;
+    /// What tells this answer's picture from the next one's: its bytes; of a body that begins with
+    /// the head, all of it.
+    QByteArray comparedBytes(const QByteArray& body) const;
     /// Where a redirect leads to, be it an empty address; nothing where its location is too short
     /// or has no end.
     const std::optional<QString>& redirectUrl() const { return m_redirectUrl; }
@@ -117,7 +125,13 @@ private:
     void readLength(const QByteArray& chunk, const QByteArray& lower);
     Verdict addBody(const QByteArray& part);
 
+    /// Where the body begins in what counts as body.
+    qsizetype headSize() const { return m_headInBody ? m_head.size() : 0; }
+
     AnswerHead m_head;
+    BodyFraming m_framing;
+    /// The framed picture has come whole.
+    bool m_isWhole = false;
     bool m_headerDone = false;
     /// The head counts as body, too.
     bool m_headInBody = false;

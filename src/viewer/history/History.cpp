@@ -94,15 +94,21 @@ QString History::cameraOf(int n) const
     return m_cameras.value(n - 1);
 }
 
-int History::newestOf(const QString& address) const
+bool History::isOf(int n, const QString& address, const QString& camera) const
+{
+    const QString known = cameraOf(n);
+    return addressOf(n) == address && (known.isEmpty() || camera.isEmpty() || known == camera);
+}
+
+int History::newestOf(const QString& address, const QString& camera) const
 {
     int n = Count();
-    while (n >= 1 && addressOf(n) != address)
+    while (n >= 1 && !isOf(n, address, camera))
         --n;
     return n;
 }
 
-QString History::lastModifiedOf(const QString& address) const
+QString History::lastModifiedOf(const QString& address, const QString& camera) const
 {
-    return m_ilHis.Key(newestOf(address)).section(FieldSeparator, 1, 1);
+    return m_ilHis.Key(newestOf(address, camera)).section(FieldSeparator, 1, 1);
 }

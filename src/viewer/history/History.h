@@ -59,10 +59,14 @@ public:
     /// The camera key that entry `n` was fetched by; empty where it was not fetched.
     QString cameraOf(int n) const;
 
-    /// The number of the newest entry of `address`; 0 where there is none.
-    int newestOf(const QString& address) const;
-    /// The Last-Modified text of the newest entry of `address`; empty where there is none.
-    QString lastModifiedOf(const QString& address) const;
+    /// Whether entry `n` came from `address` for `camera`, a whole camera key. An address names no
+    /// port, and cameras of one host and path may differ in that alone. Without a camera on
+    /// either side the address alone counts.
+    bool isOf(int n, const QString& address, const QString& camera) const;
+    /// The number of the newest such entry; 0 where there is none.
+    int newestOf(const QString& address, const QString& camera = {}) const;
+    /// The Last-Modified text of the newest such entry; empty where there is none.
+    QString lastModifiedOf(const QString& address, const QString& camera = {}) const;
 
 private:
     void makeRoom();

@@ -175,18 +175,18 @@ void HistoryView::chooseThumbnail(int n)
     m_parts.tbMain.setButtonsEnabled(true);
 }
 
-void HistoryView::showNewestOf(const QString& address)
+void HistoryView::showNewestOf(const QString& address, const QString& camera)
 {
-    const int n = m_history.newestOf(address);
-    if (n > 0 && !isOnShow(address))
+    const int n = m_history.newestOf(address, camera);
+    if (n > 0 && !isOnShow(address, camera))
         showWithoutAnnouncing(n);
 }
 
-bool HistoryView::isOnShow(const QString& address) const
+bool HistoryView::isOnShow(const QString& address, const QString& camera) const
 {
     const Still shown = m_parts.imgMain.Picture();
     for (int n = m_history.Count(); n >= 1; --n) {
-        if (m_history.addressOf(n) == address && m_history.ilHis().Picture(n).isSameAs(shown))
+        if (m_history.isOf(n, address, camera) && m_history.ilHis().Picture(n).isSameAs(shown))
             return true;
     }
     return false;

@@ -58,9 +58,9 @@ public:
     /// Announces the address of the current entry, as ShowEntry() does.
     void announceCurrent();
 
-    /// A server has nothing newer than the newest entry of `address`: that is put on show, unless
-    /// some picture of that address is.
-    void showNewestOf(const QString& address);
+    /// A server has nothing newer than the newest entry of `address` and `camera`: that is put on
+    /// show, unless some picture of theirs is.
+    void showNewestOf(const QString& address, const QString& camera);
 
 signals:
     /// An entry has been put on show that came from `address` (no scheme; empty for a file);
@@ -74,7 +74,7 @@ private:
     void showNothing();
     void chooseThumbnail(int n);
     void showStrip(bool on);
-    bool isOnShow(const QString& address) const;
+    bool isOnShow(const QString& address, const QString& camera) const;
 
     History& m_history;
     Parts m_parts;

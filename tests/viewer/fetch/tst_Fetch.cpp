@@ -161,7 +161,8 @@ private slots:
         f.server.play(answer);
         f.run(f.server.url());
         QCOMPARE(f.tempFile(), answer);
-        QCOMPARE(f.bodies, QList<QByteArray>{answer});
+        // The picture lies behind it.
+        QCOMPARE(f.bodies, QList<QByteArray>{"body"});
     }
 
     void asksForNewImagesOnly()
@@ -202,14 +203,46 @@ private slots:
         QVERIFY(f.timer("tmrFalse").Enabled());
     }
 
-    void theSameBytesOfAnotherCameraAreNotNewEither()
+    void theSameBytesOfAnotherCameraAreNew()
     {
         Fetching f;
         f.server.play(pictureAnswer("same"));
         f.run(f.server.url("/a.jpg"));
         f.run(f.server.url("/b.jpg"));
-        QCOMPARE(f.bodies.size(), 1);
-        QCOMPARE(f.status.last(), "  Not a New Image: Process Stopped.");
+        QCOMPARE(f.bodies.size(), 2);
+    }
+
+    void camerasThatDifferInTheirPortAreTwo()
+    {
+        Fetching f;
+        ScriptedServer other;
+        other.listen();
+        for (ScriptedServer* one : {&f.server, &other}) {
+            one->play(pictureAnswer("same", "Last-Modified: Mon\r\n"));
+            one->play(httpAnswer({}, {}, "304 Not Modified"));
+        }
+        f.onAccept = [&f] {
+            f.history.Append(f.picture, f.fetch.address(), f.fetch.LastModified(),
+                             f.fetch.camera());
+        };
+        f.run(f.server.url());
+        f.run(other.url());
+        QCOMPARE(f.bodies.size(), 2);
+        QVERIFY(!other.requests()[0].contains("if-Modified-Since"));
+        f.run(other.url());
+        QVERIFY(other.requests()[1].contains("if-Modified-Since: Mon\r\n"));
+    }
+
+    void aBodyThatIsCutLeavesNoDate()
+    {
+        Fetching f;
+        QStringList dates;
+        f.onAccept = [&] { dates << f.fetch.LastModified(); };
+        f.server.play(pictureAnswer("whole", "Last-Modified: Mon\r\n").chopped(1));
+        f.server.play(pictureAnswer("whole", "Last-Modified: Tue\r\n"));
+        f.run(f.server.url());
+        f.run();
+        QCOMPARE(dates, (QStringList{"", "Tue"}));
     }
 
     void refusedAnswers_data()

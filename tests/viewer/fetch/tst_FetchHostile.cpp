@@ -112,10 +112,8 @@ private slots:
         isNone("line ends alone", QByteArray("\r\n").repeated(500'000));
         isNone("no header end", "HTTP/1.0 200 OK\r\n" + JpegType + "Content-Length: 9\r\n");
         isNone("no header end and no type", "HTTP/1.0 200 OK\r\nContent-Length: 9\r\n");
-        isNone("no type", httpAnswer(picture()));
         isNone("a length in each line",
                httpAnswer("x", JpegType + QByteArray("Content-Length: 1\r\n").repeated(50'000)));
-        isNone("line feeds alone", "HTTP/1.0 200 OK\n" + JpegType.trimmed() + "\n\n" + picture());
         isRefused("four bytes", "HTTP");
         isRefused("code of NULs", "HTTP/1.0 " + nul.repeated(3) + "\r\n" + JpegType + "\r\n");
         isRefused("code cut off", "HTTP/1.0 20");
@@ -125,6 +123,9 @@ private slots:
         isRefused("204", httpAnswer({}, {}, "204 No Content"));
 
         const qsizetype size = picture().size();
+        isShown("no type", httpAnswer(picture()), completeText(httpAnswer(picture()).size()));
+        isShown("line feeds alone", "HTTP/1.0 200 OK\n" + JpegType.trimmed() + "\n\n" + picture(),
+                completeText(size));
         isShown("length -1", answerWithLength("-1"), completeText(0));
         isShown("length 0", answerWithLength("0"), completeText(size));
         isShown("length 2^31", answerWithLength("2147483648"), completeText(size));

@@ -118,7 +118,8 @@ private slots:
             "", Sent::Video);
         row("AVI", QByteArray("RIFF\1\0\0\0AVI LIST", 16), "", Sent::Video);
         row("WebM", QByteArray("\x1A\x45\xDF\xA3\1\0", 6), "", Sent::Video);
-        row("a stream of pictures", "--frame", "multipart/x-mixed-replace", Sent::Video);
+        row("a stream of pictures", "--frame\r\nContent-Length: 4\r\n\r\nbusy",
+            "multipart/x-mixed-replace", Sent::Video);
         row("a playlist", "#EXTM3U\n", "application/vnd.apple.mpegurl", Sent::Video);
         row("a video by its type", QByteArray("\0\1\2", 3), "video/mp2t", Sent::Video);
         row("nothing", "", "image/jpeg", Sent::Nothing);

@@ -190,6 +190,9 @@ private slots:
         QCOMPARE(history.cameraOf(2), "cam:82/a");
         QCOMPARE(history.cameraOf(3), "");
         QCOMPARE(history.newestOf("cam/a"), 2);
+        QCOMPARE(history.newestOf("cam/a", "cam:81/a"), 1);
+        QCOMPARE(history.newestOf("cam/a", "cam:82/a"), 2);
+        QCOMPARE(history.newestOf("cam/a", "cam:83/a"), 0);
         QCOMPARE(history.newestOf("cam/b"), 0);
         history.setCurrentImage(1);
         history.removeCurrent();
