@@ -95,7 +95,7 @@ void Fetch::connected()
 {
     emit StatusText(u"  Connected!"_s);
     m_answer.setLastModified(m_history.lastModifiedOf(address()));
-    m_client.SendData(buildRequest("GET "_L1 + m_target.requestPath, m_client.RemoteHost(),
+    m_client.SendData(buildRequest("GET "_L1 + m_target.sentPath(), m_client.RemoteHost(),
                                    m_newOnly ? m_answer.LastModified() : QString(),
                                    m_target.extraHeader));
     // A file that cannot be written costs only the file: the picture is decoded from memory.

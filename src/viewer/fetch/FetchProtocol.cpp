@@ -51,6 +51,22 @@ QString rounded(double value)
 
 } // namespace
 
+QString FetchTarget::sentPath() const
+{
+    const QString path = requestPath.left(requestPath.indexOf(u'#'));
+    QString sent;
+    sent.reserve(path.size());
+    // By whole characters: half of a surrogate pair comes as the replacement character.
+    for (const uint character : path.toUcs4()) {
+        const char32_t one = character;
+        const QString text = QString::fromUcs4(&one, 1);
+        sent += one > U' ' && one < U'\x7F'
+                    ? text
+                    : QString::fromLatin1(text.toUtf8().toPercentEncoding());
+    }
+    return sent;
+}
+
 FetchTarget fetchTargetOf(const QString& cameraKey)
 {
     const auto [address, extraHeader] = splitCameraKey(cameraKey);

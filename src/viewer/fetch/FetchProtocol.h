@@ -26,6 +26,11 @@ struct FetchTarget
     /// with scheme and port where it is secure. The scheme is in lower case, whatever the user
     /// wrote, so that both ways of writing it are one camera.
     QString address() const { return (secure ? hostPart : host) + requestPath; }
+
+    /// requestPath as it goes out: its blanks, control characters and letters beyond ASCII
+    /// percent-encoded as UTF-8, and without a fragment ("#" and what follows). The rest is as
+    /// given, what is percent-encoded already included.
+    QString sentPath() const;
 };
 
 /// Takes a camera key (without "http://") apart. Never fails: what is odd is fetched as it is.

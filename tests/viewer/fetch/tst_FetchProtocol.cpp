@@ -119,6 +119,32 @@ private slots:
         QTEST(imageExtensionOf(path), "extension");
     }
 
+    void pathsGoOutInAscii_data()
+    {
+        const Rows<QString, QString> row("path", "sent");
+        row("root", "/", "/");
+        row("as it is", "/a/B.jpg?x=1&y='2'~;,[3]", "/a/B.jpg?x=1&y='2'~;,[3]");
+        row("blanks", "/a b.jpg?c= d", "/a%20b.jpg?c=%20d");
+        row("control characters", QString("/a\x02\t\r\n\x7F") + QChar(0x85),
+            "/a%02%09%0D%0A%7F%C2%85");
+        row("letters", "/b\u00fccher/\u65e5.jpg", "/b%C3%BCcher/%E6%97%A5.jpg");
+        row("beyond 16 bits", "/\U0001F30A", "/%F0%9F%8C%8A");
+        row("half a pair", QString("/") + QChar(0xD83C) + "a", "/%EF%BF%BDa");
+        row("encoded already", "/a%20b%c3%bc%zz%.jpg", "/a%20b%c3%bc%zz%.jpg");
+        row("fragment", "/a.jpg?x=1#top of it#2", "/a.jpg?x=1");
+        row("fragment alone", "/#top", "/");
+    }
+
+    void pathsGoOutInAscii()
+    {
+        QFETCH(QString, path);
+        const FetchTarget target = fetchTargetOf("cam" + path);
+        QTEST(target.sentPath(), "sent");
+        // Only what goes out is changed.
+        QCOMPARE(target.requestPath, path);
+        QCOMPARE(target.address(), "cam" + path);
+    }
+
     void requestHasItsLinesInOrder()
     {
         QCOMPARE(buildRequest("GET /a.jpg", "cam", "Thu, 01 Jan 1998 00:00:00 GMT", "Cookie: a=1"),
