@@ -80,6 +80,9 @@ signals:
     /// A new image is on show, or one of the history. `unused` is always empty; `url` is its
     /// address with its scheme, and "http://" alone for an image opened from a file.
     void ImageChange(const QString& unused, const QString& url);
+    /// Follows on ImageChange: the camera key that the image came from, with its port and its extra
+    /// header; empty for an image opened from a file.
+    void CameraShown(const QString& key);
     /// A fetch that got an answer's body is over, new image or not; also after Stop.
     void Done();
     /// Url has changed otherwise than by setUrl() and Refresh().
