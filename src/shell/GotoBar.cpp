@@ -24,10 +24,13 @@ quint32 identityOf(const QKeyEvent& event)
     return place != 0 ? place : static_cast<quint32>(event.key());
 }
 
-/// What is shown of a camera: never its extra header, which may be a secret.
+/// What is shown of a camera: never its extra header, which may be a secret. Schemes are in lower
+/// case.
 QString shownAddressOf(const QString& key)
 {
-    return webAddressOf(withoutHttpScheme(splitCameraKey(key).address));
+    const QString address = withoutHttpScheme(splitCameraKey(key).address);
+    const QString host = hostPartOf(address);
+    return webAddressOf(host + address.mid(host.size()));
 }
 
 } // namespace

@@ -20,6 +20,7 @@ private slots:
         row("scheme", "http://cam/a.jpg\1Cookie: a=1", "http://cam/a.jpg");
         row("scheme in capitals", "HTTP://cam/a.jpg", "http://cam/a.jpg");
         row("secure", "https://cam:8443/a.jpg\1X: 1", "https://cam:8443/a.jpg");
+        row("secure in capitals", "HTTPS://Cam/A.jpg", "https://Cam/A.jpg");
         row("IPv6", "[::1]:81/a.jpg\1X: 1", "http://[::1]:81/a.jpg");
     }
 
@@ -118,6 +119,11 @@ private slots:
         b.type("xy");
         QTest::keyClick(&b.bar, Qt::Key_Escape);
         QCOMPARE(b.bar.currentText(), ""); // nothing so far
+        b.bar.mirror("cam/0");
+        b.bar.lineEdit()->selectAll();
+        QTest::keyClick(&b.bar, Qt::Key_Escape);
+        QCOMPARE(b.bar.currentText(), "http://cam/0");
+        QVERIFY(!b.bar.lineEdit()->hasSelectedText());
         b.bar.mirror("cam/1");
         b.bar.lineEdit()->selectAll();
         b.type("Har");
