@@ -3,6 +3,7 @@
 #include "cameras/CameraKey.h"
 #include "cameras/CameraTexts.h"
 #include "widgets/InputBoxes.h"
+#include "widgets/MessageQueue.h"
 
 #include <QComboBox>
 #include <QDialogButtonBox>
@@ -20,6 +21,7 @@ constexpr int BoxWidthCharacters = 40;
 
 frmEdit::frmEdit(const QStringList& categories, QWidget* parent)
     : QDialog(parent)
+    , m_messages(new MessageQueue(this))
     , m_cmbCat(new QComboBox(this))
 {
     setObjectName(u"frmEdit"_s);
@@ -62,6 +64,7 @@ QLineEdit* frmEdit::addBox(const QString& name, const QString& label, const QStr
 
 void frmEdit::edit(const CameraRecord& camera)
 {
+    m_edited = camera;
     const auto [address, extraHeader] = splitCameraKey(camera.key);
     // "[*]" in a title stands for a mark of unsaved changes unless it is there twice.
     setWindowTitle(shownLine(camera.name).replace("[*]"_L1, "[*][*]"_L1) + " Properties"_L1);
@@ -76,9 +79,19 @@ void frmEdit::edit(const CameraRecord& camera)
     open();
 }
 
+/// A key that was not touched stays, whatever it is: lists come from anywhere.
 void frmEdit::update()
 {
-    emit Updated({m_cmbCat->currentText(), m_txtName->text(),
-                  joinCameraKey(m_txtUrl->text(), m_txtExtra->text())});
+    CameraRecord updated = {enteredCategory(*m_cmbCat), m_txtName->text(),
+                            joinCameraKey(m_txtUrl->text(), m_txtExtra->text())};
+    if (updated.name != m_edited.name)
+        updated.name = updated.name.trimmed();
+    if (updated.key != m_edited.key) {
+        const auto key = takeCameraKey(updated.key, *m_messages);
+        if (!key)
+            return;
+        updated.key = *key;
+    }
+    emit Updated(updated);
     accept();
 }

@@ -4,6 +4,7 @@
 
 #include <QDialog>
 
+class MessageQueue;
 class QComboBox;
 class QLineEdit;
 
@@ -21,13 +22,16 @@ public:
     void edit(const CameraRecord& camera);
 
 signals:
-    /// "Update" was chosen: what the camera shall be.
+    /// "Update" was chosen: what the camera shall be. What was not touched is what it was; the rest
+    /// has no blanks around it, and a new key is as cleanedCameraKey() leaves it.
     void Updated(const CameraRecord& camera);
 
 private:
     void update();
     QLineEdit* addBox(const QString& name, const QString& label, const QString& spoken);
 
+    CameraRecord m_edited;
+    MessageQueue* m_messages;
     QComboBox* m_cmbCat;
     QLineEdit* m_txtName;
     QLineEdit* m_txtUrl;

@@ -1,6 +1,7 @@
 #include "shell/AddPanel.h"
 
 #include "cameras/CameraCategories.h"
+#include "cameras/CameraKey.h"
 #include "cameras/EnteredCamera.h"
 #include "shared/BuildSettings.h"
 #include "widgets/InputBoxes.h"
@@ -111,13 +112,19 @@ bool AddPanel::isThere(const QString& text, const QString& title, const QString&
 /// Kept: only emptiness is tested, so the untouched "http://" is an address and "New" a name.
 void AddPanel::addIt()
 {
+    const QString category = enteredCategory(*m_cmbCat);
+    const QString name = m_txtName->text().trimmed();
+    const QString url = m_txtUrl->text().trimmed();
     // Kept: "Catagory" and "catagory" are what these texts always said.
-    if (!isThere(m_cmbCat->currentText(), u"Catagory"_s,
-                 u"Please choose or create a catagory."_s) ||
-        !isThere(m_txtName->text(), u"Name"_s, u"Please choose a Name."_s) ||
-        !isThere(m_txtUrl->text(), u"URL"_s, u"Please choose a URL."_s))
+    if (!isThere(category, u"Catagory"_s, u"Please choose or create a catagory."_s) ||
+        !isThere(name, u"Name"_s, u"Please choose a Name."_s) ||
+        !isThere(url, u"URL"_s, u"Please choose a URL."_s))
         return;
-    emit CameraEntered(
-        {m_txtName->text(), m_txtUrl->text(), m_txtHead->text(), m_cmbCat->currentText()},
-        m_chkAdd->isChecked() && m_chkAdd->isEnabled());
+    const auto key = takeCameraKey(joinCameraKey(url, m_txtHead->text()), *m_messages);
+    if (!key)
+        return;
+    const auto [address, extraHeader] = splitCameraKey(*key);
+    // Also where the header is a password that stood in the address.
+    emit CameraEntered({name, address, extraHeader, category},
+                       m_chkAdd->isChecked() && m_chkAdd->isEnabled() && extraHeader.isEmpty());
 }

@@ -27,7 +27,9 @@ public:
     void startAnew(const QStringList& categories);
 
 signals:
-    /// "Add It" was pressed and everything was there. `submit`: to the directory, too.
+    /// "Add It" was pressed and everything was there, by now without blanks around it and with an
+    /// address as cleanedCameraKey() leaves it. `submit`: to the directory, too; never a camera
+    /// with an extra header.
     void CameraEntered(const EnteredCamera& camera, bool submit);
 
 private:

@@ -3,18 +3,42 @@
 #include "cameras/CameraKey.h"
 #include "camlist/CamList.h"
 #include "widgets/InputBoxes.h"
+#include "widgets/MessageQueue.h"
 
 #include <QKeyEvent>
 #include <QLineEdit>
+#include <QMouseEvent>
 #include <QWheelEvent>
 
 #include <utility>
 
 using namespace Qt::Literals::StringLiterals;
 
+namespace {
+
+/// Tells one key from the others, also where another key, held down at its press and let go before
+/// its release, has given it another meaning.
+quint32 identityOf(const QKeyEvent& event)
+{
+    const auto place = event.nativeScanCode();
+    return place != 0 ? place : static_cast<quint32>(event.key());
+}
+
+/// What is shown of a camera: never its extra header, which may be a secret. Schemes are in lower
+/// case.
+QString shownAddressOf(const QString& key)
+{
+    const QString address = withoutHttpScheme(splitCameraKey(key).address);
+    const QString host = hostPartOf(address);
+    return webAddressOf(host + address.mid(host.size()));
+}
+
+} // namespace
+
 GotoBar::GotoBar(const CamList& list, QWidget* parent)
     : QComboBox(parent)
     , m_list(list)
+    , m_messages(new MessageQueue(this))
 {
     setObjectName(u"cmbUrl"_s);
     setAccessibleName(tr("Address"));
@@ -31,28 +55,38 @@ GotoBar::GotoBar(const CamList& list, QWidget* parent)
     takeTextsOfAnyLength(lineEdit());
     // A pasted camera key keeps its mark.
     cleanWhileTyping(lineEdit(), true);
-    connect(lineEdit(), &QLineEdit::textEdited, this, [this] { m_typing = true; });
-    connect(this, &QComboBox::activated, this, [this] {
+    connect(lineEdit(), &QLineEdit::textEdited, this, [this] { m_edited = m_typing = true; });
+    lineEdit()->installEventFilter(this);
+    connect(this, &QComboBox::activated, this, [this](int index) {
         // Also sent for Enter, the loss of the keyboard, the wheel and arrow keys: only a choice in
         // the open list counts.
         if (m_choosing)
-            entryChosen();
+            entryChosen(index);
     });
 }
 
-void GotoBar::mirror(const QString& url)
+void GotoBar::mirror(const QString& key)
 {
     if (m_typing && hasFocus())
-        m_waiting = url;
+        m_waiting = key;
     else
-        showNow(url);
+        showNow(key);
 }
 
-void GotoBar::showNow(const QString& text)
+void GotoBar::showNow(const QString& key)
 {
-    m_typing = false;
-    m_waiting.reset();
-    setEditText(text);
+    endTyping(false);
+    standFor({shownAddressOf(key), key});
+}
+
+/// A text that is there already keeps its caret and what is selected of it: the camera on show is
+/// mirrored with each of its images.
+void GotoBar::standFor(const Choice& choice)
+{
+    m_standsFor = choice;
+    if (currentText() == choice.text)
+        return;
+    setEditText(choice.text);
     lineEdit()->setCursorPosition(0);
 }
 
@@ -64,18 +98,25 @@ void GotoBar::endTyping(bool showWaiting)
         showNow(*waiting);
 }
 
+void GotoBar::restore()
+{
+    endTyping(true);
+    standFor(Choice(m_standsFor));
+    lineEdit()->deselect();
+}
+
 void GotoBar::keyPressEvent(QKeyEvent* event)
 {
+    const auto key = identityOf(*event);
     if (!event->isAutoRepeat())
-        ++m_keysDown;
+        m_keysDown.insert(key, false);
     switch (event->key()) {
     case Qt::Key_Return:
     case Qt::Key_Enter:
         event->accept(); // acts on its release
         return;
     case Qt::Key_Escape:
-        lineEdit()->deselect();
-        endTyping(true);
+        restore();
         return;
     case Qt::Key_Up:
     case Qt::Key_Down:
@@ -86,16 +127,23 @@ void GotoBar::keyPressEvent(QKeyEvent* event)
     default:
         break;
     }
+    m_edited = false;
     QComboBox::keyPressEvent(event);
+    if (m_edited && m_keysDown.contains(key))
+        m_keysDown[key] = true;
 }
 
 void GotoBar::keyReleaseEvent(QKeyEvent* event)
 {
     QComboBox::keyReleaseEvent(event);
-    // A release whose press went elsewhere (a dialog closed by Enter) is not the user's here.
-    if (event->isAutoRepeat() || m_keysDown == 0)
+    if (event->isAutoRepeat())
         return;
-    --m_keysDown;
+    const auto down = m_keysDown.constFind(identityOf(*event));
+    // A release whose press went elsewhere (a dialog closed by Enter) is not the user's here.
+    if (down == m_keysDown.cend())
+        return;
+    const bool edited = *down;
+    m_keysDown.erase(down);
     switch (event->key()) {
     case Qt::Key_Return:
     case Qt::Key_Enter:
@@ -106,33 +154,52 @@ void GotoBar::keyReleaseEvent(QKeyEvent* event)
         // No completion, so that a person can remove one without it coming back at once.
         break;
     default:
-        complete();
+        if (edited)
+            complete();
         break;
     }
 }
 
 void GotoBar::enter()
 {
-    const QString text = currentText();
-    QString url = text;
-    if (!hasWebScheme(text)) {
-        url = m_list.ReturnUrlViaName(text);
-        if (url.isEmpty())
-            url = text;
-    }
-    // An address that waited is older than what the user now asks for.
-    endTyping(url.isEmpty());
-    if (url.isEmpty())
+    const QString typed = currentText();
+    const QString trimmed = typed.trimmed();
+    if (typed == m_standsFor.text && !m_standsFor.key.isEmpty()) {
+        choose(Choice(m_standsFor), m_standsFor.key);
         return;
+    }
+    // A name may begin or end with a blank itself.
+    for (const QString& name : {typed, trimmed}) {
+        const QString key = hasWebScheme(trimmed) ? QString() : m_list.ReturnUrlViaName(name);
+        if (!key.isEmpty()) {
+            choose({name, {}}, key);
+            return;
+        }
+    }
+    const auto key = takeCameraKey(typed, *m_messages);
+    if (!key)
+        return;
+    const QString address = splitCameraKey(*key).address;
+    if (address.isEmpty())
+        endTyping(true);
+    else
+        choose({address, *key}, *key);
+}
+
+void GotoBar::choose(const Choice& choice, const QString& key)
+{
+    // A camera that waited is older than what the user now asks for.
+    endTyping(false);
+    m_standsFor = choice;
     {
         // The first entry would otherwise become the current one and replace the text.
         const QSignalBlocker quiet(this);
-        addItem(text);
+        addItem(choice.text, choice.key);
         setCurrentIndex(-1);
-        setEditText(text);
+        setEditText(choice.text);
     }
     lineEdit()->selectAll();
-    emit CameraChosen(url);
+    emit CameraChosen(key);
 }
 
 void GotoBar::complete()
@@ -145,14 +212,18 @@ void GotoBar::complete()
     lineEdit()->setSelection(static_cast<int>(typed.size()), static_cast<int>(rest.size()));
 }
 
-void GotoBar::entryChosen()
+void GotoBar::entryChosen(int index)
 {
-    const QString text = currentText();
+    const Choice entry = {itemText(index), itemData(index).toString()};
     endTyping(false);
-    if (text.isEmpty())
+    if (entry.text.isEmpty())
         return;
-    const QString url = m_list.ReturnUrlViaName(text);
-    emit CameraChosen(url.isEmpty() ? text : url);
+    m_standsFor = entry;
+    const QString named = m_list.ReturnUrlViaName(entry.text);
+    if (!named.isEmpty())
+        emit CameraChosen(named);
+    else
+        emit CameraChosen(entry.key.isEmpty() ? entry.text : entry.key);
 }
 
 void GotoBar::showPopup()
@@ -174,13 +245,15 @@ void GotoBar::hidePopup()
 
 void GotoBar::focusInEvent(QFocusEvent* event)
 {
-    m_keysDown = 0;
+    m_keysDown.clear();
+    m_clickedInto = event->reason() == Qt::MouseFocusReason;
     QComboBox::focusInEvent(event);
 }
 
 void GotoBar::focusOutEvent(QFocusEvent* event)
 {
-    m_keysDown = 0;
+    m_keysDown.clear();
+    m_clickedInto = m_selectAll = false;
     QComboBox::focusOutEvent(event);
     if (event->reason() != Qt::PopupFocusReason)
         endTyping(true);
@@ -189,4 +262,32 @@ void GotoBar::focusOutEvent(QFocusEvent* event)
 void GotoBar::wheelEvent(QWheelEvent* event)
 {
     event->ignore();
+}
+
+bool GotoBar::eventFilter(QObject* watched, QEvent* event)
+{
+    const bool handled = QComboBox::eventFilter(watched, event);
+    if (watched == lineEdit())
+        selectAllAfterClick(event);
+    return handled;
+}
+
+/// A click that brings the keyboard selects all, unless it selects something itself. After the
+/// box has handled it, which makes what is selected by then the desktop's primary selection.
+void GotoBar::selectAllAfterClick(QEvent* event)
+{
+    if (event->type() != QEvent::MouseButtonPress && event->type() != QEvent::MouseButtonRelease)
+        return;
+    const bool left = static_cast<const QMouseEvent*>(event)->button() == Qt::LeftButton;
+    if (event->type() == QEvent::MouseButtonPress) {
+        m_selectAll = std::exchange(m_clickedInto, false) && left;
+    } else if (std::exchange(m_selectAll, false)) {
+        QMetaObject::invokeMethod(
+            this,
+            [this] {
+                if (hasFocus() && !lineEdit()->hasSelectedText())
+                    lineEdit()->selectAll();
+            },
+            Qt::QueuedConnection);
+    }
 }

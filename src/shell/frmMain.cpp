@@ -1,6 +1,5 @@
 #include "shell/frmMain.h"
 
-#include "cameras/CameraKey.h"
 #include "camlist/CamList.h"
 #include "camlist/Favourites.h"
 #include "camlist/frmMan.h"
@@ -71,19 +70,16 @@ void frmMain::createParts()
     CamList* list = &m_left->cList();
     setCentralWidget(m_area);
 
-    connect(list, &CamList::Click, this, [this](const QString&, const QString& key) {
-        m_cmbUrl->showNow(key);
-        showCamera(key);
-    });
+    connect(list, &CamList::Click, this,
+            [this](const QString&, const QString& key) { openCamera(key); });
     connect(list, &CamList::AddFavorite, m_favourites, &Favourites::add);
     createInbox();
     connect(m_cmbUrl, &GotoBar::CameraChosen, this, &frmMain::showCamera);
-    connect(m_cam, &WebCam::ImageChange, this,
-            [this](const QString&, const QString& url) { m_cmbUrl->mirror(url); });
+    connect(m_cam, &WebCam::CameraShown, m_cmbUrl, &GotoBar::mirror);
     m_cmbUrl->setFocus();
 
     m_windows = new SecondaryWindows(this, m_folders.application);
-    connect(m_windows, &SecondaryWindows::Preview, this, &frmMain::showCamera);
+    connect(m_windows, &SecondaryWindows::Preview, this, &frmMain::openCamera);
     connect(m_windows, &SecondaryWindows::Import, list, &CamList::LoadFile);
     connect(m_left, &LeftPanel::Submitted, m_windows, &SecondaryWindows::submit);
 }
@@ -129,10 +125,7 @@ void frmMain::connectMenus()
     on(mnuHelpH, [] { openAddress(helpPage()); });
 
     auto* mirror = new FavouritesMenu(m_favourites, m_menu->favourites());
-    connect(mirror, &FavouritesMenu::Opened, this, [this](const QString& key) {
-        showCamera(key);
-        m_cmbUrl->showNow(webAddressOf(m_cam->Url()));
-    });
+    connect(mirror, &FavouritesMenu::Opened, this, &frmMain::openCamera);
 
     m_tray = new TrayHiding(*this, *m_menu->entry(mnuViewTray));
     m_preferences = new ViewPreferences(*m_menu, *m_cam, this);
@@ -213,9 +206,19 @@ void frmMain::applyCaptions()
     m_menu->assignAccessKeys();
 }
 
+/// Shows the camera of `key`, chosen elsewhere than in the goto bar, which stands for it.
+void frmMain::openCamera(const QString& key)
+{
+    m_cmbUrl->showNow(key);
+    showCamera(key);
+}
+
 void frmMain::showCamera(const QString& key)
 {
     m_notices->cameraChosen(key);
+    // What an image of the history came from has no port in Url: the same Url, set again, would
+    // stand for that camera and not for the one of `key`.
+    m_cam->setUrl({});
     m_cam->setUrl(key);
     m_cam->Refresh();
 }

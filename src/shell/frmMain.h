@@ -58,6 +58,7 @@ private:
     void startUp(const QString& commandLine);
     void openFile(const CommandLineFile& file);
     void applyCaptions();
+    void openCamera(const QString& key);
     void showCamera(const QString& key);
     void showListPage();
     void askExitWithoutSaving();

@@ -85,6 +85,7 @@ void WebCam::connectHistory()
             [this](const QString& address, const QString& camera) {
                 m_fetch->setUrl(address, camera);
                 emit ImageChange({}, webAddressOf(address));
+                emit CameraShown(camera);
                 emit UrlChanged();
             });
     connect(m_player, &Player::FrameDue, m_historyView, &HistoryView::showWithoutAnnouncing);
@@ -176,8 +177,10 @@ Still WebCam::acceptBody(const QByteArray& body)
     if (picture.isNull())
         return picture;
     const QString address = m_fetch->address();
-    m_history->Append(picture, address, m_fetch->LastModified(), m_fetch->camera());
+    const QString camera = m_fetch->camera();
+    m_history->Append(picture, address, m_fetch->LastModified(), camera);
     emit ImageChange({}, webAddressOf(address));
+    emit CameraShown(camera);
     m_historyView->updateCaption();
     return picture;
 }

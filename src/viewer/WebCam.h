@@ -91,6 +91,9 @@ signals:
     /// A new image is on show, or one of the history. `unused` is always empty; `url` is its
     /// address with its scheme, and "http://" alone for an image opened from a file.
     void ImageChange(const QString& unused, const QString& url);
+    /// Follows on ImageChange: the camera key that the image came from, with its port and its extra
+    /// header; empty for an image opened from a file.
+    void CameraShown(const QString& key);
     /// A fetch that got an answer's body is over, new image or not; also after Stop.
     void Done();
     /// A fetch is over, all that it tells has been told, and the refresh timer knows: what came of

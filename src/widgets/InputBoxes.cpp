@@ -1,13 +1,17 @@
 #include "widgets/InputBoxes.h"
 
 #include "cameras/CameraKey.h"
+#include "cameras/TypedCamera.h"
 #include "shared/InputText.h"
+#include "widgets/MessageQueue.h"
 
 #include <QComboBox>
 #include <QLineEdit>
 
 #include <algorithm>
 #include <limits>
+
+using namespace Qt::Literals::StringLiterals;
 
 namespace {
 
@@ -61,4 +65,21 @@ void takeCategories(QComboBox* box)
 void takeTextsOfAnyLength(QLineEdit* box)
 {
     box->setMaxLength(std::numeric_limits<int>::max());
+}
+
+QString enteredCategory(const QComboBox& box)
+{
+    const QString text = box.currentText();
+    const bool offered = box.findText(text, Qt::MatchExactly | Qt::MatchCaseSensitive) >= 0;
+    return offered ? text : text.trimmed();
+}
+
+std::optional<QString> takeCameraKey(const QString& typed, MessageQueue& messages)
+{
+    const auto key = cleanedCameraKey(typed);
+    if (!key) {
+        messages.tell({QMessageBox::Information, u"Pevora"_s,
+                       QObject::tr("Only http:// and https:// addresses can be shown.")});
+    }
+    return key;
 }

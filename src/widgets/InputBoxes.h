@@ -1,5 +1,10 @@
 #pragma once
 
+#include <QString>
+
+#include <optional>
+
+class MessageQueue;
 class QComboBox;
 class QLineEdit;
 
@@ -15,3 +20,10 @@ void takeCategories(QComboBox* box);
 
 /// Room for every text: a box would cut a long one from a file, and lose its end.
 void takeTextsOfAnyLength(QLineEdit* box);
+
+/// The category in `box`: one that it offers as it is, any other without the blanks around it.
+QString enteredCategory(const QComboBox& box);
+
+/// The camera key that was typed or pasted, by cleanedCameraKey(). Where that finds none,
+/// `messages` tells so.
+std::optional<QString> takeCameraKey(const QString& typed, MessageQueue& messages);
