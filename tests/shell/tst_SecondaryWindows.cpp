@@ -43,8 +43,7 @@ private slots:
 
     void theInternetListOpensOnce()
     {
-        ShownMain m;
-        m.shown();
+        OpenMain m;
         m.entry("mnuOptInt").trigger();
         frmInt* first = internetList();
         QVERIFY(first && first->isVisible());
@@ -60,8 +59,7 @@ private slots:
 
     void aMinimisedInternetListComesBack()
     {
-        ShownMain m;
-        m.shown();
+        OpenMain m;
         m.entry("mnuOptInt").trigger();
         QVERIFY(waitForExposed(internetList()));
         internetList()->showMinimized();
@@ -73,8 +71,7 @@ private slots:
 
     void theInternetListIsAsTopmostAsTheWindow()
     {
-        ShownMain m;
-        m.shown();
+        OpenMain m;
         const auto isTopmost = [] {
             return internetList()->windowHandle()->flags().testFlag(Qt::WindowStaysOnTopHint);
         };
@@ -89,8 +86,7 @@ private slots:
 
     void theEndOfTheProgramDropsTheOffer()
     {
-        ShownMain m;
-        m.shown();
+        OpenMain m;
         const QPointer<HTTP> http = &m.part<HTTP>("HTTP1");
         m.made().shutDown();
         QVERIFY(!http);
@@ -98,8 +94,7 @@ private slots:
 
     void aPreviewIsShownByTheViewer()
     {
-        ShownMain m;
-        m.shown();
+        OpenMain m;
         m.entry("mnuOptInt").trigger();
         emit internetList()->Preview("127.0.0.1:1/a.jpg\1X: 1");
         QCOMPARE(m.part<WebCam>("Cam").Url(), "127.0.0.1:1/a.jpg\1X: 1");
@@ -121,8 +116,7 @@ private slots:
 
     void theEndOfTheProgramClosesTheInternetList()
     {
-        ShownMain m;
-        m.shown();
+        OpenMain m;
         m.entry("mnuOptInt").trigger();
         m.made().close();
         QVERIFY(!internetList());
@@ -131,8 +125,7 @@ private slots:
     void aboutIsModalAndAsTopmostAsTheWindow()
     {
         for (const bool topmost : {false, true}) {
-            ShownMain m;
-            m.shown();
+            OpenMain m;
             if (topmost)
                 m.entry("mnuOptOnTop").trigger();
             m.entry("mnuHelpAb").trigger();
@@ -145,8 +138,7 @@ private slots:
 
     void theHomePageOpensInTheBrowser()
     {
-        ShownMain m;
-        m.shown();
+        OpenMain m;
         m.entry("mnuHelpAb").trigger();
         auto* what = m.made().findChild<frmWhat*>();
         auto* home = what->findChild<QLabel*>("lbl(3)");
@@ -156,8 +148,7 @@ private slots:
 
     void theHeaderHelpOpensInTheBrowser()
     {
-        ShownMain m;
-        m.shown();
+        OpenMain m;
         m.part<QRadioButton>("opt(0)").click();
         QTest::keyClick(&m.part<QLabel>("lbl(3)"), Qt::Key_Return);
         // As the build was told, which is this where it was told nothing.
@@ -227,9 +218,7 @@ private slots:
         QFETCH(bool, ticked);
         QFETCH(QString, header);
         QFETCH(bool, submitted);
-        ShownMain m;
-        m.write("pref.ini", "[DIRECTORY]\r\nHOST=127.0.0.1\r\n");
-        m.shown();
+        OpenMain m("[DIRECTORY]\r\nHOST=127.0.0.1\r\n");
         QSignalSpy status(&m.part<HTTP>("HTTP1"), &HTTP::Status);
         m.part<QRadioButton>("opt(0)").click();
         m.part<QCheckBox>("chkAdd").setChecked(ticked);

@@ -23,8 +23,7 @@ class frmMainTest : public QObject
 private slots:
     void startsWithoutPreferences()
     {
-        ShownMain m;
-        m.shown();
+        OpenMain m;
         QCOMPARE(m.made().windowTitle(), "Pevora");
         for (const char* on :
              {"mnuViewList", "mnuViewTb", "mnuViewGoto", "mnuViewNew", "mnuViewTray"})
@@ -146,12 +145,10 @@ private slots:
 
     void aFavouriteIsOneLineOfPlainText()
     {
-        ShownMain m;
-        m.write("pref.ini", "[FAVORITES]\r\nNAME[0]=Left\tRight\r\nURL[0]=a\r\nNAME[1]=" +
-                                QByteArray(700, 'W') +
-                                "end\r\nURL[1]=b\r\nNAME[2]=<b>bold</b>\r\n"
-                                "URL[2]=c\r\nCOUNT=3\r\n");
-        m.shown();
+        OpenMain m(
+            "[FAVORITES]\r\nNAME[0]=Left\tRight\r\nURL[0]=a\r\nNAME[1]=" + QByteArray(700, 'W') +
+            "end\r\nURL[1]=b\r\nNAME[2]=<b>bold</b>\r\n"
+            "URL[2]=c\r\nCOUNT=3\r\n");
         // What follows a tab would stand in the column of the shortcuts.
         QCOMPARE(m.entry("mnuFavGo(0)").text(), "Left Right");
         QVERIFY(m.entry("mnuFavGo(1)").text().endsWith("end"));
@@ -278,8 +275,7 @@ private slots:
 
     void anAccessKeyOpensItsMenu()
     {
-        ShownMain m;
-        m.shown();
+        OpenMain m;
         for (const auto& [key, menu] :
              {std::pair{Qt::Key_O, "mnuOpt"}, std::pair{Qt::Key_F, "mnuFav"},
               std::pair{Qt::Key_V, "mnuView"}, std::pair{Qt::Key_H, "mnuHelp"}}) {
@@ -308,8 +304,7 @@ private slots:
 
     void theKeyboardIsInTheGotoBar()
     {
-        ShownMain m;
-        m.shown();
+        OpenMain m;
         QCOMPARE(QApplication::focusWidget(), &m.part<QComboBox>("cmbUrl"));
     }
 };

@@ -40,8 +40,7 @@ private slots:
 
     void writesWhatWasSwitched()
     {
-        ShownMain m;
-        m.shown();
+        OpenMain m;
         for (const char* name :
              {"mnuViewTb", "mnuViewGoto", "mnuViewNew", "mnuViewOSize", "mnuOptOnTop"})
             m.entry(name).trigger();
@@ -98,8 +97,7 @@ private slots:
 
     void exitCloses()
     {
-        ShownMain m;
-        m.shown();
+        OpenMain m;
         m.choose("mnuOpt", "mnuOptExit");
         QTRY_VERIFY(!m.made().isVisible());
         QCOMPARE(m.preferences(), DesignView + NoFavourites);
@@ -107,8 +105,7 @@ private slots:
 
     void exitWithoutSavingAsks()
     {
-        ShownMain m;
-        m.shown();
+        OpenMain m;
         m.choose("mnuOpt", "mnuOptExitWO");
         auto* box = openDialog<QMessageBox>();
         QVERIFY(box);
@@ -148,8 +145,7 @@ private slots:
     void exitWithoutSavingAnsweredNoDoesNothing()
     {
         QFETCH(bool, byEscape);
-        ShownMain m;
-        m.shown();
+        OpenMain m;
         m.choose("mnuOpt", "mnuOptExitWO");
         auto* box = openDialog<QMessageBox>();
         QVERIFY(box);
@@ -184,8 +180,7 @@ private slots:
 
     void theEndOfTheSessionWrites()
     {
-        ShownMain m;
-        m.shown();
+        OpenMain m;
         // Nobody but Qt can make a session manager; the window does not look at it.
         int manager = 0;
         QVERIFY(QMetaObject::invokeMethod(qApp, "commitDataRequest", Qt::DirectConnection,
@@ -213,8 +208,7 @@ private slots:
         ScriptedServer server;
         server.listen();
         server.play(Script{{"HTTP/1.0 200 OK\r\n"}, Script::End::KeepOpen});
-        ShownMain m;
-        m.shown();
+        OpenMain m;
         QTest::keyClicks(&m.part<QComboBox>("cmbUrl"), server.url());
         QTest::keyClick(&m.part<QComboBox>("cmbUrl"), Qt::Key_Return);
         QTRY_COMPARE(server.requests().size(), 1);
@@ -228,8 +222,7 @@ private slots:
     {
         ScriptedServer server;
         server.listen();
-        ShownMain m;
-        m.shown();
+        OpenMain m;
         auto& bar = m.part<QComboBox>("cmbUrl");
         QTest::keyClicks(&bar, server.url());
         // Keys that wait are handled while the preferences are written.
@@ -243,8 +236,7 @@ private slots:
 
     void anOpenQuestionDoesNotKeepTheProgram()
     {
-        ShownMain m;
-        m.shown();
+        OpenMain m;
         m.entry("mnuOptExitWO").trigger();
         QVERIFY(openDialog<QMessageBox>());
         // Enter alone does not leave the list unsaved.
@@ -275,8 +267,7 @@ private slots:
 
     void aWindowThatWillNotCloseDoesNotKeepTheProgram()
     {
-        ShownMain m;
-        m.shown();
+        OpenMain m;
         StubbornWindow other;
         other.show();
         QVERIFY(waitForExposed(&other));
@@ -290,8 +281,7 @@ private slots:
 
     void aFolderThatIsGoneDoesNoHarm()
     {
-        ShownMain m;
-        m.shown();
+        OpenMain m;
         QVERIFY(QDir(m.path(".")).removeRecursively());
         m.made().close();
         QVERIFY(!m.made().isVisible());

@@ -11,8 +11,7 @@ private slots:
     void onlineHelpOpensInTheBrowser()
     {
         QDesktopServices::setUrlHandler("http", this, "opened");
-        ShownMain m;
-        m.shown();
+        OpenMain m;
         m.choose("mnuHelp", "mnuHelpH");
         QDesktopServices::unsetUrlHandler("http");
         // As the build was told, which is this where it was told nothing.

@@ -84,8 +84,7 @@ private slots:
 
     void theEndWhileAMovieLoads()
     {
-        ShownMain m;
-        m.shown();
+        OpenMain m;
         m.write("m.pvm", movieOf(30));
         m.part<WebCam>("Cam").LoadMovie(m.path("m.pvm"));
         auto& steps = timerOf(m.made(), "tmrMovie");
@@ -97,8 +96,7 @@ private slots:
 
     void theEndWhileAMovieIsSavedKeepsTheOldFile()
     {
-        ShownMain m;
-        m.shown();
+        OpenMain m;
         load(m, 10);
         const QByteArray old = contentOf(m.path("m.pvm"));
         chooseFromMenu(m, ToolBar::Save, 2);
@@ -117,8 +115,7 @@ private slots:
 
     void theEndWhileAMoviePlays()
     {
-        ShownMain m;
-        m.shown();
+        OpenMain m;
         load(m, 3);
         QTest::mouseClick(m.part<ToolBar>("tbMain").button(ToolBar::PlayMovie), Qt::LeftButton, {},
                           QPoint(12, 14));
@@ -128,8 +125,7 @@ private slots:
 
     void theEndWhileAFileIsAskedFor()
     {
-        ShownMain m;
-        m.shown();
+        OpenMain m;
         load(m, 1);
         chooseFromMenu(m, ToolBar::Save, 1);
         auto* dialog = openDialog<QFileDialog>();
@@ -142,8 +138,7 @@ private slots:
 
     void theEndWhileAnErrorIsShown()
     {
-        ShownMain m;
-        m.shown();
+        OpenMain m;
         m.part<WebCam>("Cam").LoadMovie(m.path("missing.pvm"));
         QVERIFY(openDialog<QMessageBox>());
         closeAndLook(m);
@@ -151,8 +146,7 @@ private slots:
 
     void temporaryFilesOfMoviesGo()
     {
-        ShownMain m;
-        m.shown();
+        OpenMain m;
         load(m, 2);
         QVERIFY(QFileInfo::exists(m.path("tt.jpg")));
         closeAndLook(m);
