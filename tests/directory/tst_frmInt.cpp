@@ -48,17 +48,6 @@ void answerPrompt(const QString& text, bool ok = true)
 
 } // namespace
 
-namespace {
-
-quint16 portOfNobody()
-{
-    ScriptedServer gone;
-    gone.listen();
-    return gone.port();
-}
-
-} // namespace
-
 class frmIntTest : public QObject
 {
     Q_OBJECT
