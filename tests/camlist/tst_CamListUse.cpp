@@ -1,6 +1,7 @@
 // The camera list in a person's hands: clicks, keys and the menu.
 
 #include "support/Dialogs.h"
+#include "support/Rows.h"
 #include "support/ShownList.h"
 
 #include <QAccessible>
@@ -17,8 +18,7 @@ class CamListUseTest : public QObject
 private slots:
     void aClickOnACameraChoosesIt()
     {
-        ShownList shown;
-        shown.load(m_list);
+        ShownList shown(m_list);
         QSignalSpy clicks(&shown.list(), &CamList::Click);
         shown.click("Tower");
         QCOMPARE(clicks.size(), 1);
@@ -32,8 +32,7 @@ private slots:
 
     void aClickOnACategoryOpensAndClosesIt()
     {
-        ShownList shown;
-        shown.load(m_list);
+        ShownList shown(m_list);
         QSignalSpy clicks(&shown.list(), &CamList::Click);
         shown.click("Cities");
         QVERIFY(!shown.tree().isExpanded(shown.node("Cities")));
@@ -44,8 +43,7 @@ private slots:
 
     void theSecondClickOfTwoCountsForNothing()
     {
-        ShownList shown;
-        shown.load(m_list);
+        ShownList shown(m_list);
         QSignalSpy clicks(&shown.list(), &CamList::Click);
         const auto twice = [&](const QString& text) {
             QWidget* rows = shown.tree().viewport();
@@ -64,8 +62,7 @@ private slots:
 
     void enterChoosesAndArrowsDoNot()
     {
-        ShownList shown;
-        shown.load(m_list);
+        ShownList shown(m_list);
         QSignalSpy clicks(&shown.list(), &CamList::Click);
         for (const Qt::Key key : {Qt::Key_Home, Qt::Key_Down})
             QTest::keyClick(&shown.tree(), key);
@@ -88,8 +85,7 @@ private slots:
 
     void plusAndMinusOpenAndClose()
     {
-        ShownList shown;
-        shown.load(m_list);
+        ShownList shown(m_list);
         QTest::keyClick(&shown.tree(), Qt::Key_Home);
         QTest::keyClick(&shown.tree(), Qt::Key_Minus);
         QVERIFY(!shown.tree().isExpanded(shown.node("Cities")));
@@ -101,16 +97,14 @@ private slots:
 
     void typingFindsACamera()
     {
-        ShownList shown;
-        shown.load(m_list);
+        ShownList shown(m_list);
         QTest::keyClicks(&shown.tree(), "bri");
         QCOMPARE(shown.tree().selected(), shown.node("Bridge"));
     }
 
     void theMenuComesWithTheReleaseOfTheRightButton()
     {
-        ShownList shown;
-        shown.load(m_list);
+        ShownList shown(m_list);
         auto* menu = shown.list().findChild<QMenu*>("mnu");
         QWidget* rows = shown.tree().viewport();
         const QPoint place = shown.tree().visualRect(shown.node("Bridge")).center();
@@ -128,8 +122,7 @@ private slots:
 
     void theMenuKeyOpensTheMenuAtTheNode()
     {
-        ShownList shown;
-        shown.load(m_list);
+        ShownList shown(m_list);
         // The keyboard is at the node although it is not selected yet, as after the Tab key.
         shown.tree().selectionModel()->setCurrentIndex(shown.node("Tower"),
                                                        QItemSelectionModel::NoUpdate);
@@ -157,14 +150,10 @@ private slots:
 
     void entriesActOnTheSelectedNode_data()
     {
-        QTest::addColumn<QString>("entry");
-        QTest::addColumn<QString>("node");
-        QTest::addColumn<QString>("key");
-        for (const char* entry : {"mnuFav", "mnuSel"}) {
-            QTest::addRow("%s, a camera", entry) << entry << "Tower"
-                                                 << "URL2\1Cookie: a=1";
-            QTest::addRow("%s, a category", entry) << entry << "Sights"
-                                                   << "Sights";
+        const Rows<QString, QString, QString> row("entry", "node", "key");
+        for (const std::string entry : {"mnuFav", "mnuSel"}) {
+            row(entry + ", a camera", entry.c_str(), "Tower", "URL2\1Cookie: a=1");
+            row(entry + ", a category", entry.c_str(), "Sights", "Sights");
         }
     }
 
@@ -173,8 +162,7 @@ private slots:
         QFETCH(QString, entry);
         QFETCH(QString, node);
         QFETCH(QString, key);
-        ShownList shown;
-        shown.load(m_list);
+        ShownList shown(m_list);
         QSignalSpy clicks(&shown.list(), &CamList::Click);
         QSignalSpy favourites(&shown.list(), &CamList::AddFavorite);
         shown.choose(node, entry);
@@ -187,8 +175,7 @@ private slots:
 
     void withNothingSelectedEntriesDoNothing()
     {
-        ShownList shown;
-        shown.load(m_list);
+        ShownList shown(m_list);
         QGuiApplication::clipboard()->setText("mine");
         QSignalSpy clicks(&shown.list(), &CamList::Click);
         QSignalSpy favourites(&shown.list(), &CamList::AddFavorite);
@@ -209,8 +196,7 @@ private slots:
 
     void aClickBelowTheNodesKeepsTheSelection()
     {
-        ShownList shown;
-        shown.load(m_list);
+        ShownList shown(m_list);
         shown.tree().select(shown.node("Tower"));
         const QPoint below = shown.tree().viewport()->rect().bottomRight() - QPoint(5, 5);
         for (const auto button : {Qt::LeftButton, Qt::RightButton}) {
@@ -224,8 +210,7 @@ private slots:
 
     void theWholeKeyIsCopied()
     {
-        ShownList shown;
-        shown.load(m_list);
+        ShownList shown(m_list);
         shown.choose("Tower", "mnuCopy");
         QCOMPARE(QGuiApplication::clipboard()->text(), "URL2\1Cookie: a=1");
         shown.choose("Cities", "mnuCopy");
@@ -234,8 +219,7 @@ private slots:
 
     void deleteRemovesACameraAtOnce()
     {
-        ShownList shown;
-        shown.load(m_list);
+        ShownList shown(m_list);
         QSignalSpy clicks(&shown.list(), &CamList::Click);
         shown.tree().select(shown.node("Tower"));
         QTest::keyClick(&shown.tree(), Qt::Key_Delete);
@@ -247,8 +231,7 @@ private slots:
 
     void deleteElsewhereRemovesNothing()
     {
-        ShownList shown;
-        shown.load(m_list);
+        ShownList shown(m_list);
         shown.tree().select(shown.node("Tower"));
         QPushButton other(&shown.window());
         other.show();
@@ -259,8 +242,7 @@ private slots:
 
     void aHeldDeleteRemovesOneCamera()
     {
-        ShownList shown;
-        shown.load(m_list);
+        ShownList shown(m_list);
         shown.tree().select(shown.node("Tower"));
         QTest::keyPress(&shown.tree(), Qt::Key_Delete);
         for (int i = 0; i < 3; ++i) {
@@ -272,8 +254,7 @@ private slots:
 
     void removingACategoryAsks()
     {
-        ShownList shown;
-        shown.load(m_list);
+        ShownList shown(m_list);
         const QStringList before = shown.all();
         shown.choose("Sights", "mnuRem");
         // Enter alone removes nothing.
@@ -300,8 +281,7 @@ private slots:
 
     void aScreenReaderFindsTheCameras()
     {
-        ShownList shown;
-        shown.load(m_list);
+        ShownList shown(m_list);
         QCOMPARE(shown.tree().accessibleName(), "Cameras");
         auto* spoken = QAccessible::queryAccessibleInterface(&shown.tree());
         QVERIFY(spoken && spoken->tableInterface());

@@ -14,6 +14,12 @@ class ShownList
 {
 public:
     ShownList();
+    /// The same with that list.dat, loaded.
+    explicit ShownList(const QByteArray& listDat)
+        : ShownList()
+    {
+        load(listDat);
+    }
 
     CamList& list() { return *m_list; }
     CameraTreeView& tree() { return *m_tree; }
