@@ -177,7 +177,6 @@ private slots:
 
     void menusHaveTheirEntries()
     {
-        QFETCH(QStringList, entries);
         ShownMain m;
         QStringList found;
         for (const auto* one : m.part<QMenu>(QTest::currentDataTag()).actions()) {
@@ -188,7 +187,7 @@ private slots:
                 text += one->isChecked() ? "|on" : "|off";
             found << text;
         }
-        QCOMPARE(found, entries);
+        QTEST(found, "entries");
     }
 
     void theMenusStandInTheirOrder()

@@ -26,7 +26,6 @@ private slots:
         QFETCH(QString, focused);
         QFETCH(Qt::Key, key);
         QFETCH(QStringList, hiddenBefore);
-        QFETCH(QString, after);
         OpenMain m;
         for (const QString& entry : hiddenBefore)
             m.entry(entry).trigger();
@@ -34,7 +33,7 @@ private slots:
         QVERIFY(QApplication::focusWidget());
         QTest::keyClick(QApplication::focusWidget(), key, Qt::ControlModifier);
         QVERIFY(QApplication::focusWidget());
-        QCOMPARE(QApplication::focusWidget()->objectName(), after);
+        QTEST(QApplication::focusWidget()->objectName(), "after");
         QVERIFY(QApplication::focusWidget()->isVisible());
     }
 
