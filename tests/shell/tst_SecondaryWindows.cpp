@@ -6,6 +6,7 @@
 #include "shell/LeftPanel.h"
 #include "shell/SecondaryWindows.h"
 #include "shell/frmWhat.h"
+#include "support/Browser.h"
 #include "support/Dialogs.h"
 #include "support/Rows.h"
 #include "support/ScratchFile.h"
@@ -15,7 +16,6 @@
 
 #include <QCheckBox>
 #include <QComboBox>
-#include <QDesktopServices>
 #include <QLineEdit>
 #include <QPushButton>
 #include <QRadioButton>
@@ -34,13 +34,6 @@ class SecondaryWindowsTest : public QObject
 {
     Q_OBJECT
 private slots:
-    void init() { QDesktopServices::setUrlHandler("http", this, "opened"); }
-    void cleanup()
-    {
-        QDesktopServices::unsetUrlHandler("http");
-        m_opened.clear();
-    }
-
     void theInternetListOpensOnce()
     {
         OpenMain m;
@@ -138,21 +131,23 @@ private slots:
 
     void theHomePageOpensInTheBrowser()
     {
+        const Browser browser;
         OpenMain m;
         m.entry("mnuHelpAb").trigger();
         auto* what = m.made().findChild<frmWhat*>();
         auto* home = what->findChild<QLabel*>("lbl(3)");
         QTest::keyClick(home, Qt::Key_Return);
-        QCOMPARE(m_opened, QList<QUrl>{QUrl(home->text())});
+        QCOMPARE(browser.opened, QList<QUrl>{QUrl(home->text())});
     }
 
     void theHeaderHelpOpensInTheBrowser()
     {
+        const Browser browser;
         OpenMain m;
         m.part<QRadioButton>("opt(0)").click();
         QTest::keyClick(&m.part<QLabel>("lbl(3)"), Qt::Key_Return);
         // As the build was told, which is this where it was told nothing.
-        QCOMPARE(m_opened, QList<QUrl>{QUrl("http://localhost/pevora/headers.html")});
+        QCOMPARE(browser.opened, QList<QUrl>{QUrl("http://localhost/pevora/headers.html")});
     }
 
     void aSubmissionIsOneRequest()
@@ -232,12 +227,6 @@ private slots:
             "http://" + (header.isEmpty() ? QByteArray() : "\x01" + header.toLatin1());
         QVERIFY(contentOf(m.path("list.dat")).endsWith("\xFFGeneral\xFFNew\xFF" + key + "\r\n"));
     }
-
-public slots:
-    void opened(const QUrl& url) { m_opened.append(url); }
-
-private:
-    QList<QUrl> m_opened;
 };
 
 QTEST_MAIN(SecondaryWindowsTest)
