@@ -12,14 +12,6 @@
 
 namespace {
 
-QByteArray movieOf(int frames)
-{
-    QByteArrayList parts;
-    for (int i = 0; i < frames; ++i)
-        parts << encodedPicture({160, 120}, QColor::fromHsv(i * 37 % 360, 255, 255));
-    return parts.join("&IMAGE&");
-}
-
 QByteArray listOf(const QByteArray& camera)
 {
     return "CAMZHanded\xFF" + camera + "\xFF" + camera + ".example/a.jpg\r\n";
@@ -33,8 +25,8 @@ struct Main : ShownMain
         write("list.dat", "Own\xFFMine\xFFmine.example/a.jpg\r\n");
         write("one", listOf("one"));
         write("two", listOf("two"));
-        write("three.pvm", movieOf(3));
-        write("five.PVM", movieOf(5));
+        write("three.pvm", plainMovie(3));
+        write("five.PVM", plainMovie(5));
         shown();
     }
     bool receive(const QString& name) { return made().inbox().receive(path(name)); }

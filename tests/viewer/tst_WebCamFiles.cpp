@@ -12,8 +12,6 @@
 #include "viewer/movie/frmMovie.h"
 #include "viewer/surface/ToolBar.h"
 
-#include <QFileDialog>
-
 namespace {
 
 QByteArray picture(int number)
@@ -40,19 +38,10 @@ public:
     QByteArray read(const QString& name) { return contentOf(path(name)); }
     QString path(const QString& name) const { return m_files.filePath(name); }
 
-    /// Types `file` into the open dialog and accepts it.
-    static void accept(const QString& file)
-    {
-        auto* dialog = openDialog<QFileDialog>();
-        if (!dialog)
-            qFatal("no dialog opens");
-        dialog->findChild<QLineEdit*>("fileNameEdit")->setText(file);
-        static_cast<QDialog*>(dialog)->accept();
-    }
-    /// The same, and the dialog has gone.
+    /// Chooses `file` in the dialog that opens, which then goes.
     static void answer(const QString& file)
     {
-        accept(file);
+        acceptFile(file);
         QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
     }
     void openImage(const QByteArray& bytes, const QString& name = "a.jpg")
@@ -95,7 +84,7 @@ public:
     void saveSlowly(const QString& name, int steps)
     {
         chooseFromMenu(ToolBar::Save, 2);
-        accept(path(name));
+        acceptFile(path(name));
         auto& next = timer("tmrMovie");
         next.setInterval(600'000);
         for (int i = 0; i < steps; ++i)
