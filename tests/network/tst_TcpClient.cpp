@@ -5,8 +5,6 @@
 
 #include <QLoggingCategory>
 
-#include <sys/socket.h>
-
 using namespace Qt::Literals::StringLiterals;
 
 namespace {
@@ -155,32 +153,6 @@ private slots:
         Scene s(Script{{"a\r\n\r\nb"}, Script::End::Abort});
         QTRY_COMPARE(s.last(), u"Closed"_s);
         QVERIFY(!s.listener.told.contains("Error"));
-    }
-
-    void aPeerThatBreaksOffAtOnceIsNotCalledAgainAndAgain()
-    {
-        QTcpServer server;
-        QVERIFY(server.listen(QHostAddress::LocalHost));
-        int connections = 0;
-        connect(&server, &QTcpServer::newConnection, this, [&] {
-            auto* socket = server.nextPendingConnection();
-            ++connections;
-            const linger atOnce{.l_onoff = 1, .l_linger = 0};
-            QCOMPARE(setsockopt(int(socket->socketDescriptor()), SOL_SOCKET, SO_LINGER, &atOnce,
-                                sizeof(atOnce)),
-                     0);
-            socket->abort();
-            socket->deleteLater();
-        });
-        HeardClient c;
-        for (int attempt = 0; attempt < 10; ++attempt) {
-            c.listener.told.clear();
-            connections = 0;
-            c.start(server.serverPort());
-            QTRY_VERIFY(c.listener.told == QStringList{"Error"} ||
-                        c.listener.told == (QStringList{"Connected", "Closed"}));
-            QVERIFY2(connections < 10, QByteArray::number(connections));
-        }
     }
 
     void connectsToAnIpv6AddressInBrackets()

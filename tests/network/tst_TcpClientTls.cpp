@@ -207,8 +207,11 @@ private slots:
         QCOMPARE(server.connections, 1);
     }
 
+    void aServerThatBreaksOffAtOnceIsNotCalledAgainAndAgain_data() { plainAndSecure(); }
+
     void aServerThatBreaksOffAtOnceIsNotCalledAgainAndAgain()
     {
+        QFETCH(bool, secure);
         QTcpServer server;
         QVERIFY(server.listen(QHostAddress::LocalHost));
         int connections = 0;
@@ -219,20 +222,17 @@ private slots:
             socket->deleteLater();
         });
         for (int attempt = 0; attempt < 10; ++attempt) {
-            SecureClient c;
+            HeardClient c;
+            c.client.setSecure(secure);
             connections = 0;
             c.start(server.serverPort());
-            QTRY_COMPARE(c.listener.told, QStringList{"Error"});
+            QTRY_VERIFY(c.listener.told == QStringList{"Error"} ||
+                        (!secure && c.listener.told == (QStringList{"Connected", "Closed"})));
             QVERIFY2(connections < 10, QByteArray::number(connections));
         }
     }
 
-    void aRefusedConnectionIsAnError_data()
-    {
-        const Rows<bool> row("secure");
-        row("plain", false);
-        row("secure", true);
-    }
+    void aRefusedConnectionIsAnError_data() { plainAndSecure(); }
 
     void aRefusedConnectionIsAnError()
     {
@@ -375,6 +375,13 @@ private slots:
     }
 
 private:
+    static void plainAndSecure()
+    {
+        const Rows<bool> row("secure");
+        row("plain", false);
+        row("secure", true);
+    }
+
     TestAuthority m_authority;
     QSslConfiguration m_server;
 };
