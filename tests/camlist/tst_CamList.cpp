@@ -174,8 +174,7 @@ private slots:
     void anImportedListIsAdded()
     {
         ShownList shown(Example + "\r\n");
-        shown.write("icl.zip", "CAMZSights\377Bridge\377URL3\377Parks\377Pond\377URL4\r\n");
-        shown.list().LoadFile(shown.path("icl.zip"));
+        shown.import("CAMZSights\377Bridge\377URL3\377Parks\377Pond\377URL4\r\n");
         QCOMPARE(shown.all(), ExampleNodes + QStringList({"Sights/Bridge", "Parks", "Parks/Pond"}));
         shown.list().SaveFile();
         QCOMPARE(contentOf(shown.path()),
@@ -185,8 +184,7 @@ private slots:
     void importingTwiceSaysSoForEachCamera()
     {
         ShownList shown("Old\xFFOld\xFFURL0\r\n");
-        shown.write("icl.zip", "CAMZ" + Example + "\r\n");
-        shown.list().LoadFile(shown.path("icl.zip"));
+        shown.import("CAMZ" + Example + "\r\n");
         QCOMPARE(shown.all(), QStringList({"Old", "Old/Old"}) + ExampleNodes);
         shown.list().LoadFile(shown.path("icl.zip"));
         QCOMPARE(messages("Cam is already in your list."), 2);
@@ -202,8 +200,7 @@ private slots:
         ShownList shown(twice);
         QCOMPARE(messages("Cam is already in your list."), 1);
         QCOMPARE(shown.all(), ExampleNodes);
-        shown.write("icl.zip", "CAMZ" + twice.chopped(2) + "\xFFParks\xFFPond\xFFURL4\r\n");
-        shown.list().LoadFile(shown.path("icl.zip"));
+        shown.import("CAMZ" + twice.chopped(2) + "\xFFParks\xFFPond\xFFURL4\r\n");
         QCOMPARE(messages("Cam is already in your list."), 3);
         QCOMPARE(shown.all(), ExampleNodes + QStringList({"Parks", "Parks/Pond"}));
     }
@@ -211,8 +208,7 @@ private slots:
     void theCheckBoxEndsTheMessagesOfOneList()
     {
         ShownList shown(Example + "\r\n");
-        shown.write("icl.zip", "CAMZ" + Example + "\r\n");
-        shown.list().LoadFile(shown.path("icl.zip"));
+        shown.import("CAMZ" + Example + "\r\n");
         shown.list().LoadFile(shown.path("icl.zip"));
 
         auto* box = openDialog<QMessageBox>();
@@ -235,8 +231,7 @@ private slots:
     void theEndOfTheProgramEndsTheMessages()
     {
         ShownList shown(Example + "\r\n");
-        shown.write("icl.zip", "CAMZ" + Example + "\r\n");
-        shown.list().LoadFile(shown.path("icl.zip"));
+        shown.import("CAMZ" + Example + "\r\n");
         auto* first = openDialog<QMessageBox>();
         QVERIFY(first);
         shown.list().endMessages();
@@ -292,8 +287,7 @@ private slots:
     void messagesOfBothKindsComeInTheOrderOfTheLists()
     {
         ShownList shown(Example + "\r\n");
-        shown.write("icl.zip", "CAMZ" + Example + "\r\n");
-        shown.list().LoadFile(shown.path("icl.zip"));
+        shown.import("CAMZ" + Example + "\r\n");
         shown.list().LoadFile(shown.path("missing"));
         shown.list().AddCam("Again", "URL1", "Cities");
         QStringList texts;
@@ -313,8 +307,7 @@ private slots:
         ShownList shown;
         const CameraRecord first = defaultCameras().value(0);
         shown.load("Mine\xFFMy own\xFF" + first.key.toLatin1() + "\r\n");
-        shown.write("icl.zip", "CAMZ\r\n");
-        shown.list().LoadFile(shown.path("icl.zip"));
+        shown.import("CAMZ\r\n");
         QCOMPARE(shown.all().size(), 2 + 14 - 1);
         QCOMPARE(messages("Cam is already in your list."), 1); // the one that is there
     }

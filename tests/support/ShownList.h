@@ -31,6 +31,9 @@ public:
     void write(const QString& name, const QByteArray& content) const;
     void load(const QByteArray& listDat);
 
+    /// Writes icl.zip and imports it.
+    void import(const QByteArray& content);
+
     /// The node of that text; ends the program where there is none.
     QModelIndex node(const QString& text) const;
     /// The texts of all nodes, a camera behind its category as "category/camera".
