@@ -24,6 +24,16 @@ protected:
     void closeEvent(QCloseEvent* event) override { event->ignore(); }
 };
 
+/// The program's exit code when the window shuts it down; 1 where it runs on all the same.
+int codeOfShutDown(ShownMain& m)
+{
+    QTimer::singleShot(0, &m.made(), &frmMain::shutDown);
+    QTimer giveUp;
+    giveUp.callOnTimeout([] { QCoreApplication::exit(1); });
+    giveUp.start(5'000);
+    return QCoreApplication::exec();
+}
+
 } // namespace
 
 class frmMainCloseTest : public QObject
@@ -242,8 +252,7 @@ private slots:
         // Enter alone does not leave the list unsaved.
         QCOMPARE(openDialog<QMessageBox>()->defaultButton(),
                  openDialog<QMessageBox>()->button(QMessageBox::No));
-        QTimer::singleShot(0, &m.made(), &frmMain::shutDown);
-        QCOMPARE(QCoreApplication::exec(), 0);
+        QCOMPARE(codeOfShutDown(m), 0);
         QCOMPARE(m.preferences(), DesignView + NoFavourites);
     }
 
@@ -257,11 +266,7 @@ private slots:
         m.write("list.dat", line + "\r\n");
         m.shown();
         QVERIFY(openDialog<QMessageBox>());
-        QTimer::singleShot(0, &m.made(), &frmMain::shutDown);
-        QTimer giveUp;
-        giveUp.callOnTimeout([] { QCoreApplication::exit(1); });
-        giveUp.start(5'000);
-        QCOMPARE(QCoreApplication::exec(), 0);
+        QCOMPARE(codeOfShutDown(m), 0);
         QCOMPARE(contentOf(m.path("list.dat")), QByteArray("Cities\xFFHarbour\xFFURL1\r\n"));
     }
 
@@ -271,12 +276,7 @@ private slots:
         StubbornWindow other;
         other.show();
         QVERIFY(waitForExposed(&other));
-        QTimer::singleShot(0, &m.made(), &frmMain::shutDown);
-        // The program would run on without its main window.
-        QTimer giveUp;
-        giveUp.callOnTimeout([] { QCoreApplication::exit(1); });
-        giveUp.start(5'000);
-        QCOMPARE(QCoreApplication::exec(), 0);
+        QCOMPARE(codeOfShutDown(m), 0);
     }
 
     void aFolderThatIsGoneDoesNoHarm()
