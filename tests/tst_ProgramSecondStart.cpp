@@ -1,7 +1,6 @@
 // A second start of the whole program beside one that runs: processes of their own.
 
 #include "support/OtherProgram.h"
-#include "support/Pictures.h"
 #include "support/Rows.h"
 #include "support/RunningProgram.h"
 #include "support/ScratchFile.h"

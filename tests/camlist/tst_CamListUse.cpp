@@ -7,9 +7,6 @@
 #include <QAccessible>
 #include <QClipboard>
 #include <QContextMenuEvent>
-#include <QMenu>
-#include <QMessageBox>
-#include <QPushButton>
 #include <QVariantList>
 
 namespace {

@@ -4,7 +4,6 @@
 #include "support/Rows.h"
 
 #include <QAbstractItemModelTester>
-#include <QRandomGenerator>
 
 #include <algorithm>
 #include <memory>

@@ -1,6 +1,5 @@
 // The window "Internet List": its parts, its queries and what it does with the answers.
 
-#include "cameras/CameraKey.h"
 #include "camlist/CamList.h"
 #include "support/Dialogs.h"
 #include "support/Rows.h"
@@ -9,14 +8,9 @@
 #include "support/TimeSeam.h"
 #include "widgets/Twips.h"
 
-#include <QAction>
 #include <QHeaderView>
 #include <QInputDialog>
-#include <QMenu>
 #include <QMenuBar>
-#include <QMessageBox>
-#include <QPushButton>
-#include <QTreeView>
 
 #include <utility>
 

@@ -1,16 +1,11 @@
 // The window "Internet List" against answers that nobody would send in good faith, and under the
 // load of many cameras.
 
-#include "cameras/CameraKey.h"
 #include "support/Cost.h"
 #include "support/Rows.h"
 #include "support/ShownDirectory.h"
-#include "support/TimeSeam.h"
 
-#include <QAction>
-#include <QPushButton>
 #include <QScrollBar>
-#include <QTreeView>
 
 using namespace Qt::Literals::StringLiterals;
 

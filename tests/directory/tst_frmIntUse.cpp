@@ -3,14 +3,8 @@
 #include "support/Dialogs.h"
 #include "support/ShownDirectory.h"
 
-#include <QAction>
 #include <QInputDialog>
-#include <QLineEdit>
-#include <QMenu>
-#include <QMenuBar>
-#include <QPushButton>
 #include <QStyleOptionViewItem>
-#include <QTreeView>
 
 namespace {
 

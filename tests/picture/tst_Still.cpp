@@ -8,9 +8,6 @@
 #include <QImageIOHandler>
 #include <QImageReader>
 
-#include <functional>
-#include <limits>
-
 namespace {
 
 constexpr QSize Small(37, 21);

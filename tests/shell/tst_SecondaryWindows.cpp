@@ -7,7 +7,6 @@
 #include "shell/SecondaryWindows.h"
 #include "shell/frmWhat.h"
 #include "support/Browser.h"
-#include "support/Dialogs.h"
 #include "support/Rows.h"
 #include "support/ScratchFile.h"
 #include "support/ScriptedServer.h"
@@ -15,9 +14,6 @@
 #include "viewer/WebCam.h"
 
 #include <QCheckBox>
-#include <QComboBox>
-#include <QLineEdit>
-#include <QPushButton>
 #include <QRadioButton>
 #include <QVariantList>
 

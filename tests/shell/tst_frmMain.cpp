@@ -8,9 +8,7 @@
 
 #include <QAccessible>
 #include <QCheckBox>
-#include <QLabel>
 #include <QMenuBar>
-#include <QPushButton>
 #include <QRadioButton>
 
 #include <functional>

@@ -2,14 +2,11 @@
 
 #include "shared/Timer.h"
 #include "support/Dialogs.h"
-#include "support/Pictures.h"
 #include "support/Rows.h"
 #include "support/ScratchFile.h"
 #include "support/ScriptedServer.h"
 #include "support/ShownMain.h"
 #include "viewer/WebCam.h"
-
-#include <QMessageBox>
 
 namespace {
 

@@ -4,7 +4,6 @@
 #include "shell/MainLayout.h"
 #include "support/Rows.h"
 #include "support/ShownMain.h"
-#include "viewer/WebCam.h"
 #include "viewer/surface/ToolBar.h"
 #include "viewer/surface/ToolBarButton.h"
 

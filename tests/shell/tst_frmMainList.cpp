@@ -12,7 +12,6 @@
 #include "viewer/WebCam.h"
 
 #include <QFileDialog>
-#include <QMessageBox>
 
 #include <functional>
 

@@ -2,7 +2,6 @@
 
 #include "shell/frmWhat.h"
 #include "support/Browser.h"
-#include "support/Dialogs.h"
 #include "widgets/LinkLabel.h"
 
 #include <QPlainTextEdit>
