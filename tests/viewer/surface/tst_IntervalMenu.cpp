@@ -103,6 +103,7 @@ private slots:
         QFETCH(Qt::Key, key);
         Menu m;
         m.answer(text, key);
+        QVERIFY(m.owner.findChildren<QMessageBox*>().isEmpty());
         QCOMPARE(m.chosen.count(), 0);
         QCOMPARE(m.item(99)->text(), "Custom");
         QCOMPARE(m.checked(), QList<int>{99});
