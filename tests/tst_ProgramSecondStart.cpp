@@ -1,7 +1,6 @@
 // A second start of the whole program beside one that runs: processes of their own.
 
 #include "support/OtherProgram.h"
-#include "support/Pictures.h"
 #include "support/Rows.h"
 #include "support/RunningProgram.h"
 #include "support/ScratchFile.h"
@@ -95,8 +94,7 @@ private slots:
         // As the second one.
         p.write(name, listOf(2));
         QCOMPARE(handedOverBy(p, name.split(' '), p.program()), "0");
-        p.terminate();
-        QCOMPARE(p.ended(), "0");
+        QCOMPARE(p.terminated(), "0");
         QVERIFY(has(p, 1));
         QVERIFY(has(p, 2));
     }
@@ -113,8 +111,7 @@ private slots:
         QCOMPARE(handedOverBy(p, {"../program/2"}, p.home()), "0");
         // In quotes; and without them the words of one name.
         QCOMPARE(handedOverBy(p, {'"' + p.program("3 of them.dat") + '"'}), "0");
-        p.terminate();
-        QCOMPARE(p.ended(), "0");
+        QCOMPARE(p.terminated(), "0");
         QCOMPARE(handedOver(p), 3);
         QVERIFY(has(p, 1) && has(p, 2) && has(p, 3));
     }
@@ -133,8 +130,7 @@ private slots:
                          .split('\n')
                          .filter(QRegularExpression("^(?!" + p.window + "$)"))
                          .isEmpty());
-        p.terminate();
-        QCOMPARE(p.ended(), "0");
+        QCOMPARE(p.terminated(), "0");
     }
 
     void whatIsHandedOverIsNeitherSavedNorShown()
@@ -145,8 +141,7 @@ private slots:
         QCOMPARE(handedOverBy(p, {p.program("1")}), "0");
         // Neither that start nor the instance that runs has written anything yet.
         QCOMPARE(namesIn(p.program()), (QStringList{"1", "pevora"}));
-        p.terminate();
-        QCOMPARE(p.ended(), "0");
+        QCOMPARE(p.terminated(), "0");
     }
 
     void withoutAFileItIsASecondInstance()
@@ -157,12 +152,10 @@ private slots:
             QProcess& second = p.startAnother(arguments);
             QTRY_VERIFY(!RunningProgram::windowOf(second).isEmpty());
             QVERIFY(p.process.state() == QProcess::Running);
-            RunningProgram::terminate(second);
-            QCOMPARE(RunningProgram::ended(second), "0");
+            QCOMPARE(RunningProgram::terminated(second), "0");
             QVERIFY(p.preferences().contains("COUNT=0"));
         }
-        p.terminate();
-        QCOMPARE(p.ended(), "0");
+        QCOMPARE(p.terminated(), "0");
     }
 
     void eightyStartsAtOnce_data()
@@ -200,8 +193,7 @@ private slots:
         QCOMPARE(running(), beforeItRuns ? 1 : 0);
         QProcess& first = beforeItRuns ? *senders.first() : p.process;
         QTRY_VERIFY(!RunningProgram::windowOf(first).isEmpty());
-        RunningProgram::terminate(first);
-        QCOMPARE(RunningProgram::ended(first), "0");
+        QCOMPARE(RunningProgram::terminated(first), "0");
         QCOMPARE(handedOver(p), starts);
         for (int i = 0; i < starts; ++i)
             QVERIFY2(has(p, i), qPrintable(QString("%1 is missing").arg(i)));
@@ -222,8 +214,7 @@ private slots:
         // The next one is the first, whether it is given a file or not.
         QVERIFY(p.start({p.program("1")}));
         QCOMPARE(handedOverBy(p, {p.program("2")}), "0");
-        p.terminate();
-        QCOMPARE(p.ended(), "0");
+        QCOMPARE(p.terminated(), "0");
         QVERIFY(has(p, 1) && has(p, 2));
     }
 
@@ -250,8 +241,7 @@ private slots:
         // With a display: where nobody served, it would stay.
         QProcess& sender = p.startAnother({p.program("1")});
         QCOMPARE(RunningProgram::ended(sender), "0");
-        p.terminate();
-        QCOMPARE(p.ended(), "0");
+        QCOMPARE(p.terminated(), "0");
         QVERIFY(has(p, 1));
     }
 
@@ -267,8 +257,7 @@ private slots:
         // What it was told meanwhile it does when it can: it hears one after the other.
         p.write("2", listOf(2));
         QCOMPARE(handedOverBy(p, {p.program("2")}), "0");
-        p.terminate();
-        QCOMPARE(p.ended(), "0");
+        QCOMPARE(p.terminated(), "0");
         QVERIFY(has(p, 1) && has(p, 2));
     }
 
@@ -291,8 +280,7 @@ private slots:
         QVERIFY(waitForExposed(&later));
         QVERIFY(p.property("WM_STATE").contains("Iconic"));
         QCOMPARE(p.property("WM_NAME"), "WM_NAME(STRING) = \"Pevora\"");
-        p.terminate();
-        QCOMPARE(p.ended(), "0");
+        QCOMPARE(p.terminated(), "0");
         QVERIFY(has(p, 1));
     }
 
@@ -302,8 +290,7 @@ private slots:
         p.write("-session 1", listOf(1));
         p.process.setWorkingDirectory(p.program());
         QVERIFY(p.start({"-session", "1"}));
-        p.terminate();
-        QCOMPARE(p.ended(), "0");
+        QCOMPARE(p.terminated(), "0");
         QCOMPARE(handedOver(p), 0);
     }
 };

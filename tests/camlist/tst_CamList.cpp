@@ -93,8 +93,7 @@ private slots:
     void aListIsSavedAsItWasRead()
     {
         QFETCH(QByteArray, line);
-        ShownList shown;
-        shown.load(line + "\r\n");
+        ShownList shown(line + "\r\n");
         QTEST(shown.all(), "nodes");
         QVERIFY(QFile::remove(shown.path()));
         shown.list().SaveFile();
@@ -120,8 +119,7 @@ private slots:
     void aFileWithoutACameraIsNoEmptyList()
     {
         for (const QByteArray& content : {QByteArray(5000, '\0'), QByteArray("Dear diary,\r\n")}) {
-            ShownList shown;
-            shown.load(content);
+            ShownList shown(content);
             QCOMPARE(shown.all(), QStringList());
             shown.list().SaveFile();
             QCOMPARE(contentOf(shown.path()), content);
@@ -133,8 +131,7 @@ private slots:
 
     void reloadingForgetsWhatWasNotSaved()
     {
-        ShownList shown;
-        shown.load(Example + "\r\n");
+        ShownList shown(Example + "\r\n");
         shown.list().AddCam("New", "URL3", "Sights");
         shown.list().LoadFile();
         QCOMPARE(shown.all(), ExampleNodes);
@@ -145,8 +142,7 @@ private slots:
 
     void anEmptyCategoryIsGoneAfterALoad()
     {
-        ShownList shown;
-        shown.load(Example + "\r\n");
+        ShownList shown(Example + "\r\n");
         shown.choose("Harbour", "mnuRem");
         QCOMPARE(shown.list().Search("cit"), "Cities");
         QCOMPARE(shown.list().ReturnUrlViaName("cit"), "Cities");
@@ -158,8 +154,7 @@ private slots:
 
     void withoutACameraTheFileIsRemoved()
     {
-        ShownList shown;
-        shown.load("Cities\xFFHarbour\xFFURL1\r\n");
+        ShownList shown("Cities\xFFHarbour\xFFURL1\r\n");
         shown.choose("Harbour", "mnuRem");
         shown.list().SaveFile();
         QVERIFY(!QFile::exists(shown.path()));
@@ -168,8 +163,7 @@ private slots:
 
     void whatAnotherInstanceWroteIsKeptBeside()
     {
-        ShownList shown;
-        shown.load(Example + "\r\n");
+        ShownList shown(Example + "\r\n");
         const QByteArray others = "Others\xFFOther\xFFURL9\r\n";
         shown.write("list.dat", others);
         shown.list().SaveFile();
@@ -179,10 +173,8 @@ private slots:
 
     void anImportedListIsAdded()
     {
-        ShownList shown;
-        shown.load(Example + "\r\n");
-        shown.write("icl.zip", "CAMZSights\377Bridge\377URL3\377Parks\377Pond\377URL4\r\n");
-        shown.list().LoadFile(shown.path("icl.zip"));
+        ShownList shown(Example + "\r\n");
+        shown.import("CAMZSights\377Bridge\377URL3\377Parks\377Pond\377URL4\r\n");
         QCOMPARE(shown.all(), ExampleNodes + QStringList({"Sights/Bridge", "Parks", "Parks/Pond"}));
         shown.list().SaveFile();
         QCOMPARE(contentOf(shown.path()),
@@ -191,10 +183,8 @@ private slots:
 
     void importingTwiceSaysSoForEachCamera()
     {
-        ShownList shown;
-        shown.load("Old\xFFOld\xFFURL0\r\n");
-        shown.write("icl.zip", "CAMZ" + Example + "\r\n");
-        shown.list().LoadFile(shown.path("icl.zip"));
+        ShownList shown("Old\xFFOld\xFFURL0\r\n");
+        shown.import("CAMZ" + Example + "\r\n");
         QCOMPARE(shown.all(), QStringList({"Old", "Old/Old"}) + ExampleNodes);
         shown.list().LoadFile(shown.path("icl.zip"));
         QCOMPARE(messages("Cam is already in your list."), 2);
@@ -207,22 +197,18 @@ private slots:
                                  "Cities\xFF"
                                  "Again\xFFURL1\xFF"
                                  "Sights\xFFTower\xFFURL2\r\n";
-        ShownList shown;
-        shown.load(twice);
+        ShownList shown(twice);
         QCOMPARE(messages("Cam is already in your list."), 1);
         QCOMPARE(shown.all(), ExampleNodes);
-        shown.write("icl.zip", "CAMZ" + twice.chopped(2) + "\xFFParks\xFFPond\xFFURL4\r\n");
-        shown.list().LoadFile(shown.path("icl.zip"));
+        shown.import("CAMZ" + twice.chopped(2) + "\xFFParks\xFFPond\xFFURL4\r\n");
         QCOMPARE(messages("Cam is already in your list."), 3);
         QCOMPARE(shown.all(), ExampleNodes + QStringList({"Parks", "Parks/Pond"}));
     }
 
     void theCheckBoxEndsTheMessagesOfOneList()
     {
-        ShownList shown;
-        shown.load(Example + "\r\n");
-        shown.write("icl.zip", "CAMZ" + Example + "\r\n");
-        shown.list().LoadFile(shown.path("icl.zip"));
+        ShownList shown(Example + "\r\n");
+        shown.import("CAMZ" + Example + "\r\n");
         shown.list().LoadFile(shown.path("icl.zip"));
 
         auto* box = openDialog<QMessageBox>();
@@ -244,10 +230,8 @@ private slots:
 
     void theEndOfTheProgramEndsTheMessages()
     {
-        ShownList shown;
-        shown.load(Example + "\r\n");
-        shown.write("icl.zip", "CAMZ" + Example + "\r\n");
-        shown.list().LoadFile(shown.path("icl.zip"));
+        ShownList shown(Example + "\r\n");
+        shown.import("CAMZ" + Example + "\r\n");
         auto* first = openDialog<QMessageBox>();
         QVERIFY(first);
         shown.list().endMessages();
@@ -271,8 +255,7 @@ private slots:
     void whatIsNoZippedListIsRefused()
     {
         QFETCH(QByteArray, content);
-        ShownList shown;
-        shown.load(Example + "\r\n");
+        ShownList shown(Example + "\r\n");
         if (!content.isNull())
             shown.write("other.dat", content);
         shown.list().LoadFile(shown.path("other.dat"));
@@ -285,8 +268,7 @@ private slots:
 
     void listsThatAreNoneAreToldOfOneByOne()
     {
-        ShownList shown;
-        shown.load(Example + "\r\n");
+        ShownList shown(Example + "\r\n");
         for (int i = 0; i < 3; ++i)
             shown.list().LoadFile(shown.path("missing"));
         QVERIFY(openDialog<QMessageBox>());
@@ -304,10 +286,8 @@ private slots:
 
     void messagesOfBothKindsComeInTheOrderOfTheLists()
     {
-        ShownList shown;
-        shown.load(Example + "\r\n");
-        shown.write("icl.zip", "CAMZ" + Example + "\r\n");
-        shown.list().LoadFile(shown.path("icl.zip"));
+        ShownList shown(Example + "\r\n");
+        shown.import("CAMZ" + Example + "\r\n");
         shown.list().LoadFile(shown.path("missing"));
         shown.list().AddCam("Again", "URL1", "Cities");
         QStringList texts;
@@ -327,16 +307,14 @@ private slots:
         ShownList shown;
         const CameraRecord first = defaultCameras().value(0);
         shown.load("Mine\xFFMy own\xFF" + first.key.toLatin1() + "\r\n");
-        shown.write("icl.zip", "CAMZ\r\n");
-        shown.list().LoadFile(shown.path("icl.zip"));
+        shown.import("CAMZ\r\n");
         QCOMPARE(shown.all().size(), 2 + 14 - 1);
         QCOMPARE(messages("Cam is already in your list."), 1); // the one that is there
     }
 
     void aKeyThatIsThereIsNotAdded()
     {
-        ShownList shown;
-        shown.load(Example + "\r\n");
+        ShownList shown(Example + "\r\n");
         shown.list().AddCam("Again", "URL1", "Parks");
         QCOMPARE(messages("Cam is already in your list."), 1);
         // Kept: the category that was made for it stays.
@@ -345,8 +323,7 @@ private slots:
 
     void anAddedCameraIsShown()
     {
-        ShownList shown;
-        shown.load(Example + "\r\n");
+        ShownList shown(Example + "\r\n");
         shown.tree().collapseAll();
         QSignalSpy clicks(&shown.list(), &CamList::Click);
         shown.list().AddCam("Bridge", "URL3", "Sights");
@@ -357,8 +334,7 @@ private slots:
 
     void categoriesAreAddedToABox()
     {
-        ShownList shown;
-        shown.load(Example + "\r\n");
+        ShownList shown(Example + "\r\n");
         QComboBox box;
         box.addItem("first");
         shown.list().FillParent(&box);
@@ -370,8 +346,7 @@ private slots:
 
     void camerasAreFoundByTheirNames()
     {
-        ShownList shown;
-        shown.load(Example + "\r\n");
+        ShownList shown(Example + "\r\n");
         QCOMPARE(shown.list().Search("TOW"), "Tower");
         QCOMPARE(shown.list().ReturnUrlViaName("TOW"), "URL2\1Cookie: a=1");
         QCOMPARE(shown.list().Search(""), "");
@@ -386,8 +361,7 @@ private slots:
 
     void aShortListIsShownOpen()
     {
-        ShownList shown;
-        shown.load(Example + "\r\n");
+        ShownList shown(Example + "\r\n");
         QVERIFY(shown.tree().isExpanded(shown.node("Cities")));
         QVERIFY(shown.tree().isExpanded(shown.node("Sights")));
     }
@@ -397,8 +371,7 @@ private slots:
         QByteArray line = "Sights\xFFTower\xFFURL";
         for (int i = 0; i < 60; ++i)
             line += "\xFFMany\xFFn" + QByteArray::number(i) + "\xFFk" + QByteArray::number(i);
-        ShownList shown;
-        shown.load(line);
+        ShownList shown(line);
         QVERIFY(!shown.tree().isExpanded(shown.node("Sights")));
         QVERIFY(!shown.tree().isExpanded(shown.node("Many")));
         shown.click("Sights");

@@ -1,15 +1,29 @@
 // The camera list in a person's hands: clicks, keys and the menu.
 
 #include "support/Dialogs.h"
+#include "support/Rows.h"
 #include "support/ShownList.h"
 
 #include <QAccessible>
 #include <QClipboard>
 #include <QContextMenuEvent>
-#include <QMenu>
-#include <QMessageBox>
-#include <QPushButton>
 #include <QVariantList>
+
+namespace {
+
+/// The list with three cameras, and what was chosen in it.
+struct Used : ShownList
+{
+    Used()
+        : ShownList("Cities\377Harbour\377URL1\377Sights\377Tower\377"
+                    "URL2\1Cookie: a=1\377Sights\377Bridge\377URL3\r\n")
+    {
+    }
+    QSignalSpy clicks{&list(), &CamList::Click};
+    QMenu& menu = *list().findChild<QMenu*>("mnu");
+};
+
+} // namespace
 
 class CamListUseTest : public QObject
 {
@@ -17,36 +31,30 @@ class CamListUseTest : public QObject
 private slots:
     void aClickOnACameraChoosesIt()
     {
-        ShownList shown;
-        shown.load(m_list);
-        QSignalSpy clicks(&shown.list(), &CamList::Click);
+        Used shown;
         shown.click("Tower");
-        QCOMPARE(clicks.size(), 1);
-        QCOMPARE(clicks.first(), QVariantList({"Tower", "URL2\1Cookie: a=1"}));
+        QCOMPARE(shown.clicks.size(), 1);
+        QCOMPARE(shown.clicks.first(), QVariantList({"Tower", "URL2\1Cookie: a=1"}));
         // The one that is shown already can be asked for again.
         shown.click("Tower");
-        QCOMPARE(clicks.size(), 2);
+        QCOMPARE(shown.clicks.size(), 2);
         shown.click("Bridge", Qt::RightButton);
-        QCOMPARE(clicks.size(), 2);
+        QCOMPARE(shown.clicks.size(), 2);
     }
 
     void aClickOnACategoryOpensAndClosesIt()
     {
-        ShownList shown;
-        shown.load(m_list);
-        QSignalSpy clicks(&shown.list(), &CamList::Click);
+        Used shown;
         shown.click("Cities");
         QVERIFY(!shown.tree().isExpanded(shown.node("Cities")));
         shown.click("Cities");
         QVERIFY(shown.tree().isExpanded(shown.node("Cities")));
-        QCOMPARE(clicks.size(), 0);
+        QCOMPARE(shown.clicks.size(), 0);
     }
 
     void theSecondClickOfTwoCountsForNothing()
     {
-        ShownList shown;
-        shown.load(m_list);
-        QSignalSpy clicks(&shown.list(), &CamList::Click);
+        Used shown;
         const auto twice = [&](const QString& text) {
             QWidget* rows = shown.tree().viewport();
             const QPoint place = shown.tree().visualRect(shown.node(text)).center();
@@ -55,41 +63,38 @@ private slots:
             QTest::mouseRelease(rows, Qt::LeftButton, {}, place);
         };
         twice("Tower");
-        QCOMPARE(clicks.size(), 1);
+        QCOMPARE(shown.clicks.size(), 1);
         shown.click("Bridge");
-        QCOMPARE(clicks.size(), 2);
+        QCOMPARE(shown.clicks.size(), 2);
         twice("Cities");
         QVERIFY(!shown.tree().isExpanded(shown.node("Cities")));
     }
 
     void enterChoosesAndArrowsDoNot()
     {
-        ShownList shown;
-        shown.load(m_list);
-        QSignalSpy clicks(&shown.list(), &CamList::Click);
+        Used shown;
         for (const Qt::Key key : {Qt::Key_Home, Qt::Key_Down})
             QTest::keyClick(&shown.tree(), key);
         QCOMPARE(shown.tree().selected(), shown.node("Harbour"));
-        QCOMPARE(clicks.size(), 0);
+        QCOMPARE(shown.clicks.size(), 0);
         QTest::keyClick(&shown.tree(), Qt::Key_Return);
-        QCOMPARE(clicks.size(), 1);
-        QCOMPARE(clicks.first(), QVariantList({"Harbour", "URL1"}));
+        QCOMPARE(shown.clicks.size(), 1);
+        QCOMPARE(shown.clicks.first(), QVariantList({"Harbour", "URL1"}));
         QTest::keyClick(&shown.tree(), Qt::Key_Enter, Qt::KeypadModifier);
-        QCOMPARE(clicks.size(), 2);
+        QCOMPARE(shown.clicks.size(), 2);
         // One that is held down asks for the camera once.
         QTest::simulateEvent(&shown.tree(), true, Qt::Key_Return, {}, {}, true);
-        QCOMPARE(clicks.size(), 2);
+        QCOMPARE(shown.clicks.size(), 2);
 
         QTest::keyClick(&shown.tree(), Qt::Key_Home);
         QTest::keyClick(&shown.tree(), Qt::Key_Return);
         QVERIFY(!shown.tree().isExpanded(shown.node("Cities")));
-        QCOMPARE(clicks.size(), 2);
+        QCOMPARE(shown.clicks.size(), 2);
     }
 
     void plusAndMinusOpenAndClose()
     {
-        ShownList shown;
-        shown.load(m_list);
+        Used shown;
         QTest::keyClick(&shown.tree(), Qt::Key_Home);
         QTest::keyClick(&shown.tree(), Qt::Key_Minus);
         QVERIFY(!shown.tree().isExpanded(shown.node("Cities")));
@@ -101,48 +106,43 @@ private slots:
 
     void typingFindsACamera()
     {
-        ShownList shown;
-        shown.load(m_list);
+        Used shown;
         QTest::keyClicks(&shown.tree(), "bri");
         QCOMPARE(shown.tree().selected(), shown.node("Bridge"));
     }
 
     void theMenuComesWithTheReleaseOfTheRightButton()
     {
-        ShownList shown;
-        shown.load(m_list);
-        auto* menu = shown.list().findChild<QMenu*>("mnu");
+        Used shown;
         QWidget* rows = shown.tree().viewport();
         const QPoint place = shown.tree().visualRect(shown.node("Bridge")).center();
         QTest::mousePress(rows, Qt::RightButton, {}, place);
         QContextMenuEvent withThePress(QContextMenuEvent::Mouse, place, rows->mapToGlobal(place));
         QApplication::sendEvent(rows, &withThePress);
-        QVERIFY(!menu->isVisible());
+        QVERIFY(!shown.menu.isVisible());
         QTest::mouseRelease(rows, Qt::RightButton, {}, place);
-        QVERIFY(menu->isVisible());
-        QCOMPARE(menu->pos(), rows->mapToGlobal(place));
+        QVERIFY(shown.menu.isVisible());
+        QCOMPARE(shown.menu.pos(), rows->mapToGlobal(place));
         QCOMPARE(shown.tree().selected(), shown.node("Bridge"));
-        QTest::keyClick(menu, Qt::Key_Escape);
-        QVERIFY(!menu->isVisible());
+        QTest::keyClick(&shown.menu, Qt::Key_Escape);
+        QVERIFY(!shown.menu.isVisible());
     }
 
     void theMenuKeyOpensTheMenuAtTheNode()
     {
-        ShownList shown;
-        shown.load(m_list);
+        Used shown;
         // The keyboard is at the node although it is not selected yet, as after the Tab key.
         shown.tree().selectionModel()->setCurrentIndex(shown.node("Tower"),
                                                        QItemSelectionModel::NoUpdate);
         QVERIFY(!shown.tree().selected().isValid());
-        auto* menu = shown.list().findChild<QMenu*>("mnu");
         QContextMenuEvent byKey(QContextMenuEvent::Keyboard, QPoint(1, 1), QPoint(1, 1));
         QApplication::sendEvent(&shown.tree(), &byKey);
-        QVERIFY(menu->isVisible());
+        QVERIFY(shown.menu.isVisible());
         const QRect row = shown.tree().visualRect(shown.node("Tower"));
-        QVERIFY(row.contains(shown.tree().viewport()->mapFromGlobal(menu->pos())));
+        QVERIFY(row.contains(shown.tree().viewport()->mapFromGlobal(shown.menu.pos())));
         QCOMPARE(shown.tree().selected(), shown.node("Tower"));
         QVERIFY(shown.entry("mnuEdit").isEnabled());
-        menu->close();
+        shown.menu.close();
     }
 
     void theMenuHasItsEntries()
@@ -157,14 +157,10 @@ private slots:
 
     void entriesActOnTheSelectedNode_data()
     {
-        QTest::addColumn<QString>("entry");
-        QTest::addColumn<QString>("node");
-        QTest::addColumn<QString>("key");
-        for (const char* entry : {"mnuFav", "mnuSel"}) {
-            QTest::addRow("%s, a camera", entry) << entry << "Tower"
-                                                 << "URL2\1Cookie: a=1";
-            QTest::addRow("%s, a category", entry) << entry << "Sights"
-                                                   << "Sights";
+        const Rows<QString, QString, QString> row("entry", "node", "key");
+        for (const std::string entry : {"mnuFav", "mnuSel"}) {
+            row(entry + ", a camera", entry.c_str(), "Tower", "URL2\1Cookie: a=1");
+            row(entry + ", a category", entry.c_str(), "Sights", "Sights");
         }
     }
 
@@ -173,59 +169,53 @@ private slots:
         QFETCH(QString, entry);
         QFETCH(QString, node);
         QFETCH(QString, key);
-        ShownList shown;
-        shown.load(m_list);
-        QSignalSpy clicks(&shown.list(), &CamList::Click);
+        Used shown;
         QSignalSpy favourites(&shown.list(), &CamList::AddFavorite);
         shown.choose(node, entry);
         const bool select = entry == "mnuSel";
-        QCOMPARE(clicks.size(), select ? 1 : 0);
+        QCOMPARE(shown.clicks.size(), select ? 1 : 0);
         QCOMPARE(favourites.size(), select ? 0 : 1);
-        QCOMPARE((select ? clicks : favourites).first(), QVariantList({node, key}));
+        QCOMPARE((select ? shown.clicks : favourites).first(), QVariantList({node, key}));
         QVERIFY(!shown.entry("mnuEdit").isEnabled() || node == "Tower");
     }
 
     void withNothingSelectedEntriesDoNothing()
     {
-        ShownList shown;
-        shown.load(m_list);
+        Used shown;
         QGuiApplication::clipboard()->setText("mine");
-        QSignalSpy clicks(&shown.list(), &CamList::Click);
         QSignalSpy favourites(&shown.list(), &CamList::AddFavorite);
         const QStringList before = shown.all();
         for (const char* entry : {"mnuFav", "mnuSel", "mnuCopy", "mnuEdit", "mnuRem"}) {
             QVERIFY2(!shown.entry(entry).isEnabled(), entry);
             emit shown.entry(entry).triggered();
         }
-        QCOMPARE(clicks.size() + favourites.size(), 0);
+        QCOMPARE(shown.clicks.size() + favourites.size(), 0);
         QCOMPARE(QGuiApplication::clipboard()->text(), "mine");
         QCOMPARE(shown.all(), before);
         // On the empty part below the nodes the menu opens all the same.
         QTest::mouseClick(shown.tree().viewport(), Qt::RightButton, {},
                           shown.tree().viewport()->rect().bottomRight() - QPoint(5, 5));
-        QVERIFY(shown.list().findChild<QMenu*>("mnu")->isVisible());
-        shown.list().findChild<QMenu*>("mnu")->close();
+        QVERIFY(shown.menu.isVisible());
+        shown.menu.close();
     }
 
     void aClickBelowTheNodesKeepsTheSelection()
     {
-        ShownList shown;
-        shown.load(m_list);
+        Used shown;
         shown.tree().select(shown.node("Tower"));
         const QPoint below = shown.tree().viewport()->rect().bottomRight() - QPoint(5, 5);
         for (const auto button : {Qt::LeftButton, Qt::RightButton}) {
             QTest::mouseClick(shown.tree().viewport(), button, {}, below);
             QCOMPARE(shown.tree().selected(), shown.node("Tower"));
         }
-        QVERIFY(shown.list().findChild<QMenu*>("mnu")->isVisible());
+        QVERIFY(shown.menu.isVisible());
         QVERIFY(shown.entry("mnuEdit").isEnabled());
-        shown.list().findChild<QMenu*>("mnu")->close();
+        shown.menu.close();
     }
 
     void theWholeKeyIsCopied()
     {
-        ShownList shown;
-        shown.load(m_list);
+        Used shown;
         shown.choose("Tower", "mnuCopy");
         QCOMPARE(QGuiApplication::clipboard()->text(), "URL2\1Cookie: a=1");
         shown.choose("Cities", "mnuCopy");
@@ -234,21 +224,18 @@ private slots:
 
     void deleteRemovesACameraAtOnce()
     {
-        ShownList shown;
-        shown.load(m_list);
-        QSignalSpy clicks(&shown.list(), &CamList::Click);
+        Used shown;
         shown.tree().select(shown.node("Tower"));
         QTest::keyClick(&shown.tree(), Qt::Key_Delete);
         QCOMPARE(shown.all(), QStringList({"Cities", "Cities/Harbour", "Sights", "Sights/Bridge"}));
         shown.choose("Bridge", "mnuRem");
         QCOMPARE(shown.all(), QStringList({"Cities", "Cities/Harbour", "Sights"}));
-        QCOMPARE(clicks.size(), 0);
+        QCOMPARE(shown.clicks.size(), 0);
     }
 
     void deleteElsewhereRemovesNothing()
     {
-        ShownList shown;
-        shown.load(m_list);
+        Used shown;
         shown.tree().select(shown.node("Tower"));
         QPushButton other(&shown.window());
         other.show();
@@ -259,8 +246,7 @@ private slots:
 
     void aHeldDeleteRemovesOneCamera()
     {
-        ShownList shown;
-        shown.load(m_list);
+        Used shown;
         shown.tree().select(shown.node("Tower"));
         QTest::keyPress(&shown.tree(), Qt::Key_Delete);
         for (int i = 0; i < 3; ++i) {
@@ -272,8 +258,7 @@ private slots:
 
     void removingACategoryAsks()
     {
-        ShownList shown;
-        shown.load(m_list);
+        Used shown;
         const QStringList before = shown.all();
         shown.choose("Sights", "mnuRem");
         // Enter alone removes nothing.
@@ -300,17 +285,12 @@ private slots:
 
     void aScreenReaderFindsTheCameras()
     {
-        ShownList shown;
-        shown.load(m_list);
+        Used shown;
         QCOMPARE(shown.tree().accessibleName(), "Cameras");
         auto* spoken = QAccessible::queryAccessibleInterface(&shown.tree());
         QVERIFY(spoken && spoken->tableInterface());
         QCOMPARE(spoken->tableInterface()->cellAt(1, 0)->text(QAccessible::Name), "Harbour");
     }
-
-private:
-    const QByteArray m_list = "Cities\377Harbour\377URL1\377Sights\377Tower\377"
-                              "URL2\1Cookie: a=1\377Sights\377Bridge\377URL3\r\n";
 };
 
 QTEST_MAIN(CamListUseTest)

@@ -294,13 +294,11 @@ private slots:
 
     void withoutABackupTheOldListStays_data()
     {
-        QTest::addColumn<QString>("inTheWay");
-        QTest::addColumn<bool>("readable");
-        for (const bool readable : {true, false}) {
-            const char* kind = readable ? "another's" : "unreadable";
-            QTest::addRow("no name for the backup, %s", kind) << "list.dat.bak" << readable;
-            QTest::addRow("no place to make it, %s", kind) << "list.dat.new" << readable;
-        }
+        const Rows<QString, bool> row("inTheWay", "readable");
+        row("no name for the backup, another's", "list.dat.bak", true);
+        row("no place to make it, another's", "list.dat.new", true);
+        row("no name for the backup, unreadable", "list.dat.bak", false);
+        row("no place to make it, unreadable", "list.dat.new", false);
     }
 
     void withoutABackupTheOldListStays()

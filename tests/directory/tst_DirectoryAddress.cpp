@@ -1,5 +1,6 @@
 #include "directory/DirectoryAddress.h"
 #include "settings/Ini.h"
+#include "support/Rows.h"
 #include "support/ScratchFile.h"
 
 class DirectoryAddressTest : public QObject
@@ -24,11 +25,8 @@ private slots:
 
     void thePreferencesOverrideIt_data()
     {
-        QTest::addColumn<QByteArray>("host");
-        QTest::addColumn<QString>("base");
-        const auto row = [](const char* host, const char* base) {
-            QTest::newRow(host) << QByteArray(host) << base;
-        };
+        const Rows<QByteArray, QString> named("host", "base");
+        const auto row = [&](const char* host, const char* base) { named(host, host, base); };
         row("http://cams.example", "http://cams.example");
         row("http://cams.example/", "http://cams.example");
         row("http://cams.example//", "http://cams.example");

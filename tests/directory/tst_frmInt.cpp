@@ -1,6 +1,5 @@
 // The window "Internet List": its parts, its queries and what it does with the answers.
 
-#include "cameras/CameraKey.h"
 #include "camlist/CamList.h"
 #include "support/Dialogs.h"
 #include "support/Rows.h"
@@ -9,14 +8,9 @@
 #include "support/TimeSeam.h"
 #include "widgets/Twips.h"
 
-#include <QAction>
 #include <QHeaderView>
 #include <QInputDialog>
-#include <QMenu>
 #include <QMenuBar>
-#include <QMessageBox>
-#include <QPushButton>
-#include <QTreeView>
 
 #include <utility>
 
@@ -46,16 +40,25 @@ void answerPrompt(const QString& text, bool ok = true)
     ok ? prompt->accept() : prompt->reject();
 }
 
-} // namespace
-
-namespace {
-
-quint16 portOfNobody()
+/// Searches for them, and finds three cameras.
+void search(ShownDirectory& d, const QString& terms)
 {
-    ScriptedServer gone;
-    gone.listen();
-    return gone.port();
+    d.server.play(httpAnswer(Three));
+    d.entry("mnuOptSearch").trigger();
+    answerPrompt(terms);
+    QTRY_COMPARE(d.title(), "Finished [Found 3 Cams]");
 }
+
+/// A window with a query under way, whose answer does not end by itself.
+struct Querying : ShownDirectory
+{
+    Querying()
+    {
+        server.play(httpAnswer(Three), Script::End::KeepOpen);
+        entry("mnuOptNew").trigger();
+        QTRY_COMPARE(title(), "Receiving Data");
+    }
+};
 
 } // namespace
 
@@ -67,6 +70,10 @@ private slots:
     {
         const ShownDirectory d;
         QCOMPARE(d.title(), "Internet List");
+        // It blocks no other window.
+        QVERIFY(!d.window->isModal());
+        QCOMPARE(d.window->windowType(), Qt::Window);
+        QVERIFY(!d.window->parentWidget());
         for (const auto& [name, caption] :
              {std::pair{"cmdPre", "Preview"}, std::pair{"cmdAdd", "Add Selected"},
               std::pair{"cmdAll", "Select All"}, std::pair{"cmdNone", "De-Select All"}}) {
@@ -103,14 +110,6 @@ private slots:
         QCOMPARE(model.headerData(1, Qt::Horizontal).toString(), "Name");
         QVERIFY(d.list().header()->isVisible());
         QVERIFY(d.window->findChild<HTTP*>("HTTP1"));
-    }
-
-    void blocksNoOtherWindow()
-    {
-        const ShownDirectory d;
-        QVERIFY(!d.window->isModal());
-        QCOMPARE(d.window->windowType(), Qt::Window);
-        QVERIFY(!d.window->parentWidget());
     }
 
     void theColumnsHaveTheirWidths()
@@ -151,13 +150,6 @@ private slots:
                                          "\r\n");
     }
 
-    void newestAsksForNew()
-    {
-        ShownDirectory d;
-        d.find(Three, "mnuOptNew");
-        QCOMPARE(requestLine(d), "GET /pevora/index.cgi?new=1 HTTP/1.0");
-    }
-
     void aSearchSendsItsTermsAsTheyAre_data()
     {
         const Rows<QString, QByteArray> row("terms", "sent");
@@ -175,10 +167,7 @@ private slots:
         QFETCH(QString, terms);
         QFETCH(QByteArray, sent);
         ShownDirectory d;
-        d.server.play(httpAnswer(Three));
-        d.entry("mnuOptSearch").trigger();
-        answerPrompt(terms);
-        QTRY_COMPARE(d.title(), "Finished [Found 3 Cams]");
+        search(d, terms);
         QCOMPARE(requestLine(d), "GET /pevora/index.cgi?q=" + sent + " HTTP/1.0");
     }
 
@@ -198,8 +187,7 @@ private slots:
 
     void withoutTermsNothingIsSent()
     {
-        ShownDirectory d;
-        d.find(Three);
+        ShownDirectory d(Three);
         const QStringList before = d.rows();
         for (const auto& [text, ok] :
              {std::pair{"", true}, std::pair{"", false}, std::pair{"zoo", false}}) {
@@ -216,10 +204,7 @@ private slots:
     void termsHoldNoLineBreak()
     {
         ShownDirectory d;
-        d.server.play(httpAnswer(Three));
-        d.entry("mnuOptSearch").trigger();
-        answerPrompt(u"a\r\nCookie: bÿ\tc"_s);
-        QTRY_COMPARE(d.title(), "Finished [Found 3 Cams]");
+        search(d, u"a\r\nCookie: bÿ\tc"_s);
         QCOMPARE(requestLine(d), u"GET /pevora/index.cgi?q=aCookie: by\u0308c HTTP/1.0"_s.toUtf8());
         // Nothing is left of this one.
         d.entry("mnuOptSearch").trigger();
@@ -230,8 +215,7 @@ private slots:
 
     void anAnswerOfOneCameraIsOneCams()
     {
-        ShownDirectory d;
-        d.find(directoryBody({"Cities|Rome|rome.example/r.jpg\1Cookie: a"}) + "\r\n");
+        ShownDirectory d(directoryBody({"Cities|Rome|rome.example/r.jpg\1Cookie: a"}) + "\r\n");
         QCOMPARE(d.title(), "Finished [Found 1 Cams]");
         QCOMPARE(d.rows(), QStringList{"Cities|Rome"});
         QCOMPARE(d.key(0), "rome.example/r.jpg\1Cookie: a");
@@ -239,8 +223,7 @@ private slots:
 
     void anAnswerReplacesTheRows()
     {
-        ShownDirectory d;
-        d.find(Three);
+        ShownDirectory d(Three);
         d.check(0);
         QCOMPARE(d.rows(), (QStringList{"[x] Sights|Tower", "animals|Zoo", "Cities|Rome"}));
         d.find(directoryBody({"A|B|c", "Sights|Tower|tower.example/a.jpg"}));
@@ -253,8 +236,7 @@ private slots:
 
     void noLuckEmptiesTheList()
     {
-        ShownDirectory d;
-        d.find(Three);
+        ShownDirectory d(Three);
         d.find("No Luck090877");
         QCOMPARE(d.title(), "Finished [No Cams Found]");
         QCOMPARE(d.rows(), QStringList());
@@ -263,8 +245,8 @@ private slots:
 
     void aKeyThatIsThereIsSkipped()
     {
-        ShownDirectory d;
-        d.find(directoryBody({"A|first|k", "B|second|k", "C|other|K", "D|empty|", "E|empty too|"}));
+        ShownDirectory d(
+            directoryBody({"A|first|k", "B|second|k", "C|other|K", "D|empty|", "E|empty too|"}));
         QCOMPARE(d.rows(), (QStringList{"A|first", "C|other", "D|empty"}));
         QCOMPARE(d.title(), "Finished [Found 3 Cams]");
     }
@@ -278,18 +260,16 @@ private slots:
         QCOMPARE(d.key(0), "zoo.example");
         d.find(Three, "mnuOptNew");
         QVERIFY(d.rows() != sorted);
-        d.server.play(httpAnswer(Three));
-        d.entry("mnuOptSearch").trigger();
-        answerPrompt("x");
-        QTRY_COMPARE(d.title(), "Finished [Found 3 Cams]");
+        search(d, "x");
         QCOMPARE(d.rows(), sorted);
     }
 
-    void newestKeepsTheServersOrder()
+    void newestAsksForNewAndKeepsTheServersOrder()
     {
         ShownDirectory d;
         d.find(Three, "mnuOptDownIt(0)");
         d.find(Three, "mnuOptNew");
+        QCOMPARE(requestLine(d), "GET /pevora/index.cgi?new=1 HTTP/1.0");
         QCOMPARE(d.rows(), (QStringList{"Sights|Tower", "animals|Zoo", "Cities|Rome"}));
     }
 
@@ -309,8 +289,7 @@ private slots:
 
     void theRowsThereAreSortedWhenTheQueryIsSent()
     {
-        ShownDirectory d;
-        d.find(Three, "mnuOptNew");
+        ShownDirectory d(Three);
         d.check(0);
         d.list().setCurrentIndex(d.list().model()->index(1, 1));
         d.server.play(httpAnswer({}), Script::End::KeepOpen);
@@ -321,8 +300,7 @@ private slots:
 
     void theHeaderDoesNotSort()
     {
-        ShownDirectory d;
-        d.find(Three, "mnuOptNew");
+        ShownDirectory d(Three);
         const QStringList before = d.rows();
         QHeaderView& header = *d.list().header();
         for (int x : {50, 50, 200}) {
@@ -345,8 +323,7 @@ private slots:
 
     void anErrorKeepsTheRows()
     {
-        ShownDirectory d;
-        d.find(Three);
+        ShownDirectory d(Three);
         const QStringList before = d.rows();
         emit d.window->findChild<TcpClient*>("sckMain")->Error(1, "Host not found");
         QCOMPARE(d.title(), "Error: Host not found");
@@ -355,8 +332,7 @@ private slots:
 
     void whileAQueryRunsNoOtherBegins()
     {
-        ShownDirectory d;
-        d.find(Three);
+        ShownDirectory d(Three);
         d.button("cmdAll").setFocus();
         d.server.play(Script{{}, Script::End::KeepOpen});
         d.entry("mnuOptNew").trigger();
@@ -403,10 +379,7 @@ private slots:
 
     void theTimerEnablesTheControls()
     {
-        ShownDirectory d;
-        d.server.play(httpAnswer(Three), Script::End::KeepOpen);
-        d.entry("mnuOptNew").trigger();
-        QTRY_COMPARE(d.title(), "Receiving Data");
+        Querying d;
         timerOf(*d.window, "Timer1").elapse();
         QCOMPARE(d.title(), "Finished [Found 3 Cams]");
         QVERIFY(d.entry("mnuOptNew").isEnabled());
@@ -414,10 +387,7 @@ private slots:
 
     void theWindowClosesAmidAQuery()
     {
-        ShownDirectory d;
-        d.server.play(httpAnswer(Three), Script::End::KeepOpen);
-        d.entry("mnuOptNew").trigger();
-        QTRY_COMPARE(d.title(), "Receiving Data");
+        Querying d;
         d.entry("mnuOptClose").trigger();
         QTRY_VERIFY(!d.window);
         QTRY_COMPARE(d.server.openConnections(), 0);
@@ -429,8 +399,7 @@ private slots:
 
     void previewAsksForTheCamera()
     {
-        ShownDirectory d;
-        d.find(directoryBody({"a|b|one.example", "c|d|two.example/x\1Cookie: y"}));
+        ShownDirectory d(directoryBody({"a|b|one.example", "c|d|two.example/x\1Cookie: y"}));
         d.press("cmdPre");
         QCOMPARE(d.previews, QStringList{"one.example"});
         d.list().setCurrentIndex(d.list().model()->index(1, 1));
@@ -465,8 +434,7 @@ private slots:
 
     void addSelectedHandsOverAFile()
     {
-        ShownDirectory d;
-        d.find(directoryBody({"a|b|c", "d|e|f\x01X: y", "g|h|i"}));
+        ShownDirectory d(directoryBody({"a|b|c", "d|e|f\x01X: y", "g|h|i"}));
         d.check(0);
         d.check(1);
         d.press("cmdAdd");
@@ -476,25 +444,26 @@ private slots:
         QTRY_VERIFY(!d.window);
     }
 
-    void addSelectedKeepsTheRowsOrder()
+    void addSelectedWritesTheRowsAsTheyAre_data()
     {
-        ShownDirectory d;
-        d.find(Three, "mnuOptDownIt(0)");
-        d.press("cmdAll");
-        d.press("cmdAdd");
-        QCOMPARE(d.imports,
-                 QList<QByteArray>{"CAMZanimals\377Zoo\377zoo.example\377Cities\377Rome\377rome."
-                                   "example/r\377Sights\377Tower\377tower.example/a.jpg\r\n"});
+        const Rows<QByteArray, QString, QByteArray> row("body", "entry", "file");
+        row("in their order", Three, "mnuOptDownIt(0)",
+            "animals\377Zoo\377zoo.example\377Cities\377Rome\377rome.example/r\377"
+            "Sights\377Tower\377tower.example/a.jpg");
+        const QByteArray text = "Z\xFCrich\377\xE6\x9D\xB1\xE4\xBA\xAC\377a b/\xE9?<b>&amp;";
+        row("text as it was", text, "mnuOptNew", text);
     }
 
-    void addSelectedWritesTextAsItWas()
+    void addSelectedWritesTheRowsAsTheyAre()
     {
-        const QByteArray body = "Z\xFCrich\377\xE6\x9D\xB1\xE4\xBA\xAC\377a b/\xE9?<b>&amp;";
+        QFETCH(QByteArray, body);
+        QFETCH(QString, entry);
+        QFETCH(QByteArray, file);
         ShownDirectory d;
-        d.find(body);
+        d.find(body, entry);
         d.press("cmdAll");
         d.press("cmdAdd");
-        QCOMPARE(d.imports, QList<QByteArray>{"CAMZ" + body + "\r\n"});
+        QCOMPARE(d.imports, QList<QByteArray>{"CAMZ" + file + "\r\n"});
     }
 
     void anEarlierFileIsReplaced()
@@ -511,8 +480,7 @@ private slots:
 
     void nothingCheckedIsSaid()
     {
-        ShownDirectory d;
-        d.find(Three);
+        ShownDirectory d(Three);
         for (int i = 0; i < 2; ++i) {
             d.press("cmdAdd");
             auto* box = openDialog<QMessageBox>();
@@ -566,8 +534,7 @@ private slots:
 
     void itMayEndWhileItsFileIsImported()
     {
-        ShownDirectory d;
-        d.find(Three);
+        ShownDirectory d(Three);
         d.check(0);
         QObject::connect(d.window, &frmInt::Import, this, [&] { delete d.window; });
         d.button("cmdAdd").click();

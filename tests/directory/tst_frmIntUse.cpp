@@ -3,14 +3,8 @@
 #include "support/Dialogs.h"
 #include "support/ShownDirectory.h"
 
-#include <QAction>
 #include <QInputDialog>
-#include <QLineEdit>
-#include <QMenu>
-#include <QMenuBar>
-#include <QPushButton>
 #include <QStyleOptionViewItem>
-#include <QTreeView>
 
 namespace {
 
@@ -40,8 +34,7 @@ class frmIntUseTest : public QObject
 private slots:
     void aClickOnABoxChecksIt()
     {
-        ShownDirectory d;
-        d.find(Three);
+        ShownDirectory d(Three);
         QTest::mouseClick(d.list().viewport(), Qt::LeftButton, {}, pointIn(d.list(), 1, 0));
         QCOMPARE(d.rows(), (QStringList{"Sights|Tower", "[x] animals|Zoo", "Cities|Rome"}));
         QTest::mouseClick(d.list().viewport(), Qt::LeftButton, {}, pointIn(d.list(), 1, 0));
@@ -56,8 +49,7 @@ private slots:
 
     void theSpaceBarChecksWhicheverColumnIsCurrent()
     {
-        ShownDirectory d;
-        d.find(Three);
+        ShownDirectory d(Three);
         for (int column : {0, 1}) {
             d.list().setCurrentIndex(d.list().model()->index(1, column));
             QTest::keyClick(&d.list(), Qt::Key_Space);
@@ -79,8 +71,7 @@ private slots:
 
     void enterPreviews()
     {
-        ShownDirectory d;
-        d.find(Three);
+        ShownDirectory d(Three);
         QTest::keyClick(&d.list(), Qt::Key_Return);
         QTest::keyClick(&d.list(), Qt::Key_Down);
         QTest::keyClick(&d.list(), Qt::Key_Enter);
@@ -91,8 +82,7 @@ private slots:
     void enterStaysPreviewAfterAClick()
     {
         for (const char* name : {"cmdAll", "cmdNone", "cmdPre"}) {
-            ShownDirectory d;
-            d.find(Three);
+            ShownDirectory d(Three);
             QTest::mouseClick(&d.button(name), Qt::LeftButton);
             const auto before = d.previews.size();
             QVERIFY(d.list().hasFocus());
@@ -103,8 +93,7 @@ private slots:
 
     void typedLettersFindARow()
     {
-        ShownDirectory d;
-        d.find(Three);
+        ShownDirectory d(Three);
         QTest::keyClicks(&d.list(), "ci");
         QCOMPARE(d.list().currentIndex().row(), 2);
     }

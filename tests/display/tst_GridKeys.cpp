@@ -1,4 +1,5 @@
 #include "display/GridKeys.h"
+#include "support/Rows.h"
 
 class GridKeysTest : public QObject
 {
@@ -6,36 +7,25 @@ class GridKeysTest : public QObject
 private slots:
     void keysLeadTo_data()
     {
-        QTest::addColumn<int>("key");
-        QTest::addColumn<int>("from");
-        QTest::addColumn<int>("to");
+        const Rows<int, int, int> row("key", "from", "to");
         // Eleven in rows of three: 0 1 2 / 3 4 5 / 6 7 8 / 9 10, two rows a page.
-        struct Row
-        {
-            const char* what;
-            int key, from, to;
-        };
-        const Row rows[] = {
-            {"left", Qt::Key_Left, 4, 3},
-            {"left into the row above", Qt::Key_Left, 3, 2},
-            {"left of the first", Qt::Key_Left, 0, 0},
-            {"right into the row below", Qt::Key_Right, 5, 6},
-            {"right of the last", Qt::Key_Right, 10, 10},
-            {"up", Qt::Key_Up, 7, 4},
-            {"up from the first row", Qt::Key_Up, 1, 1},
-            {"down", Qt::Key_Down, 4, 7},
-            {"down where the last row is short", Qt::Key_Down, 8, 10},
-            {"down from the last row", Qt::Key_Down, 9, 9},
-            {"page up", Qt::Key_PageUp, 10, 4},
-            {"page up from the second row", Qt::Key_PageUp, 5, 2},
-            {"page down", Qt::Key_PageDown, 1, 7},
-            {"page down past the end", Qt::Key_PageDown, 6, 9},
-            {"home", Qt::Key_Home, 7, 0},
-            {"end", Qt::Key_End, 0, 10},
-            {"any other", Qt::Key_A, 4, -1},
-        };
-        for (const Row& row : rows)
-            QTest::newRow(row.what) << row.key << row.from << row.to;
+        row("left", Qt::Key_Left, 4, 3);
+        row("left into the row above", Qt::Key_Left, 3, 2);
+        row("left of the first", Qt::Key_Left, 0, 0);
+        row("right into the row below", Qt::Key_Right, 5, 6);
+        row("right of the last", Qt::Key_Right, 10, 10);
+        row("up", Qt::Key_Up, 7, 4);
+        row("up from the first row", Qt::Key_Up, 1, 1);
+        row("down", Qt::Key_Down, 4, 7);
+        row("down where the last row is short", Qt::Key_Down, 8, 10);
+        row("down from the last row", Qt::Key_Down, 9, 9);
+        row("page up", Qt::Key_PageUp, 10, 4);
+        row("page up from the second row", Qt::Key_PageUp, 5, 2);
+        row("page down", Qt::Key_PageDown, 1, 7);
+        row("page down past the end", Qt::Key_PageDown, 6, 9);
+        row("home", Qt::Key_Home, 7, 0);
+        row("end", Qt::Key_End, 0, 10);
+        row("any other", Qt::Key_A, 4, -1);
     }
 
     void keysLeadTo()

@@ -30,6 +30,14 @@ struct Client
         });
     }
 
+    /// Asks for a page and waits for the first chunk of the answer, which does not end by itself.
+    void begin(const QByteArray& page)
+    {
+        server.play(page, Script::End::KeepOpen);
+        http->Retrieve("127.0.0.1");
+        QTRY_COMPARE(chunks(), 1);
+    }
+
     Timer& timer() const { return timerOf(*http, "Timer1"); }
     int finished() const { return static_cast<int>(told.count("finished")); }
     int chunks() const { return static_cast<int>(told.count("Receiving Data")); }
@@ -159,9 +167,7 @@ private slots:
     void anEndTagInTheLastOfSeveralChunksEndsTheAnswerAtOnce()
     {
         Client c;
-        c.server.play(Start + "<html>", Script::End::KeepOpen);
-        c.http->Retrieve("127.0.0.1");
-        QTRY_COMPARE(c.chunks(), 1);
+        c.begin(Start + "<html>");
         c.server.sendMore("one");
         QTRY_COMPARE(c.chunks(), 2);
         QCOMPARE(c.finished(), 0);
@@ -177,9 +183,7 @@ private slots:
     void anEndTagInTwoChunksIsNotSeen()
     {
         Client c;
-        c.server.play(Start + "a</ht", Script::End::KeepOpen);
-        c.http->Retrieve("127.0.0.1");
-        QTRY_COMPARE(c.chunks(), 1);
+        c.begin(Start + "a</ht");
         c.server.sendMore("ml>");
         QTRY_COMPARE(c.chunks(), 2);
         QCOMPARE(c.finished(), 0);
@@ -192,9 +196,7 @@ private slots:
     void threeSecondsWithoutDataEndTheAnswer()
     {
         Client c;
-        c.server.play(Start + "part", Script::End::KeepOpen);
-        c.http->Retrieve("127.0.0.1");
-        QTRY_COMPARE(c.chunks(), 1);
+        c.begin(Start + "part");
         QVERIFY(c.timer().Enabled());
         c.timer().elapse();
         QCOMPARE(c.told.last(), "finished");
@@ -206,9 +208,7 @@ private slots:
     void eachChunkStartsTheThreeSecondsAnew()
     {
         Client c;
-        c.server.play(Start, Script::End::KeepOpen);
-        c.http->Retrieve("127.0.0.1");
-        QTRY_COMPARE(c.chunks(), 1);
+        c.begin(Start);
         // As the next chunk is told of, both timers start; a timer that then starts anew is second.
         QStringList ticks;
         QTimer other;
@@ -246,9 +246,7 @@ private slots:
     void whatComesAfterTheTimerIsNotHeard()
     {
         Client c;
-        c.server.play(Start, Script::End::KeepOpen);
-        c.http->Retrieve("127.0.0.1");
-        QTRY_COMPARE(c.chunks(), 1);
+        c.begin(Start);
         // Bytes and the close are on their way while the timer runs out.
         c.server.sendMore("late");
         c.server.closeNewest();
@@ -262,13 +260,7 @@ private slots:
 
     void aRefusedConnectionIsOnlyAnError()
     {
-        quint16 port = 0;
-        {
-            ScriptedServer gone;
-            gone.listen();
-            port = gone.port();
-        }
-        HTTP http(nullptr, port);
+        HTTP http(nullptr, portOfNobody());
         QSignalSpy status(&http, &HTTP::Status);
         QSignalSpy finished(&http, &HTTP::Finished);
         QSignalSpy failed(&http, &HTTP::Failed);
@@ -310,9 +302,7 @@ private slots:
         Client c;
         c.http->Retrieve("");
         QCOMPARE(c.told, QStringList());
-        c.server.play(Start + "one ", Script::End::KeepOpen);
-        c.http->Retrieve("127.0.0.1");
-        QTRY_COMPARE(c.chunks(), 1);
+        c.begin(Start + "one ");
         c.http->Retrieve({});
         c.server.sendMore("two");
         c.server.closeNewest();
@@ -341,9 +331,7 @@ private slots:
     void anErrorAmidstAnAnswerDropsIt()
     {
         Client c;
-        c.server.play(Start + "part", Script::End::KeepOpen);
-        c.http->Retrieve("127.0.0.1");
-        QTRY_COMPARE(c.chunks(), 1);
+        c.begin(Start + "part");
         emit c.http->findChild<TcpClient*>("sckMain")->Error(7, "Network unreachable");
         QCOMPARE(c.told.mid(c.told.size() - 2),
                  (QStringList{"Error: Network unreachable", "failed"}));
@@ -399,14 +387,11 @@ private slots:
 
     void stripHtml_data()
     {
-        QTest::addColumn<QString>("text");
-        QTest::addColumn<QString>("plain");
-        const auto row = [](const char* text, const char* plain) {
-            QTest::newRow(*text ? text : "nothing") << text << plain;
-        };
+        const Rows<QString, QString> named("text", "plain");
+        const auto row = [&](const char* text, const char* plain) { named(text, text, plain); };
+        named("nothing", "", "");
         row("a<b>c</b>d", "acd");
         row("a<b", "a<b");
-        row("", "");
         row("plain", "plain");
         row("<>", "");
         row("<b>", "");
@@ -423,8 +408,7 @@ private slots:
     void stripHtml()
     {
         QFETCH(QString, text);
-        QFETCH(QString, plain);
-        QCOMPARE(HTTP::StripHTML(text), plain);
+        QTEST(HTTP::StripHTML(text), "plain");
     }
 
     void stripHtmlGoesThroughATextOnce_data()

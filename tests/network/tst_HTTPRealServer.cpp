@@ -6,7 +6,6 @@
 #include "support/TimeSeam.h"
 #include "support/WebServer.h"
 
-#include <QAction>
 #include <QInputDialog>
 
 #include <memory>

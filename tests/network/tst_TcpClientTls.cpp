@@ -84,6 +84,22 @@ private:
     std::function<void()> m_passOn;
 };
 
+/// A client that has begun to connect to a server of its own, which plays `script`.
+struct Scene : SecureClient
+{
+    Scene(const QSslConfiguration& tls, const Script& script,
+          TcpClient::FirstChunk firstChunk = TcpClient::FirstChunk::Whole)
+        : SecureClient(firstChunk)
+        , server(tls)
+    {
+        server.listen();
+        server.play(script);
+        start(server.port());
+    }
+
+    ScriptedServer server;
+};
+
 void breakOff(QTcpSocket& socket)
 {
     const linger atOnce{.l_onoff = 1, .l_linger = 0};
@@ -102,7 +118,7 @@ private slots:
     void initTestCase()
     {
         QVERIFY(QSslSocket::supportsSsl());
-        m_good = m_authority.certificateFile();
+        m_server = m_authority.server();
         m_authority.makeTheOnlyOneTrusted();
     }
 
@@ -119,7 +135,7 @@ private slots:
     {
         QFETCH(QString, listenOn);
         QFETCH(QString, host);
-        ScriptedServer server(TestAuthority::server(m_good));
+        ScriptedServer server(m_server);
         server.listen(listenOn);
         server.play(Answer);
         SecureClient c;
@@ -133,13 +149,11 @@ private slots:
 
     void chunksAreThoseOfAPlainConnection()
     {
-        ScriptedServer server(TestAuthority::server(m_good));
-        server.listen();
-        server.play(
+        Scene c(
+            m_server,
             Script{{"HTTP/1.0 200 OK\r\n", "Content-Type: a\r\n\r", "\n" + QByteArray(5000, 'b')},
-                   Script::End::KeepOpen});
-        SecureClient c(TcpClient::FirstChunk::OnePacket);
-        c.start(server.port());
+                   Script::End::KeepOpen},
+            TcpClient::FirstChunk::OnePacket);
         QTRY_COMPARE(c.listener.chunks.join().size(), 36 + 5000);
         QCOMPARE(c.listener.chunks.first().size(), TcpClient::PacketBytes);
         QVERIFY(
@@ -152,11 +166,7 @@ private slots:
         QByteArray answer = "HTTP/1.0 200 OK\r\n\r\n";
         for (int i = 0; answer.size() < 5'000'000; ++i)
             answer += QByteArray::number(i);
-        ScriptedServer server(TestAuthority::server(m_good));
-        server.listen();
-        server.play(answer);
-        SecureClient c;
-        c.start(server.port());
+        Scene c(m_server, Script{{answer}});
         QTRY_COMPARE(c.last(), "Closed");
         QVERIFY(c.listener.chunks.join() == answer);
     }
@@ -177,9 +187,19 @@ private slots:
         QVERIFY(c.listener.chunks.isEmpty());
     }
 
-    void aServerThatClosesDuringTheHandshakeIsAnError()
+    void aServerThatClosesDuringTheHandshakeIsAnErrorAndNotCalledAgain_data()
     {
-        RawServer server([](QTcpSocket& socket) { socket.disconnectFromHost(); });
+        const Rows<bool> row("breaksOff");
+        row("closes", false);
+        row("breaks off", true);
+    }
+
+    void aServerThatClosesDuringTheHandshakeIsAnErrorAndNotCalledAgain()
+    {
+        QFETCH(bool, breaksOff);
+        RawServer server([=](QTcpSocket& socket) {
+            breaksOff ? breakOff(socket) : socket.disconnectFromHost();
+        });
         SecureClient c;
         c.start(server.serverPort());
         QTRY_COMPARE(c.listener.told, QStringList{"Error"});
@@ -187,18 +207,11 @@ private slots:
         QCOMPARE(server.connections, 1);
     }
 
-    void aServerThatBreaksOffDuringTheHandshakeIsAnErrorAndNotCalledAgain()
-    {
-        RawServer server([](QTcpSocket& socket) { breakOff(socket); });
-        SecureClient c;
-        c.start(server.serverPort());
-        QTRY_COMPARE(c.listener.told, QStringList{"Error"});
-        QCOMPARE(c.listener.description, "The server closed the connection before it was secure");
-        QCOMPARE(server.connections, 1);
-    }
+    void aServerThatBreaksOffAtOnceIsNotCalledAgainAndAgain_data() { plainAndSecure(); }
 
     void aServerThatBreaksOffAtOnceIsNotCalledAgainAndAgain()
     {
+        QFETCH(bool, secure);
         QTcpServer server;
         QVERIFY(server.listen(QHostAddress::LocalHost));
         int connections = 0;
@@ -209,31 +222,31 @@ private slots:
             socket->deleteLater();
         });
         for (int attempt = 0; attempt < 10; ++attempt) {
-            SecureClient c;
+            HeardClient c;
+            c.client.setSecure(secure);
             connections = 0;
             c.start(server.serverPort());
-            QTRY_COMPARE(c.listener.told, QStringList{"Error"});
+            QTRY_VERIFY(c.listener.told == QStringList{"Error"} ||
+                        (!secure && c.listener.told == (QStringList{"Connected", "Closed"})));
             QVERIFY2(connections < 10, QByteArray::number(connections));
         }
     }
 
+    void aRefusedConnectionIsAnError_data() { plainAndSecure(); }
+
     void aRefusedConnectionIsAnError()
     {
-        quint16 freePort = 0;
-        {
-            QTcpServer probe;
-            QVERIFY(probe.listen(QHostAddress::LocalHost));
-            freePort = probe.serverPort();
-        }
-        SecureClient c;
-        c.start(freePort);
+        QFETCH(bool, secure);
+        HeardClient c;
+        c.client.setSecure(secure);
+        c.start(portOfNobody());
         QTRY_COMPARE(c.listener.told, QStringList{"Error"});
         QCOMPARE(c.listener.description, "Connection refused");
     }
 
     void closingWithoutCloseNotifyIsNoError()
     {
-        ScriptedServer server(TestAuthority::server(m_good));
+        ScriptedServer server(m_server);
         server.listen();
         // Two pieces: the connection breaks off in an event of its own.
         server.play(Script{{Answer, "end"}, Script::End::Abort});
@@ -248,7 +261,7 @@ private slots:
 
     void closeNotifyAloneIsTheClose()
     {
-        ScriptedServer server(TestAuthority::server(m_good));
+        ScriptedServer server(m_server);
         server.listen();
         server.play(Answer);
         Relay between(server.port());
@@ -286,10 +299,8 @@ private slots:
     {
         QFETCH(bool, inConnected);
         QFETCH(bool, again);
-        ScriptedServer server(TestAuthority::server(m_good));
-        server.listen();
-        server.play("a\r\n\r\n" + QByteArray(100'000, 'b'));
-        SecureClient c(TcpClient::FirstChunk::OnePacket);
+        Scene c(m_server, Script{{"a\r\n\r\n" + QByteArray(100'000, 'b')}},
+                TcpClient::FirstChunk::OnePacket);
         bool done = false;
         const auto handler = [&] {
             if (std::exchange(done, true))
@@ -300,7 +311,6 @@ private slots:
                 c.client.Close();
         };
         (inConnected ? c.listener.onConnected : c.listener.onData) = handler;
-        c.start(server.port());
         QStringList first{"Connected"};
         if (!inConnected)
             first << "Data";
@@ -312,16 +322,16 @@ private slots:
             QTRY_VERIFY(done);
             // Whatever else were told would be so before another client is done.
             SecureClient other;
-            other.start(server.port());
+            other.start(c.server.port());
             QTRY_COMPARE(other.last(), "Closed");
-            QTRY_COMPARE(server.openConnections(), 0);
+            QTRY_COMPARE(c.server.openConnections(), 0);
             QCOMPARE(c.listener.told, first);
         }
     }
 
     void whatIsSentBeforeConnectedIsDropped()
     {
-        ScriptedServer server(TestAuthority::server(m_good));
+        ScriptedServer server(m_server);
         server.listen();
         server.play(Answer);
         Relay between(server.port());
@@ -339,11 +349,7 @@ private slots:
 
     void theNextConnectionStartsAfresh()
     {
-        ScriptedServer server(TestAuthority::server(m_good));
-        server.listen();
-        server.play(Answer);
-        SecureClient c;
-        c.start(server.port());
+        Scene c(m_server, Script{{Answer}});
         QTRY_COMPARE(c.last(), "Closed");
         c.client.SendData("dropped");
         // That the first one was encrypted says nothing of the second.
@@ -355,15 +361,11 @@ private slots:
 
     void aPlainConnectionAfterASecureOneIsPlain()
     {
-        ScriptedServer secure(TestAuthority::server(m_good));
-        secure.listen();
-        secure.play(Answer);
+        Scene c(m_server, Script{{Answer}});
         RawServer plain([](QTcpSocket& socket) {
             socket.write(Answer);
             socket.disconnectFromHost();
         });
-        SecureClient c;
-        c.start(secure.port());
         QTRY_COMPARE(c.last(), "Closed");
         c.listener.told.clear();
         c.client.setSecure(false);
@@ -373,8 +375,15 @@ private slots:
     }
 
 private:
+    static void plainAndSecure()
+    {
+        const Rows<bool> row("secure");
+        row("plain", false);
+        row("secure", true);
+    }
+
     TestAuthority m_authority;
-    QString m_good;
+    QSslConfiguration m_server;
 };
 
 QTEST_GUILESS_MAIN(TcpClientTlsTest)

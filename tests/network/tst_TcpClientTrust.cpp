@@ -34,7 +34,6 @@ private slots:
     void aBadCertificateIsAnErrorWithItsReason()
     {
         QFETCH(QString, file);
-        QFETCH(QString, reason);
         ScriptedServer server(TestAuthority::server(file));
         server.listen();
         server.play(Answer);
@@ -43,7 +42,7 @@ private slots:
         connect(&c.client, &TcpClient::Error, this, [&](int given) { number = given; });
         c.start(server.port());
         QTRY_COMPARE(c.listener.told, QStringList{"Error"});
-        QCOMPARE(c.listener.description, reason);
+        QTEST(c.listener.description, "reason");
         QCOMPARE(number, int(QAbstractSocket::SslHandshakeFailedError));
         QTRY_COMPARE(server.openConnections(), 0);
         QVERIFY(server.requests().isEmpty());

@@ -36,31 +36,28 @@ class PictureHeaderTest : public QObject
 private slots:
     void tellsFormatAndSize_data()
     {
-        QTest::addColumn<QByteArray>("bytes");
-        QTest::addColumn<Format>("format");
+        const Rows<QByteArray, Format> row("bytes", "format");
         for (const int size : {12, 40, 64, 108, 124})
-            QTest::addRow("bitmap with a header of %d bytes", size)
-                << smallBitmap(size) << Format::Bmp;
-        QTest::newRow("bitmap from the top")
-            << smallBitmap(40, Small.width(), -Small.height()) << Format::Bmp;
-        QTest::newRow("gif 89a") << smallGif() << Format::Gif;
-        QTest::newRow("gif 87a") << smallGif().replace(0, 6, "GIF87a") << Format::Gif;
-        QTest::newRow("gif with extensions first")
-            << smallGif(QByteArray::fromHex("21f904050a000000"
-                                            "21ff0b4e45545343415045322e300301000000"
-                                            "21fe0361626302642c00"))
-            << Format::Gif;
-        QTest::newRow("gif whose screen is left out")
-            << smallGif().replace(6, 4, QByteArray(4, 0)) << Format::Gif;
-        QTest::newRow("jpeg as written")
-            << odd::encoded(odd::scenery(Small), "jpg") << Format::Jpeg;
-        QTest::newRow("progressive jpeg as written")
-            << odd::encoded(odd::scenery(Small), "jpg", true) << Format::Jpeg;
+            row("bitmap with a header of " + std::to_string(size) + " bytes", smallBitmap(size),
+                Format::Bmp);
+        row("bitmap from the top", smallBitmap(40, Small.width(), -Small.height()), Format::Bmp);
+        row("gif 89a", smallGif(), Format::Gif);
+        row("gif 87a", smallGif().replace(0, 6, "GIF87a"), Format::Gif);
+        row("gif with extensions first",
+            smallGif(QByteArray::fromHex("21f904050a000000"
+                                         "21ff0b4e45545343415045322e300301000000"
+                                         "21fe0361626302642c00")),
+            Format::Gif);
+        row("gif whose screen is left out", smallGif().replace(6, 4, QByteArray(4, 0)),
+            Format::Gif);
+        row("jpeg as written", odd::encoded(odd::scenery(Small), "jpg"), Format::Jpeg);
+        row("progressive jpeg as written", odd::encoded(odd::scenery(Small), "jpg", true),
+            Format::Jpeg);
         for (const int marker : {0xC0, 0xC1, 0xC2, 0xC3, 0xC5, 0xC9, 0xCA, 0xCF})
-            QTest::addRow("jpeg frame %x", marker) << odd::jpeg(frameOf(marker)) << Format::Jpeg;
-        QTest::newRow("grey jpeg") << odd::jpeg(frameOf(0xC0, {0x11})) << Format::Jpeg;
-        QTest::newRow("jpeg of four colours")
-            << odd::jpeg(frameOf(0xC0, {0x11, 0x11, 0x11, 0x11})) << Format::Jpeg;
+            row("jpeg frame " + std::to_string(marker), odd::jpeg(frameOf(marker)), Format::Jpeg);
+        row("grey jpeg", odd::jpeg(frameOf(0xC0, {0x11})), Format::Jpeg);
+        row("jpeg of four colours", odd::jpeg(frameOf(0xC0, {0x11, 0x11, 0x11, 0x11})),
+            Format::Jpeg);
     }
 
     void tellsFormatAndSize()
@@ -211,19 +208,17 @@ private slots:
 
     void endsBehindTheFirstPicture_data()
     {
-        QTest::addColumn<QByteArray>("bytes");
-        QTest::addColumn<qsizetype>("used");
+        const Rows<QByteArray, qsizetype> row("bytes", "used");
         const QByteArray bitmap = smallBitmap(40);
-        QTest::newRow("bitmap: all") << bitmap << bitmap.size();
+        row("bitmap: all", bitmap, bitmap.size());
 
         const QByteArray jpeg = odd::jpeg(frameOf(0xC0), "data");
-        QTest::newRow("jpeg with something behind it") << jpeg + "behind it" << jpeg.size();
-        QTest::newRow("jpeg cut in its data") << jpeg.chopped(4) << jpeg.size() - 4;
+        row("jpeg with something behind it", jpeg + "behind it", jpeg.size());
+        row("jpeg cut in its data", jpeg.chopped(4), jpeg.size() - 4);
         const QByteArray cut = odd::jpegInScans(frameOf(0xC2), 3, "data").chopped(2);
         for (const int bytes : {1, 3, 7})
-            QTest::addRow("jpeg that ends with %d bytes of a table", bytes)
-                << cut + odd::jpegTables().left(bytes)
-                << (bytes == 1 ? cut.size() + 1 : cut.size());
+            row("jpeg that ends with " + std::to_string(bytes) + " bytes of a table",
+                cut + odd::jpegTables().left(bytes), (bytes == 1 ? cut.size() + 1 : cut.size()));
 
         // Blocks of 255 bytes have their length before them.
         const QByteArray before = odd::gif(Small, QRect({}, Small), {}).chopped(2);
@@ -233,24 +228,22 @@ private slots:
         const auto inFrame = [&](qsizetype count) {
             return before.size() + 1 + count + count / 255;
         };
-        QTest::newRow("gif: up to its last pixel") << gif << inFrame(codes);
-        QTest::newRow("gif of two frames") << gif.chopped(1) + gif.mid(13 + 768) << inFrame(codes);
-        QTest::newRow("gif with data for a thousand times its pixels")
-            << odd::gif({3, 1}, QRect(0, 0, 3, 1), odd::gifRuns(100'000))
-            << odd::gif({3, 1}, QRect(0, 0, 3, 1), {}).size() - 2 + 1 +
-                   4; // Clear, one, two: 27 bits.
-        QTest::newRow("gif with too long codes")
-            << gif.left(before.size() - 1) + "\x0D\x01" + gif.mid(before.size() + 1)
-            << before.size();
+        row("gif: up to its last pixel", gif, inFrame(codes));
+        row("gif of two frames", gif.chopped(1) + gif.mid(13 + 768), inFrame(codes));
+        row("gif with data for a thousand times its pixels",
+            odd::gif({3, 1}, QRect(0, 0, 3, 1), odd::gifRuns(100'000)),
+            odd::gif({3, 1}, QRect(0, 0, 3, 1), {}).size() - 2 + 1 +
+                4); // Clear, one, two: 27 bits.
+        row("gif with too long codes",
+            gif.left(before.size() - 1) + "\x0D\x01" + gif.mid(before.size() + 1), before.size());
     }
 
     void endsBehindTheFirstPicture()
     {
         QFETCH(QByteArray, bytes);
-        QFETCH(qsizetype, used);
         const auto header = PictureHeader::read(bytes);
         QVERIFY(header);
-        QCOMPARE(header->usedBytes, used);
+        QTEST(header->usedBytes, "used");
     }
 };
 

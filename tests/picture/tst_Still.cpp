@@ -8,9 +8,6 @@
 #include <QImageIOHandler>
 #include <QImageReader>
 
-#include <functional>
-#include <limits>
-
 namespace {
 
 constexpr QSize Small(37, 21);
@@ -103,23 +100,22 @@ private slots:
     {
         QFETCH(QSize, size);
         QFETCH(QSize, needed);
-        QFETCH(QSize, halved);
-        QCOMPARE(Still::halvedSize(size, needed), halved);
+        QTEST(Still::halvedSize(size, needed), "halved");
     }
 
     void decodesAtTheHalvedSize_data()
     {
-        QTest::addColumn<QByteArray>("bytes");
+        const Rows<QByteArray> row("bytes");
         for (const QSize size : {QSize(64, 48), QSize(137, 81), QSize(9, 7), QSize(1, 300)}) {
             const QImage image = odd::scenery(size);
-            const auto row = [&](const char* what, const QByteArray& bytes) {
-                QTest::addRow("%s of %d by %d", what, size.width(), size.height()) << bytes;
-            };
-            row("bitmap", odd::encoded(image, "bmp"));
-            row("gif", odd::gifPattern(size));
-            row("jpeg", odd::encoded(image, "jpg"));
-            row("progressive jpeg", odd::encoded(image, "jpg", true));
-            row("grey jpeg", odd::encoded(image.convertedTo(QImage::Format_Grayscale8), "jpg"));
+            const std::string by =
+                " of " + std::to_string(size.width()) + " by " + std::to_string(size.height());
+            row("bitmap" + by, odd::encoded(image, "bmp"));
+            row("gif" + by, odd::gifPattern(size));
+            row("jpeg" + by, odd::encoded(image, "jpg"));
+            row("progressive jpeg" + by, odd::encoded(image, "jpg", true));
+            row("grey jpeg" + by,
+                odd::encoded(image.convertedTo(QImage::Format_Grayscale8), "jpg"));
         }
     }
 
@@ -152,9 +148,9 @@ private slots:
 
     void letsTheJpegLibraryHalve_data()
     {
-        QTest::addColumn<int>("part");
+        const Rows<int> row("part");
         for (const int part : {1, 2, 4, 8})
-            QTest::addRow("1/%d", part) << part;
+            row("1/" + std::to_string(part), part);
     }
 
     void letsTheJpegLibraryHalve()

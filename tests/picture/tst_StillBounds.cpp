@@ -3,6 +3,7 @@
 #include "support/ChildCost.h"
 #include "support/Cost.h"
 #include "support/OddPictures.h"
+#include "support/Rows.h"
 
 #include <QLoggingCategory>
 #include <QtEndian>
@@ -75,11 +76,7 @@ private slots:
 
     void boundsHoldInWorkAndMemory_data()
     {
-        QTest::addColumn<Recipe>("recipe");
-        QTest::addColumn<bool>("isPicture");
-        const auto row = [](const char* name, bool isPicture, const Recipe& recipe) {
-            QTest::newRow(name) << recipe << isPicture;
-        };
+        const Rows<bool, Recipe> row("isPicture", "recipe");
         const auto zeros = [](qsizetype count) { return QByteArray(count, 0); };
 
         row("jpeg of 50 megapixels as written", true,

@@ -69,10 +69,9 @@ private slots:
 
     void whatIsNotTheUsersOwnIsLeftAlone_data()
     {
-        QTest::addColumn<Make>("make");
-        QTest::addColumn<bool>("needsRoot");
-        const auto row = [](const char* name, const Make& make, bool needsRoot = false) {
-            QTest::newRow(name) << make << needsRoot;
+        const Rows<Make, bool> named("make", "needsRoot");
+        const auto row = [&](const char* name, const Make& make, bool needsRoot = false) {
+            named(name, make, needsRoot);
         };
         row("others look in", [](const QString& path) { makeFolder(path, 0755); });
         row("the group writes", [](const QString& path) { makeFolder(path, 0770); });

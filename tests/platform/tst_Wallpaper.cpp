@@ -23,18 +23,15 @@ class PrivateBus
 public:
     bool start()
     {
-        QFile config(m_folder.filePath(u"bus.conf"_s));
-        if (!config.open(QIODevice::WriteOnly))
-            return false;
-        config.write("<busconfig><type>session</type><auth>EXTERNAL</auth><listen>unix:path=" +
-                     QFile::encodeName(m_folder.filePath(u"bus"_s)) +
-                     "</listen><policy context=\"default\">"
-                     "<allow send_destination=\"*\"/><allow receive_sender=\"*\"/>"
-                     "<allow own=\"*\"/></policy></busconfig>");
-        config.close();
+        const QString config = m_folder.filePath(u"bus.conf"_s);
+        writeFile(config, "<busconfig><type>session</type><auth>EXTERNAL</auth><listen>unix:path=" +
+                              QFile::encodeName(m_folder.filePath(u"bus"_s)) +
+                              "</listen><policy context=\"default\">"
+                              "<allow send_destination=\"*\"/><allow receive_sender=\"*\"/>"
+                              "<allow own=\"*\"/></policy></busconfig>");
         m_daemon.setProcessChannelMode(QProcess::ForwardedErrorChannel);
-        m_daemon.start(u"dbus-daemon"_s, {u"--config-file="_s + config.fileName(),
-                                          u"--print-address"_s, u"--nofork"_s});
+        m_daemon.start(u"dbus-daemon"_s,
+                       {u"--config-file="_s + config, u"--print-address"_s, u"--nofork"_s});
         while (!m_daemon.canReadLine()) {
             if (!m_daemon.waitForReadyRead(HangMs))
                 return false;
@@ -201,11 +198,8 @@ private slots:
     void noPortalAnswerLeadsToTheSettings_data()
     {
         const Rows<QString> row("portal");
-        row("no bus", "no bus");
-        row("no service", "no service");
-        row("no interface", "no interface");
-        row("an error", "error");
-        row("no answer", "silent");
+        for (const char* portal : {"no bus", "no service", "no interface", "error", "silent"})
+            row(portal, portal);
     }
 
     void noPortalAnswerLeadsToTheSettings()
@@ -391,13 +385,12 @@ private:
 
     QList<QStringList> commands() const
     {
-        QFile log(m_scratch->filePath(u"log"_s));
+        const QString log = m_scratch->filePath(u"log"_s);
         QList<QStringList> list;
-        if (!log.open(QIODevice::ReadOnly))
+        if (!QFile::exists(log))
             return list;
-        const QStringList parts =
-            QString::fromUtf8(log.readAll()).split(u"\n\n"_s, Qt::SkipEmptyParts);
-        for (const QString& part : parts)
+        for (const QString& part :
+             QString::fromUtf8(contentOf(log)).split(u"\n\n"_s, Qt::SkipEmptyParts))
             list << part.split(u'\n');
         return list;
     }

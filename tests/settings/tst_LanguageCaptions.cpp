@@ -6,8 +6,6 @@
 #include <QMenuBar>
 #include <QRadioButton>
 
-#include <memory>
-
 using namespace Qt::Literals::StringLiterals;
 
 /// The main window's menus and add panel, with their design captions.
@@ -84,12 +82,35 @@ private:
     }
 };
 
+/// Labels that form, or whatever else, by a language file with this content.
+static void applyTo(QObject& form, const QByteArray& content)
+{
+    const ScratchFile file("lan.ini");
+    file.setContent(content);
+    ApplyLanguageCaptions(form, file.path());
+}
+
+class Labelled : public Form
+{
+public:
+    explicit Labelled(const QByteArray& content) { applyTo(*this, content); }
+};
+
+/// The controls whose captions are not those that the table gives them.
+static QStringList changedIn(const Form& form)
+{
+    QStringList changed;
+    for (const CaptionRow& row : captionTable()) {
+        if (form.caption(row.control.toString()) != row.defaultCaption.toString())
+            changed << row.control.toString();
+    }
+    return changed;
+}
+
 class LanguageCaptionsTest : public QObject
 {
     Q_OBJECT
 private slots:
-    void init() { m_folder = std::make_unique<QTemporaryDir>(); }
-
     void everyControlOfTheTableTakesItsKey()
     {
         QCOMPARE(captionTable().size(), std::size_t(24));
@@ -100,46 +121,39 @@ private slots:
             controls.insert(row.control.toString());
         }
         QCOMPARE(controls.size(), 24);
-        Form form;
-        ApplyLanguageCaptions(form, file(bytes));
+        const Labelled form(bytes);
         for (const CaptionRow& row : captionTable())
             QCOMPARE(form.caption(row.control.toString()), '<' + row.key.toString() + '>');
         // LIST stands in the menu and beside the list.
-        QCOMPARE(form.caption("mnuViewList"), QString("<LIST>"));
-        QCOMPARE(form.caption("opt(1)"), QString("<LIST>"));
+        QCOMPARE(form.caption("mnuViewList"), "<LIST>");
+        QCOMPARE(form.caption("opt(1)"), "<LIST>");
     }
 
     void oneKeyLeavesTheOthersAtTheirDefaults()
     {
-        Form form;
-        ApplyLanguageCaptions(form, file("[MAIN]\r\nVIEW=Ansicht\r\n"));
-        QCOMPARE(form.caption("mnuView"), QString("Ansicht"));
-        QCOMPARE(form.caption("mnuOpt"), QString("Options"));
-        QCOMPARE(form.caption("mnuOptOnTop"), QString("Always On Top"));
-        QCOMPARE(form.caption("lbl(0)"), QString("Category"));
-        QCOMPARE(form.caption("lbl(2)"), QString("Name"));
-        QCOMPARE(form.caption("mnuViewTb"), QString("ToolBar"));
-        for (const CaptionRow& row : captionTable()) {
-            if (row.key != u"VIEW")
-                QCOMPARE(form.caption(row.control.toString()), row.defaultCaption.toString());
-        }
+        const Labelled form("[MAIN]\r\nVIEW=Ansicht\r\n");
+        QCOMPARE(form.caption("mnuView"), "Ansicht");
+        QCOMPARE(form.caption("mnuOpt"), "Options");
+        QCOMPARE(form.caption("mnuOptOnTop"), "Always On Top");
+        QCOMPARE(form.caption("lbl(0)"), "Category");
+        QCOMPARE(form.caption("lbl(2)"), "Name");
+        QCOMPARE(form.caption("mnuViewTb"), "ToolBar");
+        QCOMPARE(changedIn(form), QStringList("mnuView"));
     }
 
     void anEmptyValueIsTheDefault()
     {
-        Form form;
-        ApplyLanguageCaptions(form, file("[MAIN]\r\nEXTRA=\r\nADDINT=\"\"\r\nEXIT=\" \"\r\n"));
-        QCOMPARE(form.caption("lbl(3)"), QString("Extra Header (ie: Cookie)"));
-        QCOMPARE(form.caption("chkAdd"), QString("Add to internet database."));
-        QCOMPARE(form.caption("mnuOptExit"), QString(" "));
+        const Labelled form("[MAIN]\r\nEXTRA=\r\nADDINT=\"\"\r\nEXIT=\" \"\r\n");
+        QCOMPARE(form.caption("lbl(3)"), "Extra Header (ie: Cookie)");
+        QCOMPARE(form.caption("chkAdd"), "Add to internet database.");
+        QCOMPARE(form.caption("mnuOptExit"), " ");
     }
 
     void anUnreadableFileIsTheDefaultEverywhere()
     {
         Form form;
-        ApplyLanguageCaptions(form, m_folder->path());
-        for (const CaptionRow& row : captionTable())
-            QCOMPARE(form.caption(row.control.toString()), row.defaultCaption.toString());
+        ApplyLanguageCaptions(form, QDir::tempPath());
+        QCOMPARE(changedIn(form), QStringList());
     }
 
     void ampersandsAreShown()
@@ -147,23 +161,21 @@ private slots:
         Form form;
         QLineEdit box;
         form.findChild<QLabel*>("lbl(3)")->setBuddy(&box);
-        ApplyLanguageCaptions(
-            form, file("[MAIN]\nVIEW=AT&T\nEXIT=&Quit\nBADDIT=A&&B\nNAME=AT&T\nEXTRA=AT&T\n"));
-        QCOMPARE(form.caption("mnuView"), QString("AT&&T"));
-        QCOMPARE(form.caption("mnuOptExit"), QString("&&Quit"));
-        QCOMPARE(form.caption("cmdAdd"), QString("A&&&&B"));
+        applyTo(form, "[MAIN]\nVIEW=AT&T\nEXIT=&Quit\nBADDIT=A&&B\nNAME=AT&T\nEXTRA=AT&T\n");
+        QCOMPARE(form.caption("mnuView"), "AT&&T");
+        QCOMPARE(form.caption("mnuOptExit"), "&&Quit");
+        QCOMPARE(form.caption("cmdAdd"), "A&&&&B");
         // In a label only one with a buddy has a mnemonic.
-        QCOMPARE(form.caption("lbl(2)"), QString("AT&T"));
-        QCOMPARE(form.caption("lbl(3)"), QString("AT&&T"));
+        QCOMPARE(form.caption("lbl(2)"), "AT&T");
+        QCOMPARE(form.caption("lbl(3)"), "AT&&T");
         QVERIFY(form.findChild<QPushButton*>("cmdAdd")->shortcut().isEmpty());
         QVERIFY(QKeySequence::mnemonic(form.caption("mnuView")).isEmpty());
     }
 
     void markupIsShown()
     {
-        Form form;
-        ApplyLanguageCaptions(form, file("[MAIN]\nNAME=<b>Name</b>\n"));
-        QCOMPARE(form.caption("lbl(2)"), QString("<b>Name</b>"));
+        const Labelled form("[MAIN]\nNAME=<b>Name</b>\n");
+        QCOMPARE(form.caption("lbl(2)"), "<b>Name</b>");
         QCOMPARE(form.findChild<QLabel*>("lbl(2)")->textFormat(), Qt::PlainText);
     }
 
@@ -172,39 +184,28 @@ private slots:
         Form form;
         delete form.findChild<QWidget*>("cmdAdd");
         delete form.findChild<QMenu*>("mnuFav");
-        ApplyLanguageCaptions(form, file("[MAIN]\nADDINT=last\nBADDIT=x\nFAV=x\nMANFAV=x\n"));
-        QCOMPARE(form.caption("chkAdd"), QString("last"));
+        applyTo(form, "[MAIN]\nADDINT=last\nBADDIT=x\nFAV=x\nMANFAV=x\n");
+        QCOMPARE(form.caption("chkAdd"), "last");
         QObject nothing;
-        ApplyLanguageCaptions(nothing, file("[MAIN]\nVIEW=x\n"));
+        applyTo(nothing, "[MAIN]\nVIEW=x\n");
     }
 
     void aCaptionOfAnOldFileAndOfAUtf8File()
     {
-        Form form;
-        ApplyLanguageCaptions(form,
-                              file("[MAIN]\r\nHELP=\xDC\x62\x65r\r\nABOUT=\xC3\x9C\x62\x65r\r\n"));
+        const Labelled form("[MAIN]\r\nHELP=\xDC\x62\x65r\r\nABOUT=\xC3\x9C\x62\x65r\r\n");
         QCOMPARE(form.caption("mnuHelp"), u"Über"_s);
         QCOMPARE(form.caption("mnuHelpAb"), u"Über"_s);
     }
 
     void otherControlsKeepTheirCaptions()
     {
-        Form form;
-        ApplyLanguageCaptions(form, file("[MAIN]\nCATEGORY=x\nTRAY=x\nOSIZE=x\nURL=x\n"));
+        const Labelled form("[MAIN]\nCATEGORY=x\nTRAY=x\nOSIZE=x\nURL=x\n");
         for (const char* name : {"mnuViewTray", "mnuViewOSize", "lbl(1)", "mnuFavGo(0)"})
-            QCOMPARE(form.caption(name), QString("design"));
-        QCOMPARE(form.windowTitle(), QString("Pevora"));
-        QCOMPARE(form.m_ofOtherWindow->text(), QString("design"));
-        QCOMPARE(form.caption("lbl(0)"), QString("x"));
+            QCOMPARE(form.caption(name), "design");
+        QCOMPARE(form.windowTitle(), "Pevora");
+        QCOMPARE(form.m_ofOtherWindow->text(), "design");
+        QCOMPARE(form.caption("lbl(0)"), "x");
     }
-
-private:
-    QString file(const QByteArray& bytes)
-    {
-        writeFile(m_folder->filePath("lan.ini"), bytes);
-        return m_folder->filePath("lan.ini");
-    }
-    std::unique_ptr<QTemporaryDir> m_folder;
 };
 
 QTEST_MAIN(LanguageCaptionsTest)

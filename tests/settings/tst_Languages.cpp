@@ -7,7 +7,6 @@
 #include "support/ShownMain.h"
 
 #include <QAbstractButton>
-#include <QLabel>
 #include <QMenuBar>
 #include <QStringDecoder>
 

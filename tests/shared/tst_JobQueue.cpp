@@ -30,15 +30,18 @@ class JobQueueTest : public QObject
 {
     Q_OBJECT
 private slots:
-    void init() { log.clear(); }
+    void init()
+    {
+        queue = std::make_unique<JobQueue>(nullptr);
+        log.clear();
+    }
 
     void theSecondWaitsForTheFirst()
     {
-        JobQueue queue(nullptr);
-        auto* a = add(queue, "a");
-        auto* b = add(queue, "b");
+        auto* a = add("a");
+        auto* b = add("b");
         QCOMPARE(log, QStringList({"a begins"}));
-        QVERIFY(queue.isBusy());
+        QVERIFY(queue->isBusy());
 
         a->end();
         QCOMPARE(log, QStringList({"a begins", "b begins"}));
@@ -46,29 +49,27 @@ private slots:
         QCOMPARE(log.takeLast(), "a gone");
 
         b->end();
-        QVERIFY(!queue.isBusy());
+        QVERIFY(!queue->isBusy());
         letGo();
         QCOMPARE(log, QStringList({"a begins", "b begins", "b gone"}));
     }
 
     void droppingTheRunningOneStartsTheNext()
     {
-        JobQueue queue(nullptr);
-        auto* a = add(queue, "a");
-        add(queue, "b");
-        queue.drop(a);
+        auto* a = add("a");
+        add("b");
+        queue->drop(a);
         QCOMPARE(log, QStringList({"a begins", "a cancelled", "b begins"}));
     }
 
     void droppingAWaitingOneLeavesTheRunningOne()
     {
-        JobQueue queue(nullptr);
-        auto* a = add(queue, "a");
-        auto* b = add(queue, "b");
-        add(queue, "c");
-        queue.drop(b);
+        auto* a = add("a");
+        auto* b = add("b");
+        add("c");
+        queue->drop(b);
         QCOMPARE(log, QStringList({"a begins", "b cancelled"}));
-        queue.drop(b);
+        queue->drop(b);
         QCOMPARE(log.size(), 2);
         a->end();
         QCOMPARE(log.last(), "c begins");
@@ -76,46 +77,45 @@ private slots:
 
     void afterShutDownNothingBegins()
     {
-        JobQueue queue(nullptr);
-        add(queue, "a");
-        add(queue, "b");
-        queue.shutDown();
+        add("a");
+        add("b");
+        queue->shutDown();
         QCOMPARE(log, QStringList({"a begins", "b cancelled", "a cancelled"}));
-        QVERIFY(!queue.isBusy());
-        add(queue, "c");
+        QVERIFY(!queue->isBusy());
+        add("c");
         QVERIFY(!log.contains("c begins"));
     }
 
     void isIdleWhenTheLastOneIsOver()
     {
-        JobQueue queue(nullptr);
-        QSignalSpy idle(&queue, &JobQueue::Idle);
-        auto* a = add(queue, "a");
-        auto* b = add(queue, "b");
+        QSignalSpy idle(queue.get(), &JobQueue::Idle);
+        auto* a = add("a");
+        auto* b = add("b");
         a->end();
         QCOMPARE(idle.count(), 0);
-        connect(&queue, &JobQueue::Idle, this, [&] { QVERIFY(!queue.isBusy()); });
+        connect(queue.get(), &JobQueue::Idle, this, [&] { QVERIFY(!queue->isBusy()); });
         b->end();
         QCOMPARE(idle.count(), 1);
-        queue.drop(add(queue, "c"));
+        queue->drop(add("c"));
         QCOMPARE(idle.count(), 2);
-        add(queue, "d");
-        queue.shutDown();
+        add("d");
+        queue->shutDown();
         QCOMPARE(idle.count(), 2);
     }
 
 private:
-    Work* add(JobQueue& queue, const QString& name)
+    Work* add(const QString& name)
     {
         auto work = std::make_unique<Work>(name, log);
         auto* const added = work.get();
-        queue.enqueue(std::move(work));
+        queue->enqueue(std::move(work));
         return added;
     }
     static void letGo() { QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete); }
 
     /// Outlives the works, which go only when events run.
     QStringList log;
+    std::unique_ptr<JobQueue> queue;
 };
 
 QTEST_GUILESS_MAIN(JobQueueTest)

@@ -2,35 +2,36 @@
 #include "support/RunAgain.h"
 #include "support/ScratchFile.h"
 
+#include <memory>
 #include <optional>
 
 class ReadFileTest : public QObject
 {
     Q_OBJECT
 private slots:
+    void init() { m_folder = std::make_unique<QTemporaryDir>(); }
+
     void readsAFileWhole()
     {
-        QTemporaryDir folder;
         QByteArray bytes;
         for (int i = 0; i < 100'000; ++i)
             bytes += static_cast<char>(i * 7);
-        writeFile(folder.filePath("a"), bytes);
-        QCOMPARE(readFile(folder.filePath("a"), 1'000'000), std::optional(bytes));
-        writeFile(folder.filePath("empty"), {});
-        QVERIFY(readFile(folder.filePath("empty"), 0).has_value());
-        QVERIFY(readFile(folder.filePath("empty"), 0)->isEmpty());
-        QVERIFY(QFile::link(folder.filePath("a"), folder.filePath("link")));
-        QCOMPARE(readFile(folder.filePath("link"), 1'000'000), std::optional(bytes));
+        writeFile(at("a"), bytes);
+        QCOMPARE(readFile(at("a"), 1'000'000), std::optional(bytes));
+        writeFile(at("empty"), {});
+        QVERIFY(readFile(at("empty"), 0).has_value());
+        QVERIFY(readFile(at("empty"), 0)->isEmpty());
+        QVERIFY(QFile::link(at("a"), at("link")));
+        QCOMPARE(readFile(at("link"), 1'000'000), std::optional(bytes));
     }
 
     void readsUpToTheBoundAndNotBeyond()
     {
-        QTemporaryDir folder;
-        writeFile(folder.filePath("a"), "0123456789");
-        QCOMPARE(readFile(folder.filePath("a"), 10), std::optional(QByteArray("0123456789")));
-        QCOMPARE(readFile(folder.filePath("a"), 9), std::nullopt);
+        writeFile(at("a"), "0123456789");
+        QCOMPARE(readFile(at("a"), 10), std::optional(QByteArray("0123456789")));
+        QCOMPARE(readFile(at("a"), 9), std::nullopt);
         // A terabyte of nothing is refused by its size, not by reading it.
-        QFile huge(folder.filePath("huge"));
+        QFile huge(at("huge"));
         QVERIFY(huge.open(QIODevice::WriteOnly));
         QVERIFY(huge.resize(1LL << 40));
         QCOMPARE(readFile(huge.fileName(), 1'000'000), std::nullopt);
@@ -38,27 +39,21 @@ private slots:
 
     void aMissingFileIsNothing()
     {
-        QTemporaryDir folder;
-        QCOMPARE(readFile(folder.filePath("none"), 10), std::nullopt);
-        QCOMPARE(readFile(folder.filePath("none/none"), 10), std::nullopt);
+        QCOMPARE(readFile(at("none"), 10), std::nullopt);
+        QCOMPARE(readFile(at("none/none"), 10), std::nullopt);
         QCOMPARE(readFile({}, 10), std::nullopt);
-        QVERIFY(QFile::link(folder.filePath("none"), folder.filePath("link")));
-        QCOMPARE(readFile(folder.filePath("link"), 10), std::nullopt);
+        QVERIFY(QFile::link(at("none"), at("link")));
+        QCOMPARE(readFile(at("link"), 10), std::nullopt);
     }
 
-    void aFolderIsNothing()
-    {
-        QTemporaryDir folder;
-        QCOMPARE(readFile(folder.path(), 10), std::nullopt);
-    }
+    void aFolderIsNothing() { QCOMPARE(readFile(m_folder->path(), 10), std::nullopt); }
 
     void aPipeIsNotWaitedFor()
     {
         // A hang ends this test by the time limit of its own process.
         if (ranAsOrdinaryUser())
             return;
-        QTemporaryDir folder;
-        const QString pipe = folder.filePath("pipe");
+        const QString pipe = at("pipe");
         QCOMPARE(QProcess::execute("mkfifo", {pipe}), 0);
         QCOMPARE(readFile(pipe, 10), std::nullopt);
     }
@@ -83,13 +78,17 @@ private slots:
     {
         if (ranAsOrdinaryUser())
             return;
-        QTemporaryDir folder;
-        const QString path = folder.filePath("a");
+        const QString path = at("a");
         writeFile(path, "text");
         QVERIFY(readFile(path, 10).has_value());
         QVERIFY(QFile::setPermissions(path, {}));
         QCOMPARE(readFile(path, 10), std::nullopt);
     }
+
+private:
+    QString at(const QString& name) const { return m_folder->filePath(name); }
+
+    std::unique_ptr<QTemporaryDir> m_folder;
 };
 
 QTEST_GUILESS_MAIN(ReadFileTest)

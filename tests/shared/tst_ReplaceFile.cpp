@@ -4,14 +4,17 @@
 #include "support/RunAgain.h"
 #include "support/ScratchFile.h"
 
+#include <memory>
+
 class ReplaceFileTest : public QObject
 {
     Q_OBJECT
 private slots:
+    void init() { m_folder = std::make_unique<QTemporaryDir>(); }
+
     void putsNewBytesInThePlaceOfTheOld()
     {
-        QTemporaryDir folder;
-        const QString path = folder.filePath("a");
+        const QString path = at("a");
         writeFile(path, "old and longer");
         const quint64 before = fileStamp(path).inode;
         QVERIFY(replaceFile(path, QByteArrayLiteral("new\r\n\0bytes")));
@@ -23,23 +26,21 @@ private slots:
         const QByteArray large(3'000'000, 'x');
         QVERIFY(replaceFile(path, large));
         QCOMPARE(contentOf(path), large);
-        QCOMPARE(namesIn(folder.path()), QStringList("a"));
+        QCOMPARE(namesIn(m_folder->path()), QStringList("a"));
     }
 
     void createsAMissingFileButNoFolder()
     {
-        QTemporaryDir folder;
-        QVERIFY(replaceFile(folder.filePath("new"), "text"));
-        QCOMPARE(contentOf(folder.filePath("new")), QByteArray("text"));
-        QVERIFY(!replaceFile(folder.filePath("none/new"), "text"));
+        QVERIFY(replaceFile(at("new"), "text"));
+        QCOMPARE(contentOf(at("new")), QByteArray("text"));
+        QVERIFY(!replaceFile(at("none/new"), "text"));
         QVERIFY(!replaceFile({}, "text"));
-        QCOMPARE(namesIn(folder.path()), QStringList("new"));
+        QCOMPARE(namesIn(m_folder->path()), QStringList("new"));
     }
 
     void keepsTheRightsOfTheOldFile()
     {
-        QTemporaryDir folder;
-        const QString path = folder.filePath("a");
+        const QString path = at("a");
         writeFile(path, "old");
         const auto rights = QFile::ReadOwner | QFile::WriteOwner | QFile::ReadGroup;
         QVERIFY(QFile::setPermissions(path, rights));
@@ -50,17 +51,16 @@ private slots:
 
     void aLinkStaysAndItsTargetIsReplaced()
     {
-        QTemporaryDir folder;
-        QVERIFY(QDir(folder.path()).mkdir("other"));
-        const QString target = folder.filePath("other/target");
-        const QString link = folder.filePath("link");
+        QVERIFY(QDir(m_folder->path()).mkdir("other"));
+        const QString target = at("other/target");
+        const QString link = at("link");
         writeFile(target, "old");
         QVERIFY(QFile::link("other/target", link));
         QVERIFY(replaceFile(link, "new"));
         QVERIFY(QFileInfo(link).isSymLink());
         QVERIFY(!QFileInfo(target).isSymLink());
         QCOMPARE(contentOf(target), QByteArray("new"));
-        QCOMPARE(namesIn(folder.filePath("other")), QStringList("target"));
+        QCOMPARE(namesIn(at("other")), QStringList("target"));
         // A link to nothing: its target is created.
         QVERIFY(QFile::remove(target));
         QVERIFY(replaceFile(link, "again"));
@@ -70,15 +70,14 @@ private slots:
 
     void whatIsNoOrdinaryFileIsRefused()
     {
-        QTemporaryDir folder;
-        QVERIFY(QDir(folder.path()).mkdir("folder"));
-        QVERIFY(!replaceFile(folder.filePath("folder"), "text"));
-        QVERIFY(QFileInfo(folder.filePath("folder")).isDir());
-        const QString pipe = folder.filePath("pipe");
+        QVERIFY(QDir(m_folder->path()).mkdir("folder"));
+        QVERIFY(!replaceFile(at("folder"), "text"));
+        QVERIFY(QFileInfo(at("folder")).isDir());
+        const QString pipe = at("pipe");
         QCOMPARE(QProcess::execute("mkfifo", {pipe}), 0);
         QVERIFY(!replaceFile(pipe, "text"));
         QVERIFY(!QFileInfo(pipe).isFile());
-        QCOMPARE(namesIn(folder.path()), QStringList({"folder", "pipe"}));
+        QCOMPARE(namesIn(m_folder->path()), QStringList({"folder", "pipe"}));
     }
 
     void aFullDiskKeepsTheOldFile_data()
@@ -96,14 +95,13 @@ private slots:
             return;
         QFETCH(int, freeKilobytes);
         QFETCH(int, newBytes);
-        QTemporaryDir folder;
-        QCOMPARE(mountSmallDisk(folder.path(), 512), "mounted");
+        QCOMPARE(mountSmallDisk(m_folder->path(), 512), "mounted");
 
-        const QString path = folder.filePath("pref.ini");
+        const QString path = at("pref.ini");
         const QByteArray old(3'000, 'o');
         writeFile(path, old);
         {
-            QFile filler(folder.filePath("filler"));
+            QFile filler(at("filler"));
             QVERIFY(filler.open(QIODevice::WriteOnly | QIODevice::Unbuffered));
             const QByteArray page(4096, 'f');
             while (filler.write(page) == page.size()) {
@@ -113,10 +111,10 @@ private slots:
         const QByteArray wanted(newBytes, 'n');
         QVERIFY(!replaceFile(path, wanted));
         QCOMPARE(contentOf(path), old);
-        QCOMPARE(namesIn(folder.path()), QStringList({"filler", "pref.ini"}));
+        QCOMPARE(namesIn(m_folder->path()), QStringList({"filler", "pref.ini"}));
 
         // With room for it the same call succeeds.
-        QVERIFY(QFile::remove(folder.filePath("filler")));
+        QVERIFY(QFile::remove(at("filler")));
         QVERIFY(replaceFile(path, wanted));
         QCOMPARE(contentOf(path), wanted);
     }
@@ -125,16 +123,15 @@ private slots:
     {
         if (ranAsOrdinaryUser())
             return;
-        QTemporaryDir folder;
-        const QString path = folder.filePath("a");
+        const QString path = at("a");
         writeFile(path, "old");
-        QVERIFY(QFile::setPermissions(folder.path(), QFile::ReadOwner | QFile::ExeOwner));
+        QVERIFY(QFile::setPermissions(m_folder->path(), QFile::ReadOwner | QFile::ExeOwner));
         // The file alone could be written, but not without cutting it first.
         QVERIFY(!replaceFile(path, "new"));
         QCOMPARE(contentOf(path), QByteArray("old"));
-        QVERIFY(!replaceFile(folder.filePath("b"), "new"));
-        QCOMPARE(namesIn(folder.path()), QStringList("a"));
-        QVERIFY(QFile::setPermissions(folder.path(),
+        QVERIFY(!replaceFile(at("b"), "new"));
+        QCOMPARE(namesIn(m_folder->path()), QStringList("a"));
+        QVERIFY(QFile::setPermissions(m_folder->path(),
                                       QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner));
         QVERIFY(replaceFile(path, "new"));
     }
@@ -143,13 +140,17 @@ private slots:
     {
         if (ranAsOrdinaryUser())
             return;
-        QTemporaryDir folder;
-        const QString path = folder.filePath("a");
+        const QString path = at("a");
         writeFile(path, "old");
         QVERIFY(QFile::setPermissions(path, QFile::ReadOwner));
         QVERIFY(!replaceFile(path, "new"));
         QCOMPARE(contentOf(path), QByteArray("old"));
     }
+
+private:
+    QString at(const QString& name) const { return m_folder->filePath(name); }
+
+    std::unique_ptr<QTemporaryDir> m_folder;
 };
 
 QTEST_GUILESS_MAIN(ReplaceFileTest)

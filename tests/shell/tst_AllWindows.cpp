@@ -8,11 +8,7 @@
 #include "support/ShownMain.h"
 
 #include <QAccessible>
-#include <QAction>
-#include <QComboBox>
-#include <QLineEdit>
 #include <QRadioButton>
-#include <QTreeView>
 
 #include <algorithm>
 #include <functional>

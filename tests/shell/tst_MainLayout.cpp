@@ -107,8 +107,7 @@ private slots:
         QFETCH(bool, toolBar);
         QFETCH(bool, list);
         QFETCH(int, listTwips);
-        QFETCH(int, minimum);
-        QCOMPARE(minimumOuterWidthTwips(toolBar, list, listTwips), minimum);
+        QTEST(minimumOuterWidthTwips(toolBar, list, listTwips), "minimum");
     }
 
     void theMinimumIsRoundedUpToAPixel()
@@ -135,12 +134,10 @@ private slots:
     void aNegativeSizeIsNotSet()
     {
         QFETCH(QSize, client);
-        QFETCH(QSize, viewer);
-        QFETCH(int, listHeight);
         const MainLayout before = layOutMainWindow(window({600, 400}));
         const MainLayout layout = layOutMainWindow(window(client), before);
-        QCOMPARE(layout.viewer.size(), viewer);
-        QCOMPARE(layout.listHeight, listHeight);
+        QTEST(layout.viewer.size(), "viewer");
+        QTEST(layout.listHeight, "listHeight");
         // The statements in between are carried out.
         QCOMPARE(layout.viewer.topLeft(), QPoint(224, 0));
     }

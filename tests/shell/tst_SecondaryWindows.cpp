@@ -6,7 +6,7 @@
 #include "shell/LeftPanel.h"
 #include "shell/SecondaryWindows.h"
 #include "shell/frmWhat.h"
-#include "support/Dialogs.h"
+#include "support/Browser.h"
 #include "support/Rows.h"
 #include "support/ScratchFile.h"
 #include "support/ScriptedServer.h"
@@ -14,10 +14,6 @@
 #include "viewer/WebCam.h"
 
 #include <QCheckBox>
-#include <QComboBox>
-#include <QDesktopServices>
-#include <QLineEdit>
-#include <QPushButton>
 #include <QRadioButton>
 #include <QVariantList>
 
@@ -34,17 +30,9 @@ class SecondaryWindowsTest : public QObject
 {
     Q_OBJECT
 private slots:
-    void init() { QDesktopServices::setUrlHandler("http", this, "opened"); }
-    void cleanup()
-    {
-        QDesktopServices::unsetUrlHandler("http");
-        m_opened.clear();
-    }
-
     void theInternetListOpensOnce()
     {
-        ShownMain m;
-        m.shown();
+        OpenMain m;
         m.entry("mnuOptInt").trigger();
         frmInt* first = internetList();
         QVERIFY(first && first->isVisible());
@@ -60,8 +48,7 @@ private slots:
 
     void aMinimisedInternetListComesBack()
     {
-        ShownMain m;
-        m.shown();
+        OpenMain m;
         m.entry("mnuOptInt").trigger();
         QVERIFY(waitForExposed(internetList()));
         internetList()->showMinimized();
@@ -73,8 +60,7 @@ private slots:
 
     void theInternetListIsAsTopmostAsTheWindow()
     {
-        ShownMain m;
-        m.shown();
+        OpenMain m;
         const auto isTopmost = [] {
             return internetList()->windowHandle()->flags().testFlag(Qt::WindowStaysOnTopHint);
         };
@@ -89,8 +75,7 @@ private slots:
 
     void theEndOfTheProgramDropsTheOffer()
     {
-        ShownMain m;
-        m.shown();
+        OpenMain m;
         const QPointer<HTTP> http = &m.part<HTTP>("HTTP1");
         m.made().shutDown();
         QVERIFY(!http);
@@ -98,8 +83,7 @@ private slots:
 
     void aPreviewIsShownByTheViewer()
     {
-        ShownMain m;
-        m.shown();
+        OpenMain m;
         m.entry("mnuOptInt").trigger();
         emit internetList()->Preview("127.0.0.1:1/a.jpg\1X: 1");
         QCOMPARE(m.part<WebCam>("Cam").Url(), "127.0.0.1:1/a.jpg\1X: 1");
@@ -121,8 +105,7 @@ private slots:
 
     void theEndOfTheProgramClosesTheInternetList()
     {
-        ShownMain m;
-        m.shown();
+        OpenMain m;
         m.entry("mnuOptInt").trigger();
         m.made().close();
         QVERIFY(!internetList());
@@ -131,8 +114,7 @@ private slots:
     void aboutIsModalAndAsTopmostAsTheWindow()
     {
         for (const bool topmost : {false, true}) {
-            ShownMain m;
-            m.shown();
+            OpenMain m;
             if (topmost)
                 m.entry("mnuOptOnTop").trigger();
             m.entry("mnuHelpAb").trigger();
@@ -145,23 +127,23 @@ private slots:
 
     void theHomePageOpensInTheBrowser()
     {
-        ShownMain m;
-        m.shown();
+        const Browser browser;
+        OpenMain m;
         m.entry("mnuHelpAb").trigger();
         auto* what = m.made().findChild<frmWhat*>();
         auto* home = what->findChild<QLabel*>("lbl(3)");
         QTest::keyClick(home, Qt::Key_Return);
-        QCOMPARE(m_opened, QList<QUrl>{QUrl(home->text())});
+        QCOMPARE(browser.opened, QList<QUrl>{QUrl(home->text())});
     }
 
     void theHeaderHelpOpensInTheBrowser()
     {
-        ShownMain m;
-        m.shown();
+        const Browser browser;
+        OpenMain m;
         m.part<QRadioButton>("opt(0)").click();
         QTest::keyClick(&m.part<QLabel>("lbl(3)"), Qt::Key_Return);
         // As the build was told, which is this where it was told nothing.
-        QCOMPARE(m_opened, QList<QUrl>{QUrl("http://localhost/pevora/headers.html")});
+        QCOMPARE(browser.opened, QList<QUrl>{QUrl("http://localhost/pevora/headers.html")});
     }
 
     void aSubmissionIsOneRequest()
@@ -227,9 +209,7 @@ private slots:
         QFETCH(bool, ticked);
         QFETCH(QString, header);
         QFETCH(bool, submitted);
-        ShownMain m;
-        m.write("pref.ini", "[DIRECTORY]\r\nHOST=127.0.0.1\r\n");
-        m.shown();
+        OpenMain m("[DIRECTORY]\r\nHOST=127.0.0.1\r\n");
         QSignalSpy status(&m.part<HTTP>("HTTP1"), &HTTP::Status);
         m.part<QRadioButton>("opt(0)").click();
         m.part<QCheckBox>("chkAdd").setChecked(ticked);
@@ -243,12 +223,6 @@ private slots:
             "http://" + (header.isEmpty() ? QByteArray() : "\x01" + header.toLatin1());
         QVERIFY(contentOf(m.path("list.dat")).endsWith("\xFFGeneral\xFFNew\xFF" + key + "\r\n"));
     }
-
-public slots:
-    void opened(const QUrl& url) { m_opened.append(url); }
-
-private:
-    QList<QUrl> m_opened;
 };
 
 QTEST_MAIN(SecondaryWindowsTest)

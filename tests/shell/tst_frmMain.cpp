@@ -8,9 +8,7 @@
 
 #include <QAccessible>
 #include <QCheckBox>
-#include <QLabel>
 #include <QMenuBar>
-#include <QPushButton>
 #include <QRadioButton>
 
 #include <functional>
@@ -23,8 +21,7 @@ class frmMainTest : public QObject
 private slots:
     void startsWithoutPreferences()
     {
-        ShownMain m;
-        m.shown();
+        OpenMain m;
         QCOMPARE(m.made().windowTitle(), "Pevora");
         for (const char* on :
              {"mnuViewList", "mnuViewTb", "mnuViewGoto", "mnuViewNew", "mnuViewTray"})
@@ -146,12 +143,10 @@ private slots:
 
     void aFavouriteIsOneLineOfPlainText()
     {
-        ShownMain m;
-        m.write("pref.ini", "[FAVORITES]\r\nNAME[0]=Left\tRight\r\nURL[0]=a\r\nNAME[1]=" +
-                                QByteArray(700, 'W') +
-                                "end\r\nURL[1]=b\r\nNAME[2]=<b>bold</b>\r\n"
-                                "URL[2]=c\r\nCOUNT=3\r\n");
-        m.shown();
+        OpenMain m(
+            "[FAVORITES]\r\nNAME[0]=Left\tRight\r\nURL[0]=a\r\nNAME[1]=" + QByteArray(700, 'W') +
+            "end\r\nURL[1]=b\r\nNAME[2]=<b>bold</b>\r\n"
+            "URL[2]=c\r\nCOUNT=3\r\n");
         // What follows a tab would stand in the column of the shortcuts.
         QCOMPARE(m.entry("mnuFavGo(0)").text(), "Left Right");
         QVERIFY(m.entry("mnuFavGo(1)").text().endsWith("end"));
@@ -180,7 +175,6 @@ private slots:
 
     void menusHaveTheirEntries()
     {
-        QFETCH(QStringList, entries);
         ShownMain m;
         QStringList found;
         for (const auto* one : m.part<QMenu>(QTest::currentDataTag()).actions()) {
@@ -191,7 +185,7 @@ private slots:
                 text += one->isChecked() ? "|on" : "|off";
             found << text;
         }
-        QCOMPARE(found, entries);
+        QTEST(found, "entries");
     }
 
     void theMenusStandInTheirOrder()
@@ -278,8 +272,7 @@ private slots:
 
     void anAccessKeyOpensItsMenu()
     {
-        ShownMain m;
-        m.shown();
+        OpenMain m;
         for (const auto& [key, menu] :
              {std::pair{Qt::Key_O, "mnuOpt"}, std::pair{Qt::Key_F, "mnuFav"},
               std::pair{Qt::Key_V, "mnuView"}, std::pair{Qt::Key_H, "mnuHelp"}}) {
@@ -308,8 +301,7 @@ private slots:
 
     void theKeyboardIsInTheGotoBar()
     {
-        ShownMain m;
-        m.shown();
+        OpenMain m;
         QCOMPARE(QApplication::focusWidget(), &m.part<QComboBox>("cmbUrl"));
     }
 };

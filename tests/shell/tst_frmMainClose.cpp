@@ -2,14 +2,11 @@
 
 #include "shared/Timer.h"
 #include "support/Dialogs.h"
-#include "support/Pictures.h"
 #include "support/Rows.h"
 #include "support/ScratchFile.h"
 #include "support/ScriptedServer.h"
 #include "support/ShownMain.h"
 #include "viewer/WebCam.h"
-
-#include <QMessageBox>
 
 namespace {
 
@@ -23,6 +20,16 @@ class StubbornWindow : public QWidget
 protected:
     void closeEvent(QCloseEvent* event) override { event->ignore(); }
 };
+
+/// The program's exit code when the window shuts it down; 1 where it runs on all the same.
+int codeOfShutDown(ShownMain& m)
+{
+    QTimer::singleShot(0, &m.made(), &frmMain::shutDown);
+    QTimer giveUp;
+    giveUp.callOnTimeout([] { QCoreApplication::exit(1); });
+    giveUp.start(5'000);
+    return QCoreApplication::exec();
+}
 
 } // namespace
 
@@ -40,8 +47,7 @@ private slots:
 
     void writesWhatWasSwitched()
     {
-        ShownMain m;
-        m.shown();
+        OpenMain m;
         for (const char* name :
              {"mnuViewTb", "mnuViewGoto", "mnuViewNew", "mnuViewOSize", "mnuOptOnTop"})
             m.entry(name).trigger();
@@ -98,8 +104,7 @@ private slots:
 
     void exitCloses()
     {
-        ShownMain m;
-        m.shown();
+        OpenMain m;
         m.choose("mnuOpt", "mnuOptExit");
         QTRY_VERIFY(!m.made().isVisible());
         QCOMPARE(m.preferences(), DesignView + NoFavourites);
@@ -107,8 +112,7 @@ private slots:
 
     void exitWithoutSavingAsks()
     {
-        ShownMain m;
-        m.shown();
+        OpenMain m;
         m.choose("mnuOpt", "mnuOptExitWO");
         auto* box = openDialog<QMessageBox>();
         QVERIFY(box);
@@ -148,8 +152,7 @@ private slots:
     void exitWithoutSavingAnsweredNoDoesNothing()
     {
         QFETCH(bool, byEscape);
-        ShownMain m;
-        m.shown();
+        OpenMain m;
         m.choose("mnuOpt", "mnuOptExitWO");
         auto* box = openDialog<QMessageBox>();
         QVERIFY(box);
@@ -184,8 +187,7 @@ private slots:
 
     void theEndOfTheSessionWrites()
     {
-        ShownMain m;
-        m.shown();
+        OpenMain m;
         // Nobody but Qt can make a session manager; the window does not look at it.
         int manager = 0;
         QVERIFY(QMetaObject::invokeMethod(qApp, "commitDataRequest", Qt::DirectConnection,
@@ -213,8 +215,7 @@ private slots:
         ScriptedServer server;
         server.listen();
         server.play(Script{{"HTTP/1.0 200 OK\r\n"}, Script::End::KeepOpen});
-        ShownMain m;
-        m.shown();
+        OpenMain m;
         QTest::keyClicks(&m.part<QComboBox>("cmbUrl"), server.url());
         QTest::keyClick(&m.part<QComboBox>("cmbUrl"), Qt::Key_Return);
         QTRY_COMPARE(server.requests().size(), 1);
@@ -228,8 +229,7 @@ private slots:
     {
         ScriptedServer server;
         server.listen();
-        ShownMain m;
-        m.shown();
+        OpenMain m;
         auto& bar = m.part<QComboBox>("cmbUrl");
         QTest::keyClicks(&bar, server.url());
         // Keys that wait are handled while the preferences are written.
@@ -243,15 +243,13 @@ private slots:
 
     void anOpenQuestionDoesNotKeepTheProgram()
     {
-        ShownMain m;
-        m.shown();
+        OpenMain m;
         m.entry("mnuOptExitWO").trigger();
         QVERIFY(openDialog<QMessageBox>());
         // Enter alone does not leave the list unsaved.
         QCOMPARE(openDialog<QMessageBox>()->defaultButton(),
                  openDialog<QMessageBox>()->button(QMessageBox::No));
-        QTimer::singleShot(0, &m.made(), &frmMain::shutDown);
-        QCOMPARE(QCoreApplication::exec(), 0);
+        QCOMPARE(codeOfShutDown(m), 0);
         QCOMPARE(m.preferences(), DesignView + NoFavourites);
     }
 
@@ -265,33 +263,22 @@ private slots:
         m.write("list.dat", line + "\r\n");
         m.shown();
         QVERIFY(openDialog<QMessageBox>());
-        QTimer::singleShot(0, &m.made(), &frmMain::shutDown);
-        QTimer giveUp;
-        giveUp.callOnTimeout([] { QCoreApplication::exit(1); });
-        giveUp.start(5'000);
-        QCOMPARE(QCoreApplication::exec(), 0);
+        QCOMPARE(codeOfShutDown(m), 0);
         QCOMPARE(contentOf(m.path("list.dat")), QByteArray("Cities\xFFHarbour\xFFURL1\r\n"));
     }
 
     void aWindowThatWillNotCloseDoesNotKeepTheProgram()
     {
-        ShownMain m;
-        m.shown();
+        OpenMain m;
         StubbornWindow other;
         other.show();
         QVERIFY(waitForExposed(&other));
-        QTimer::singleShot(0, &m.made(), &frmMain::shutDown);
-        // The program would run on without its main window.
-        QTimer giveUp;
-        giveUp.callOnTimeout([] { QCoreApplication::exit(1); });
-        giveUp.start(5'000);
-        QCOMPARE(QCoreApplication::exec(), 0);
+        QCOMPARE(codeOfShutDown(m), 0);
     }
 
     void aFolderThatIsGoneDoesNoHarm()
     {
-        ShownMain m;
-        m.shown();
+        OpenMain m;
         QVERIFY(QDir(m.path(".")).removeRecursively());
         m.made().close();
         QVERIFY(!m.made().isVisible());

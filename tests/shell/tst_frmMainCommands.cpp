@@ -12,20 +12,12 @@
 
 namespace {
 
-QByteArray movieOf(int frames)
-{
-    QByteArrayList parts;
-    for (int i = 0; i < frames; ++i)
-        parts << encodedPicture({160, 120}, QColor::fromHsv(i * 37 % 360, 255, 255));
-    return parts.join("&IMAGE&");
-}
-
 QByteArray listOf(const QByteArray& camera)
 {
     return "CAMZHanded\xFF" + camera + "\xFF" + camera + ".example/a.jpg\r\n";
 }
 
-/// A window whose own list has one camera, and the files that it is handed.
+/// A window on screen whose own list has one camera, and the files that it is handed.
 struct Main : ShownMain
 {
     Main()
@@ -33,8 +25,9 @@ struct Main : ShownMain
         write("list.dat", "Own\xFFMine\xFFmine.example/a.jpg\r\n");
         write("one", listOf("one"));
         write("two", listOf("two"));
-        write("three.pvm", movieOf(3));
-        write("five.PVM", movieOf(5));
+        write("three.pvm", plainMovie(3));
+        write("five.PVM", plainMovie(5));
+        shown();
     }
     bool receive(const QString& name) { return made().inbox().receive(path(name)); }
     bool has(const QString& camera)
@@ -57,7 +50,7 @@ private slots:
     void theBoxForThemIsTheFirstOfItsKind()
     {
         Main m;
-        auto* box = m.shown().findChild<QLineEdit*>();
+        auto* box = m.made().findChild<QLineEdit*>();
         QVERIFY(box);
         QCOMPARE(box->objectName(), "txtCom");
         QCOMPARE(box->parentWidget(), &m.made());
@@ -68,7 +61,6 @@ private slots:
     void aListJoinsTheCameras()
     {
         Main m;
-        m.shown();
         QVERIFY(m.receive("one"));
         QTRY_VERIFY(m.has("one"));
         QVERIFY(m.has("Mine"));
@@ -82,7 +74,6 @@ private slots:
     void aMovieIsLoaded()
     {
         Main m;
-        m.shown();
         QVERIFY(m.receive("five.PVM"));
         QTRY_COMPARE(m.caption(), "Image 1");
         QTRY_VERIFY(!m.cam().isBusy());
@@ -91,7 +82,6 @@ private slots:
     void theEndingAloneIsAList()
     {
         Main m;
-        m.shown();
         QVERIFY(m.made().inbox().receive(".pvm"));
         QCOMPARE(answerMessage(QMessageBox::Ok).text, "Not a valid Zipped Cam List.");
     }
@@ -99,7 +89,6 @@ private slots:
     void twoMoviesInQuickSuccession()
     {
         Main m;
-        m.shown();
         QSignalSpy idle(&m.cam(), &WebCam::Idle);
         QVERIFY(m.receive("three.pvm"));
         QVERIFY(m.receive("five.PVM"));
@@ -111,7 +100,6 @@ private slots:
     void aListWaitsWhileAMoviePlays()
     {
         Main m;
-        m.shown();
         QVERIFY(m.receive("three.pvm"));
         QTRY_VERIFY(m.cam().isBusy());
         QTRY_VERIFY(!m.cam().isBusy());
@@ -128,7 +116,6 @@ private slots:
     void aListWaitsWhileAMovieLoads()
     {
         Main m;
-        m.shown();
         QVERIFY(m.receive("five.PVM"));
         QVERIFY(m.receive("one"));
         QTRY_VERIFY(m.cam().isBusy());
@@ -142,7 +129,7 @@ private slots:
     void theWindowIsNeitherShownNorRaised()
     {
         Main m;
-        m.shown().hide();
+        m.made().hide();
         QWidget other;
         other.show();
         other.activateWindow();
@@ -161,7 +148,6 @@ private slots:
     void atTheEndNothingIsTaken()
     {
         Main m;
-        m.shown();
         m.made().shutDown();
         QVERIFY(!m.receive("one"));
         QVERIFY(!m.has("one"));
@@ -170,7 +156,6 @@ private slots:
     void aListThatWaitsAtTheEndIsSaved()
     {
         Main m;
-        m.shown();
         QVERIFY(m.receive("one"));
         m.made().shutDown();
         QVERIFY(contentOf(m.path("list.dat")).contains("\xFFone.example/a.jpg"));

@@ -12,7 +12,9 @@
 
 namespace {
 
-QByteArray preferencesOf(const QList<std::pair<QByteArray, QByteArray>>& pairs)
+using Pairs = QList<std::pair<QByteArray, QByteArray>>;
+
+QByteArray preferencesOf(const Pairs& pairs)
 {
     QByteArray content = "[FAVORITES]\r\n";
     for (qsizetype i = 0; i < pairs.size(); ++i) {
@@ -30,6 +32,16 @@ ShownManager openManager(ShownMain& m)
     m.choose("mnuFav", "mnuFavMan");
     return ShownManager(m.part<frmMan>("frmMan"));
 }
+
+/// The main window with these favourites and the manager open.
+struct Managed : OpenMain
+{
+    explicit Managed(const Pairs& pairs)
+        : OpenMain(preferencesOf(pairs))
+    {
+    }
+    ShownManager manager = openManager(*this);
+};
 
 Favourites& favouritesOf(ShownMain& m)
 {
@@ -49,7 +61,7 @@ QStringList menuOf(ShownMain& m)
 
 static QByteArray preferencesOfMany(int count)
 {
-    QList<std::pair<QByteArray, QByteArray>> pairs;
+    Pairs pairs;
     for (int i = 0; i < count; ++i) {
         const QByteArray n = QByteArray::number(i);
         pairs.append({"Camera number " + n, "cam.example/" + n});
@@ -63,13 +75,11 @@ class frmMainFavouritesTest : public QObject
 private slots:
     void theManagerBlocksTheWindow()
     {
-        ShownMain m;
-        m.write("pref.ini", preferencesOf({{"a", "1"}}));
-        const auto manager = openManager(m);
-        QVERIFY(manager.window()->isModal());
-        QCOMPARE(manager.window()->parentWidget(), &m.made());
-        QCOMPARE(QApplication::activeModalWidget(), manager.window());
-        QVERIFY(m.made().screen()->geometry().contains(manager.window()->frameGeometry()));
+        Managed m(Pairs{{"a", "1"}});
+        QVERIFY(m.manager.window()->isModal());
+        QCOMPARE(m.manager.window()->parentWidget(), &m.made());
+        QCOMPARE(QApplication::activeModalWidget(), m.manager.window());
+        QVERIFY(m.made().screen()->geometry().contains(m.manager.window()->frameGeometry()));
     }
 
     void theManagerCanBeOpenedAgain()
@@ -88,8 +98,7 @@ private slots:
 
     void theFirstOneAddedBecomesEntryOne()
     {
-        ShownMain m;
-        m.shown();
+        OpenMain m;
         QCOMPARE(menuOf(m), QStringList{"()"});
         favouritesOf(m).add("first", "cam.example/1");
         QCOMPARE(menuOf(m), (QStringList{"()", "first"}));
@@ -121,13 +130,11 @@ private slots:
 
     void withEveryItemRemovedNoneIsLeft()
     {
-        ShownMain m;
-        m.write("pref.ini", preferencesOf({{"a", "1"}, {"b", "2"}, {"c", "3"}}));
-        const auto manager = openManager(m);
-        manager.press("cmdAll");
-        manager.press("cmdRem");
+        Managed m({{"a", "1"}, {"b", "2"}, {"c", "3"}});
+        m.manager.press("cmdAll");
+        m.manager.press("cmdRem");
         QCOMPARE(menuOf(m), (QStringList{"a", "b", "c"}));
-        manager.press("cmdOk");
+        m.manager.press("cmdOk");
         QCOMPARE(menuOf(m), QStringList{"()"});
         m.made().close();
         QVERIFY(m.preferences().contains("COUNT=0\r\n"));
@@ -137,11 +144,9 @@ private slots:
 
     void twoOfOneCameraBothSurvive()
     {
-        ShownMain m;
-        m.write("pref.ini", preferencesOf({{"one", "cam/1"}, {"other", "cam/1"}}));
-        const auto manager = openManager(m);
-        QCOMPARE(manager.items(), (QStringList{"one", "other"}));
-        manager.press("cmdOk");
+        Managed m({{"one", "cam/1"}, {"other", "cam/1"}});
+        QCOMPARE(m.manager.items(), (QStringList{"one", "other"}));
+        m.manager.press("cmdOk");
         QCOMPARE(menuOf(m), (QStringList{"one", "other"}));
         m.made().close();
         QVERIFY(m.preferences().startsWith(preferencesOf({{"one", "cam/1"}, {"other", "cam/1"}})));
@@ -149,12 +154,10 @@ private slots:
 
     void theSortedOrderIsTheMenus()
     {
-        ShownMain m;
-        m.write("pref.ini", preferencesOf({{"zoo", "z"}, {"Mole", "m"}, {"alpha", "a"}}));
-        const auto manager = openManager(m);
-        manager.press("cmdSort");
+        Managed m({{"zoo", "z"}, {"Mole", "m"}, {"alpha", "a"}});
+        m.manager.press("cmdSort");
         QCOMPARE(menuOf(m), (QStringList{"zoo", "Mole", "alpha"}));
-        manager.press("cmdOk");
+        m.manager.press("cmdOk");
         QCOMPARE(menuOf(m), (QStringList{"alpha", "Mole", "zoo"}));
         m.choose("mnuFav", "mnuFavGo(2)");
         QTRY_COMPARE(m.part<WebCam>("Cam").Url(), "z");
@@ -165,22 +168,18 @@ private slots:
 
     void cancelLeavesTheMenu()
     {
-        ShownMain m;
-        m.write("pref.ini", preferencesOf({{"b", "2"}, {"a", "1"}}));
-        const auto manager = openManager(m);
-        manager.press("cmdSort");
-        manager.tick(0);
-        manager.press("cmdRem");
-        manager.press("cmdCan");
-        QTRY_VERIFY(!manager.window());
+        Managed m({{"b", "2"}, {"a", "1"}});
+        m.manager.press("cmdSort");
+        m.manager.tick(0);
+        m.manager.press("cmdRem");
+        m.manager.press("cmdCan");
+        QTRY_VERIFY(!m.manager.window());
         QCOMPARE(menuOf(m), (QStringList{"b", "a"}));
     }
 
     void theMenuFollowsAListThatGrowsAndShrinks()
     {
-        ShownMain m;
-        m.write("pref.ini", preferencesOf({{"a", "1"}, {"b", "2"}, {"c", "3"}}));
-        m.shown();
+        OpenMain m(preferencesOf({{"a", "1"}, {"b", "2"}, {"c", "3"}}));
         Favourites& favourites = favouritesOf(m);
         favourites.add("d", "4");
         QCOMPARE(menuOf(m), (QStringList{"a", "b", "c", "d"}));
@@ -252,33 +251,29 @@ private slots:
 
     void theEndOfTheProgramDropsTheManagersWork()
     {
-        ShownMain m;
+        Managed m({{"b", "2"}, {"a", "1"}});
         const auto content = preferencesOf({{"b", "2"}, {"a", "1"}});
-        m.write("pref.ini", content);
-        const auto manager = openManager(m);
-        manager.press("cmdSort");
-        manager.press("cmdAll");
-        manager.press("cmdRem");
+        m.manager.press("cmdSort");
+        m.manager.press("cmdAll");
+        m.manager.press("cmdRem");
         // A key that waits while the preferences are written comes to nothing.
-        QTimer::singleShot(0, manager.window(),
-                           [&] { QTest::keyClick(&manager.list(), Qt::Key_Return); });
+        QTimer::singleShot(0, m.manager.window(),
+                           [&] { QTest::keyClick(&m.manager.list(), Qt::Key_Return); });
         m.made().shutDown();
         QVERIFY(m.preferences().startsWith(content));
         QCOMPARE(menuOf(m), (QStringList{"b", "a"}));
         m.madeAgain();
-        QVERIFY(!manager.window());
+        QVERIFY(!m.manager.window());
         QCOMPARE(menuOf(m), (QStringList{"b", "a"}));
     }
 
     void aWindowDestroyedWithTheManagerOpenDoesNoHarm()
     {
-        ShownMain m;
+        Managed m({{"b", "2"}, {"a", "1"}});
         const auto content = preferencesOf({{"b", "2"}, {"a", "1"}});
-        m.write("pref.ini", content);
-        const auto manager = openManager(m);
-        manager.press("cmdSort");
+        m.manager.press("cmdSort");
         m.madeAgain();
-        QVERIFY(!manager.window());
+        QVERIFY(!m.manager.window());
         QCOMPARE(m.preferences(), content);
     }
 
@@ -297,9 +292,7 @@ private slots:
 
     void aThousandStayUsable()
     {
-        ShownMain m;
-        m.write("pref.ini", preferencesOfMany(1'000));
-        m.shown();
+        OpenMain m(preferencesOfMany(1'000));
         auto& menu = m.part<QMenu>("mnuFav");
         for (const Qt::Key way : {Qt::Key_End, Qt::Key_Up}) {
             m.part<WebCam>("Cam").setUrl("none");
@@ -327,9 +320,7 @@ private slots:
             QTRY_VERIFY(!menu.isVisible());
         };
         const auto costOfMany = [&](int count) {
-            ShownMain m;
-            m.write("pref.ini", preferencesOfMany(count));
-            m.shown();
+            OpenMain m(preferencesOfMany(count));
             return costOf([&] { open(m); });
         };
         const double ofFew = costOfMany(few);
@@ -341,8 +332,7 @@ private slots:
     void eachOfTenThousandCostsTheSameToChange()
     {
         constexpr int few = 1'000;
-        ShownMain m;
-        m.shown();
+        OpenMain m;
         Favourites& favourites = favouritesOf(m);
         QMap<int, QList<Favourite>> lists;
         for (const int count : {few, 10 * few}) {

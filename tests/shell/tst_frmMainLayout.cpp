@@ -4,7 +4,6 @@
 #include "shell/MainLayout.h"
 #include "support/Rows.h"
 #include "support/ShownMain.h"
-#include "viewer/WebCam.h"
 #include "viewer/surface/ToolBar.h"
 #include "viewer/surface/ToolBarButton.h"
 
@@ -20,10 +19,12 @@ constexpr int MinimumWithList = 572;
 constexpr int MinimumWithoutList = 352;
 const QStringList Parts = {"cList", "opt(0)", "opt(1)", "Cam", "cmbUrl"};
 
-/// The main window with its parts by name.
-class Parted : public ShownMain
+/// The main window on screen with its parts by name.
+class Parted : public OpenMain
 {
 public:
+    using OpenMain::OpenMain;
+
     QWidget& of(const QString& name) { return part<QWidget>(name); }
     QWidget& area() { return *made().centralWidget(); }
 
@@ -125,7 +126,6 @@ private slots:
     void itBeginsWithListViewerAndBar()
     {
         Parted m;
-        m.shown();
         for (const QString& name : Parts)
             QVERIFY2(m.of(name).isVisible(), qPrintable(name));
         QCOMPARE(m.fault(), "");
@@ -143,9 +143,7 @@ private slots:
     void theListPreferenceSwitchesAllOfTheColumn()
     {
         for (const bool on : {false, true}) {
-            Parted m;
-            m.write("pref.ini", on ? "[VIEW]\r\nLIST=True\r\n" : "[VIEW]\r\nLIST=False\r\n");
-            m.shown();
+            Parted m(on ? "[VIEW]\r\nLIST=True\r\n" : "[VIEW]\r\nLIST=False\r\n");
             QCOMPARE(m.entry("mnuViewList").isChecked(), on);
             for (const char* name : {"cList", "opt(0)", "opt(1)"})
                 QCOMPARE(m.of(name).isVisible(), on);
@@ -168,7 +166,6 @@ private slots:
     {
         QFETCH(QStringList, hidden);
         Parted m;
-        m.shown();
         for (const QString& entry : hidden)
             m.entry(entry).trigger();
         Watch watch(m);
@@ -188,7 +185,6 @@ private slots:
     void draggingShowsNoUnfinishedState()
     {
         Parted m;
-        m.shown();
         Watch watch(m);
         int steps = 0;
         for (const QSize& size :
@@ -218,7 +214,6 @@ private slots:
         QFETCH(bool, list);
         QFETCH(int, minimum);
         Parted m;
-        m.shown();
         if (!list)
             m.entry("mnuViewList").trigger();
         QVERIFY(m.drag({700, 400}));
@@ -242,7 +237,6 @@ private slots:
     void switchingPartsMovesTheMinimum()
     {
         Parted m;
-        m.shown();
         QCOMPARE(m.made().minimumWidth(), MinimumWithList);
         m.entry("mnuViewList").trigger();
         QCOMPARE(m.made().minimumWidth(), MinimumWithoutList);
@@ -260,9 +254,7 @@ private slots:
 
     void turningOnTheListWidensANarrowWindow()
     {
-        Parted m;
-        m.write("pref.ini", "[VIEW]\r\nLIST=False\r\n");
-        m.shown();
+        Parted m("[VIEW]\r\nLIST=False\r\n");
         QVERIFY(m.drag({400, 300}));
         m.entry("mnuViewList").trigger();
         QCOMPARE(m.made().width(), MinimumWithList);
@@ -273,7 +265,6 @@ private slots:
     void theViewEntriesSwitchTheirParts()
     {
         Parted m;
-        m.shown();
         const QHash<QString, QStringList> parts = {{"mnuViewList", {"cList", "opt(0)", "opt(1)"}},
                                                    {"mnuViewTb", {"tbMain"}},
                                                    {"mnuViewGoto", {"cmbUrl"}}};
@@ -291,7 +282,6 @@ private slots:
     void turningOnTheListChoosesItsPage()
     {
         Parted m;
-        m.shown();
         // The other page is not there yet: only its button is.
         m.of("opt(0)").setEnabled(true);
         QTest::mouseClick(&m.of("opt(0)"), Qt::LeftButton, {},
@@ -307,7 +297,6 @@ private slots:
     void hidingTheGotoBarGivesItsRoomToTheViewer()
     {
         Parted m;
-        m.shown();
         const int before = m.of("Cam").height();
         const int bar = m.of("cmbUrl").height();
         m.choose("mnuView", "mnuViewGoto");
@@ -320,7 +309,6 @@ private slots:
     void optionButtonsStandLevelWithTheGotoBar()
     {
         Parted m;
-        m.shown();
         for (const char* name : {"opt(0)", "opt(1)"}) {
             QVERIFY(std::abs(m.of(name).geometry().center().y() -
                              m.of("cmbUrl").geometry().center().y()) <= 1);
@@ -336,6 +324,7 @@ private slots:
                                        QByteArray("BADD=Add\r\nLIST=A longer caption\r\n")}) {
             Parted m;
             m.write("lan.ini", "[MAIN]\r\n" + file);
+            m.madeAgain();
             m.shown();
             for (const char* name : {"opt(0)", "opt(1)"})
                 QVERIFY2(m.of(name).width() >= m.of(name).sizeHint().width(), name);
@@ -347,7 +336,6 @@ private slots:
     void choosingThePageAgainDoesNothing()
     {
         Parted m;
-        m.shown();
         QTest::mouseClick(&m.of("opt(1)"), Qt::LeftButton, {},
                           QPoint(8, m.of("opt(1)").height() / 2));
         QVERIFY(m.part<QRadioButton>("opt(1)").isChecked());

@@ -6,12 +6,12 @@
 #include "support/Dialogs.h"
 #include "support/Pictures.h"
 #include "support/Rows.h"
+#include "support/ScratchFile.h"
 #include "support/ScriptedServer.h"
 #include "support/ShownMain.h"
 #include "viewer/WebCam.h"
 
 #include <QFileDialog>
-#include <QMessageBox>
 
 #include <functional>
 
@@ -21,10 +21,16 @@ const QByteArray TwoCameras = "Cities\377Harbour\377127.0.0.1:1/h.jpg\377"
                               "Sights\377Tower\377127.0.0.1:1/t.jpg\1Cookie: a=1\r\n";
 const QByteArray OneMore = "CAMZSights\377Bridge\377127.0.0.1:1/b.jpg\r\n";
 
-/// The main window with what a person does to its list.
+/// The main window with a list, another one beside it, and what a person does to them.
 class Listed : public ShownMain
 {
 public:
+    explicit Listed(const QByteArray& list = TwoCameras)
+    {
+        write("list.dat", list);
+        write("more.dat", OneMore);
+    }
+
     CameraTreeView& tree() { return part<CameraTreeView>("tvwCat"); }
 
     QStringList cameras()
@@ -54,12 +60,7 @@ public:
         QTest::mouseClick(tree().viewport(), button, {}, tree().visualRect(node(text)).center());
     }
 
-    QByteArray list() const { return file("list.dat"); }
-    QByteArray file(const QString& name) const
-    {
-        QFile file(path(name));
-        return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-    }
+    QByteArray list() const { return contentOf(path("list.dat")); }
 
     QString bar() { return part<GotoBar>("cmbUrl").currentText(); }
 
@@ -87,19 +88,17 @@ private slots:
     void theListIsLoadedFirst()
     {
         Listed m;
-        m.write("list.dat", TwoCameras);
         m.made();
         QCOMPARE(m.cameras(), (QStringList{"Harbour", "Tower"}));
         // Without a file it is the list that comes with the program.
-        Listed fresh;
-        fresh.made();
-        QCOMPARE(fresh.cameras().size(), 12);
+        QVERIFY(QFile::remove(m.path("list.dat")));
+        m.madeAgain();
+        QCOMPARE(m.cameras().size(), 12);
     }
 
     void theCommandLineAddsAList()
     {
         Listed m;
-        m.write("list.dat", TwoCameras);
         m.write("more cameras.dat", OneMore);
         m.made("\"" + m.path("more cameras.dat") + "\"");
         QCOMPARE(m.cameras(), (QStringList{"Harbour", "Tower", "Bridge"}));
@@ -109,7 +108,6 @@ private slots:
     void aCommandLineThatIsNoListIsTold()
     {
         Listed m;
-        m.write("list.dat", TwoCameras);
         m.made(m.path("nothing.dat"));
         m.shown();
         const auto message = answerMessage(QMessageBox::Ok);
@@ -122,9 +120,8 @@ private slots:
         ScriptedServer server;
         server.listen();
         server.play(pictureAnswer(encodedPicture({8, 8}, Qt::red)));
-        Listed m;
         const QString key = server.url("/t.jpg") + QChar(1) + "Cookie: a=b";
-        m.write("list.dat", "Sights\xFFTower\xFF" + key.toLatin1() + "\r\n");
+        Listed m("Sights\xFFTower\xFF" + key.toLatin1() + "\r\n");
         m.shown();
         auto& cam = m.part<WebCam>("Cam");
         QSignalSpy changes(&cam, &WebCam::ImageChange);
@@ -149,7 +146,6 @@ private slots:
     void aClickReplacesWhatIsBeingTyped()
     {
         Listed m;
-        m.write("list.dat", TwoCameras);
         m.shown();
         QTest::keyClicks(&m.part<GotoBar>("cmbUrl"), "half an addr");
         m.click("Harbour");
@@ -159,7 +155,6 @@ private slots:
     void aCameraBecomesAFavourite()
     {
         Listed m;
-        m.write("list.dat", TwoCameras);
         m.shown();
         m.click("Tower", Qt::RightButton);
         auto& menu = m.part<QMenu>("mnu");
@@ -174,7 +169,6 @@ private slots:
     void theGotoBarKnowsTheNames()
     {
         Listed m;
-        m.write("list.dat", TwoCameras);
         m.shown();
         auto& bar = m.part<GotoBar>("cmbUrl");
         QTest::keyClicks(&bar, "to");
@@ -191,8 +185,6 @@ private slots:
     void importAddsTheCamerasOfAFile()
     {
         Listed m;
-        m.write("list.dat", TwoCameras);
-        m.write("more.dat", OneMore);
         m.shown();
         m.import("more.dat");
         QTRY_COMPARE(m.cameras(), (QStringList{"Harbour", "Tower", "Bridge"}));
@@ -223,7 +215,6 @@ private slots:
     void aCancelledImportDoesNothing()
     {
         Listed m;
-        m.write("list.dat", TwoCameras);
         m.shown();
         m.choose("mnuOpt", "mnuOptImport");
         auto* dialog = openDialog<QFileDialog>();
@@ -240,7 +231,6 @@ private slots:
     void anImportLeavesTheRest()
     {
         Listed m;
-        m.write("list.dat", TwoCameras);
         m.shown();
         m.import("is not there.dat");
         QCOMPARE(answerMessage(QMessageBox::Ok).text, "Not a valid Zipped Cam List.");
@@ -252,8 +242,6 @@ private slots:
     void reloadReadsTheFileAnew()
     {
         Listed m;
-        m.write("list.dat", TwoCameras);
-        m.write("more.dat", OneMore);
         m.shown();
         m.import("more.dat");
         QTRY_COMPARE(m.cameras().size(), 3);
@@ -279,7 +267,6 @@ private slots:
     {
         QFETCH(std::function<void(Listed&)>, end);
         Listed m;
-        m.write("list.dat", TwoCameras);
         m.shown();
         m.part<CamList>("cList").AddCam("New", "127.0.0.1:1/n.jpg", "Cities");
         QCOMPARE(m.list(), TwoCameras);
@@ -293,7 +280,6 @@ private slots:
     void exitWithoutSavingKeepsTheOldList()
     {
         Listed m;
-        m.write("list.dat", TwoCameras);
         m.shown();
         m.part<CamList>("cList").AddCam("New", "127.0.0.1:1/n.jpg", "Cities");
         m.choose("mnuOpt", "mnuOptExitWO");
@@ -306,7 +292,6 @@ private slots:
     void answeringNoSavesLater()
     {
         Listed m;
-        m.write("list.dat", TwoCameras);
         m.shown();
         m.part<CamList>("cList").AddCam("New", "127.0.0.1:1/n.jpg", "Cities");
         m.choose("mnuOpt", "mnuOptExitWO");
@@ -319,7 +304,6 @@ private slots:
     void theListIsSavedOnce()
     {
         Listed m;
-        m.write("list.dat", TwoCameras);
         m.shown().close();
         m.write("list.dat", "another instance wrote this");
         m.made().close();
@@ -330,7 +314,7 @@ private slots:
     void aListThatIsNotReadableIsNotReplacedByNothing()
     {
         Listed m;
-        QVERIFY(QDir().mkdir(m.path("list.dat")));
+        QVERIFY(QFile::remove(m.path("list.dat")) && QDir().mkdir(m.path("list.dat")));
         m.shown().close();
         QVERIFY(QFileInfo(m.path("list.dat")).isDir());
         QVERIFY(m.preferences().contains("LIST=True"));

@@ -11,17 +11,7 @@
 #include "viewer/surface/ToolBar.h"
 #include "viewer/surface/ToolBarButton.h"
 
-#include <QFileDialog>
-
 namespace {
-
-QByteArray movieOf(int frames)
-{
-    QByteArrayList parts;
-    for (int i = 0; i < frames; ++i)
-        parts << encodedPicture({160, 120}, QColor::fromHsv(i * 37 % 360, 255, 255));
-    return parts.join("&IMAGE&");
-}
 
 QString caption(ShownMain& m)
 {
@@ -30,7 +20,7 @@ QString caption(ShownMain& m)
 
 void load(ShownMain& m, int frames)
 {
-    m.write("m.pvm", movieOf(frames));
+    m.write("m.pvm", plainMovie(frames));
     m.part<WebCam>("Cam").LoadMovie(m.path("m.pvm"));
     QTRY_COMPARE(caption(m), "Image 1");
 }
@@ -64,7 +54,7 @@ private slots:
     void aMovieOnTheCommandLineIsLoaded()
     {
         ShownMain m;
-        m.write("A movie.PVM", movieOf(3));
+        m.write("A movie.PVM", plainMovie(3));
         m.made('"' + m.path("A movie.PVM") + '"');
         m.shown();
         QTRY_COMPARE(caption(m), "Image 1");
@@ -84,9 +74,8 @@ private slots:
 
     void theEndWhileAMovieLoads()
     {
-        ShownMain m;
-        m.shown();
-        m.write("m.pvm", movieOf(30));
+        OpenMain m;
+        m.write("m.pvm", plainMovie(30));
         m.part<WebCam>("Cam").LoadMovie(m.path("m.pvm"));
         auto& steps = timerOf(m.made(), "tmrMovie");
         for (int i = 0; i < 6; ++i)
@@ -97,15 +86,11 @@ private slots:
 
     void theEndWhileAMovieIsSavedKeepsTheOldFile()
     {
-        ShownMain m;
-        m.shown();
+        OpenMain m;
         load(m, 10);
         const QByteArray old = contentOf(m.path("m.pvm"));
         chooseFromMenu(m, ToolBar::Save, 2);
-        auto* dialog = openDialog<QFileDialog>();
-        QVERIFY(dialog);
-        dialog->findChild<QLineEdit*>("fileNameEdit")->setText(m.path("m.pvm"));
-        static_cast<QDialog*>(dialog)->accept();
+        acceptFile(m.path("m.pvm"));
         QVERIFY(answerMessage(QMessageBox::Yes).shown);
         QTRY_VERIFY(m.made().findChild<Timer*>("tmrMovie"));
         timerOf(m.made(), "tmrMovie").elapse();
@@ -117,8 +102,7 @@ private slots:
 
     void theEndWhileAMoviePlays()
     {
-        ShownMain m;
-        m.shown();
+        OpenMain m;
         load(m, 3);
         QTest::mouseClick(m.part<ToolBar>("tbMain").button(ToolBar::PlayMovie), Qt::LeftButton, {},
                           QPoint(12, 14));
@@ -128,22 +112,17 @@ private slots:
 
     void theEndWhileAFileIsAskedFor()
     {
-        ShownMain m;
-        m.shown();
+        OpenMain m;
         load(m, 1);
         chooseFromMenu(m, ToolBar::Save, 1);
-        auto* dialog = openDialog<QFileDialog>();
-        QVERIFY(dialog);
-        dialog->findChild<QLineEdit*>("fileNameEdit")->setText(m.path("m.pvm"));
-        static_cast<QDialog*>(dialog)->accept();
+        acceptFile(m.path("m.pvm"));
         QVERIFY(openDialog<QMessageBox>()); // whether to replace the file
         closeAndLook(m);
     }
 
     void theEndWhileAnErrorIsShown()
     {
-        ShownMain m;
-        m.shown();
+        OpenMain m;
         m.part<WebCam>("Cam").LoadMovie(m.path("missing.pvm"));
         QVERIFY(openDialog<QMessageBox>());
         closeAndLook(m);
@@ -151,8 +130,7 @@ private slots:
 
     void temporaryFilesOfMoviesGo()
     {
-        ShownMain m;
-        m.shown();
+        OpenMain m;
         load(m, 2);
         QVERIFY(QFileInfo::exists(m.path("tt.jpg")));
         closeAndLook(m);

@@ -40,6 +40,22 @@ void minimise(const QWidget& window)
     QVERIFY(tool.waitForFinished(HangMs));
 }
 
+/// The main window on screen with its icon in the tray.
+struct InTray : DesktopTray, OpenMain
+{
+    InTray() { QVERIFY(!place.isEmpty()); }
+
+    /// Minimises the window, which hides it.
+    void hide()
+    {
+        minimise(made());
+        QTRY_VERIFY(made().isHidden());
+    }
+    void clickIcon() const { pointer(place.center(), "click", 1); }
+
+    const QRect place = DesktopTray::icon();
+};
+
 } // namespace
 
 class frmMainTrayTest : public QObject
@@ -87,23 +103,17 @@ private slots:
     void theIconGoesByThePreference()
     {
         QFETCH(QByteArray, value);
-        QFETCH(bool, checked);
         QFETCH(int, icons);
         const DesktopTray tray;
-        ShownMain m;
-        m.write("pref.ini", "[VIEW]\r\nTRAY=" + value + "\r\n");
-        m.shown();
+        OpenMain m("[VIEW]\r\nTRAY=" + value + "\r\n");
         timerOf(m.made(), "tmrTray").elapse();
-        QCOMPARE(m.entry("mnuViewTray").isChecked(), checked);
+        QTEST(m.entry("mnuViewTray").isChecked(), "checked");
         QTRY_COMPARE(DesktopTray::icons(), icons);
     }
 
     void theMenuAddsAndRemovesTheIcon()
     {
-        const DesktopTray tray;
-        ShownMain m;
-        m.shown();
-        QVERIFY(!DesktopTray::icon().isEmpty());
+        InTray m;
         for (const bool on : {false, true, false, true}) {
             m.choose("mnuOpt", "mnuViewTray");
             QTRY_COMPARE(m.entry("mnuViewTray").isChecked(), on);
@@ -127,10 +137,7 @@ private slots:
     void minimisingHidesAndAClickBringsBackNormal()
     {
         QFETCH(bool, maximised);
-        const DesktopTray tray;
-        ShownMain m;
-        m.shown();
-        const QPoint icon = DesktopTray::icon().center();
+        InTray m;
         const QSize size = m.made().size();
         m.made().move(37, 91); // where no window manager puts it by itself
         QTRY_COMPARE(m.made().pos(), QPoint(37, 91));
@@ -138,13 +145,12 @@ private slots:
             m.made().showMaximized();
             QTRY_VERIFY(m.made().width() > size.width());
         }
-        minimise(m.made());
-        QTRY_VERIFY(m.made().isHidden());
+        m.hide();
         QCOMPARE(m.made().windowState(), Qt::WindowNoState);
         QTRY_VERIFY(!isInTaskBar());
         QVERIFY(m.entry("mnuViewTray").isChecked());
 
-        pointer(icon, "click", 1);
+        m.clickIcon();
         QTRY_VERIFY(m.made().isVisible());
         QVERIFY(waitForActive(&m.made()));
         QTRY_VERIFY(isNormal(m.made()));
@@ -158,16 +164,13 @@ private slots:
 
     void aClickShowsAWindowThatIsBehindOrMinimised()
     {
-        const DesktopTray tray;
-        ShownMain m;
-        m.shown();
-        const QPoint icon = DesktopTray::icon().center();
+        InTray m;
         QWidget other;
         other.setGeometry(m.made().geometry());
         other.show();
         other.activateWindow();
         QVERIFY(waitForActive(&other));
-        pointer(icon, "click", 1);
+        m.clickIcon();
         QVERIFY(waitForActive(&m.made()));
         // One that was minimised before its icon could be reached.
         m.entry("mnuViewTray").trigger();
@@ -182,10 +185,7 @@ private slots:
     /// It would stay behind, unseen, and block the window that comes back.
     void withADialogOpenItMinimisesAsUsual()
     {
-        const DesktopTray tray;
-        ShownMain m;
-        m.shown();
-        QVERIFY(!DesktopTray::icon().isEmpty());
+        InTray m;
         m.entry("mnuFavMan").trigger();
         QVERIFY(QApplication::activeModalWidget());
         QVERIFY(waitForExposed(QApplication::activeModalWidget()));
@@ -198,72 +198,56 @@ private slots:
     /// A list that was handed over told something while nobody saw the window.
     void aMessageLiesAboveTheWindowThatComesBack()
     {
-        const DesktopTray tray;
-        ShownMain m;
-        m.shown();
-        const QPoint icon = DesktopTray::icon().center();
-        minimise(m.made());
-        QTRY_VERIFY(m.made().isHidden());
+        InTray m;
+        m.hide();
         QVERIFY(m.made().inbox().receive("no such list"));
         QTRY_VERIFY(QApplication::activeModalWidget());
         QWidget* box = QApplication::activeModalWidget();
         QVERIFY(waitForExposed(box));
         QVERIFY(m.made().isHidden());
-        pointer(icon, "click", 1);
+        m.clickIcon();
         QTRY_VERIFY(m.made().isVisible());
         QTRY_COMPARE(QApplication::activeWindow(), box);
     }
 
     void aDialogOfAnotherWindowDoesNotKeepItOnScreen()
     {
-        const DesktopTray tray;
-        ShownMain m;
-        m.shown();
-        QVERIFY(!DesktopTray::icon().isEmpty());
+        InTray m;
         QWidget other;
         other.show();
         QDialog prompt(&other);
         prompt.open();
         QVERIFY(waitForExposed(&prompt));
-        minimise(m.made());
-        QTRY_VERIFY(m.made().isHidden());
+        m.hide();
     }
 
     void minimisingTwiceInARowHidesTwice()
     {
-        const DesktopTray tray;
-        ShownMain m;
-        m.shown();
-        const QPoint icon = DesktopTray::icon().center();
+        InTray m;
         for (int round = 0; round < 3; ++round) {
-            minimise(m.made());
-            QTRY_VERIFY(m.made().isHidden());
-            pointer(icon, "click", 1);
+            m.hide();
+            m.clickIcon();
             QVERIFY(waitForActive(&m.made()));
             // What was hidden is laid out and painted as before.
             QTRY_VERIFY(m.part<QComboBox>("cmbUrl").isVisible());
         }
     }
 
-    void withoutTheCheckItMinimisesAsUsual()
+    void minimisesAsUsual_data()
     {
-        const DesktopTray tray;
-        ShownMain m;
-        m.write("pref.ini", "[VIEW]\r\nTRAY=False\r\n");
-        m.shown();
-        minimise(m.made());
-        QTRY_VERIFY(m.made().isMinimized());
-        QTRY_VERIFY(isIconic(m.made()));
-        QCoreApplication::processEvents();
-        QVERIFY(m.made().isVisible());
+        const Rows<bool, bool> row("tray", "checked");
+        row("without the check", true, false);
+        row("without a tray", false, true);
     }
 
-    void withoutATrayItMinimisesAsUsual()
+    void minimisesAsUsual()
     {
-        ShownMain m;
-        m.shown();
+        QFETCH(bool, tray);
+        QFETCH(bool, checked);
+        const auto desktopTray = tray ? std::make_unique<DesktopTray>() : nullptr;
+        OpenMain m(checked ? "" : "[VIEW]\r\nTRAY=False\r\n");
         timerOf(m.made(), "tmrTray").elapse();
-        QVERIFY(m.entry("mnuViewTray").isChecked());
+        QCOMPARE(m.entry("mnuViewTray").isChecked(), checked);
         minimise(m.made());
         QTRY_VERIFY(m.made().isMinimized());
         QTRY_VERIFY(isIconic(m.made()));
@@ -281,8 +265,7 @@ private slots:
     void aTrayThatGoesBringsTheWindowBack()
     {
         auto tray = std::make_unique<DesktopTray>();
-        ShownMain m;
-        m.shown();
+        OpenMain m;
         QVERIFY(!DesktopTray::icon().isEmpty());
         minimise(m.made());
         QTRY_VERIFY(m.made().isHidden());
@@ -300,27 +283,20 @@ private slots:
 
     void nothingIsWatchedWhileTheWindowIsShown()
     {
-        const DesktopTray tray;
-        ShownMain m;
-        m.shown();
-        const QPoint icon = DesktopTray::icon().center();
+        InTray m;
         auto& timer = timerOf(m.made(), "tmrTray");
         QVERIFY(!timer.Enabled());
         minimise(m.made());
         QTRY_VERIFY(timer.Enabled());
-        pointer(icon, "click", 1);
+        m.clickIcon();
         QTRY_VERIFY(m.made().isVisible());
         QVERIFY(!timer.Enabled());
     }
 
     void theEndWhileHiddenIsTheSame()
     {
-        const DesktopTray tray;
-        ShownMain m;
-        m.shown();
-        QVERIFY(!DesktopTray::icon().isEmpty());
-        minimise(m.made());
-        QTRY_VERIFY(m.made().isHidden());
+        InTray m;
+        m.hide();
         QTimer::singleShot(0, &m.made(), &frmMain::shutDown);
         QCOMPARE(QCoreApplication::exec(), 0);
         QVERIFY(m.preferences().contains("TRAY=True\r\n"));
@@ -331,10 +307,7 @@ private slots:
 
     void theIconGoesWithTheProgram()
     {
-        const DesktopTray tray;
-        ShownMain m;
-        m.shown();
-        QVERIFY(!DesktopTray::icon().isEmpty());
+        InTray m;
         m.made().close();
         QCOMPARE(DesktopTray::icons(), 0);
         // Nor does it come any more where the program ends before it came.
@@ -348,8 +321,7 @@ private slots:
 
     void alwaysOnTopReallyIs()
     {
-        ShownMain m;
-        m.shown();
+        OpenMain m;
         QVERIFY(!isAbove(m.made()));
         for (const bool on : {true, false, true}) {
             m.choose("mnuOpt", "mnuOptOnTop");
@@ -366,15 +338,11 @@ private slots:
 
     void alwaysOnTopOutlastsTheTray()
     {
-        const DesktopTray tray;
-        ShownMain m;
-        m.shown();
-        const QPoint icon = DesktopTray::icon().center();
+        InTray m;
         m.choose("mnuOpt", "mnuOptOnTop");
         QTRY_VERIFY(isAbove(m.made()));
-        minimise(m.made());
-        QTRY_VERIFY(m.made().isHidden());
-        pointer(icon, "click", 1);
+        m.hide();
+        m.clickIcon();
         QVERIFY(waitForActive(&m.made()));
         QTRY_VERIFY(isAbove(m.made()));
         QVERIFY(isNormal(m.made()));

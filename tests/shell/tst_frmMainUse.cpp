@@ -26,8 +26,7 @@ private slots:
         QFETCH(Qt::Key, key);
         QFETCH(QString, entry);
         QFETCH(QByteArray, property);
-        ShownMain m;
-        m.shown();
+        OpenMain m;
         auto& bar = m.part<QComboBox>("cmbUrl");
         const auto target = [&] {
             if (!property.isEmpty())
@@ -49,8 +48,7 @@ private slots:
 
     void hiddenPartsLeaveTheirRoomToTheViewer()
     {
-        ShownMain m;
-        m.shown();
+        OpenMain m;
         auto& cam = m.part<WebCam>("Cam");
         const int area = m.made().centralWidget()->height();
         QVERIFY(cam.height() < area - 20);
@@ -68,8 +66,7 @@ private slots:
 
     void alwaysOnTopIsSwitchedFromTheMenu()
     {
-        ShownMain m;
-        m.shown();
+        OpenMain m;
         for (const bool on : {true, false}) {
             m.choose("mnuOpt", "mnuOptOnTop");
             QTRY_COMPARE(m.entry("mnuOptOnTop").isChecked(), on);
@@ -83,8 +80,7 @@ private slots:
         ScriptedServer server;
         server.listen();
         server.play(pictureAnswer(encodedPicture({8, 8}, Qt::red)));
-        ShownMain m;
-        m.shown();
+        OpenMain m;
         auto& bar = m.part<QComboBox>("cmbUrl");
         QSignalSpy changes(&m.part<WebCam>("Cam"), &WebCam::ImageChange);
         QTest::keyClicks(&bar, server.url("/dir/a.jpg"));
@@ -102,8 +98,7 @@ private slots:
         ScriptedServer server;
         server.listen();
         server.play(pictureAnswer(encodedPicture({8, 8}, Qt::red)));
-        ShownMain m;
-        m.shown();
+        OpenMain m;
         auto& bar = m.part<QComboBox>("cmbUrl");
         auto& cam = m.part<WebCam>("Cam");
         cam.setNewOnly(false);
@@ -149,10 +144,8 @@ private slots:
     {
         ScriptedServer server;
         server.listen();
-        ShownMain m;
-        m.write("pref.ini", "[FAVORITES]\r\nNAME[0]=One\r\nURL[0]=" + server.url().toLatin1() +
-                                "\r\nCOUNT=1\r\n");
-        m.shown();
+        OpenMain m("[FAVORITES]\r\nNAME[0]=One\r\nURL[0]=" + server.url().toLatin1() +
+                   "\r\nCOUNT=1\r\n");
         QTest::keyClicks(&m.part<QComboBox>("cmbUrl"), "half an addr");
         m.entry("mnuFavGo(0)").trigger();
         QCOMPARE(m.part<QComboBox>("cmbUrl").currentText(), "http://" + server.url());
@@ -166,9 +159,7 @@ private slots:
             content +=
                 "NAME[" + n + "]=Camera number " + n + "\r\nURL[" + n + "]=cam/" + n + "\r\n";
         }
-        ShownMain m;
-        m.write("pref.ini", content + "COUNT=1000\r\n");
-        m.shown();
+        OpenMain m(content + "COUNT=1000\r\n");
         auto& menu = m.part<QMenu>("mnuFav");
         QTest::keyClick(&m.part<QComboBox>("cmbUrl"), Qt::Key_F, Qt::AltModifier);
         QVERIFY(waitForExposed(&menu));

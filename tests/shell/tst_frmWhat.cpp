@@ -1,10 +1,9 @@
 // The about window.
 
 #include "shell/frmWhat.h"
-#include "support/Dialogs.h"
+#include "support/Browser.h"
 #include "widgets/LinkLabel.h"
 
-#include <QDesktopServices>
 #include <QPlainTextEdit>
 #include <QTabBar>
 #include <QTabWidget>
@@ -13,13 +12,6 @@ class frmWhatTest : public QObject
 {
     Q_OBJECT
 private slots:
-    void init() { QDesktopServices::setUrlHandler("http", this, "opened"); }
-    void cleanup()
-    {
-        QDesktopServices::unsetUrlHandler("http");
-        m_opened.clear();
-    }
-
     void itSaysWhatTheProgramIs()
     {
         frmWhat what(m_home, nullptr);
@@ -71,6 +63,7 @@ private slots:
 
     void aClickOnTheHomePageOpensIt()
     {
+        const Browser browser;
         auto* what = new frmWhat(m_home, nullptr);
         what->open();
         QVERIFY(waitForExposed(what));
@@ -78,24 +71,25 @@ private slots:
         QTest::mouseClick(home, Qt::RightButton);
         QTest::mousePress(home, Qt::LeftButton);
         QTest::mouseRelease(home, Qt::LeftButton, {}, QPoint(-20, -20));
-        QCOMPARE(m_opened.size(), 0);
+        QCOMPARE(browser.opened.size(), 0);
         QTest::mouseClick(home, Qt::LeftButton);
-        QCOMPARE(m_opened, QList<QUrl>{QUrl(m_home)});
+        QCOMPARE(browser.opened, QList<QUrl>{QUrl(m_home)});
         what->close();
     }
 
     void theHomePageIsReachedByKeys()
     {
+        const Browser browser;
         frmWhat what(m_home, nullptr);
         auto* home = what.findChild<LinkLabel*>("lbl(3)");
         QVERIFY(home->focusPolicy() & Qt::TabFocus);
         int asked = 0;
         for (const Qt::Key key : {Qt::Key_Return, Qt::Key_Enter, Qt::Key_Space}) {
             QTest::keyClick(home, key);
-            QCOMPARE(m_opened.size(), ++asked);
+            QCOMPARE(browser.opened.size(), ++asked);
         }
         QTest::keyClick(home, Qt::Key_A);
-        QCOMPARE(m_opened.size(), asked);
+        QCOMPARE(browser.opened.size(), asked);
     }
 
     void theNotesCannotBeChanged()
@@ -115,11 +109,7 @@ private slots:
         QTRY_VERIFY(!what);
     }
 
-public slots:
-    void opened(const QUrl& url) { m_opened.append(url); }
-
 private:
-    QList<QUrl> m_opened;
     const QString m_home = "http://localhost/pevora/";
 };
 

@@ -59,6 +59,19 @@ QList<WId> managedWindows(const QString& title)
     return found;
 }
 
+QList<WId> stacking()
+{
+    const QString told = QString::fromLatin1(
+        run(QStringLiteral("xprop"),
+            {QStringLiteral("-root"), QStringLiteral("_NET_CLIENT_LIST_STACKING")}));
+    QList<WId> windows;
+    static const QRegularExpression number(QStringLiteral("0x[0-9a-f]+"));
+    auto match = number.globalMatch(told);
+    while (match.hasNext())
+        windows << match.next().captured().toULongLong(nullptr, 16);
+    return windows;
+}
+
 void pointer(const QPoint& at, const QString& action, int button)
 {
     run(QStringLiteral("xdotool"), {QStringLiteral("mousemove"), QString::number(at.x()),

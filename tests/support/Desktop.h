@@ -11,6 +11,9 @@ QString windowProperty(const QWidget& window, const QString& property);
 /// The windows that the window manager manages, shown or minimised, whose title is `title`.
 QList<WId> managedWindows(const QString& title);
 
+/// The windows on the desktop from the lowest to the highest, as the window manager stacks them.
+QList<WId> stacking();
+
 /// Moves the pointer there and does `action`, xdotool's name ("click", "mousedown", "mouseup"),
 /// with a mouse button: 1 is the primary one, 2 the middle one, 3 the secondary one.
 void pointer(const QPoint& at, const QString& action, int button);

@@ -27,6 +27,15 @@ template QMessageBox* openDialog<QMessageBox>();
 template QFileDialog* openDialog<QFileDialog>();
 template QInputDialog* openDialog<QInputDialog>();
 
+void acceptFile(const QString& file)
+{
+    auto* dialog = openDialog<QFileDialog>();
+    if (!dialog)
+        qFatal("no file dialog opens");
+    dialog->findChild<QLineEdit*>("fileNameEdit")->setText(file);
+    static_cast<QDialog*>(dialog)->accept();
+}
+
 ShownMessage answerMessage(int button)
 {
     auto* box = openDialog<QMessageBox>();

@@ -12,6 +12,10 @@ class QMessageBox;
 template<typename T>
 T* openDialog();
 
+/// Types `file` into the file dialog that is open, after waiting for it, and accepts it. Ends the
+/// program where none opens.
+void acceptFile(const QString& file);
+
 /// The open message box's parts, after waiting for it.
 struct ShownMessage
 {

@@ -5,6 +5,8 @@
 
 #include <QTest>
 
+#include <functional>
+
 JobLog::JobLog(MovieJob& job)
     : m_job(job)
 {
@@ -31,6 +33,19 @@ QStringList JobLog::run()
     if (!waitFor([this] { return isFinished(); }))
         m_told << "not over";
     return m_told;
+}
+
+int JobLog::roundsOfEvents()
+{
+    int rounds = 0;
+    std::function<void()> again = [&] {
+        ++rounds;
+        if (!isFinished())
+            QMetaObject::invokeMethod(this, again, Qt::QueuedConnection);
+    };
+    again();
+    run();
+    return rounds;
 }
 
 QStringList JobLog::told(const QString& word) const

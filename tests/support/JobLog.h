@@ -16,6 +16,9 @@ public:
     /// Everything told until then.
     QStringList run();
 
+    /// The same; how many rounds of events there were meanwhile: one event that posts the next.
+    int roundsOfEvents();
+
     const QStringList& told() const { return m_told; }
     /// Those that begin with `word`, without it.
     QStringList told(const QString& word) const;

@@ -57,6 +57,14 @@ QByteArray smallGif()
                                "020002000002028451003b");
 }
 
+QByteArray plainMovie(int frames)
+{
+    QByteArrayList parts;
+    for (int i = 0; i < frames; ++i)
+        parts << encodedPicture({160, 120}, QColor::fromHsv(i * 37 % 360, 255, 255));
+    return parts.join("&IMAGE&");
+}
+
 QByteArray largePicture(int bytes)
 {
     QRandomGenerator random(1);

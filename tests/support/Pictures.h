@@ -26,5 +26,8 @@ QByteArray stripedPicture(const QColor& colour);
 /// A GIF of 2 x 2 white pixels.
 QByteArray smallGif();
 
+/// A movie of so many pictures of 160 x 120 pixels, each of another colour.
+QByteArray plainMovie(int frames);
+
 /// A JPEG whose body has at least `bytes` bytes: noise does not compress.
 QByteArray largePicture(int bytes);

@@ -35,8 +35,14 @@ public:
     /// Waits until it has ended; returns its exit status, or what else became of it.
     QByteArray ended() { return ended(process); }
     static QByteArray ended(QProcess& one);
-    void terminate() const { terminate(process); }
     static void terminate(const QProcess& one);
+    /// Asks it to end, and waits as ended() does.
+    QByteArray terminated() { return terminated(process); }
+    static QByteArray terminated(QProcess& one)
+    {
+        terminate(one);
+        return ended(one);
+    }
 
     /// Seconds of processor time so far, which a busy machine does not lengthen.
     double secondsUsed() const;

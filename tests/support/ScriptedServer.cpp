@@ -108,6 +108,13 @@ void ScriptedServer::closeNewest()
         m_newest->disconnectFromHost();
 }
 
+quint16 portOfNobody()
+{
+    ScriptedServer gone;
+    gone.listen();
+    return gone.port();
+}
+
 QByteArray httpAnswer(const QByteArray& body, const QByteArray& headers, const QByteArray& status)
 {
     return "HTTP/1.0 " + status + "\r\n" + headers + "\r\n" + body;

@@ -81,6 +81,9 @@ private:
     int m_open = 0;
 };
 
+/// A port of the loopback address on which nobody listens.
+quint16 portOfNobody();
+
 /// An answer with a status line, the headers of `headers` (each with its line end) and `body`.
 QByteArray httpAnswer(const QByteArray& body, const QByteArray& headers = {},
                       const QByteArray& status = "200 OK");

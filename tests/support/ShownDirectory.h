@@ -18,6 +18,12 @@ public:
     /// The window comes up where the port is 0 with the scripted server as its directory, else with
     /// another server on that port.
     explicit ShownDirectory(quint16 port = 0);
+    /// With the scripted server, whose newest cameras are these and have been found.
+    explicit ShownDirectory(const QByteArray& body)
+        : ShownDirectory()
+    {
+        find(body);
+    }
     ~ShownDirectory();
 
     QTreeView& list() const;

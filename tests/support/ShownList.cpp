@@ -45,6 +45,12 @@ void ShownList::load(const QByteArray& listDat)
     m_list->LoadFile();
 }
 
+void ShownList::import(const QByteArray& content)
+{
+    write("icl.zip", content);
+    m_list->LoadFile(path("icl.zip"));
+}
+
 QModelIndex ShownList::node(const QString& text) const
 {
     const auto hits = m_tree->model()->match(m_tree->model()->index(0, 0), Qt::DisplayRole, text, 1,

@@ -14,6 +14,12 @@ class ShownList
 {
 public:
     ShownList();
+    /// The same with that list.dat, loaded.
+    explicit ShownList(const QByteArray& listDat)
+        : ShownList()
+    {
+        load(listDat);
+    }
 
     CamList& list() { return *m_list; }
     CameraTreeView& tree() { return *m_tree; }
@@ -24,6 +30,9 @@ public:
     /// Writes a file into the application folder; list.dat and loads it with the second.
     void write(const QString& name, const QByteArray& content) const;
     void load(const QByteArray& listDat);
+
+    /// Writes icl.zip and imports it.
+    void import(const QByteArray& content);
 
     /// The node of that text; ends the program where there is none.
     QModelIndex node(const QString& text) const;

@@ -64,3 +64,10 @@ void ShownMain::choose(const QString& menu, const QString& entryName)
         qFatal("the menu %s does not open", qPrintable(menu));
     QTest::mouseClick(&list, Qt::LeftButton, {}, list.actionGeometry(&entry(entryName)).center());
 }
+
+OpenMain::OpenMain(const QByteArray& preferences)
+{
+    if (!preferences.isNull())
+        write(QStringLiteral("pref.ini"), preferences);
+    shown();
+}

@@ -50,3 +50,11 @@ private:
     QTemporaryDir m_program;
     std::unique_ptr<frmMain> m_window;
 };
+
+/// The same, on screen from the beginning. `preferences` is what pref.ini holds; where it is null
+/// there is none.
+class OpenMain : public ShownMain
+{
+public:
+    explicit OpenMain(const QByteArray& preferences = {});
+};

@@ -6,6 +6,7 @@
 #include <QList>
 #include <QObject>
 #include <QStringList>
+#include <QTest>
 
 #include <functional>
 
@@ -40,4 +41,25 @@ public:
     /// Called after the request has been sent, and after each chunk.
     std::function<void()> onConnected;
     std::function<void()> onData;
+};
+
+/// A TcpClient, and what it told.
+struct HeardClient
+{
+    explicit HeardClient(TcpClient::FirstChunk firstChunk = TcpClient::FirstChunk::Whole)
+        : client(firstChunk)
+    {
+    }
+
+    void start(quint16 port, const QString& host = QStringLiteral("127.0.0.1"))
+    {
+        client.setRemoteHost(host);
+        QVERIFY(client.setRemotePort(port));
+        QVERIFY(client.Connect());
+    }
+    /// What it told last.
+    QString last() const { return listener.told.value(listener.told.size() - 1); }
+
+    TcpClient client;
+    TcpListener listener{client};
 };

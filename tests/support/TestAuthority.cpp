@@ -1,6 +1,6 @@
 #include "support/TestAuthority.h"
+#include "support/Rows.h"
 #include "support/ScratchFile.h"
-
 #include "support/Waiting.h"
 
 #include <QFile>
@@ -43,6 +43,13 @@ void TestAuthority::install(const QString& folder) const
     openssl({"rehash", folder}); // it is looked for by a hash of its name
 }
 
+QString TestAuthority::joined(const QString& name) const
+{
+    const QString both = file(name + ".pem");
+    writeFile(both, contentOf(file(name + ".key")) + contentOf(file(name + ".crt")));
+    return both;
+}
+
 QString TestAuthority::certificateFile(const QString& names, int days)
 {
     const QString serial = QString::number(m_serial++);
@@ -56,9 +63,7 @@ QString TestAuthority::certificateFile(const QString& names, int days)
     openssl({"x509", "-req", "-in", request, "-CA", file("ca.pem"), "-CAkey", file("ca.key"),
              "-set_serial", serial, "-days", QString::number(days), "-extfile", extensions, "-out",
              certificate});
-    const QString both = file(serial + ".pem");
-    writeFile(both, contentOf(key) + contentOf(certificate));
-    return both;
+    return joined(serial);
 }
 
 QString TestAuthority::selfSignedFile()
@@ -68,9 +73,7 @@ QString TestAuthority::selfSignedFile()
     openssl(QStringList{"req", "-x509"} + NewKey +
             QStringList{"-keyout", key, "-out", certificate, "-days", "2", "-subj", "/CN=camera",
                         "-addext", QString("subjectAltName=") + LoopbackNames});
-    const QString both = file("self.pem");
-    writeFile(both, contentOf(key) + contentOf(certificate));
-    return both;
+    return joined("self");
 }
 
 QSslConfiguration TestAuthority::server(const QString& certificateFile)
@@ -85,16 +88,11 @@ QSslConfiguration TestAuthority::server(const QString& certificateFile)
 
 void TestAuthority::addBadCertificates(TestAuthority& other)
 {
-    QTest::addColumn<QString>("file");
-    QTest::addColumn<QString>("reason");
-    QTest::newRow("unknown authority")
-        << other.certificateFile()
-        << "The issuer certificate of a locally looked up certificate could not be found";
-    QTest::newRow("self-signed") << selfSignedFile()
-                                 << "The certificate is self-signed, and untrusted";
-    QTest::newRow("another host")
-        << certificateFile("DNS:camera.example,IP:127.0.0.2")
-        << "The host name did not match any of the valid hosts for this certificate";
-    QTest::newRow("expired") << certificateFile("IP:127.0.0.1", -1)
-                             << "The certificate has expired";
+    const Rows<QString, QString> row("file", "reason");
+    row("unknown authority", other.certificateFile(),
+        "The issuer certificate of a locally looked up certificate could not be found");
+    row("self-signed", selfSignedFile(), "The certificate is self-signed, and untrusted");
+    row("another host", certificateFile("DNS:camera.example,IP:127.0.0.2"),
+        "The host name did not match any of the valid hosts for this certificate");
+    row("expired", certificateFile("IP:127.0.0.1", -1), "The certificate has expired");
 }

@@ -36,6 +36,8 @@ private:
     static constexpr auto LoopbackNames = "DNS:localhost,IP:127.0.0.1,IP:::1";
 
     QString file(const QString& name) const { return m_folder.filePath(name); }
+    /// The files NAME.key and NAME.crt as one file.
+    QString joined(const QString& name) const;
 
     QTemporaryDir m_folder;
     int m_serial = 1;

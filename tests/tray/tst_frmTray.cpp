@@ -20,6 +20,24 @@ static QWidget* iconWindow()
     return found == windows.end() ? nullptr : *found;
 }
 
+/// A tray on the desktop with the form's icon, and the clicks that were told of.
+struct TrayedForm
+{
+    TrayedForm()
+    {
+        sysTray.AddTrayIcon(form, "Pevora");
+        const QRect icon = DesktopTray::icon();
+        QVERIFY(!icon.isEmpty());
+        middle = icon.center();
+    }
+
+    const DesktopTray tray;
+    frmTray form{symbolIcon("pevora")};
+    modSysTray& sysTray = form.sysTray();
+    QSignalSpy asked{&sysTray, &modSysTray::Clicked};
+    QPoint middle; ///< Of the icon.
+};
+
 class frmTrayTest : public QObject
 {
     Q_OBJECT
@@ -69,33 +87,26 @@ private slots:
 
     void aClickCountsWhenTheButtonIsReleased()
     {
-        const DesktopTray tray;
-        frmTray form(symbolIcon("pevora"));
-        QSignalSpy asked(&form.sysTray(), &modSysTray::Clicked);
-        form.sysTray().AddTrayIcon(form, "Pevora");
-        const QPoint middle = DesktopTray::icon().center();
+        const TrayedForm t;
         for (int round = 1; round <= 2; ++round) {
-            pointer(middle, "mousedown", 1);
+            pointer(t.middle, "mousedown", 1);
             QTRY_COMPARE(QGuiApplication::mouseButtons(), Qt::LeftButton);
             QCoreApplication::processEvents();
-            QCOMPARE(asked.count(), round - 1);
-            pointer(middle, "mouseup", 1);
-            QTRY_COMPARE(asked.count(), round);
+            QCOMPARE(t.asked.count(), round - 1);
+            pointer(t.middle, "mouseup", 1);
+            QTRY_COMPARE(t.asked.count(), round);
         }
     }
 
     void aReleaseBesideTheIconIsNoClick()
     {
-        const DesktopTray tray;
-        frmTray form(symbolIcon("pevora"));
-        QSignalSpy asked(&form.sysTray(), &modSysTray::Clicked);
-        form.sysTray().AddTrayIcon(form, "Pevora");
-        pointer(DesktopTray::icon().center(), "mousedown", 1);
+        const TrayedForm t;
+        pointer(t.middle, "mousedown", 1);
         QTRY_COMPARE(QGuiApplication::mouseButtons(), Qt::LeftButton);
         pointer(QPoint(300, 200), "mouseup", 1);
         QTRY_COMPARE(QGuiApplication::mouseButtons(), Qt::NoButton);
         QCoreApplication::processEvents();
-        QCOMPARE(asked.count(), 0);
+        QCOMPARE(t.asked.count(), 0);
     }
 
     void otherClicksDoNothing_data()
@@ -110,65 +121,50 @@ private slots:
     void otherClicksDoNothing()
     {
         QFETCH(int, button);
-        const DesktopTray tray;
-        frmTray form(symbolIcon("pevora"));
-        QSignalSpy asked(&form.sysTray(), &modSysTray::Clicked);
-        form.sysTray().AddTrayIcon(form, "Pevora");
-        const QPoint middle = DesktopTray::icon().center();
-        pointer(middle, "click", button);
+        const TrayedForm t;
+        pointer(t.middle, "click", button);
         // The click behind it is the only one that is told.
-        pointer(middle, "click", 1);
-        QTRY_COMPARE(asked.count(), 1);
+        pointer(t.middle, "click", 1);
+        QTRY_COMPARE(t.asked.count(), 1);
         QCoreApplication::processEvents();
-        QCOMPARE(asked.count(), 1);
+        QCOMPARE(t.asked.count(), 1);
     }
 
     void aDoubleClickIsOneClick()
     {
         QApplication::setDoubleClickInterval(10'000);
-        const DesktopTray tray;
-        frmTray form(symbolIcon("pevora"));
-        QSignalSpy asked(&form.sysTray(), &modSysTray::Clicked);
-        form.sysTray().AddTrayIcon(form, "Pevora");
-        const QPoint middle = DesktopTray::icon().center();
+        const TrayedForm t;
         QProcess twice;
         twice.start("xdotool",
-                    {"mousemove", QString::number(middle.x()), QString::number(middle.y()), "click",
-                     "--repeat", "2", "--delay", "20", "1"});
+                    {"mousemove", QString::number(t.middle.x()), QString::number(t.middle.y()),
+                     "click", "--repeat", "2", "--delay", "20", "1"});
         QVERIFY(twice.waitForFinished(HangMs));
-        QTRY_VERIFY(asked.count() >= 1);
-        pointer(middle, "click", 3);
+        QTRY_VERIFY(t.asked.count() >= 1);
+        pointer(t.middle, "click", 3);
         QTRY_COMPARE(QGuiApplication::mouseButtons(), Qt::NoButton);
-        QCOMPARE(asked.count(), 1);
+        QCOMPARE(t.asked.count(), 1);
     }
 
     void anIconRemovedWhileItIsPressedIsNotClicked()
     {
-        const DesktopTray tray;
-        frmTray form(symbolIcon("pevora"));
-        QSignalSpy asked(&form.sysTray(), &modSysTray::Clicked);
-        form.sysTray().AddTrayIcon(form, "Pevora");
-        const QPoint middle = DesktopTray::icon().center();
-        pointer(middle, "mousedown", 1);
+        const TrayedForm t;
+        pointer(t.middle, "mousedown", 1);
         QTRY_COMPARE(QGuiApplication::mouseButtons(), Qt::LeftButton);
-        form.sysTray().RemoveTrayIcon();
-        pointer(middle, "mouseup", 1);
+        t.sysTray.RemoveTrayIcon();
+        pointer(t.middle, "mouseup", 1);
         // Whatever is released next, anywhere in the program, is no click on the icon.
         QWidget other;
         other.setGeometry(100, 100, 200, 200);
         other.show();
         QVERIFY(waitForExposed(&other));
         QTest::mouseClick(&other, Qt::LeftButton);
-        QCOMPARE(asked.count(), 0);
+        QCOMPARE(t.asked.count(), 0);
     }
 
     void closingTheFormRemovesTheIcon()
     {
-        const DesktopTray tray;
-        frmTray form(symbolIcon("pevora"));
-        form.sysTray().AddTrayIcon(form, "Pevora");
-        QVERIFY(!DesktopTray::icon().isEmpty());
-        QVERIFY(form.close());
+        TrayedForm t;
+        QVERIFY(t.form.close());
         QCOMPARE(DesktopTray::icons(), 0);
     }
 

@@ -4,14 +4,13 @@
 #include "display/ThumbView.h"
 #include "support/Dialogs.h"
 #include "support/Pictures.h"
+#include "support/Rows.h"
 #include "support/ScratchFile.h"
 #include "support/ScriptedServer.h"
 #include "support/ShownCamera.h"
 #include "support/TimeSeam.h"
 #include "viewer/movie/frmMovie.h"
 #include "viewer/surface/ToolBar.h"
-
-#include <QFileDialog>
 
 namespace {
 
@@ -39,15 +38,34 @@ public:
     QByteArray read(const QString& name) { return contentOf(path(name)); }
     QString path(const QString& name) const { return m_files.filePath(name); }
 
-    /// Types `file` into the open dialog and accepts it.
-    void answer(const QString& file)
+    /// Chooses `file` in the dialog that opens, which then goes.
+    static void answer(const QString& file)
     {
-        auto* dialog = openDialog<QFileDialog>();
-        if (!dialog)
-            qFatal("no dialog opens");
-        dialog->findChild<QLineEdit*>("fileNameEdit")->setText(file);
-        static_cast<QDialog*>(dialog)->accept();
+        acceptFile(file);
         QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    }
+    void openImage(const QByteArray& bytes, const QString& name = "a.jpg")
+    {
+        press(ToolBar::Open);
+        answer(write(name, bytes));
+    }
+    /// Loads a movie of so many pictures, by no dialog.
+    void loadMovie(int frames)
+    {
+        cam.LoadMovie(write("m.pvm", movieOf(frames)));
+        QTRY_VERIFY(!isWorking());
+    }
+    void saveMovie(const QString& name)
+    {
+        chooseFromMenu(ToolBar::Save, 2);
+        answer(path(name));
+    }
+    /// Fetches a picture from the server.
+    void fetchPicture(int number)
+    {
+        server.listen();
+        server.play(pictureAnswer(::picture(number)));
+        fetch(server.url());
     }
     void openMovie(const QString& file)
     {
@@ -66,11 +84,7 @@ public:
     void saveSlowly(const QString& name, int steps)
     {
         chooseFromMenu(ToolBar::Save, 2);
-        auto* dialog = openDialog<QFileDialog>();
-        if (!dialog)
-            qFatal("no dialog opens");
-        dialog->findChild<QLineEdit*>("fileNameEdit")->setText(path(name));
-        static_cast<QDialog*>(dialog)->accept();
+        acceptFile(path(name));
         auto& next = timer("tmrMovie");
         next.setInterval(600'000);
         for (int i = 0; i < steps; ++i)
@@ -91,6 +105,8 @@ public:
     }
     QSize size() { return part<ImageView>("imgMain").Picture().size(); }
 
+    ScriptedServer server;
+
 private:
     QTemporaryDir m_files;
 };
@@ -104,17 +120,13 @@ private slots:
     void anOpenedImageJoinsTheHistorySilently()
     {
         Files f;
-        ScriptedServer server;
-        server.listen();
-        server.play(pictureAnswer(picture(1)));
-        f.fetch(server.url());
+        f.fetchPicture(1);
         const auto told = f.told();
-        f.press(ToolBar::Open);
-        f.answer(f.write("a.jpg", picture(2)));
+        f.openImage(picture(2));
         QCOMPARE(f.picture(), picture(2));
         QCOMPARE(f.caption(), "Image 2");
         QCOMPARE(f.told(), told);
-        QCOMPARE(f.cam.Url(), server.url());
+        QCOMPARE(f.cam.Url(), f.server.url());
         // The strip learns of it when it is shown.
         auto& strip = f.part<ThumbView>("tvMain");
         QCOMPARE(strip.ThumbCount(), 1);
@@ -132,9 +144,7 @@ private slots:
     {
         Files f;
         f.cam.setUrl("cam/a.jpg");
-        const QString file = f.write("a.jpg", picture(1));
-        f.press(ToolBar::Open);
-        f.answer(file);
+        f.openImage(picture(1));
         QCOMPARE(f.cam.Url(), "cam/a.jpg");
         f.press(ToolBar::Back);
         QCOMPARE(f.told(), (QStringList{"change http://"}));
@@ -148,13 +158,9 @@ private slots:
     void the46thOpenedImageBecomesTheNewest45th()
     {
         Files f;
-        const QString file = f.write("a.jpg", picture(1));
-        for (int i = 0; i < 45; ++i) {
-            f.press(ToolBar::Open);
-            f.answer(file);
-        }
-        f.press(ToolBar::Open);
-        f.answer(f.write("b.jpg", picture(2)));
+        for (int i = 0; i < 45; ++i)
+            f.openImage(picture(1));
+        f.openImage(picture(2), "b.jpg");
         QCOMPARE(f.caption(), "Image 45");
         QCOMPARE(f.picture(), picture(2));
         f.press(ToolBar::ToggleView);
@@ -164,11 +170,9 @@ private slots:
     void aFileThatIsNoPictureStopsThere()
     {
         Files f;
-        f.press(ToolBar::Open);
-        f.answer(f.write("good.jpg", picture(1)));
+        f.openImage(picture(1), "good.jpg");
         f.hideStatus();
-        f.press(ToolBar::Open);
-        f.answer(f.write("bad.jpg", "no picture"));
+        f.openImage("no picture", "bad.jpg");
         QCOMPARE(f.status(), "  Error: Not a picture.");
         QVERIFY(f.statusIsShown());
         QCOMPARE(f.picture(), picture(1));
@@ -178,8 +182,7 @@ private slots:
     void theImageOnShowIsSaved()
     {
         Files f;
-        f.press(ToolBar::Open);
-        f.answer(f.write("a.jpg", picture(1)));
+        f.openImage(picture(1));
         f.press(ToolBar::Save);
         f.answer(f.path("b.bmp"));
         QVERIFY(f.read("b.bmp").startsWith("BM"));
@@ -188,23 +191,10 @@ private slots:
         QVERIFY(f.read("c.gif").startsWith("GIF8"));
     }
 
-    void aFailedSaveSaysSo()
-    {
-        Files f;
-        f.press(ToolBar::Open);
-        f.answer(f.write("a.jpg", picture(1)));
-        f.hideStatus();
-        f.press(ToolBar::Save);
-        f.answer(f.path("missing folder/b.jpg"));
-        QCOMPARE(f.status(), "  Error: Not saved.");
-        QVERIFY(f.statusIsShown());
-    }
-
     void aMovieReplacesTheHistory()
     {
         Files f;
-        f.press(ToolBar::Open);
-        f.answer(f.write("a.bmp", encodedPicture({3, 3}, Qt::red, "bmp")));
+        f.openImage(encodedPicture({3, 3}, Qt::red, "bmp"), "a.bmp");
         f.cam.setUrl("cam/a.jpg");
         f.openMovie(f.write("m.pvm", movieOf(3)));
         QTRY_VERIFY(!f.isWorking());
@@ -266,8 +256,7 @@ private slots:
     {
         Files f;
         f.cam.setUrl("cam/a.jpg");
-        f.cam.LoadMovie(f.write("m.pvm", movieOf(2)));
-        QTRY_VERIFY(!f.isWorking());
+        f.loadMovie(2);
         f.press(ToolBar::Forward);
         f.press(ToolBar::Delete);
         f.press(ToolBar::PlayMovie);
@@ -279,14 +268,10 @@ private slots:
     void aLongMovieStaysWholeAndEachNewImageCostsOne()
     {
         Files f;
-        f.cam.LoadMovie(f.write("m.pvm", movieOf(60)));
-        QTRY_VERIFY(!f.isWorking());
+        f.loadMovie(60);
         f.press(ToolBar::Back);
         QCOMPARE(f.caption(), "Image 60");
-        ScriptedServer server;
-        server.listen();
-        server.play(pictureAnswer(picture(61)));
-        f.fetch(server.url());
+        f.fetchPicture(61);
         QCOMPARE(f.caption(), "Image 60");
         f.press(ToolBar::Forward);
         QCOMPARE(f.picture(), picture(2));
@@ -296,11 +281,9 @@ private slots:
     {
         Files f;
         for (int number = 1; number <= 3; ++number) {
-            f.press(ToolBar::Open);
-            f.answer(f.write("a.jpg", picture(number)));
+            f.openImage(picture(number));
         }
-        f.chooseFromMenu(ToolBar::Save, 2);
-        f.answer(f.path("m.pvm"));
+        f.saveMovie("m.pvm");
         QTRY_VERIFY(!f.isWorking());
         QCOMPARE(f.status(), "");
         f.chooseFromMenu(ToolBar::Delete, 2);
@@ -317,8 +300,7 @@ private slots:
     void anEmptyHistorySavesAnEmptyFile()
     {
         Files f;
-        f.chooseFromMenu(ToolBar::Save, 2);
-        f.answer(f.path("m.pvm"));
+        f.saveMovie("m.pvm");
         QTRY_VERIFY(!f.isWorking());
         QVERIFY(QFileInfo::exists(f.path("m.pvm")));
         QCOMPARE(f.read("m.pvm"), QByteArray());
@@ -326,14 +308,21 @@ private slots:
         QCOMPARE(answerMessage(QMessageBox::Ok).text, "Out of memory");
     }
 
-    void aFailedMovieSaveSaysSoAndKeepsTheOldFile()
+    void aFailedSaveSaysSo_data()
     {
+        const Rows<int> row("item"); // of the toolbar's menu
+        row("an image", 1);
+        row("a movie", 2);
+    }
+
+    void aFailedSaveSaysSo()
+    {
+        QFETCH(int, item);
         Files f;
-        f.press(ToolBar::Open);
-        f.answer(f.write("a.jpg", picture(1)));
+        f.openImage(picture(1));
         f.hideStatus();
-        f.chooseFromMenu(ToolBar::Save, 2);
-        f.answer(f.path("missing folder/m.pvm"));
+        f.chooseFromMenu(ToolBar::Save, item);
+        f.answer(f.path("missing folder/m.jpg"));
         QTRY_COMPARE(f.status(), "  Error: Not saved.");
         QVERIFY(f.statusIsShown());
         QTRY_VERIFY(!f.isWorking());
@@ -343,13 +332,9 @@ private slots:
     void imagesFetchedDuringASaveAreSavedToo()
     {
         Files f;
-        f.cam.LoadMovie(f.write("m.pvm", movieOf(20)));
-        QTRY_VERIFY(!f.isWorking());
+        f.loadMovie(20);
         f.saveSlowly("n.pvm", 5);
-        ScriptedServer server;
-        server.listen();
-        server.play(pictureAnswer(picture(21)));
-        f.fetch(server.url());
+        f.fetchPicture(21);
         QCOMPARE(f.caption(), "Image 21");
         f.timer("tmrMovie").setInterval(0);
         QTRY_VERIFY(!f.isWorking());
@@ -362,8 +347,7 @@ private slots:
     void aSavedMovieHoldsWhatIsThereWhenItsNumberComes()
     {
         Files f;
-        f.cam.LoadMovie(f.write("m.pvm", movieOf(6)));
-        QTRY_VERIFY(!f.isWorking());
+        f.loadMovie(6);
         f.saveSlowly("n.pvm", 3);
         // Entry 1 goes, the others move up, and what was entry 4 has been passed by.
         f.press(ToolBar::Delete);
@@ -375,11 +359,9 @@ private slots:
     void playWaitsForASave()
     {
         Files f;
-        f.cam.LoadMovie(f.write("m.pvm", movieOf(5)));
-        QTRY_VERIFY(!f.isWorking());
+        f.loadMovie(5);
         f.press(ToolBar::Back);
-        f.chooseFromMenu(ToolBar::Save, 2);
-        f.answer(f.path("n.pvm"));
+        f.saveMovie("n.pvm");
         f.press(ToolBar::PlayMovie);
         QVERIFY(f.isWorking());
         QCOMPARE(f.enabledButtons(), QList<int>{ToolBar::StopMovie});
@@ -403,8 +385,7 @@ private slots:
     void closingDuringASaveKeepsTheOldFile()
     {
         Files f;
-        f.cam.LoadMovie(f.write("m.pvm", movieOf(5)));
-        QTRY_VERIFY(!f.isWorking());
+        f.loadMovie(5);
         const QString old = f.write("old.pvm", "old");
         f.chooseFromMenu(ToolBar::Save, 2);
         f.answer(old);

@@ -25,6 +25,7 @@ public:
     {
         server.listen();
         cam.setNewOnly(false);
+        cam.setClock([this] { return now; });
         fetchMore(images);
     }
 
@@ -38,6 +39,18 @@ public:
         }
     }
 
+    /// Whether nothing is on show, the number of an image included.
+    bool showsNothing()
+    {
+        return caption() == "Image N/A" && part<ImageView>("imgMain").Picture().isNull();
+    }
+    /// What the caption says of the picture on show, and which of those sent it is, from 1.
+    QString onShow() { return caption() + ": " + QString::number(sent.indexOf(picture()) + 1); }
+    /// Presses a button; what is told by that.
+    QStringList toldBy(int button)
+    {
+        return since([&] { press(button); });
+    }
     ThumbView& strip() { return part<ThumbView>("tvMain"); }
     bool showsStrip() { return strip().isVisible() && !part<QWidget>("imgMain").isVisible(); }
     bool showsPicture() { return !strip().isVisible() && part<QWidget>("imgMain").isVisible(); }
@@ -47,6 +60,12 @@ public:
         for (int n = 1; n <= strip().ThumbCount(); ++n)
             pictures << strip().Picture(n).bytes();
         return pictures;
+    }
+    /// Lets the pause of a play pass, by the clock and by its timer.
+    void letPause()
+    {
+        now = now.addMSecs(1010);
+        timer("tmrPlay").elapse();
     }
     /// What is told from here on.
     QStringList since(const std::function<void()>& act)
@@ -58,6 +77,7 @@ public:
 
     ScriptedServer server;
     QList<QByteArray> sent;
+    QDateTime now{QDate(2001, 2, 3), QTime(12, 0)};
 };
 
 } // namespace
@@ -71,14 +91,12 @@ private slots:
         Watched w(3);
         QCOMPARE(w.caption(), "Image 3");
         w.press(ToolBar::Forward);
-        QCOMPARE(w.caption(), "Image 1");
-        QCOMPARE(w.picture(), w.sent[0]);
+        QCOMPARE(w.onShow(), "Image 1: 1");
         w.press(ToolBar::Forward);
         QCOMPARE(w.caption(), "Image 2");
         w.press(ToolBar::Back);
         w.press(ToolBar::Back);
-        QCOMPARE(w.caption(), "Image 3");
-        QCOMPARE(w.picture(), w.sent[2]);
+        QCOMPARE(w.onShow(), "Image 3: 3");
     }
 
     void steppingBackSetsUrlAndAnnouncesIt()
@@ -87,8 +105,7 @@ private slots:
         QSignalSpy urlChanged(&w.cam, &WebCam::UrlChanged);
         QString captionThen;
         QObject::connect(&w.cam, &WebCam::ImageChange, &w, [&] { captionThen = w.caption(); });
-        QCOMPARE(w.since([&] { w.press(ToolBar::Back); }),
-                 (QStringList{"change http://127.0.0.1/1.jpg"}));
+        QCOMPARE(w.toldBy(ToolBar::Back), (QStringList{"change http://127.0.0.1/1.jpg"}));
         QCOMPARE(w.cam.Url(), "127.0.0.1/1.jpg");
         QCOMPARE(urlChanged.count(), 1);
         // The caption follows the announcement.
@@ -116,37 +133,24 @@ private slots:
     {
         Watched w(0);
         for (const int button : {ToolBar::Back, ToolBar::Forward, ToolBar::Delete}) {
-            QCOMPARE(w.since([&] { w.press(button); }), QStringList{});
+            QCOMPARE(w.toldBy(button), QStringList{});
             QCOMPARE(w.caption(), "");
         }
         w.chooseFromMenu(ToolBar::Delete, 1);
         QCOMPARE(w.caption(), "");
     }
 
-    void theDeleteButtonShowsWhatFollows()
+    void theDeleteButtonShowsWhatFollowsOrTheNewLast()
     {
         Watched w(3);
         w.press(ToolBar::Back);
-        QCOMPARE(w.since([&] { w.press(ToolBar::Delete); }),
-                 (QStringList{"change http://127.0.0.1/3.jpg"}));
-        QCOMPARE(w.caption(), "Image 2");
-        QCOMPARE(w.picture(), w.sent[2]);
-    }
-
-    void theDeleteButtonOnTheLastShowsTheNewLast()
-    {
-        Watched w(3);
+        QCOMPARE(w.toldBy(ToolBar::Delete), (QStringList{"change http://127.0.0.1/3.jpg"}));
+        QCOMPARE(w.onShow(), "Image 2: 3");
         w.press(ToolBar::Delete);
-        QCOMPARE(w.caption(), "Image 2");
-        QCOMPARE(w.picture(), w.sent[1]);
-    }
-
-    void deletingTheOnlyOneLeavesNothing()
-    {
-        Watched w(1);
-        QCOMPARE(w.since([&] { w.press(ToolBar::Delete); }), QStringList{});
-        QCOMPARE(w.caption(), "Image N/A");
-        QVERIFY(w.part<ImageView>("imgMain").Picture().isNull());
+        QCOMPARE(w.onShow(), "Image 1: 1");
+        // The only one leaves nothing.
+        QCOMPARE(w.toldBy(ToolBar::Delete), QStringList{});
+        QVERIFY(w.showsNothing());
     }
 
     void theDeleteMenuLeavesNothingAndTheNumber()
@@ -154,8 +158,7 @@ private slots:
         Watched w(3);
         w.press(ToolBar::Back);
         QCOMPARE(w.since([&] { w.chooseFromMenu(ToolBar::Delete, 1); }), QStringList{});
-        QCOMPARE(w.caption(), "Image N/A");
-        QVERIFY(w.part<ImageView>("imgMain").Picture().isNull());
+        QVERIFY(w.showsNothing());
         // The number was kept: the next step counts from 2.
         w.press(ToolBar::Back);
         QCOMPARE(w.caption(), "Image 1");
@@ -164,8 +167,7 @@ private slots:
         w.press(ToolBar::Forward);
         w.chooseFromMenu(ToolBar::Delete, 1);
         w.press(ToolBar::Forward);
-        QCOMPARE(w.caption(), "Image 1");
-        QCOMPARE(w.picture(), w.sent[0]);
+        QCOMPARE(w.onShow(), "Image 1: 1");
     }
 
     void deleteAllForgetsEverything()
@@ -176,8 +178,7 @@ private slots:
         w.server.play(pictureAnswer(picture, "Last-Modified: Mon\r\n"));
         w.fetch(w.server.url());
         w.chooseFromMenu(ToolBar::Delete, 2);
-        QCOMPARE(w.caption(), "Image N/A");
-        QVERIFY(w.part<ImageView>("imgMain").Picture().isNull());
+        QVERIFY(w.showsNothing());
         QCOMPARE(w.strip().ThumbCount(), 0);
         // The same body is new again, and nothing is asked about its date.
         w.fetch();
@@ -202,23 +203,17 @@ private slots:
         QCOMPARE(w.caption(), "Image 1");
     }
 
-    void theStripShowsTheHistory()
+    void theStripShowsTheHistoryAndOffersOnlyWhatLeavesItAlone()
     {
         Watched w(3);
         QVERIFY(w.showsPicture());
         w.press(ToolBar::ToggleView);
         QVERIFY(w.showsStrip());
         QCOMPARE(w.thumbnails(), w.sent);
+        QCOMPARE(w.enabledButtons(), (QList<int>{6, 7, 9, 15}));
         w.press(ToolBar::ToggleView);
         QVERIFY(w.showsPicture());
         QCOMPARE(w.enabledButtons(), AllButtons);
-    }
-
-    void theStripOffersOnlyWhatLeavesTheHistoryAlone()
-    {
-        Watched w(1);
-        w.press(ToolBar::ToggleView);
-        QCOMPARE(w.enabledButtons(), (QList<int>{6, 7, 9, 15}));
     }
 
     void theStripFollowsFetches()
@@ -250,8 +245,7 @@ private slots:
         QCOMPARE(w.since([&] { QTest::mouseClick(&thumbnail, Qt::LeftButton); }),
                  (QStringList{"change http://127.0.0.1/2.jpg"}));
         QCOMPARE(w.cam.Url(), "127.0.0.1/2.jpg");
-        QCOMPARE(w.caption(), "Image 2");
-        QCOMPARE(w.picture(), w.sent[1]);
+        QCOMPARE(w.onShow(), "Image 2: 2");
         QVERIFY(w.showsPicture());
         QCOMPARE(w.enabledButtons(), AllButtons);
         w.press(ToolBar::Forward);
@@ -301,8 +295,7 @@ private slots:
     void the46thImageLeavesHistoryAndStripInStep()
     {
         Watched w(46);
-        QCOMPARE(w.caption(), "Image 45");
-        QCOMPARE(w.picture(), w.sent[45]);
+        QCOMPARE(w.onShow(), "Image 45: 46");
         QCOMPARE(w.thumbnails(), w.sent.mid(1));
         w.press(ToolBar::Forward);
         QCOMPARE(w.picture(), w.sent[1]);
@@ -321,18 +314,13 @@ private slots:
     void playShowsTheEntriesInTurn()
     {
         Watched w(2);
-        QDateTime now(QDate(2001, 2, 3), QTime(12, 0));
-        w.cam.setClock([&] { return now; });
         const auto told = w.since([&] {
             w.press(ToolBar::PlayMovie);
-            QCOMPARE(w.caption(), "Image 1");
-            QCOMPARE(w.picture(), w.sent[0]);
+            QCOMPARE(w.onShow(), "Image 1: 1");
             QCOMPARE(w.enabledButtons(), QList<int>{ToolBar::StopMovie});
             QCOMPARE(w.timer("tmrPlay").Interval(), 1000);
-            now = now.addMSecs(1010);
-            w.timer("tmrPlay").elapse();
-            QCOMPARE(w.caption(), "Image 2");
-            QCOMPARE(w.picture(), w.sent[1]);
+            w.letPause();
+            QCOMPARE(w.onShow(), "Image 2: 2");
         });
         QCOMPARE(told, QStringList{});
         QCOMPARE(w.cam.Url(), w.server.url("/2.jpg"));
@@ -342,8 +330,7 @@ private slots:
     {
         Watched w(2);
         w.press(ToolBar::PlayMovie);
-        QCOMPARE(w.since([&] { w.press(ToolBar::StopMovie); }),
-                 (QStringList{"change http://127.0.0.1/1.jpg"}));
+        QCOMPARE(w.toldBy(ToolBar::StopMovie), (QStringList{"change http://127.0.0.1/1.jpg"}));
         QCOMPARE(w.cam.Url(), "127.0.0.1/1.jpg");
         QCOMPARE(w.caption(), "Image 1");
         QCOMPARE(w.enabledButtons(), AllButtons);
@@ -382,15 +369,12 @@ private slots:
     void aFetchDuringPlayIsKept()
     {
         Watched w(1);
-        QDateTime now(QDate(2001, 2, 3), QTime(12, 0));
-        w.cam.setClock([&] { return now; });
         w.press(ToolBar::PlayMovie);
         w.fetchMore(1);
         QCOMPARE(w.caption(), "Image 2");
         QStringList captions;
         for (int i = 0; i < 3; ++i) {
-            now = now.addMSecs(1010);
-            w.timer("tmrPlay").elapse();
+            w.letPause();
             captions << w.caption();
         }
         QCOMPARE(captions, (QStringList{"Image 1", "Image 2", "Image 1"}));
@@ -462,8 +446,7 @@ private slots:
         Watched w(2);
         w.press(ToolBar::PlayMovie);
         w.cam.LoadMovie("/no such movie");
-        QCOMPARE(w.since([&] { w.press(ToolBar::StopMovie); }),
-                 (QStringList{"change http://127.0.0.1/1.jpg"}));
+        QCOMPARE(w.toldBy(ToolBar::StopMovie), (QStringList{"change http://127.0.0.1/1.jpg"}));
         QCOMPARE(answerMessage(QMessageBox::Ok).text, "Out of memory");
         QVERIFY(w.part<ImageView>("imgMain").Picture().isNull());
     }

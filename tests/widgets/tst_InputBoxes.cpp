@@ -4,7 +4,6 @@
 #include "widgets/InputBoxes.h"
 
 #include <QClipboard>
-#include <QLineEdit>
 
 static void paste(QLineEdit& box, const QString& text)
 {

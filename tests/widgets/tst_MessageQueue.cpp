@@ -1,8 +1,6 @@
-#include "support/Dialogs.h"
 #include "widgets/MessageQueue.h"
 
 #include <QCheckBox>
-#include <QPushButton>
 
 namespace {
 

@@ -1,38 +1,13 @@
+#include "support/Desktop.h"
 #include "widgets/Topmost.h"
 
 using namespace Qt::Literals::StringLiterals;
 
 namespace {
 
-/// What the window manager says of a window, as xprop prints it.
-QString windowState(const QWidget& window)
-{
-    // Not QWidget::winId(), which Qt does not renew with the system's window.
-    const QString id = QString::number(window.windowHandle()->winId());
-    QProcess xprop;
-    xprop.start(u"xprop"_s, {u"-id"_s, id, u"_NET_WM_STATE"_s});
-    if (!xprop.waitForFinished(HangMs) || xprop.exitCode() != 0)
-        qFatal("xprop: %s", xprop.readAllStandardError().constData());
-    return QString::fromLatin1(xprop.readAllStandardOutput());
-}
-
 bool isAbove(const QWidget& window)
 {
-    return windowState(window).contains("_NET_WM_STATE_ABOVE"_L1);
-}
-
-/// The windows of the program from the lowest to the highest, as the window manager stacks them.
-QList<WId> stacking()
-{
-    QProcess xprop;
-    xprop.start(u"xprop"_s, {u"-root"_s, u"_NET_CLIENT_LIST_STACKING"_s});
-    xprop.waitForFinished(HangMs);
-    QList<WId> windows;
-    static const QRegularExpression number(u"0x[0-9a-f]+"_s);
-    auto match = number.globalMatch(QString::fromLatin1(xprop.readAllStandardOutput()));
-    while (match.hasNext())
-        windows << match.next().captured().toULongLong(nullptr, 16);
-    return windows;
+    return windowProperty(window, u"_NET_WM_STATE"_s).contains("_NET_WM_STATE_ABOVE"_L1);
 }
 
 class Watched : public QWidget
@@ -42,6 +17,12 @@ public:
     {
         setWindowTitle(u"Watched"_s);
         setGeometry(200, 150, 300, 200);
+    }
+    /// Shows it and waits until it is on the screen.
+    void appear()
+    {
+        show();
+        QVERIFY(waitForExposed(this));
     }
     int hidden = 0;
     int renewed = 0;
@@ -69,8 +50,7 @@ private slots:
         QVERIFY(window.windowHandle());
         QVERIFY(!window.isVisible());
         const WId id = window.winId();
-        window.show();
-        QVERIFY(waitForExposed(&window));
+        window.appear();
         QTRY_VERIFY(isAbove(window));
         QCOMPARE(window.winId(), id);
         QCOMPARE(window.windowHandle()->winId(), id);
@@ -80,8 +60,7 @@ private slots:
     void aShownWindowIsRaisedAndReleasedInPlace()
     {
         Watched window;
-        window.show();
-        QVERIFY(waitForExposed(&window));
+        window.appear();
         const WId id = window.winId();
         QVERIFY(!isAbove(window));
         const QRect geometry = window.geometry();
@@ -108,13 +87,11 @@ private slots:
     void itStaysAboveAfterItWasHiddenAndShown()
     {
         Watched window;
-        window.show();
-        QVERIFY(waitForExposed(&window));
+        window.appear();
         QVERIFY(setTopmost(window, true));
         QTRY_VERIFY(isAbove(window));
         window.hide();
-        window.show();
-        QVERIFY(waitForExposed(&window));
+        window.appear();
         QTRY_VERIFY(isAbove(window));
     }
 
@@ -122,13 +99,11 @@ private slots:
     {
         Watched window;
         QVERIFY(setTopmost(window, true));
-        window.show();
-        QVERIFY(waitForExposed(&window));
+        window.appear();
         QTRY_VERIFY(isAbove(window));
         window.hide();
         QVERIFY(setTopmost(window, false));
-        window.show();
-        QVERIFY(waitForExposed(&window));
+        window.appear();
         QTRY_VERIFY(!isAbove(window));
     }
 
@@ -136,10 +111,8 @@ private slots:
     {
         Watched window;
         Watched other;
-        window.show();
-        QVERIFY(waitForExposed(&window));
-        other.show();
-        QVERIFY(waitForExposed(&other));
+        window.appear();
+        other.appear();
         QVERIFY(setTopmost(window, true));
         QTRY_COMPARE(stacking().last(), window.winId());
         other.raise();
@@ -155,13 +128,11 @@ private slots:
     void aWindowMadeAnewStaysAbove()
     {
         Watched window;
-        window.show();
-        QVERIFY(waitForExposed(&window));
+        window.appear();
         QVERIFY(setTopmost(window, true));
         // This is what makes Qt hide the window and apply the widget's own flags.
         window.setWindowFlag(Qt::WindowMaximizeButtonHint, false);
-        window.show();
-        QVERIFY(waitForExposed(&window));
+        window.appear();
         QTRY_VERIFY(isAbove(window));
     }
 

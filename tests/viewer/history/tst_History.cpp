@@ -1,6 +1,7 @@
 #include "support/Pictures.h"
 #include "viewer/history/History.h"
 
+#include <memory>
 #include <optional>
 
 static Still still(int width)
@@ -12,36 +13,35 @@ class HistoryTest : public QObject
 {
     Q_OBJECT
 private slots:
+    void init() { history = std::make_unique<History>(); }
+
     void theNewestIsTheCurrentImage()
     {
-        History history;
-        QCOMPARE(history.CurrentImage(), 0);
-        history.Append(still(1), "cam/a", "");
-        history.Append(still(2), "cam/a", "");
-        QCOMPARE(history.CurrentImage(), 2);
-        QCOMPARE(history.ilHis().Picture(2).size().width(), 2);
+        QCOMPARE(history->CurrentImage(), 0);
+        history->Append(still(1), "cam/a", "");
+        history->Append(still(2), "cam/a", "");
+        QCOMPARE(history->CurrentImage(), 2);
+        QCOMPARE(history->ilHis().Picture(2).size().width(), 2);
     }
 
     void the46thImageRemovesTheOldest()
     {
-        History history;
         for (int i = 1; i <= 45; ++i)
-            history.Append(still(i), "cam/a", "");
-        QCOMPARE(history.ilHis().Count(), 45);
-        history.Append(still(46), "cam/a", "");
-        QCOMPARE(history.ilHis().Count(), 45);
-        QCOMPARE(history.CurrentImage(), 45);
-        QCOMPARE(history.ilHis().Picture(1).size().width(), 2);
-        QCOMPARE(history.ilHis().Picture(45).size().width(), 46);
+            history->Append(still(i), "cam/a", "");
+        QCOMPARE(history->ilHis().Count(), 45);
+        history->Append(still(46), "cam/a", "");
+        QCOMPARE(history->ilHis().Count(), 45);
+        QCOMPARE(history->CurrentImage(), 45);
+        QCOMPARE(history->ilHis().Picture(1).size().width(), 2);
+        QCOMPARE(history->ilHis().Picture(45).size().width(), 46);
     }
 
     void keysHoldAddressAndDateAndAreUnique()
     {
-        History history;
         QSet<QString> tails;
         for (int i = 0; i < 20; ++i) {
-            history.Append(still(1), "cam/a.jpg", "Thu");
-            const QStringList fields = history.ilHis().Key(i + 1).split(QChar(0xFF));
+            history->Append(still(1), "cam/a.jpg", "Thu");
+            const QStringList fields = history->ilHis().Key(i + 1).split(QChar(0xFF));
             QCOMPARE(fields.size(), 3);
             QCOMPARE(fields[0], "cam/a.jpg");
             QCOMPARE(fields[1], "Thu");
@@ -52,28 +52,26 @@ private slots:
 
     void lastModifiedIsTheNewestOfItsAddress()
     {
-        History history;
-        QCOMPARE(history.lastModifiedOf("cam/a"), "");
-        history.Append(still(1), "cam/a", "Mon");
-        history.Append(still(1), "cam/b", "Tue");
-        history.Append(still(1), "cam/a", "Wed");
-        history.Append(still(1), "cam/c", "");
-        QCOMPARE(history.lastModifiedOf("cam/a"), "Wed");
-        QCOMPARE(history.lastModifiedOf("cam/b"), "Tue");
-        QCOMPARE(history.lastModifiedOf("cam/c"), "");
-        QCOMPARE(history.lastModifiedOf("cam/A"), "");
-        QCOMPARE(history.lastModifiedOf("cam"), "");
+        QCOMPARE(history->lastModifiedOf("cam/a"), "");
+        history->Append(still(1), "cam/a", "Mon");
+        history->Append(still(1), "cam/b", "Tue");
+        history->Append(still(1), "cam/a", "Wed");
+        history->Append(still(1), "cam/c", "");
+        QCOMPARE(history->lastModifiedOf("cam/a"), "Wed");
+        QCOMPARE(history->lastModifiedOf("cam/b"), "Tue");
+        QCOMPARE(history->lastModifiedOf("cam/c"), "");
+        QCOMPARE(history->lastModifiedOf("cam/A"), "");
+        QCOMPARE(history->lastModifiedOf("cam"), "");
     }
 
     void anOpenedFileHasNoAddress()
     {
-        History history;
         QSet<QString> keys;
         for (int n = 1; n <= 20; ++n) {
-            history.AppendFile(still(n));
-            QCOMPARE(history.CurrentImage(), n);
-            QCOMPARE(history.addressOf(n), std::optional<QString>(""));
-            const QString key = history.ilHis().Key(n);
+            history->AppendFile(still(n));
+            QCOMPARE(history->CurrentImage(), n);
+            QCOMPARE(history->addressOf(n), std::optional<QString>(""));
+            const QString key = history->ilHis().Key(n);
             QCOMPARE(key.count(QChar(0xFF)), 1);
             QVERIFY(key.startsWith(QChar(0xFF)));
             QVERIFY(key.size() > 1);
@@ -84,122 +82,119 @@ private slots:
 
     void keysStayUniqueWhateverIsRemoved()
     {
-        History history;
         for (int i = 0; i < 3; ++i) {
-            history.Append(still(1), "cam/a", "");
-            history.AppendFile(still(2));
-            history.setCurrentImage(1);
-            QVERIFY(history.removeCurrent());
+            history->Append(still(1), "cam/a", "");
+            history->AppendFile(still(2));
+            history->setCurrentImage(1);
+            QVERIFY(history->removeCurrent());
         }
-        QCOMPARE(history.Count(), 3);
-        history.Clear();
-        history.Append(still(1), "cam/a", "");
-        QCOMPARE(history.Count(), 1);
+        QCOMPARE(history->Count(), 3);
+        history->Clear();
+        history->Append(still(1), "cam/a", "");
+        QCOMPARE(history->Count(), 1);
     }
 
     void the46thFileRemovesTheOldestToo()
     {
-        History history;
-        for (int i = 1; i <= 46; ++i)
-            history.AppendFile(still(i));
-        QCOMPARE(history.Count(), 45);
-        QCOMPARE(history.CurrentImage(), 45);
-        QCOMPARE(history.ilHis().Picture(1).size().width(), 2);
+        addFiles(46);
+        QCOMPARE(history->Count(), 45);
+        QCOMPARE(history->CurrentImage(), 45);
+        QCOMPARE(history->ilHis().Picture(1).size().width(), 2);
     }
 
     void framesHaveNoKeyAndNoLimit()
     {
-        History history;
         for (int i = 1; i <= 60; ++i)
-            history.AppendFrame(still(i));
-        QCOMPARE(history.Count(), 60);
-        QCOMPARE(history.CurrentImage(), 0);
-        QCOMPARE(history.addressOf(7), std::nullopt);
-        QCOMPARE(history.ilHis().Key(7), "");
+            history->AppendFrame(still(i));
+        QCOMPARE(history->Count(), 60);
+        QCOMPARE(history->CurrentImage(), 0);
+        QCOMPARE(history->addressOf(7), std::nullopt);
+        QCOMPARE(history->ilHis().Key(7), "");
 
         // Then one goes for each that comes.
-        history.Append(still(61), "cam/a", "");
-        QCOMPARE(history.Count(), 60);
-        QCOMPARE(history.CurrentImage(), 60);
-        history.AppendFile(still(62));
-        QCOMPARE(history.Count(), 60);
-        QCOMPARE(history.ilHis().Picture(1).size().width(), 3);
+        history->Append(still(61), "cam/a", "");
+        QCOMPARE(history->Count(), 60);
+        QCOMPARE(history->CurrentImage(), 60);
+        history->AppendFile(still(62));
+        QCOMPARE(history->Count(), 60);
+        QCOMPARE(history->ilHis().Picture(1).size().width(), 3);
     }
 
     void stepsWrapAround()
     {
-        History history;
-        for (int i = 1; i <= 3; ++i)
-            history.AppendFile(still(i));
-        QCOMPARE(history.forward(), 1);
-        QCOMPARE(history.forward(), 2);
-        QCOMPARE(history.back(), 1);
-        QCOMPARE(history.back(), 3);
-        QCOMPARE(history.CurrentImage(), 3);
-        history.setCurrentImage(0);
-        QCOMPARE(history.forward(), 1);
-        history.setCurrentImage(0);
-        QCOMPARE(history.back(), 3);
+        addFiles(3);
+        QCOMPARE(history->forward(), 1);
+        QCOMPARE(history->forward(), 2);
+        QCOMPARE(history->back(), 1);
+        QCOMPARE(history->back(), 3);
+        QCOMPARE(history->CurrentImage(), 3);
+        history->setCurrentImage(0);
+        QCOMPARE(history->forward(), 1);
+        history->setCurrentImage(0);
+        QCOMPARE(history->back(), 3);
     }
 
     void stepsFromAboveTheEndLeadToTheNewest()
     {
-        History history;
-        history.AppendFile(still(1));
-        history.AppendFile(still(2));
-        history.setCurrentImage(9);
-        QCOMPARE(history.back(), 2);
-        history.setCurrentImage(9);
-        QCOMPARE(history.forward(), 2);
+        addFiles(2);
+        history->setCurrentImage(9);
+        QCOMPARE(history->back(), 2);
+        history->setCurrentImage(9);
+        QCOMPARE(history->forward(), 2);
     }
 
     void anEmptyHistoryHasNoSteps()
     {
-        History history;
-        history.setCurrentImage(7);
-        QCOMPARE(history.back(), 0);
-        QCOMPARE(history.forward(), 0);
-        QCOMPARE(history.CurrentImage(), 7);
-        QCOMPARE(history.addressOf(0), std::nullopt);
-        QVERIFY(!history.removeCurrent());
+        history->setCurrentImage(7);
+        QCOMPARE(history->back(), 0);
+        QCOMPARE(history->forward(), 0);
+        QCOMPARE(history->CurrentImage(), 7);
+        QCOMPARE(history->addressOf(0), std::nullopt);
+        QVERIFY(!history->removeCurrent());
     }
 
     void removalLeavesTheNumber()
     {
-        History history;
-        for (int i = 1; i <= 3; ++i)
-            history.AppendFile(still(i));
-        history.setCurrentImage(2);
-        QVERIFY(history.removeCurrent());
-        QCOMPARE(history.CurrentImage(), 2);
-        QCOMPARE(history.ilHis().Picture(2).size().width(), 3);
-        history.setCurrentImage(3);
-        QVERIFY(!history.removeCurrent());
-        history.Clear();
-        QCOMPARE(history.Count(), 0);
-        QCOMPARE(history.CurrentImage(), 3);
+        addFiles(3);
+        history->setCurrentImage(2);
+        QVERIFY(history->removeCurrent());
+        QCOMPARE(history->CurrentImage(), 2);
+        QCOMPARE(history->ilHis().Picture(2).size().width(), 3);
+        history->setCurrentImage(3);
+        QVERIFY(!history->removeCurrent());
+        history->Clear();
+        QCOMPARE(history->Count(), 0);
+        QCOMPARE(history->CurrentImage(), 3);
     }
 
     void eachEntryKnowsItsCamera()
     {
-        History history;
-        history.Append(still(1), "cam/a", "Mon", "cam:81/a");
-        history.Append(still(2), "cam/a", "Mon", "cam:82/a");
-        history.AppendFile(still(3));
-        QCOMPARE(history.cameraOf(1), "cam:81/a");
-        QCOMPARE(history.cameraOf(2), "cam:82/a");
-        QCOMPARE(history.cameraOf(3), "");
-        QCOMPARE(history.newestOf("cam/a"), 2);
-        QCOMPARE(history.newestOf("cam/a", "cam:81/a"), 1);
-        QCOMPARE(history.newestOf("cam/a", "cam:82/a"), 2);
-        QCOMPARE(history.newestOf("cam/a", "cam:83/a"), 0);
-        QCOMPARE(history.newestOf("cam/b"), 0);
-        history.setCurrentImage(1);
-        history.removeCurrent();
-        QCOMPARE(history.cameraOf(1), "cam:82/a");
-        history.Clear();
-        QCOMPARE(history.cameraOf(1), "");
+        history->Append(still(1), "cam/a", "Mon", "cam:81/a");
+        history->Append(still(2), "cam/a", "Mon", "cam:82/a");
+        history->AppendFile(still(3));
+        QCOMPARE(history->cameraOf(1), "cam:81/a");
+        QCOMPARE(history->cameraOf(2), "cam:82/a");
+        QCOMPARE(history->cameraOf(3), "");
+        QCOMPARE(history->newestOf("cam/a"), 2);
+        QCOMPARE(history->newestOf("cam/a", "cam:81/a"), 1);
+        QCOMPARE(history->newestOf("cam/a", "cam:82/a"), 2);
+        QCOMPARE(history->newestOf("cam/a", "cam:83/a"), 0);
+        QCOMPARE(history->newestOf("cam/b"), 0);
+        history->setCurrentImage(1);
+        history->removeCurrent();
+        QCOMPARE(history->cameraOf(1), "cam:82/a");
+        history->Clear();
+        QCOMPARE(history->cameraOf(1), "");
     }
+
+private:
+    void addFiles(int count)
+    {
+        for (int i = 1; i <= count; ++i)
+            history->AppendFile(still(i));
+    }
+
+    std::unique_ptr<History> history;
 };
 
 QTEST_GUILESS_MAIN(HistoryTest)

@@ -68,9 +68,9 @@ private slots:
 
     void aCutAtAnyByteOfASeparatorLeavesThatMuchInThePart_data()
     {
-        QTest::addColumn<int>("kept");
+        const Rows<int> row("kept");
         for (int kept = 0; kept <= MovieSeparator.size(); ++kept)
-            QTest::addRow("%d bytes of it", kept) << kept;
+            row(std::to_string(kept) + " bytes of it", kept);
     }
 
     void aCutAtAnyByteOfASeparatorLeavesThatMuchInThePart()

@@ -4,6 +4,7 @@
 #include "picture/SaveImage.h"
 #include "shared/JobQueue.h"
 #include "support/Pictures.h"
+#include "support/Rows.h"
 #include "support/ScratchFile.h"
 #include "support/TimeSeam.h"
 #include "viewer/movie/MovieReader.h"
@@ -185,11 +186,9 @@ private slots:
 
     void closedInTheMiddleOfAStepItTellsNoMore_data()
     {
-        QTest::addColumn<bool>("atItsValue");
-        QTest::addColumn<QStringList>("told");
-        QTest::newRow("before the frame") << true << QStringList({"began", "finished"});
-        QTest::newRow("with the frame")
-            << false << QStringList({"began", "frame 10 shown", "loaded", "finished"});
+        const Rows<bool, QStringList> row("atItsValue", "told");
+        row("before the frame", true, {"began", "finished"});
+        row("with the frame", false, {"began", "frame 10 shown", "loaded", "finished"});
     }
 
     void closedInTheMiddleOfAStepItTellsNoMore()
@@ -209,11 +208,10 @@ private slots:
 
     void theEndOfTheProgramEndsItWithoutAWord_data()
     {
-        QTest::addColumn<bool>("saves");
-        QTest::addColumn<int>("steps");
+        const Rows<bool, int> row("saves", "steps");
         for (int steps = 0; steps < 5; ++steps) {
-            QTest::addRow("saving, %d", steps) << true << steps;
-            QTest::addRow("loading, %d", steps) << false << steps;
+            row("saving, " + std::to_string(steps), true, steps);
+            row("loading, " + std::to_string(steps), false, steps);
         }
     }
 

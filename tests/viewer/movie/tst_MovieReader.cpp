@@ -11,7 +11,7 @@
 #include <QLoggingCategory>
 
 #include <algorithm>
-#include <functional>
+#include <string>
 
 namespace {
 
@@ -24,6 +24,18 @@ QByteArray movieOf(const QByteArrayList& frames)
 {
     return frames.join(MovieSeparator.toByteArray());
 }
+
+/// A movie file and its reader, which has not begun, with a folder for its temporary file.
+struct Reading
+{
+    explicit Reading(const QByteArray& content) { movie.setContent(content); }
+    bool loads() { return log.run().contains("loaded"); }
+
+    const ScratchFile movie{"a.pvm"};
+    const ScratchFile temporary{"tt.jpg"};
+    MovieReader reader{movie.path(), temporary.folder()};
+    JobLog log{reader};
+};
 
 QStringList told(const QString& path, const QString& folder)
 {
@@ -41,68 +53,52 @@ class MovieReaderTest : public QObject
 private slots:
     void theOrderIsAlwaysTheSame()
     {
-        ScratchFile movie("three.pvm");
-        movie.setContent(movieOf({frame(10), frame(20), frame(30)}));
-        MovieReader reader(movie.path(), m_folder.path());
-        JobLog log(reader);
-        reader.begin();
+        Reading r(movieOf({frame(10), frame(20), frame(30)}));
+        r.reader.begin();
         // Nothing but this within begin(): the window is shown before the file is opened.
-        QCOMPARE(log.told(), QStringList({"value 0", "caption Loading Movie..."}));
-        QTRY_VERIFY(log.isFinished());
-        QCOMPARE(log.told(),
+        QCOMPARE(r.log.told(), QStringList({"value 0", "caption Loading Movie..."}));
+        QTRY_VERIFY(r.log.isFinished());
+        QCOMPARE(r.log.told(),
                  QStringList({"value 0", "caption Loading Movie...", "maximum 3", "value 1",
                               "frame 10x30", "value 2", "frame 20x30", "value 3", "frame 30x30",
                               "caption Done!", "loaded", "finished"}));
-        QVERIFY(!timerOf(reader, "tmrMovie").Enabled());
-    }
-
-    void aFileWithoutASeparatorIsOneFrame()
-    {
-        ScratchFile movie("one.pvm");
-        movie.setContent(frame(12));
-        QCOMPARE(told(movie.path(), m_folder.path()).mid(2),
-                 QStringList({"maximum 1", "value 1", "frame 12x30", "caption Done!", "loaded",
-                              "finished"}));
+        QVERIFY(!timerOf(r.reader, "tmrMovie").Enabled());
     }
 
     void theFramesAreTheFilesBytes()
     {
         const QByteArrayList frames{frame(10, Qt::red), largePicture(100'000), frame(10, Qt::blue)};
-        ScratchFile movie("bytes.pvm");
-        movie.setContent(movieOf(frames));
-        MovieReader reader(movie.path(), m_folder.path());
+        Reading r(movieOf(frames));
         QByteArrayList got;
-        connect(&reader, &MovieReader::FrameRead, [&](const Still& one) { got += one.bytes(); });
-        QVERIFY(JobLog(reader).run().contains("loaded"));
+        connect(&r.reader, &MovieReader::FrameRead, [&](const Still& one) { got += one.bytes(); });
+        QVERIFY(r.loads());
         QCOMPARE(got, frames);
     }
 
-    void framesOfOtherKindsAndSizesAreFine()
+    void everyFrameIsGiven_data()
     {
-        ScratchFile movie("mixed.pvm");
-        movie.setContent(
-            movieOf({smallGif(), encodedPicture({7, 5}, Qt::green, "bmp"), frame(300)}));
-        MovieReader reader(movie.path(), m_folder.path());
-        JobLog mixed(reader);
-        QVERIFY(mixed.run().contains("loaded"));
-        QCOMPARE(mixed.told("frame"), QStringList({"2x2", "7x5", "300x30"}));
-    }
-
-    void moreThan45FramesStayWhole()
-    {
-        QByteArrayList frames;
+        const Rows<QByteArray, QStringList> row("content", "frames");
+        row("one, without a separator", frame(12), {"12x30"});
+        row("of other kinds and sizes",
+            movieOf({smallGif(), encodedPicture({7, 5}, Qt::green, "bmp"), frame(300)}),
+            {"2x2", "7x5", "300x30"});
+        QByteArrayList many;
         QStringList sizes;
         for (int width = 1; width <= 60; ++width) {
-            frames += frame(width);
+            many += frame(width);
             sizes += QString("%1x30").arg(width);
         }
-        ScratchFile movie("long.pvm");
-        movie.setContent(movieOf(frames));
-        MovieReader reader(movie.path(), m_folder.path());
-        JobLog log(reader);
-        QVERIFY(log.run().contains("loaded"));
-        QCOMPARE(log.told("frame"), sizes);
-        QCOMPARE(log.told("maximum"), QStringList("60"));
+        row("more than 45", movieOf(many), sizes);
+    }
+
+    void everyFrameIsGiven()
+    {
+        QFETCH(QByteArray, content);
+        QFETCH(QStringList, frames);
+        Reading r(content);
+        QVERIFY(r.loads());
+        QCOMPARE(r.log.told("frame"), frames);
+        QCOMPARE(r.log.told("maximum"), QStringList(QString::number(frames.size())));
     }
 
     void whatIsNoMovieFails_data()
@@ -172,46 +168,35 @@ private slots:
         QFETCH(QByteArray, bad);
         QFETCH(QString, maximum);
         QFETCH(qint64, written);
-        const QTemporaryDir folder;
-        ScratchFile movie("bad.pvm");
-        movie.setContent(movieOf({frame(10), frame(20), bad, frame(30)}));
-        QCOMPARE(told(movie.path(), folder.path()),
+        Reading r(movieOf({frame(10), frame(20), bad, frame(30)}));
+        QCOMPARE(r.log.run(),
                  QStringList({"value 0", "caption Loading Movie...", "maximum " + maximum,
                               "value 1", "frame 10x30", "value 2", "frame 20x30", "value 3",
                               "failed", "finished"}));
         const qint64 frames = std::max(frame(10).size(), frame(20).size());
-        QCOMPARE(QFileInfo(folder.filePath("tt.jpg")).size(), std::max(frames, written));
+        QCOMPARE(QFileInfo(r.temporary.path()).size(), std::max(frames, written));
     }
 
     void aFileCutAtEachByteNearASeparatorGivesWhatItHolds_data()
     {
-        QTest::addColumn<int>("cut");
-        QTest::addColumn<QStringList>("frames");
-        QTest::addColumn<bool>("loads");
+        const Rows<int> row("cut");
         // Counted from the beginning of the second separator. A JPEG without its last bytes is one.
-        for (int cut = -12; cut <= 20; ++cut) {
-            const bool secondAlone = cut < MovieSeparator.size();
-            QTest::addRow("%d", cut) << cut << QStringList{"40x30", "50x30"} << secondAlone;
-        }
+        for (int cut = -12; cut <= 20; ++cut)
+            row(std::to_string(cut), cut);
     }
 
     void aFileCutAtEachByteNearASeparatorGivesWhatItHolds()
     {
         QFETCH(int, cut);
-        QFETCH(QStringList, frames);
-        QFETCH(bool, loads);
+        const bool loads = cut < MovieSeparator.size();            // the second frame is the last
         QLoggingCategory::setFilterRules("qt.gui.imageio*=false"); // some end early
         const QByteArray firstTwo = movieOf({frame(40), frame(50)});
         const QByteArray whole = movieOf({frame(40), frame(50), frame(60)});
-        ScratchFile movie("cut.pvm");
-        movie.setContent(whole.left(firstTwo.size() + cut));
-        MovieReader reader(movie.path(), m_folder.path());
-        JobLog log(reader);
-        log.run();
-        QCOMPARE(log.told("frame"), frames);
-        QCOMPARE(log.told().contains("loaded"), loads);
-        QCOMPARE(log.told().contains("failed"), !loads);
-        QCOMPARE(log.told().count("finished"), 1);
+        Reading r(whole.left(firstTwo.size() + cut));
+        QCOMPARE(r.loads(), loads);
+        QCOMPARE(r.log.told("frame"), (QStringList{"40x30", "50x30"}));
+        QCOMPARE(r.log.told().contains("failed"), !loads);
+        QCOMPARE(r.log.told().count("finished"), 1);
     }
 
     void aSeparatorAcrossTwoChunksIsFound()
@@ -221,83 +206,66 @@ private slots:
         for (int before = 0; before <= MovieSeparator.size(); ++before) {
             const QByteArray filled =
                 first + QByteArray(MovieScan::DefaultChunkBytes - first.size() - before, 'x');
-            ScratchFile movie("chunks.pvm");
-            movie.setContent(movieOf({filled, frame(50)}));
-            MovieReader reader(movie.path(), m_folder.path());
-            JobLog log(reader);
-            QVERIFY(log.run().contains("loaded"));
-            QCOMPARE(log.told("frame"), QStringList({"40x30", "50x30"}));
+            Reading r(movieOf({filled, frame(50)}));
+            QVERIFY(r.loads());
+            QCOMPARE(r.log.told("frame"), QStringList({"40x30", "50x30"}));
         }
     }
 
     void aFileThatBecomesShorterFails()
     {
-        ScratchFile movie("shorter.pvm");
-        movie.setContent(movieOf({frame(10), frame(20), frame(30)}));
-        MovieReader reader(movie.path(), m_folder.path());
-        JobLog log(reader);
         // Between the two passes, and in the middle of the second.
-        connect(&reader, &MovieReader::FrameRead,
-                [&] { QVERIFY(QFile::resize(movie.path(), frame(10).size() + 20)); });
-        log.run();
-        QCOMPARE(log.told("frame"), QStringList("10x30"));
-        QCOMPARE(log.told().mid(log.told().size() - 3),
+        Reading r(movieOf({frame(10), frame(20), frame(30)}));
+        connect(&r.reader, &MovieReader::FrameRead,
+                [&] { QVERIFY(QFile::resize(r.movie.path(), frame(10).size() + 20)); });
+        r.log.run();
+        QCOMPARE(r.log.told("frame"), QStringList("10x30"));
+        QCOMPARE(r.log.told().mid(r.log.told().size() - 3),
                  QStringList({"value 2", "failed", "finished"}));
 
-        movie.setContent(QByteArray(3 * MovieScan::DefaultChunkBytes, 'x'));
-        MovieReader second(movie.path(), m_folder.path());
-        JobLog secondLog(second);
-        second.begin();
-        timerOf(second, "tmrMovie").elapse(); // opens it
-        timerOf(second, "tmrMovie").elapse(); // the first chunk
-        QVERIFY(QFile::resize(movie.path(), 1000));
-        QTRY_VERIFY(secondLog.isFinished());
-        QCOMPARE(secondLog.told(), FailsAtOnce);
+        Reading second(QByteArray(3 * MovieScan::DefaultChunkBytes, 'x'));
+        second.reader.begin();
+        timerOf(second.reader, "tmrMovie").elapse(); // opens it
+        timerOf(second.reader, "tmrMovie").elapse(); // the first chunk
+        QVERIFY(QFile::resize(second.movie.path(), 1000));
+        QTRY_VERIFY(second.log.isFinished());
+        QCOMPARE(second.log.told(), FailsAtOnce);
     }
 
     void aFileThatIsReplacedMeanwhileIsReadAsItWas()
     {
-        ScratchFile movie("old.pvm");
-        movie.setContent(movieOf({frame(10), frame(20), frame(30)}));
+        Reading r(movieOf({frame(10), frame(20), frame(30)}));
         ScratchFile other("new.pvm");
         other.setContent("something else");
-        MovieReader reader(movie.path(), m_folder.path());
-        JobLog log(reader);
-        connect(&reader, &MovieJob::MaximumChanged, [&] {
-            QVERIFY(QFile::remove(movie.path()));
-            QVERIFY(QFile::rename(other.path(), movie.path()));
+        connect(&r.reader, &MovieJob::MaximumChanged, [&] {
+            QVERIFY(QFile::remove(r.movie.path()));
+            QVERIFY(QFile::rename(other.path(), r.movie.path()));
         });
-        QVERIFY(log.run().contains("loaded"));
-        QCOMPARE(log.told("frame").size(), 3);
+        QVERIFY(r.loads());
+        QCOMPARE(r.log.told("frame").size(), 3);
     }
 
     void eachFrameLiesInTheTemporaryFileMeanwhile()
     {
-        const QTemporaryDir folder;
         const QByteArrayList frames{frame(10), frame(20), frame(40)};
-        ScratchFile movie("three.pvm");
-        movie.setContent(movieOf(frames));
-        MovieReader reader(movie.path(), folder.path());
+        Reading r(movieOf(frames));
         QByteArrayList seen;
-        connect(&reader, &MovieReader::FrameRead, [&](const Still& one) {
-            seen += contentOf(folder.filePath("tt.jpg")).left(one.bytes().size());
-        });
-        QVERIFY(JobLog(reader).run().contains("loaded"));
+        connect(&r.reader, &MovieReader::FrameRead,
+                [&](const Still& one) { seen += r.temporary.content().left(one.bytes().size()); });
+        QVERIFY(r.loads());
         QCOMPARE(seen, frames);
-        QCOMPARE(QDir(folder.path()).entryList(QDir::Files), QStringList("tt.jpg"));
+        QCOMPARE(r.temporary.names(), QStringList("tt.jpg"));
     }
 
     void theOldEndOfTheTemporaryFileStays()
     {
-        ScratchFile temporary("tt.jpg");
         const QByteArray old(50'000, 'o');
-        temporary.setContent(old);
         const QByteArrayList frames{largePicture(10'000), frame(10)};
-        ScratchFile movie("two.pvm");
-        movie.setContent(movieOf(frames));
-        QVERIFY(told(movie.path(), temporary.folder()).contains("loaded"));
-        QCOMPARE(temporary.content(), frames.at(1) + frames.at(0).mid(frames.at(1).size()) +
-                                          old.mid(frames.at(0).size()));
+        Reading r(movieOf(frames));
+        r.temporary.setContent(old);
+        QVERIFY(r.loads());
+        QCOMPARE(r.temporary.content(), frames.at(1) + frames.at(0).mid(frames.at(1).size()) +
+                                            old.mid(frames.at(0).size()));
     }
 
     void nothingIsWrittenThroughWhatIsNoOrdinaryFile_data()
@@ -313,8 +281,9 @@ private slots:
         if (ranAsOrdinaryUser())
             return;
         ScratchFile target("target");
-        const QTemporaryDir folder;
-        const QString path = folder.filePath("tt.jpg");
+        // More than a pipe holds until somebody reads it.
+        Reading r(movieOf({frame(10), largePicture(100'000)}));
+        const QString path = r.temporary.path();
         if (kind == "folder") {
             QVERIFY(QDir().mkdir(path));
         } else if (kind == "pipe") {
@@ -324,10 +293,7 @@ private slots:
                 target.setContent("precious");
             QVERIFY(QFile::link(target.path(), path));
         }
-        ScratchFile movie("two.pvm");
-        // More than a pipe holds until somebody reads it.
-        movie.setContent(movieOf({frame(10), largePicture(100'000)}));
-        QVERIFY(told(movie.path(), folder.path()).contains("loaded"));
+        QVERIFY(r.loads());
         QCOMPARE(target.content(), QByteArray(kind == "link" ? "precious" : "none"));
         QVERIFY(kind == "folder" ? QFileInfo(path).isDir()
                                  : !QFileInfo(path).isFile() || kind == "link");
@@ -358,21 +324,10 @@ private slots:
     {
         QByteArray file = movieOf({frame(10), frame(20), frame(30)});
         file += QByteArray(3 * MovieScan::DefaultChunkBytes, 'x');
-        ScratchFile movie("four.pvm");
-        movie.setContent(file);
-        MovieReader reader(movie.path(), m_folder.path());
-        JobLog log(reader);
-        // One event that posts the next comes round at least as often as there are steps: opening,
-        // four chunks, three frames.
-        int rounds = 0;
-        std::function<void()> again = [&] {
-            ++rounds;
-            if (!log.isFinished())
-                QMetaObject::invokeMethod(&log, again, Qt::QueuedConnection);
-        };
-        again();
-        log.run();
-        QCOMPARE(log.told("frame").size(), 3);
+        Reading r(file);
+        // At least as many as there are steps: opening, four chunks, three frames.
+        const int rounds = r.log.roundsOfEvents();
+        QCOMPARE(r.log.told("frame").size(), 3);
         QVERIFY2(rounds >= 8, qPrintable(QString::number(rounds)));
     }
 
@@ -386,24 +341,21 @@ private slots:
     void aHandlerMayCancelIt()
     {
         QFETCH(QString, at);
-        ScratchFile movie("two.pvm");
-        movie.setContent(at == "failed" ? QByteArray("no") : movieOf({frame(10), frame(20)}));
-        MovieReader reader(movie.path(), m_folder.path());
-        JobLog log(reader);
+        Reading r(at == "failed" ? QByteArray("no") : movieOf({frame(10), frame(20)}));
         const auto cancel = [&] {
-            if (log.told().last().startsWith(at))
-                reader.cancel();
+            if (r.log.told().last().startsWith(at))
+                r.reader.cancel();
         };
-        reader.begin();
-        connect(&reader, &MovieJob::MaximumChanged, cancel);
-        connect(&reader, &MovieJob::ValueChanged, cancel);
-        connect(&reader, &MovieJob::CaptionChanged, cancel);
-        connect(&reader, &MovieJob::Failed, cancel);
-        connect(&reader, &MovieReader::FrameRead, cancel);
-        connect(&reader, &MovieReader::Loaded, cancel);
-        Timer& timer = timerOf(reader, "tmrMovie");
+        r.reader.begin();
+        connect(&r.reader, &MovieJob::MaximumChanged, cancel);
+        connect(&r.reader, &MovieJob::ValueChanged, cancel);
+        connect(&r.reader, &MovieJob::CaptionChanged, cancel);
+        connect(&r.reader, &MovieJob::Failed, cancel);
+        connect(&r.reader, &MovieReader::FrameRead, cancel);
+        connect(&r.reader, &MovieReader::Loaded, cancel);
+        Timer& timer = timerOf(r.reader, "tmrMovie");
         QTRY_VERIFY(!timer.Enabled());
-        QVERIFY2(log.told().last().startsWith(at), qPrintable(log.told().join(", ")));
+        QVERIFY2(r.log.told().last().startsWith(at), qPrintable(r.log.told().join(", ")));
     }
 
 private:

@@ -12,8 +12,6 @@
 #include "support/TimeSeam.h"
 #include "viewer/movie/MovieReader.h"
 
-#include <functional>
-
 namespace {
 
 ImageList pictures(int count)
@@ -32,6 +30,22 @@ QByteArray expectedMovie(const ImageList& images)
     return frames.join("&IMAGE&");
 }
 
+/// A movie file that pictures are saved in, which has not begun, with a folder for the temporary
+/// file.
+struct Writing
+{
+    explicit Writing(const ImageList& list)
+        : images(list)
+    {
+    }
+
+    const ScratchFile movie{"a.pvm"};
+    const ScratchFile temporary{"pvm.jpg"};
+    ImageList images;
+    MovieWriter writer{movie.path(), temporary.folder(), images};
+    JobLog log{writer};
+};
+
 } // namespace
 
 class MovieWriterTest : public QObject
@@ -40,32 +54,27 @@ class MovieWriterTest : public QObject
 private slots:
     void theOrderIsAlwaysTheSame()
     {
-        ScratchFile movie("three.pvm");
-        const ImageList images = pictures(3);
-        MovieWriter writer(movie.path(), m_folder.path(), images);
-        JobLog log(writer);
-        writer.begin();
-        QCOMPARE(log.told(), QStringList({"maximum 5", "value 0"}));
-        QTRY_VERIFY(log.isFinished());
+        Writing w(pictures(3));
+        w.writer.begin();
+        QCOMPARE(w.log.told(), QStringList({"maximum 5", "value 0"}));
+        QTRY_VERIFY(w.log.isFinished());
         QCOMPARE(
-            log.told(),
+            w.log.told(),
             QStringList({"maximum 5", "value 0", "value 1", "caption Saving Image 1", "value 2",
                          "caption Saving Image 2", "value 3", "caption Saving Image 3", "value 4",
                          "caption Saving Movie...", "value 5", "caption Done!", "finished"}));
-        QVERIFY(!timerOf(writer, "tmrMovie").Enabled());
-        QCOMPARE(movie.content(), expectedMovie(images));
+        QVERIFY(!timerOf(w.writer, "tmrMovie").Enabled());
+        QCOMPARE(w.movie.content(), expectedMovie(w.images));
     }
 
     void anEmptyListIsAnEmptyFile()
     {
-        ScratchFile movie("empty.pvm");
-        movie.setContent("an old movie");
-        const ImageList none;
-        MovieWriter writer(movie.path(), m_folder.path(), none);
-        QCOMPARE(JobLog(writer).run(),
+        Writing w(ImageList{});
+        w.movie.setContent("an old movie");
+        QCOMPARE(w.log.run(),
                  QStringList({"maximum 2", "value 0", "value 1", "caption Saving Movie...",
                               "value 2", "caption Done!", "finished"}));
-        QCOMPARE(movie.content(), QByteArray());
+        QCOMPARE(w.movie.content(), QByteArray());
     }
 
     void eachFrameIsEncodedAnew()
@@ -77,24 +86,22 @@ private slots:
         ImageList images;
         images.Add(Still::fromBytes(fine));
         images.Add(Still::fromBytes(smallGif()));
-        ScratchFile movie("anew.pvm");
-        MovieWriter writer(movie.path(), m_folder.path(), images);
-        JobLog(writer).run();
-        QCOMPARE(movie.content(), expectedMovie(images));
-        QVERIFY(!movie.content().contains(fine));
-        QVERIFY(!movie.content().contains("GIF8"));
+        Writing w(images);
+        w.log.run();
+        QCOMPARE(w.movie.content(), expectedMovie(images));
+        QVERIFY(!w.movie.content().contains(fine));
+        QVERIFY(!w.movie.content().contains("GIF8"));
     }
 
     void anotherProgramReadsTheFrames()
     {
-        ScratchFile movie("one.pvm");
         ImageList images;
         images.Add(Still::fromImage(odd::scenery({64, 48})));
-        MovieWriter writer(movie.path(), m_folder.path(), images);
-        JobLog(writer).run();
+        Writing w(images);
+        w.log.run();
         // One frame alone is a plain JPEG file.
         QProcess djpeg;
-        djpeg.start("djpeg", {movie.path()});
+        djpeg.start("djpeg", {w.movie.path()});
         QVERIFY(djpeg.waitForFinished(HangMs));
         QCOMPARE(djpeg.exitCode(), 0);
         QCOMPARE(djpeg.readAllStandardError(), QByteArray());
@@ -112,11 +119,10 @@ private slots:
             image.setPixelColor(40, 30, colour);
             images.Add(Still::fromBytes(encodedImage(image)));
         }
-        ScratchFile movie("three.pvm");
-        MovieWriter writer(movie.path(), m_folder.path(), images);
-        JobLog(writer).run();
+        Writing w(images);
+        w.log.run();
 
-        MovieReader reader(movie.path(), m_folder.path());
+        MovieReader reader(w.movie.path(), m_folder.path());
         QList<QImage> loaded;
         connect(&reader, &MovieReader::FrameRead, [&](const Still& one) { loaded += one.image(); });
         QVERIFY(JobLog(reader).run().contains("loaded"));
@@ -128,33 +134,28 @@ private slots:
 
     void aLongerFileOfBeforeIsGoneAltogether()
     {
-        ScratchFile movie("long.pvm");
-        movie.setContent(QByteArray(1'000'000, 'o'));
-        const ImageList images = pictures(2);
-        MovieWriter writer(movie.path(), m_folder.path(), images);
-        JobLog(writer).run();
-        QCOMPARE(movie.content(), expectedMovie(images));
-        QCOMPARE(QDir(movie.folder()).entryList(QDir::Files | QDir::Hidden),
-                 QStringList("long.pvm"));
+        Writing w(pictures(2));
+        w.movie.setContent(QByteArray(1'000'000, 'o'));
+        w.log.run();
+        QCOMPARE(w.movie.content(), expectedMovie(w.images));
+        QCOMPARE(w.movie.names(), QStringList("a.pvm"));
     }
 
     void eachFrameLiesInTheTemporaryFileMeanwhile()
     {
-        const QTemporaryDir folder;
-        ScratchFile movie("three.pvm");
         ImageList images;
         images.Add(Still::fromBytes(largePicture(50'000)));
         images.Add(Still::fromImage(plainImage({10, 10}, Qt::red)));
-        MovieWriter writer(movie.path(), folder.path(), images);
+        Writing w(images);
         QByteArrayList seen;
-        connect(&writer, &MovieJob::CaptionChanged, [&](const QString& caption) {
+        connect(&w.writer, &MovieJob::CaptionChanged, [&](const QString& caption) {
             if (caption.startsWith("Saving Image"))
-                seen += contentOf(folder.filePath("pvm.jpg"));
+                seen += w.temporary.content();
         });
-        JobLog(writer).run();
-        QCOMPARE(seen.join("&IMAGE&"), movie.content());
+        w.log.run();
+        QCOMPARE(seen.join("&IMAGE&"), w.movie.content());
         // It stays, without the end of a longer one.
-        QCOMPARE(contentOf(folder.filePath("pvm.jpg")), encodeJpeg(images.Picture(2).image()));
+        QCOMPARE(w.temporary.content(), encodeJpeg(images.Picture(2).image()));
     }
 
     void anOldTemporaryFileIsNeverRead_data()
@@ -169,7 +170,11 @@ private slots:
         QFETCH(QString, kind);
         if (ranAsOrdinaryUser())
             return;
-        ScratchFile old("pvm.jpg");
+        ImageList images = pictures(1);
+        // More than a pipe holds until somebody reads it.
+        images.Add(Still::fromBytes(largePicture(100'000)));
+        Writing w(images);
+        const ScratchFile& old = w.temporary;
         ScratchFile target("target");
         target.setContent("precious");
         if (kind == "folder") {
@@ -182,13 +187,8 @@ private slots:
             old.setContent("old");
             QVERIFY(QFile::setPermissions(old.path(), QFile::ReadOwner));
         }
-        ScratchFile movie("two.pvm");
-        ImageList images = pictures(1);
-        // More than a pipe holds until somebody reads it.
-        images.Add(Still::fromBytes(largePicture(100'000)));
-        MovieWriter writer(movie.path(), old.folder(), images);
-        QVERIFY(!JobLog(writer).run().contains("failed"));
-        QCOMPARE(movie.content(), expectedMovie(images));
+        QVERIFY(!w.log.run().contains("failed"));
+        QCOMPARE(w.movie.content(), expectedMovie(images));
         QCOMPARE(target.content(), QByteArray("precious"));
         if (kind == "must not be written")
             QCOMPARE(old.content(), QByteArray("old"));
@@ -196,18 +196,15 @@ private slots:
 
     void aPictureThatCannotBeEncodedKeepsTheOldFile()
     {
-        ScratchFile movie("old.pvm");
-        movie.setContent("an old movie");
-        ScratchFile temporary("pvm.jpg");
-        temporary.setContent(encodedPicture({8, 8}, Qt::red));
         ImageList images = pictures(1);
         images.Add(Still());
         images.Add(Still::fromImage(plainImage({10, 10}, Qt::red)));
-        MovieWriter writer(movie.path(), temporary.folder(), images);
-        QCOMPARE(JobLog(writer).run(),
-                 QStringList({"maximum 5", "value 0", "value 1", "caption Saving Image 1", "failed",
-                              "finished"}));
-        QCOMPARE(movie.content(), QByteArray("an old movie"));
+        Writing w(images);
+        w.movie.setContent("an old movie");
+        w.temporary.setContent(encodedPicture({8, 8}, Qt::red));
+        QCOMPARE(w.log.run(), QStringList({"maximum 5", "value 0", "value 1",
+                                           "caption Saving Image 1", "failed", "finished"}));
+        QCOMPARE(w.movie.content(), QByteArray("an old movie"));
     }
 
     void whatCannotBeReplacedFails_data()
@@ -251,23 +248,20 @@ private slots:
 
     void entriesThatComeMeanwhileAreSavedToo()
     {
-        ScratchFile movie("more.pvm");
-        ImageList images = pictures(2);
-        MovieWriter writer(movie.path(), m_folder.path(), images);
-        JobLog log(writer);
-        connect(&writer, &MovieJob::CaptionChanged, [&](const QString& caption) {
+        Writing w(pictures(2));
+        connect(&w.writer, &MovieJob::CaptionChanged, [&](const QString& caption) {
             if (caption == "Saving Image 2") {
                 for (int i = 0; i < 3; ++i)
-                    images.Add(Still::fromImage(plainImage({99, 9}, Qt::green)));
+                    w.images.Add(Still::fromImage(plainImage({99, 9}, Qt::green)));
             }
         });
-        log.run();
+        w.log.run();
         // The bar counts with the entries of the beginning, and does not run over.
-        QCOMPARE(log.told("maximum"), QStringList("4"));
-        QCOMPARE(log.told("value"), QStringList({"0", "1", "2", "3", "4", "4", "4", "4"}));
-        QCOMPARE(log.told("caption").mid(3, 3),
+        QCOMPARE(w.log.told("maximum"), QStringList("4"));
+        QCOMPARE(w.log.told("value"), QStringList({"0", "1", "2", "3", "4", "4", "4", "4"}));
+        QCOMPARE(w.log.told("caption").mid(3, 3),
                  QStringList({"Saving Image 4", "Saving Image 5", "Saving Movie..."}));
-        QCOMPARE(movie.content(), expectedMovie(images));
+        QCOMPARE(w.movie.content(), expectedMovie(w.images));
     }
 
     void entriesThatGoMeanwhileAreNot_data()
@@ -282,26 +276,23 @@ private slots:
     {
         QFETCH(bool, all);
         QFETCH(QList<int>, frames);
-        ScratchFile movie("fewer.pvm");
-        ImageList images = pictures(5);
-        MovieWriter writer(movie.path(), m_folder.path(), images);
-        JobLog log(writer);
-        connect(&writer, &MovieJob::CaptionChanged, [&](const QString& caption) {
+        Writing w(pictures(5));
+        connect(&w.writer, &MovieJob::CaptionChanged, [&](const QString& caption) {
             if (caption != "Saving Image 2")
                 return;
             if (all)
-                images.Clear();
+                w.images.Clear();
             else
-                images.Remove(1);
+                w.images.Remove(1);
         });
-        log.run();
-        QVERIFY(!log.told().contains("failed"));
-        QCOMPARE(log.told("maximum"), QStringList("7"));
-        QCOMPARE(log.told("value").last(), "7");
+        w.log.run();
+        QVERIFY(!w.log.told().contains("failed"));
+        QCOMPARE(w.log.told("maximum"), QStringList("7"));
+        QCOMPARE(w.log.told("value").last(), "7");
         ImageList saved;
         for (const int number : frames)
             saved.Add(pictures(5).Picture(number));
-        QCOMPARE(movie.content(), expectedMovie(saved));
+        QCOMPARE(w.movie.content(), expectedMovie(saved));
     }
 
     void cancellingKeepsTheOldFile_data()
@@ -315,41 +306,27 @@ private slots:
     void cancellingKeepsTheOldFile()
     {
         QFETCH(QString, at);
-        ScratchFile movie("old.pvm");
-        movie.setContent("an old movie");
-        const ImageList images = pictures(2);
-        MovieWriter writer(movie.path(), m_folder.path(), images);
-        JobLog log(writer);
+        Writing w(pictures(2));
+        w.movie.setContent("an old movie");
         const auto cancel = [&] {
-            if (log.told().last() == at)
-                writer.cancel();
+            if (w.log.told().last() == at)
+                w.writer.cancel();
         };
-        connect(&writer, &MovieJob::ValueChanged, cancel);
-        connect(&writer, &MovieJob::CaptionChanged, cancel);
-        writer.begin();
-        Timer& timer = timerOf(writer, "tmrMovie");
+        connect(&w.writer, &MovieJob::ValueChanged, cancel);
+        connect(&w.writer, &MovieJob::CaptionChanged, cancel);
+        w.writer.begin();
+        Timer& timer = timerOf(w.writer, "tmrMovie");
         QTRY_VERIFY(!timer.Enabled());
-        QCOMPARE(log.told().last(), at);
-        QCOMPARE(movie.content(), QByteArray("an old movie"));
-        QCOMPARE(QDir(movie.folder()).entryList(QDir::Files | QDir::Hidden),
-                 QStringList("old.pvm"));
+        QCOMPARE(w.log.told().last(), at);
+        QCOMPARE(w.movie.content(), QByteArray("an old movie"));
+        QCOMPARE(w.movie.names(), QStringList("a.pvm"));
     }
 
     void eventsRunBetweenTheSteps()
     {
-        ScratchFile movie("five.pvm");
-        const ImageList images = pictures(5);
-        MovieWriter writer(movie.path(), m_folder.path(), images);
-        JobLog log(writer);
-        int rounds = 0;
-        std::function<void()> again = [&] {
-            ++rounds;
-            if (!log.isFinished())
-                QMetaObject::invokeMethod(&log, again, Qt::QueuedConnection);
-        };
-        again();
-        log.run();
+        Writing w(pictures(5));
         // One round a step at least: five frames, and two at the end.
+        const int rounds = w.log.roundsOfEvents();
         QVERIFY2(rounds >= 7, qPrintable(QString::number(rounds)));
     }
 

@@ -2,25 +2,12 @@
 #include "viewer/movie/frmMovie.h"
 
 #include "support/Closing.h"
+#include "support/Desktop.h"
 #include "widgets/Topmost.h"
 
 #include <QProgressBar>
 
 namespace {
-
-/// The program's windows from the lowest to the highest, as the window manager stacks them.
-QList<WId> stacking()
-{
-    QProcess xprop;
-    xprop.start("xprop", {"-root", "_NET_CLIENT_LIST_STACKING"});
-    xprop.waitForFinished(HangMs);
-    QList<WId> windows;
-    static const QRegularExpression number("0x[0-9a-f]+");
-    auto match = number.globalMatch(QString::fromLatin1(xprop.readAllStandardOutput()));
-    while (match.hasNext())
-        windows << match.next().captured().toULongLong(nullptr, 16);
-    return windows;
-}
 
 bool isAbove(const QWidget& upper, const QWidget& lower)
 {
@@ -30,6 +17,17 @@ bool isAbove(const QWidget& upper, const QWidget& lower)
     };
     return place(lower) >= 0 && place(upper) > place(lower);
 }
+
+/// The window on the screen.
+struct ShownMovie : frmMovie
+{
+    explicit ShownMovie(QWidget* parent = nullptr)
+        : frmMovie(parent)
+    {
+        show();
+        QVERIFY(waitForExposed(this));
+    }
+};
 
 /// Counts its paintings.
 class Paintings : public QObject
@@ -64,9 +62,7 @@ private slots:
 
     void whatItIsToldIsOnScreenAtOnce()
     {
-        frmMovie window;
-        window.show();
-        QVERIFY(waitForExposed(&window));
+        ShownMovie window;
         Paintings paintings;
         const_cast<QProgressBar&>(window.pBar()).installEventFilter(&paintings);
         // No event runs in between.
@@ -120,10 +116,8 @@ private slots:
 
     void closingItAsksItsOwnerAndHidesIt()
     {
-        frmMovie window;
+        ShownMovie window;
         QSignalSpy asked(&window, &frmMovie::CloseRequested);
-        window.show();
-        QVERIFY(waitForExposed(&window));
         QVERIFY(window.close());
         QCOMPARE(asked.count(), 1);
         QVERIFY(!window.isVisible());
@@ -140,10 +134,8 @@ private slots:
 
     void hidingItAsksNobody()
     {
-        frmMovie window;
+        ShownMovie window;
         QSignalSpy asked(&window, &frmMovie::CloseRequested);
-        window.show();
-        QVERIFY(waitForExposed(&window));
         window.hide();
         QCoreApplication::processEvents();
         QCOMPARE(asked.count(), 0);
@@ -153,11 +145,9 @@ private slots:
     {
         QWidget parent;
         parent.show();
-        frmMovie window(&parent);
+        ShownMovie window(&parent);
         QVERIFY(window.isWindow());
         QVERIFY(!window.isModal());
-        window.show();
-        QVERIFY(waitForExposed(&window));
         QCOMPARE(window.minimumSize(), window.maximumSize());
         const QSize size = window.size();
         window.setWindowTitle("Saving Image 45");
@@ -169,9 +159,7 @@ private slots:
 
     void allOfTheBarAndItsTextIsSeen()
     {
-        frmMovie window;
-        window.show();
-        QVERIFY(waitForExposed(&window));
+        ShownMovie window;
         window.setMaximum(1);
         window.setValue(1);
         const QProgressBar& bar = window.pBar();
