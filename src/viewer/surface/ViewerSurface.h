@@ -3,6 +3,7 @@
 #include <QLine>
 #include <QList>
 #include <QPoint>
+#include <QSize>
 #include <QWidget>
 
 class DebugBox;
@@ -15,7 +16,9 @@ class ToolBar;
 class UrlBanner;
 
 /// The viewer's surface: its child controls, their places, the banner over the image, the hidden
-/// debug box and panning by the arrow keys. Knows nothing of fetches, history or timers of these.
+/// debug box and panning by the arrow keys and the pointer. A new picture of the size of the last
+/// one keeps its place, another one or a resize does not. Knows nothing of fetches, history or
+/// timers of these.
 class ViewerSurface : public QWidget
 {
     Q_OBJECT
@@ -28,6 +31,14 @@ public:
 
     bool OriginalSize() const;
     void setOriginalSize(bool on);
+
+    /// Show pictures undistorted in the middle of their room. False by default.
+    bool KeepProportions() const;
+    void setKeepProportions(bool on);
+
+    /// Hides all but the picture (or the strip), which then fills the viewer; the parts come back
+    /// as they were.
+    void showAlone(bool alone);
 
     /// The camera key on show; the banner shows its host.
     virtual QString Url() const = 0;
@@ -54,7 +65,9 @@ protected:
 
 private:
     void layOut();
+    void pictureLoaded();
     void panImage(int leftTwips, int topTwips);
+    void dragImage(QPoint by);
 
     /// Clips the image, which may be larger than its room.
     QWidget* m_imageArea;
@@ -69,6 +82,8 @@ private:
     IntervalMenu* m_mnuTmr;
     QList<QLine> m_frame;
     QPoint m_imageTwips;
+    QSize m_pictureSize;
     bool m_showToolBar = true;
+    bool m_alone = false;
     bool m_showsFocus = false;
 };
