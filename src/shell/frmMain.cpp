@@ -11,6 +11,7 @@
 #include "shared/AppFolder.h"
 #include "shared/BuildSettings.h"
 #include "shell/FavouritesMenu.h"
+#include "shell/FullScreen.h"
 #include "shell/GotoBar.h"
 #include "shell/LeftPanel.h"
 #include "shell/MainArea.h"
@@ -118,12 +119,16 @@ void frmMain::connectMenus()
     on(mnuOptExitWO, [this] { askExitWithoutSaving(); });
     on(mnuFavMan, [this] { (new frmMan(m_favourites, this))->open(); });
     on(mnuViewTb, [this] { m_area->switchToolBar(); });
-    for (const auto entry : {mnuOptOnTop, mnuViewList, mnuViewGoto, mnuViewNew, mnuViewOSize})
+    for (const auto entry :
+         {mnuOptOnTop, mnuViewList, mnuViewGoto, mnuViewNew, mnuViewOSize, mnuViewProp})
         on(entry, [this, entry](bool checked) { apply(entry, checked); });
     on(mnuViewGoto, [this](bool checked) {
         if (checked)
             m_cmbUrl->setFocus();
     });
+    auto* fullScreen = new FullScreen(*this, *m_area);
+    on(mnuViewFull, [fullScreen] { fullScreen->toggle(); });
+    addAction(m_menu->entry(mnuViewFull)); // its key also works without the menu bar
     on(mnuHelpAb, [this] { m_windows->showAbout(isChecked(mnuOptOnTop)); });
     on(mnuHelpH, [] { openAddress(helpPage()); });
 
@@ -164,6 +169,9 @@ void frmMain::apply(MainMenu::Entry entry, bool on)
         break;
     case MainMenu::mnuViewOSize:
         m_cam->setOriginalSize(on);
+        break;
+    case MainMenu::mnuViewProp:
+        m_cam->setKeepProportions(on);
         break;
     default:
         break;
@@ -211,8 +219,7 @@ void frmMain::applyCaptions()
 
 void frmMain::showCamera(const QString& key)
 {
-    m_cam->setUrl(key);
-    m_cam->Refresh();
+    m_cam->showCamera(key);
 }
 
 QString frmMain::preferencesPath() const

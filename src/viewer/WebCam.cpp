@@ -18,6 +18,8 @@
 #include "viewer/surface/ToolbarCommands.h"
 #include "widgets/ElidedLabel.h"
 
+#include <utility>
+
 using namespace Qt::Literals::StringLiterals;
 
 WebCam::WebCam(const QString& folder, QWidget* parent)
@@ -166,6 +168,27 @@ void WebCam::Play()
 {
     m_historyView->leaveStrip();
     m_player->Play();
+}
+
+void WebCam::showCamera(const QString& key)
+{
+    if (m_player->isPlaying())
+        stopMovie();
+    m_historyView->leaveStrip();
+    setUrl(key);
+    Refresh();
+}
+
+void WebCam::showPictureAlone(bool alone)
+{
+    if (alone) {
+        m_stripWaits = !tvMain().isHidden();
+        m_historyView->leaveStrip();
+    }
+    showAlone(alone);
+    // A movie that has begun meanwhile has the picture's place.
+    if (!alone && std::exchange(m_stripWaits, false) && !isBusy())
+        m_historyView->ToggleView();
 }
 
 Still WebCam::acceptBody(const QByteArray& body)

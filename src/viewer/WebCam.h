@@ -25,6 +25,7 @@ class WebCam : public ViewerSurface
     Q_PROPERTY(bool ShowToolBar READ ShowToolBar WRITE setShowToolBar)
     Q_PROPERTY(bool NewOnly READ NewOnly WRITE setNewOnly)
     Q_PROPERTY(bool OriginalSize READ OriginalSize WRITE setOriginalSize)
+    Q_PROPERTY(bool KeepProportions READ KeepProportions WRITE setKeepProportions)
     Q_PROPERTY(bool KeepRefreshing READ KeepRefreshing WRITE setKeepRefreshing)
 
 public:
@@ -40,6 +41,14 @@ public:
     /// Fetches `url` (a camera key without "http://") and shows it; an empty one fetches the
     /// stored Url again. Returns at once; ImageChange, Done and Error tell what came of it.
     void Refresh(const QString& url = {});
+
+    /// What every choice of a camera comes to: shows and fetches the camera of that key. A movie
+    /// that plays is stopped, and the strip gives way to the picture.
+    void showCamera(const QString& key);
+
+    /// Leaves nothing in the viewer but the picture, and gives the rest, the strip too where it
+    /// was on show, its places back.
+    void showPictureAlone(bool alone);
 
     /// Plays the history as a movie, with the pause of the last play between two frames, until
     /// the user stops it. Of an empty history nothing is played.
@@ -112,4 +121,6 @@ private:
     RefreshTimer* m_refreshTimer;
     Fetch* m_fetch;
     bool m_showStatus = true;
+    /// Behind a picture that is alone.
+    bool m_stripWaits = false;
 };

@@ -1,3 +1,4 @@
+#include "display/PictureCanvas.h"
 #include "settings/LanguageCaptions.h"
 #include "support/ScratchFile.h"
 
@@ -43,6 +44,9 @@ public:
         named<QCheckBox>("chkAdd", panel);
         for (const char* name : {"lbl(0)", "lbl(1)", "lbl(2)", "lbl(3)"})
             named<QLabel>(name, panel);
+        auto* canvas = new PictureCanvas(this);
+        canvas->setObjectName("picMain");
+        canvas->setCaption("design");
         setWindowTitle("Pevora");
     }
 
@@ -58,6 +62,8 @@ public:
             if (label != m_ofOtherWindow)
                 return label->text();
         }
+        if (const auto* canvas = findChild<PictureCanvas*>(name))
+            return canvas->Caption();
         return "missing";
     }
 
@@ -92,14 +98,14 @@ private slots:
 
     void everyControlOfTheTableTakesItsKey()
     {
-        QCOMPARE(captionTable().size(), std::size_t(24));
+        QCOMPARE(captionTable().size(), std::size_t(25));
         QByteArray bytes = "[Main]\n";
         QSet<QString> controls;
         for (const CaptionRow& row : captionTable()) {
             bytes += row.key.toUtf8() + "= <" + row.key.toUtf8() + "> \n";
             controls.insert(row.control.toString());
         }
-        QCOMPARE(controls.size(), 24);
+        QCOMPARE(controls.size(), 25);
         Form form;
         ApplyLanguageCaptions(form, file(bytes));
         for (const CaptionRow& row : captionTable())
@@ -119,6 +125,8 @@ private slots:
         QCOMPARE(form.caption("lbl(0)"), QString("Category"));
         QCOMPARE(form.caption("lbl(2)"), QString("Name"));
         QCOMPARE(form.caption("mnuViewTb"), QString("ToolBar"));
+        QCOMPARE(form.caption("picMain"),
+                 QString("Choose a camera on the left, or type an address below."));
         for (const CaptionRow& row : captionTable()) {
             if (row.key != u"VIEW")
                 QCOMPARE(form.caption(row.control.toString()), row.defaultCaption.toString());

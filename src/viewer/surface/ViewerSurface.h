@@ -36,16 +36,16 @@ public:
     bool KeepProportions() const;
     void setKeepProportions(bool on);
 
-    /// Hides all but the picture (or the strip), which then fills the viewer; the parts come back
-    /// as they were.
-    void showAlone(bool alone);
-
     /// The camera key on show; the banner shows its host.
     virtual QString Url() const = 0;
     /// Opens an http or https address in the user's browser; any other is ignored.
     void OpenWeb(const QString& address);
 
 protected:
+    /// Hides all but the picture (or the strip), which then fills the viewer; the parts come back
+    /// as they were.
+    void showAlone(bool alone);
+
     ToolBar& tbMain() { return *m_tbMain; }
     IntervalMenu& mnuTmr() { return *m_mnuTmr; }
     ImageView& imgMain() { return *m_imgMain; }
