@@ -6,6 +6,7 @@
 #include "shared/JobQueue.h"
 #include "shared/TempFiles.h"
 #include "viewer/FileCommands.h"
+#include "viewer/PictureDrag.h"
 #include "viewer/RefreshTimer.h"
 #include "viewer/fetch/Fetch.h"
 #include "viewer/history/History.h"
@@ -31,6 +32,7 @@ WebCam::WebCam(const QString& folder, QWidget* parent)
     , m_player(new Player(*m_history, tbMain(), *m_work, this))
     , m_movies(new MovieCommands({*m_history, *m_historyView, tbMain(), *m_work}, folder, this))
     , m_files(new FileCommands(imgMain(), this))
+    , m_pictureDrag(new PictureDrag(this))
     , m_refreshTimer(new RefreshTimer(this))
     , m_fetch(new Fetch(
           folder, *m_history, [this](const QByteArray& body) { return acceptBody(body); }, this))
@@ -87,6 +89,9 @@ void WebCam::connectHistory()
                 emit ImageChange({}, webAddressOf(address));
                 emit UrlChanged();
             });
+    connect(m_historyView, &HistoryView::Deleted, this,
+            [this](const Still& picture) { m_fetch->forgetBody(picture.bytes()); });
+    connect(&imgMain(), &ImageView::DragOutWanted, this, &WebCam::dragOut);
     connect(m_player, &Player::FrameDue, m_historyView, &HistoryView::showWithoutAnnouncing);
 }
 
@@ -162,6 +167,17 @@ void WebCam::deleteAll()
 {
     m_historyView->DeleteAll();
     m_fetch->forget();
+}
+
+/// Its file is named after the camera's host and the time, or else the program.
+void WebCam::dragOut()
+{
+    const int n = m_history->CurrentImage();
+    QString name = u"Pevora"_s;
+    if (const QDateTime time = m_history->fetchedAt(n); time.isValid())
+        name = hostPartOf(m_history->addressOf(n).value_or(QString())) +
+               time.toLocalTime().toString(u" yyyy-MM-dd HH-mm-ss");
+    m_pictureDrag->drag(imgMain().Picture(), name);
 }
 
 void WebCam::Play()
@@ -278,4 +294,5 @@ void WebCam::shutDown()
 void WebCam::setClock(const Clock& clock)
 {
     m_player->setClock(clock);
+    m_history->setClock(clock);
 }

@@ -8,6 +8,7 @@ class FileCommands;
 class History;
 class HistoryView;
 class MovieCommands;
+class PictureDrag;
 class Player;
 class RefreshTimer;
 class JobQueue;
@@ -79,7 +80,7 @@ public:
     /// Stops timers and socket, for the end of the program.
     void shutDown();
 
-    /// For tests that move time: times a play.
+    /// For tests that move time: times a play, and says when an image was fetched.
     void setClock(const Clock& clock);
 
 signals:
@@ -109,6 +110,7 @@ private:
     void refreshDue();
     void stopMovie();
     void deleteAll();
+    void dragOut();
     void showMessage(const QString& text);
 
     QString m_folder;
@@ -118,6 +120,7 @@ private:
     Player* m_player;
     MovieCommands* m_movies;
     FileCommands* m_files;
+    PictureDrag* m_pictureDrag;
     RefreshTimer* m_refreshTimer;
     Fetch* m_fetch;
     bool m_showStatus = true;
