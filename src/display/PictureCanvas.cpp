@@ -8,6 +8,7 @@
 #include <QWheelEvent>
 
 #include <algorithm>
+#include <cmath>
 #include <utility>
 
 namespace {
@@ -33,6 +34,22 @@ void drawSmoothly(QImage& onto, const QRectF& target, const QImage& picture, QRe
     QPainter painter(&onto);
     painter.setRenderHint(QPainter::SmoothPixmapTransform);
     painter.drawImage(target, part, source);
+}
+
+/// The palette's own colour for such texts, unless it is hardly seen: some dark desktops set all
+/// colours but this one.
+QColor captionColour(const QPalette& palette)
+{
+    constexpr int leastContrast = 60;
+    constexpr int faint = 160;
+    const QColor window = palette.color(QPalette::Window);
+    QColor colour = palette.color(QPalette::PlaceholderText);
+    const double contrast = (colour.lightness() - window.lightness()) * double(colour.alphaF());
+    if (std::abs(contrast) < leastContrast) {
+        colour = palette.color(QPalette::WindowText);
+        colour.setAlpha(faint);
+    }
+    return colour;
 }
 
 } // namespace
@@ -151,7 +168,7 @@ void PictureCanvas::paintEvent(QPaintEvent* event)
 void PictureCanvas::paintCaption(QPainter& painter) const
 {
     constexpr int marginPx = 24;
-    painter.setPen(palette().color(QPalette::PlaceholderText));
+    painter.setPen(captionColour(palette()));
     painter.drawText(rect().adjusted(marginPx, 0, -marginPx, 0), Qt::AlignCenter | Qt::TextWordWrap,
                      m_caption);
 }

@@ -345,6 +345,20 @@ private slots:
         QCOMPARE(v.canvas().property("Caption").toString(), hint);
         QCOMPARE(v.canvas().accessibleDescription(), hint);
         QVERIFY(hasColour(Qt::magenta));
+        // A dark desktop that does not set that colour.
+        palette.setColor(QPalette::Window, QColor(49, 54, 59));
+        palette.setColor(QPalette::WindowText, Qt::yellow);
+        palette.setColor(QPalette::PlaceholderText, QColor(0, 0, 0, 128));
+        v.view.setPalette(palette);
+        QImage dark = v.shown();
+        int brightest = 0;
+        for (int x = 0; x < dark.width(); ++x) {
+            for (int y = 0; y < dark.height(); ++y)
+                brightest = std::max(brightest, dark.pixelColor(x, y).red());
+        }
+        QVERIFY2(brightest > 150, qPrintable(QString::number(brightest)));
+        palette.setColor(QPalette::PlaceholderText, Qt::magenta);
+        v.view.setPalette(palette);
         // In the middle, with the edges free.
         QCOMPARE(v.shown().copy(0, 0, 500, 60), blank().copy(0, 0, 500, 60));
         QCOMPARE(v.shown().copy(0, 0, 20, 200), blank().copy(0, 0, 20, 200));
