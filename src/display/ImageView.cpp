@@ -6,29 +6,11 @@
 #include "shared/AppFolder.h"
 #include "shared/ReplaceFile.h"
 
+#include <QClipboard>
+#include <QGuiApplication>
 #include <QMenu>
 
-#include <algorithm>
-
 using namespace Qt::Literals::StringLiterals;
-
-namespace {
-
-/// A shown part of the picture smaller than this fraction (or larger than its inverse, in a view
-/// smaller than the zoom square) is one flat colour: clicks then change nothing.
-constexpr double NothingMoreToSee = 1e-7;
-
-/// Where the zoom square begins in one direction: around `at`, inside 0..`length`. Kept: a view
-/// shorter than the square gives a negative begin.
-int zoomStart(int at, int length)
-{
-    constexpr int half = ImageView::ZoomSidePx / 2;
-    if (at + half > length)
-        return length - ImageView::ZoomSidePx;
-    return std::max(0, at - half);
-}
-
-} // namespace
 
 ImageView::ImageView(QWidget* parent)
     : QWidget(parent)
@@ -38,7 +20,15 @@ ImageView::ImageView(QWidget* parent)
     m_picMain->setObjectName(u"picMain"_s);
     m_picMain->setAccessibleName(tr("Camera picture"));
     buildMenu();
-    connect(m_picMain, &PictureCanvas::Released, this, &ImageView::click);
+    m_picMain->setCaption(tr("Choose a camera on the left, or type an address below."));
+    connect(m_picMain, &PictureCanvas::Clicked, this, &ImageView::click);
+    connect(m_picMain, &PictureCanvas::DragBegan, this, &ImageView::beginDrag);
+    connect(m_picMain, &PictureCanvas::Dragged, this, &ImageView::drag);
+    connect(m_picMain, &PictureCanvas::DragEnded, this, &ImageView::endDrag);
+    connect(m_picMain, &PictureCanvas::WheelTurned, this, [this](double notches, QPointF at) {
+        m_region.zoomByWheel(notches, at);
+        showRegion();
+    });
     connect(m_picMain, &PictureCanvas::Moved, this,
             [this](Qt::MouseButtons buttons, Qt::KeyboardModifiers modifiers, QPoint at) {
                 const int button = (buttons & Qt::LeftButton ? 1 : 0) |
@@ -56,17 +46,26 @@ ImageView::~ImageView() = default;
 void ImageView::buildMenu()
 {
     m_mnuRc->setObjectName(u"mnuRc"_s);
-    auto* restore = m_mnuRc->addAction(u"Restore Image"_s, this, &ImageView::fit);
+    auto* restore = m_mnuRc->addAction(u"Restore Image"_s, this, &ImageView::restore);
     restore->setObjectName(u"mnuRcRe"_s);
     m_mnuRc->addSeparator();
     auto* desktop =
         m_mnuRc->addAction(u"Set as Desktop Background"_s, this, &ImageView::makeWallpaper);
     desktop->setObjectName(u"mnuRcDesk"_s);
+    auto* copy = m_mnuRc->addAction(tr("Copy Image"), this, &ImageView::copyPicture);
+    copy->setObjectName(u"mnuRcCopy"_s);
+    copy->setShortcut(QKeySequence::Copy);
+    // A menu that pops up alone gives its keys to nobody: they are the view's, while it is seen.
+    addAction(copy);
 }
 
-QSize ImageView::deviceSize() const
+/// What of a new picture has to be decoded: all for its own size and for a part of it, else no more
+/// than is shown, as far as that can be told before its size is known.
+QSize ImageView::neededSize() const
 {
-    return m_picMain->size() * devicePixelRatioF();
+    if (m_originalSize || m_region.isZoomed())
+        return {};
+    return m_picMain->sizeInDevicePixels(m_region.shown());
 }
 
 void ImageView::setPicture(const Still& picture)
@@ -77,20 +76,25 @@ void ImageView::setPicture(const Still& picture)
 Still ImageView::loadPicture(const QByteArray& bytes)
 {
     QImage decoded;
-    const Still picture =
-        Still::fromBytes(bytes, m_originalSize ? QSize() : deviceSize(), &decoded);
-    if (!picture.isNull())
-        showPicture(picture, decoded);
+    const Still picture = Still::fromBytes(bytes, neededSize(), &decoded);
+    if (picture.isNull())
+        return picture;
+    // The room beside another picture may be less: it is decoded anew when it is painted.
+    if (m_keepProportions && picture.size() != m_picO.size() && decoded.size() != picture.size())
+        decoded = {};
+    showPicture(picture, decoded);
     return picture;
 }
 
 void ImageView::showPicture(const Still& picture, const QImage& decoded)
 {
+    const bool sameSize = picture.size() == m_picO.size();
     m_picO = picture;
     if (m_originalSize)
         takePictureSize();
-    m_region = PictureCanvas::WholePicture;
-    m_picMain->showRegion(m_picO, m_region, decoded);
+    if (!sameSize)
+        m_region.restore(m_picO.size(), size(), m_keepProportions);
+    showRegion(decoded);
     emit PictureLoad();
 }
 
@@ -99,6 +103,18 @@ void ImageView::setOriginalSize(bool on)
     m_originalSize = on;
     if (on)
         takePictureSize();
+}
+
+void ImageView::setKeepProportions(bool on)
+{
+    m_keepProportions = on;
+    fit();
+}
+
+void ImageView::setLargerThanRoom(bool larger)
+{
+    m_largerThanRoom = larger;
+    updateCursor();
 }
 
 void ImageView::takePictureSize()
@@ -115,18 +131,32 @@ void ImageView::resizeEvent(QResizeEvent*)
 
 void ImageView::fit()
 {
-    m_region = PictureCanvas::WholePicture;
-    m_picMain->showRegion(m_picO, m_region);
+    m_region.restore(m_picO.size(), size(), m_keepProportions);
+    showRegion();
+}
+
+void ImageView::restore()
+{
+    fit();
+    emit Restored();
+}
+
+void ImageView::showRegion(const QImage& decoded)
+{
+    m_picMain->showRegion(m_picO, m_region.shown(), decoded);
+    updateCursor();
 }
 
 void ImageView::click(Qt::MouseButton button, QPoint at, QPoint globalAt)
 {
     if (m_picO.isNull())
         return;
-    if (button == Qt::LeftButton)
-        zoomAt(at);
-    else
+    if (button != Qt::LeftButton) {
         popUpMenu(globalAt);
+        return;
+    }
+    m_region.zoomIntoSquare(at);
+    showRegion();
 }
 
 void ImageView::popUpMenu(QPoint globalAt)
@@ -135,20 +165,50 @@ void ImageView::popUpMenu(QPoint globalAt)
         m_mnuRc->popup(globalAt);
 }
 
-/// The square is one of what is on show now, so that each click zooms further into the last.
-void ImageView::zoomAt(QPoint at)
+bool ImageView::canMove() const
 {
-    if (m_region.width() < NothingMoreToSee || m_region.height() < NothingMoreToSee ||
-        m_region.width() > 1 / NothingMoreToSee || m_region.height() > 1 / NothingMoreToSee)
+    return !m_picO.isNull() && (m_largerThanRoom || m_region.canMove());
+}
+
+void ImageView::beginDrag()
+{
+    m_moving = canMove();
+    updateCursor();
+    if (!m_moving && !m_picO.isNull())
+        emit DragOutWanted();
+}
+
+/// First what the zoom does not show, then what the room does not.
+void ImageView::drag(QPoint by)
+{
+    if (!m_moving)
         return;
-    const QSizeF view = m_picMain->size();
-    const double left = zoomStart(at.x(), m_picMain->width());
-    const double top = zoomStart(at.y(), m_picMain->height());
-    m_region = QRectF(m_region.x() + left / view.width() * m_region.width(),
-                      m_region.y() + top / view.height() * m_region.height(),
-                      ZoomSidePx / view.width() * m_region.width(),
-                      ZoomSidePx / view.height() * m_region.height());
-    m_picMain->showRegion(m_picO, m_region);
+    const QPoint left = m_region.moveBy(by).toPoint();
+    showRegion();
+    if (m_largerThanRoom && !left.isNull())
+        emit PanWanted(left);
+}
+
+void ImageView::endDrag()
+{
+    m_moving = false;
+    updateCursor();
+}
+
+void ImageView::updateCursor()
+{
+    if (m_moving)
+        m_picMain->setCursor(Qt::ClosedHandCursor);
+    else if (canMove())
+        m_picMain->setCursor(Qt::OpenHandCursor);
+    else
+        m_picMain->unsetCursor();
+}
+
+void ImageView::copyPicture() const
+{
+    if (!m_picO.isNull())
+        QGuiApplication::clipboard()->setImage(m_picO.image());
 }
 
 void ImageView::makeWallpaper()

@@ -2,10 +2,13 @@
 
 #include "picture/SmoothScale.h"
 
+#include <QApplication>
 #include <QMouseEvent>
 #include <QPainter>
+#include <QWheelEvent>
 
 #include <algorithm>
+#include <cmath>
 #include <utility>
 
 namespace {
@@ -33,6 +36,22 @@ void drawSmoothly(QImage& onto, const QRectF& target, const QImage& picture, QRe
     painter.drawImage(target, part, source);
 }
 
+/// The palette's own colour for such texts, unless it is hardly seen: some dark desktops set all
+/// colours but this one.
+QColor captionColour(const QPalette& palette)
+{
+    constexpr int leastContrast = 60;
+    constexpr int faint = 160;
+    const QColor window = palette.color(QPalette::Window);
+    QColor colour = palette.color(QPalette::PlaceholderText);
+    const double contrast = (colour.lightness() - window.lightness()) * double(colour.alphaF());
+    if (std::abs(contrast) < leastContrast) {
+        colour = palette.color(QPalette::WindowText);
+        colour.setAlpha(faint);
+    }
+    return colour;
+}
+
 } // namespace
 
 PictureCanvas::PictureCanvas(QWidget* parent)
@@ -44,14 +63,32 @@ PictureCanvas::PictureCanvas(QWidget* parent)
 
 void PictureCanvas::showRegion(const Still& picture, const QRectF& region, const QImage& decoded)
 {
+    const bool wasEmpty = m_picture.isNull();
+    const bool isPart = !region.contains(ZoomRegion::WholePicture);
+    if (!isPart || !m_picture.isSameAs(picture))
+        m_whole = {};
+    if (isPart && decoded.size() == picture.size())
+        m_whole = decoded;
     m_picture = picture;
     m_region = region;
     m_shown = {};
-    if (region == WholePicture)
-        m_whole = {};
     if (!decoded.isNull())
         render(decoded);
+    if (wasEmpty != m_picture.isNull())
+        describe();
     update();
+}
+
+void PictureCanvas::setCaption(const QString& text)
+{
+    m_caption = text;
+    describe();
+    update();
+}
+
+void PictureCanvas::describe()
+{
+    setAccessibleDescription(m_picture.isNull() ? m_caption : QString());
 }
 
 void PictureCanvas::render(const QImage& decoded)
@@ -59,14 +96,38 @@ void PictureCanvas::render(const QImage& decoded)
     const QSize device = size() * devicePixelRatioF();
     if (m_picture.isNull() || device.isEmpty())
         return;
-    m_shown = m_region == WholePicture ? wholePicture(decoded, device) : regionOfPicture(device);
+    m_shown = m_region.contains(ZoomRegion::WholePicture) ? wholePicture(decoded, device)
+                                                          : regionOfPicture(device);
     m_shown.setDevicePixelRatio(devicePixelRatioF());
+}
+
+/// In device pixels, whole ones, so that its edges are sharp.
+QRect PictureCanvas::placeOfWhole(const QRectF& region) const
+{
+    const QSizeF device = size() * devicePixelRatioF();
+    const double perX = device.width() / region.width();
+    const double perY = device.height() / region.height();
+    return {qRound(-region.x() * perX), qRound(-region.y() * perY), std::max(1, qRound(perX)),
+            std::max(1, qRound(perY))};
+}
+
+QSize PictureCanvas::sizeInDevicePixels(const QRectF& region) const
+{
+    return placeOfWhole(region).size();
 }
 
 QPixmap PictureCanvas::wholePicture(const QImage& decoded, QSize device) const
 {
-    const QImage image = decoded.isNull() ? m_picture.imageNoSmallerThan(device) : decoded;
-    return QPixmap::fromImage(smoothlyScaled(image, device));
+    const QRect place =
+        m_region == ZoomRegion::WholePicture ? QRect({}, device) : placeOfWhole(m_region);
+    const QImage image = decoded.isNull() ? m_picture.imageNoSmallerThan(place.size()) : decoded;
+    const QImage scaled = smoothlyScaled(image, place.size());
+    if (place.size() == device)
+        return QPixmap::fromImage(scaled);
+    QPixmap whole(device);
+    whole.fill(palette().color(QPalette::Window));
+    QPainter(&whole).drawImage(place.topLeft(), scaled);
+    return whole;
 }
 
 /// Drawn from the unscaled picture, so that a zoom gains detail.
@@ -100,19 +161,78 @@ void PictureCanvas::paintEvent(QPaintEvent* event)
         painter.fillRect(event->rect(), palette().window());
     if (!m_shown.isNull())
         painter.drawPixmap(0, 0, m_shown);
+    if (m_picture.isNull())
+        paintCaption(painter);
+}
+
+void PictureCanvas::paintCaption(QPainter& painter) const
+{
+    constexpr int marginPx = 24;
+    painter.setPen(captionColour(palette()));
+    painter.drawText(rect().adjusted(marginPx, 0, -marginPx, 0), Qt::AlignCenter | Qt::TextWordWrap,
+                     m_caption);
+}
+
+/// The room beside a picture is in the window's colour.
+void PictureCanvas::changeEvent(QEvent* event)
+{
+    QWidget::changeEvent(event);
+    if (event->type() == QEvent::PaletteChange)
+        m_shown = {};
 }
 
 void PictureCanvas::mousePressEvent(QMouseEvent* event)
 {
     event->accept();
+    if (event->button() != Qt::LeftButton)
+        return;
+    m_leftPressed = true;
+    m_dragging = false;
+    m_dragFrom = event->globalPosition().toPoint();
 }
 
 void PictureCanvas::mouseReleaseEvent(QMouseEvent* event)
 {
-    emit Released(event->button(), event->position().toPoint(), event->globalPosition().toPoint());
+    if (event->button() == Qt::LeftButton) {
+        m_leftPressed = false;
+        if (m_dragging) {
+            m_dragging = false;
+            emit DragEnded();
+            return;
+        }
+    }
+    emit Clicked(event->button(), event->position().toPoint(), event->globalPosition().toPoint());
 }
 
 void PictureCanvas::mouseMoveEvent(QMouseEvent* event)
 {
     emit Moved(event->buttons(), event->modifiers(), event->position().toPoint());
+    if (m_leftPressed && event->buttons() & Qt::LeftButton)
+        drag(*event);
+}
+
+/// Measured on the screen: what is dragged may be this very widget.
+void PictureCanvas::drag(const QMouseEvent& event)
+{
+    const QPoint at = event.globalPosition().toPoint();
+    const QPoint by = at - m_dragFrom;
+    if (!m_dragging && by.manhattanLength() < QApplication::startDragDistance())
+        return;
+    m_dragFrom = at;
+    if (!m_dragging) {
+        m_dragging = true;
+        emit DragBegan();
+    }
+    emit Dragged(by);
+}
+
+void PictureCanvas::wheelEvent(QWheelEvent* event)
+{
+    if (m_picture.isNull() || event->angleDelta().y() == 0) {
+        event->ignore();
+        return;
+    }
+    event->accept();
+    constexpr double perNotch = QWheelEvent::DefaultDeltasPerStep;
+    emit WheelTurned(event->angleDelta().y() / perNotch, event->position());
 }

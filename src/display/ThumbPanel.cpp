@@ -4,6 +4,7 @@
 
 #include <QEvent>
 #include <QFontInfo>
+#include <QHelpEvent>
 #include <QLabel>
 
 #include <algorithm>
@@ -151,6 +152,14 @@ void ThumbPanel::setCaptionFont(const QFont& font)
 /// when it comes into view.
 bool ThumbPanel::eventFilter(QObject* watched, QEvent* event)
 {
+    if (event->type() == QEvent::ToolTip) {
+        for (int i = 0; i < count(); ++i) {
+            const Element& e = m_elements[static_cast<std::size_t>(i)];
+            if (watched == e.img || watched == e.lbl)
+                emit TipWanted(i, static_cast<QHelpEvent*>(event)->globalPos());
+        }
+        return true;
+    }
     if (event->type() != QEvent::UpdateLater)
         return QWidget::eventFilter(watched, event);
     const QRect place = static_cast<QWidget*>(watched)->geometry().translated(pos());

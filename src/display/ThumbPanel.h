@@ -68,6 +68,8 @@ signals:
     void Pressed(int i);
     void Clicked(int i);
     void TabbedInto(int i);
+    /// The pointer rests on a thumbnail or its caption.
+    void TipWanted(int i, QPoint globalAt);
     /// Some thumbnail was painted without its pixels.
     void RenderingWanted();
 

@@ -69,6 +69,8 @@ ThumbView::ThumbView(QWidget* parent)
     connect(m_picBack, &ThumbPanel::Pressed, this,
             [this](int i) { setCurrent(i, Qt::MouseFocusReason); });
     connect(m_picBack, &ThumbPanel::Clicked, this, [this](int i) { emit Click(i + 1); });
+    connect(m_picBack, &ThumbPanel::TipWanted, this,
+            [this](int i, QPoint globalAt) { emit TipWanted(i + 1, globalAt); });
     connect(m_picBack, &ThumbPanel::TabbedInto, this, &ThumbView::scrollTo);
     connect(m_picBack, &ThumbPanel::RenderingWanted, this, &ThumbView::startFilling);
     connect(m_tmrFill, &Timer::Tick, this, &ThumbView::fillNext);

@@ -63,6 +63,9 @@ public:
 signals:
     /// Thumbnail `Index` (from 1) was chosen.
     void Click(int Index);
+    /// The pointer rests on thumbnail `Index` (from 1): its owner may show a tip at that place of
+    /// the screen.
+    void TipWanted(int Index, QPoint globalAt);
 
 protected:
     void resizeEvent(QResizeEvent* event) override;

@@ -40,6 +40,7 @@ constexpr CaptionRow Table[] = {
     {u"NAME", u"Name", u"lbl(2)"},
     {u"EXTRA", u"Extra Header (ie: Cookie)", u"lbl(3)"},
     {u"ADDINT", u"Add to internet database.", u"chkAdd"},
+    {u"EMPTYVIEW", u"Choose a camera on the left, or type an address below.", u"picMain"},
 };
 
 /// All objects below `root` by name, the nearest of each name.
@@ -75,6 +76,8 @@ void setCaption(QObject* control, const QString& caption)
     } else if (auto* label = qobject_cast<QLabel*>(control)) {
         label->setTextFormat(Qt::PlainText);
         label->setText(label->buddy() ? escaped : caption);
+    } else if (control && control->metaObject()->indexOfProperty("Caption") >= 0) {
+        control->setProperty("Caption", caption);
     }
 }
 

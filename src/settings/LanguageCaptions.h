@@ -20,9 +20,9 @@ struct CaptionRow
 std::span<const CaptionRow> captionTable();
 
 /// Gives every control of the table its caption from the language file `path`: menu entries,
-/// menus, buttons and labels below `root`, found by objectName; other windows below `root` (not
-/// menus) are left out, and a control that is not there is skipped. Of several of one name the one
-/// nearest to `root` is meant.
+/// menus, buttons, labels and what has a property Caption below `root`, found by objectName; other
+/// windows below `root` (not menus) are left out, and a control that is not there is skipped. Of
+/// several of one name the one nearest to `root` is meant.
 ///
 /// A caption is plain text and shows as it stands in the file, ampersands too. A label takes
 /// Qt::PlainText as its format; give it its buddy before, because that decides what an ampersand

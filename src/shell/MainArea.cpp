@@ -7,6 +7,8 @@
 
 #include <QAction>
 
+#include <utility>
+
 using namespace Qt::Literals::StringLiterals;
 
 MainArea::MainArea(const QString& folder, const MainMenu& menu, QWidget* window)
@@ -44,6 +46,27 @@ void MainArea::switchToolBar()
     keepKeyboardInView(focus);
 }
 
+/// What is hidden already stays so, whatever shows and hides it by itself.
+void MainArea::showPictureAlone(bool alone)
+{
+    m_pictureAlone = alone;
+    if (alone) {
+        for (auto* one : findChildren<QWidget*>(Qt::FindDirectChildrenOnly)) {
+            if (one == m_cam || one->isWindow() || one->isHidden())
+                continue;
+            one->hide();
+            m_hidden.append(one);
+        }
+    } else {
+        for (const auto& one : std::exchange(m_hidden, {})) {
+            if (one)
+                one->show();
+        }
+    }
+    m_cam->showPictureAlone(alone);
+    layOut();
+}
+
 /// The part that had the keyboard may be hidden now, and Qt gives it to whatever comes next.
 void MainArea::keepKeyboardInView(const QWidget* before)
 {
@@ -55,6 +78,10 @@ void MainArea::layOut()
 {
     if (window()->isMinimized())
         return;
+    if (m_pictureAlone) {
+        m_cam->setGeometry(rect());
+        return;
+    }
     const bool listChecked = m_menu.entry(MainMenu::mnuViewList)->isChecked();
     const bool toolBarChecked = m_menu.entry(MainMenu::mnuViewTb)->isChecked();
     window()->setMinimumWidth(clientWidthForOuterTwips(

@@ -2,6 +2,8 @@
 
 #include "shell/MainLayout.h"
 
+#include <QList>
+#include <QPointer>
 #include <QWidget>
 
 class GotoBar;
@@ -32,6 +34,9 @@ public:
     /// follows the toolbar.
     void switchToolBar();
 
+    /// Leaves the picture alone in all of the room, and gives the others their places back.
+    void showPictureAlone(bool alone);
+
 protected:
     void resizeEvent(QResizeEvent* event) override;
 
@@ -44,4 +49,7 @@ private:
     WebCam* m_cam;
     GotoBar* m_cmbUrl;
     MainLayout m_layout;
+    /// What is hidden beside a picture alone; empty else.
+    QList<QPointer<QWidget>> m_hidden;
+    bool m_pictureAlone = false;
 };

@@ -55,7 +55,9 @@ const QList<Menu>& menus()
           {mnuViewGoto, "Goto Bar", "Ctrl+G", Check::On},
           separator,
           {mnuViewNew, "New Images Only", "Ctrl+I", Check::On},
-          {mnuViewOSize, "Original Size", "Ctrl+O", Check::Off}}},
+          {mnuViewOSize, "Original Size", "Ctrl+O", Check::Off},
+          {mnuViewProp, "Keep Proportions", "", Check::Off},
+          {mnuViewFull, "Full Screen", "F11"}}},
         {mnuHelp, "Help", {{mnuHelpAb, "About"}, separator, {mnuHelpH, "Online Help"}}},
     };
     return table;

@@ -33,6 +33,8 @@ public:
         mnuViewGoto,
         mnuViewNew,
         mnuViewOSize,
+        mnuViewProp,
+        mnuViewFull,
         mnuHelp,
         mnuHelpAb,
         mnuHelpH,

@@ -14,6 +14,9 @@ namespace {
 
 const QString Section = u"VIEW"_s;
 const QString KeepKey = u"KEEP"_s;
+/// What is not of old: kept only where it differs from how it is at first.
+const QString WindowSection = u"WINDOW"_s;
+const QString ProportionsKey = u"PROPORTIONS"_s;
 
 struct CheckRow
 {
@@ -59,6 +62,10 @@ void ViewPreferences::load(const QString& path)
     }
     if (const auto value = read(KeepKey))
         m_viewer.setKeepRefreshing(*value);
+    if (const auto on = readTruthValue(GetFromINI(WindowSection, ProportionsKey, path))) {
+        m_menu.entry(MainMenu::mnuViewProp)->setChecked(*on);
+        emit Read(MainMenu::mnuViewProp, *on);
+    }
 }
 
 void ViewPreferences::save(const QString& path) const
@@ -67,8 +74,12 @@ void ViewPreferences::save(const QString& path) const
         const bool checked = m_menu.entry(row.entry)->isChecked();
         WriteToINI(Section, QString::fromLatin1(row.key), truthValueText(checked), path);
     }
-    if (m_viewer.KeepRefreshing())
-        WriteToINI(Section, KeepKey, truthValueText(true), path);
-    else
-        RemoveFromINI(Section, KeepKey, path);
+    const auto writeWhileOn = [&path](const QString& section, const QString& key, bool on) {
+        if (on)
+            WriteToINI(section, key, truthValueText(true), path);
+        else
+            RemoveFromINI(section, key, path);
+    };
+    writeWhileOn(Section, KeepKey, m_viewer.KeepRefreshing());
+    writeWhileOn(WindowSection, ProportionsKey, m_menu.entry(MainMenu::mnuViewProp)->isChecked());
 }

@@ -7,7 +7,8 @@
 class WebCam;
 
 /// The VIEW section of pref.ini: which menu checks it keeps, and whether the viewer keeps
-/// refreshing. What a check switches is its owner's business: Read says that it has to be switched.
+/// refreshing; and from its WINDOW section, whether pictures keep their proportions. What a check
+/// switches is its owner's business: Read says that it has to be switched.
 class ViewPreferences : public QObject
 {
     Q_OBJECT
@@ -15,12 +16,14 @@ class ViewPreferences : public QObject
 public:
     ViewPreferences(MainMenu& menu, WebCam& viewer, QObject* parent);
 
-    /// Reads LIST, TB, GOTO, NEW, TRAY, ONTOP, OSIZE and KEEP from the ini file at `path`, in this
-    /// order, and applies each. A stored text that is no truth value leaves its check and what it
-    /// switches as they were; only an unreadable TRAY turns the tray icon on, as it always did.
+    /// Reads LIST, TB, GOTO, NEW, TRAY, ONTOP, OSIZE, KEEP and PROPORTIONS from the ini file at
+    /// `path`, in this order, and applies each. A stored text that is no truth value leaves its
+    /// check and what it switches as they were; only an unreadable TRAY turns the tray icon on, as
+    /// it always did.
     void load(const QString& path);
 
-    /// Writes LIST, TB, GOTO, NEW, TRAY, OSIZE, ONTOP, in this order, and KEEP while it is on.
+    /// Writes LIST, TB, GOTO, NEW, TRAY, OSIZE, ONTOP, in this order, and KEEP and PROPORTIONS
+    /// while they are on.
     void save(const QString& path) const;
 
 signals:

@@ -10,6 +10,7 @@
 #include "shared/AppFolder.h"
 #include "shared/BuildSettings.h"
 #include "shell/FavouritesMenu.h"
+#include "shell/FullScreen.h"
 #include "shell/GotoBar.h"
 #include "shell/LeftPanel.h"
 #include "shell/MainArea.h"
@@ -115,12 +116,16 @@ void frmMain::connectMenus()
     on(mnuOptExitWO, [this] { askExitWithoutSaving(); });
     on(mnuFavMan, [this] { (new frmMan(m_favourites, this))->open(); });
     on(mnuViewTb, [this] { m_area->switchToolBar(); });
-    for (const auto entry : {mnuOptOnTop, mnuViewList, mnuViewGoto, mnuViewNew, mnuViewOSize})
+    for (const auto entry :
+         {mnuOptOnTop, mnuViewList, mnuViewGoto, mnuViewNew, mnuViewOSize, mnuViewProp})
         on(entry, [this, entry](bool checked) { apply(entry, checked); });
     on(mnuViewGoto, [this](bool checked) {
         if (checked)
             m_cmbUrl->setFocus();
     });
+    auto* fullScreen = new FullScreen(*this, *m_area);
+    on(mnuViewFull, [fullScreen] { fullScreen->toggle(); });
+    addAction(m_menu->entry(mnuViewFull)); // its key also works without the menu bar
     on(mnuHelpAb, [this] { m_windows->showAbout(isChecked(mnuOptOnTop)); });
     on(mnuHelpH, [] { openAddress(helpPage()); });
 
@@ -159,6 +164,9 @@ void frmMain::apply(MainMenu::Entry entry, bool on)
     case MainMenu::mnuViewOSize:
         m_cam->setOriginalSize(on);
         break;
+    case MainMenu::mnuViewProp:
+        m_cam->setKeepProportions(on);
+        break;
     default:
         break;
     }
@@ -175,6 +183,7 @@ void frmMain::startUp(const QString& commandLine)
     m_left->cList().LoadFile();
     // What the start itself loads is no news.
     m_notices = new CameraNotices(*m_cam, m_left->cList(), *m_favourites, this);
+    connect(m_notices, &CameraNotices::CameraWanted, this, &frmMain::openCamera);
     connect(m_notices, &CameraNotices::ListWanted, this, &frmMain::showListPage);
     openFile(readCommandLine(commandLine));
     applyCaptions();
@@ -216,11 +225,7 @@ void frmMain::openCamera(const QString& key)
 void frmMain::showCamera(const QString& key)
 {
     m_notices->cameraChosen(key);
-    // What an image of the history came from has no port in Url: the same Url, set again, would
-    // stand for that camera and not for the one of `key`.
-    m_cam->setUrl({});
-    m_cam->setUrl(key);
-    m_cam->Refresh();
+    m_cam->showCamera(key);
 }
 
 void frmMain::showListPage()

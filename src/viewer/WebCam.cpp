@@ -6,6 +6,7 @@
 #include "shared/JobQueue.h"
 #include "shared/TempFiles.h"
 #include "viewer/FileCommands.h"
+#include "viewer/PictureDrag.h"
 #include "viewer/RefreshTimer.h"
 #include "viewer/fetch/Fetch.h"
 #include "viewer/history/History.h"
@@ -18,6 +19,8 @@
 #include "viewer/surface/ToolbarCommands.h"
 #include "widgets/ElidedLabel.h"
 
+#include <utility>
+
 using namespace Qt::Literals::StringLiterals;
 
 WebCam::WebCam(const QString& folder, QWidget* parent)
@@ -29,6 +32,7 @@ WebCam::WebCam(const QString& folder, QWidget* parent)
     , m_player(new Player(*m_history, tbMain(), *m_work, this))
     , m_movies(new MovieCommands({*m_history, *m_historyView, tbMain(), *m_work}, folder, this))
     , m_files(new FileCommands(imgMain(), this))
+    , m_pictureDrag(new PictureDrag(this))
     , m_refreshTimer(new RefreshTimer(this))
     , m_fetch(new Fetch(
           folder, *m_history, [this](const QByteArray& body) { return acceptBody(body); }, this))
@@ -55,11 +59,19 @@ void WebCam::connectFetch()
     connect(m_fetch, &Fetch::ChunkReceived, &txtDebug(), &DebugBox::addChunk);
     connect(m_fetch, &Fetch::UrlChanged, this, &WebCam::UrlChanged);
     connect(m_fetch, &Fetch::Accepted, m_historyView, &HistoryView::mirrorNewest);
-    connect(m_fetch, &Fetch::NotModified, m_historyView, &HistoryView::showNewestOf);
+    connect(m_fetch, &Fetch::NotModified, this,
+            [this](const QString& address, const QString& camera) {
+                m_historyView->showNewestOf(address, camera, m_isChoice);
+            });
     connect(m_fetch, &Fetch::Error, this, &WebCam::Error);
     connect(m_fetch, &Fetch::Done, this, &WebCam::Done);
     connect(m_fetch, &Fetch::Ended, m_refreshTimer, &RefreshTimer::fetchEnded);
-    connect(m_fetch, &Fetch::Outcome, this, &WebCam::Outcome);
+    connect(m_fetch, &Fetch::Outcome, this, [this](const FetchOutcome& outcome) {
+        if (outcome.kind == FetchOutcome::Kind::SamePicture && m_isChoice)
+            m_historyView->showNewestOf(m_fetch->address(), outcome.camera, true);
+        m_isChoice = false;
+        emit Outcome(outcome);
+    });
     connect(m_fetch, &Fetch::Stopped, m_refreshTimer, &RefreshTimer::fetchStopped);
 }
 
@@ -88,6 +100,9 @@ void WebCam::connectHistory()
                 emit CameraShown(camera);
                 emit UrlChanged();
             });
+    connect(m_historyView, &HistoryView::Deleted, this,
+            [this](const Still& picture) { m_fetch->forgetBody(picture.bytes()); });
+    connect(&imgMain(), &ImageView::DragOutWanted, this, &WebCam::dragOut);
     connect(m_player, &Player::FrameDue, m_historyView, &HistoryView::showWithoutAnnouncing);
 }
 
@@ -165,10 +180,46 @@ void WebCam::deleteAll()
     m_fetch->forget();
 }
 
+/// Its file is named after the camera's host and the time, or else the program.
+void WebCam::dragOut()
+{
+    const int n = m_history->CurrentImage();
+    QString name = u"Pevora"_s;
+    if (const QDateTime time = m_history->fetchedAt(n); time.isValid())
+        name = hostPartOf(m_history->addressOf(n).value_or(QString())) +
+               time.toLocalTime().toString(u" yyyy-MM-dd HH-mm-ss");
+    m_pictureDrag->drag(imgMain().Picture(), name);
+}
+
 void WebCam::Play()
 {
     m_historyView->leaveStrip();
     m_player->Play();
+}
+
+void WebCam::showCamera(const QString& key)
+{
+    if (m_player->isPlaying())
+        stopMovie();
+    m_historyView->leaveStrip();
+    // What an image of the history came from has no port in Url: the same Url, set again, would
+    // stand for that camera and not for the one of `key`.
+    setUrl({});
+    setUrl(key);
+    m_isChoice = true;
+    Refresh();
+}
+
+void WebCam::showPictureAlone(bool alone)
+{
+    if (alone) {
+        m_stripWaits = !tvMain().isHidden();
+        m_historyView->leaveStrip();
+    }
+    showAlone(alone);
+    // A movie that has begun meanwhile has the picture's place.
+    if (!alone && std::exchange(m_stripWaits, false) && !isBusy())
+        m_historyView->ToggleView();
 }
 
 Still WebCam::acceptBody(const QByteArray& body)
@@ -275,4 +326,5 @@ void WebCam::shutDown()
 void WebCam::setClock(const Clock& clock)
 {
     m_player->setClock(clock);
+    m_history->setClock(clock);
 }

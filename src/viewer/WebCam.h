@@ -9,6 +9,7 @@ class FileCommands;
 class History;
 class HistoryView;
 class MovieCommands;
+class PictureDrag;
 class Player;
 class RefreshTimer;
 class JobQueue;
@@ -26,6 +27,7 @@ class WebCam : public ViewerSurface
     Q_PROPERTY(bool ShowToolBar READ ShowToolBar WRITE setShowToolBar)
     Q_PROPERTY(bool NewOnly READ NewOnly WRITE setNewOnly)
     Q_PROPERTY(bool OriginalSize READ OriginalSize WRITE setOriginalSize)
+    Q_PROPERTY(bool KeepProportions READ KeepProportions WRITE setKeepProportions)
     Q_PROPERTY(bool KeepRefreshing READ KeepRefreshing WRITE setKeepRefreshing)
 
 public:
@@ -50,6 +52,14 @@ public:
     bool isStalled() const;
     /// Begins a new countdown where refreshing has stopped; else nothing.
     void resumeRefreshing();
+
+    /// What every choice of a camera comes to: shows and fetches the camera of that key. A movie
+    /// that plays is stopped, and the strip gives way to the picture.
+    void showCamera(const QString& key);
+
+    /// Leaves nothing in the viewer but the picture, and gives the rest, the strip too where it
+    /// was on show, its places back.
+    void showPictureAlone(bool alone);
 
     /// Plays the history as a movie, with the pause of the last play between two frames, until
     /// the user stops it. Of an empty history nothing is played.
@@ -81,7 +91,7 @@ public:
     /// Stops timers and socket, for the end of the program.
     void shutDown();
 
-    /// For tests that move time: times a play.
+    /// For tests that move time: times a play, and says when an image was fetched.
     void setClock(const Clock& clock);
 
 signals:
@@ -119,6 +129,7 @@ private:
     void refreshDue();
     void stopMovie();
     void deleteAll();
+    void dragOut();
     void showMessage(const QString& text);
 
     QString m_folder;
@@ -128,7 +139,12 @@ private:
     Player* m_player;
     MovieCommands* m_movies;
     FileCommands* m_files;
+    PictureDrag* m_pictureDrag;
     RefreshTimer* m_refreshTimer;
     Fetch* m_fetch;
     bool m_showStatus = true;
+    /// The fetch under way is of a camera that was just chosen.
+    bool m_isChoice = false;
+    /// Behind a picture that is alone.
+    bool m_stripWaits = false;
 };

@@ -1,59 +1,14 @@
-#include "display/ImageView.h"
 #include "support/Cost.h"
 #include "support/Pictures.h"
 #include "support/Rows.h"
+#include "support/ShownView.h"
+#include "support/Waiting.h"
 
-#include <QPainter>
 #include <QVariantList>
 
 #include <algorithm>
 #include <cmath>
 #include <limits>
-
-/// A view in a window of its own; what it shows is read back from the screen's side.
-class ShownView
-{
-public:
-    explicit ShownView(QSize size)
-    {
-        window.resize(1000, 800);
-        view.resize(size);
-        window.show();
-        if (!waitForExposed(&window))
-            qFatal("the window does not show");
-    }
-    QWidget& canvas() { return *view.findChild<QWidget*>("picMain"); }
-    QMenu& menu() { return *view.findChild<QMenu*>("mnuRc"); }
-    QImage shown() { return view.grab().toImage(); }
-    QColor at(int x, int y) { return shown().pixelColor(x, y); }
-    void click(int x, int y, Qt::MouseButton button = Qt::LeftButton)
-    {
-        QTest::mouseClick(&canvas(), button, {}, QPoint(x, y));
-    }
-
-    QWidget window;
-    ImageView view{&window};
-};
-
-/// Four quarters: red, green / blue, white.
-static QImage quarters(QSize size)
-{
-    QImage image(size, QImage::Format_RGB32);
-    QPainter painter(&image);
-    const int x = size.width() / 2;
-    const int y = size.height() / 2;
-    painter.fillRect(0, 0, x, y, Qt::red);
-    painter.fillRect(x, 0, x, y, Qt::green);
-    painter.fillRect(0, y, x, y, Qt::blue);
-    painter.fillRect(x, y, x, y, Qt::white);
-    return image;
-}
-
-static bool alike(const QColor& a, const QColor& b)
-{
-    return std::abs(a.red() - b.red()) < 12 && std::abs(a.green() - b.green()) < 12 &&
-           std::abs(a.blue() - b.blue()) < 12;
-}
 
 class ImageViewTest : public QObject
 {
@@ -324,12 +279,15 @@ private slots:
     {
         ImageView view;
         const auto actions = view.findChild<QMenu*>("mnuRc")->actions();
-        QCOMPARE(actions.size(), 3);
+        QCOMPARE(actions.size(), 4);
         QCOMPARE(actions[0]->objectName(), "mnuRcRe");
         QCOMPARE(actions[0]->text(), "Restore Image");
         QVERIFY(actions[1]->isSeparator());
         QCOMPARE(actions[2]->objectName(), "mnuRcDesk");
         QCOMPARE(actions[2]->text(), "Set as Desktop Background");
+        QCOMPARE(actions[3]->objectName(), "mnuRcCopy");
+        QCOMPARE(actions[3]->text(), "Copy Image");
+        QCOMPARE(actions[3]->shortcut(), QKeySequence("Ctrl+C"));
     }
 
     void originalSizeTakesThePicturesSize()

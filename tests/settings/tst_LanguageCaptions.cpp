@@ -1,3 +1,4 @@
+#include "display/PictureCanvas.h"
 #include "settings/LanguageCaptions.h"
 #include "support/ScratchFile.h"
 
@@ -41,6 +42,9 @@ public:
         named<QCheckBox>("chkAdd", panel);
         for (const char* name : {"lbl(0)", "lbl(1)", "lbl(2)", "lbl(3)"})
             named<QLabel>(name, panel);
+        auto* canvas = new PictureCanvas(this);
+        canvas->setObjectName("picMain");
+        canvas->setCaption("design");
         setWindowTitle("Pevora");
     }
 
@@ -56,6 +60,8 @@ public:
             if (label != m_ofOtherWindow)
                 return label->text();
         }
+        if (const auto* canvas = findChild<PictureCanvas*>(name))
+            return canvas->Caption();
         return "missing";
     }
 
@@ -113,14 +119,14 @@ class LanguageCaptionsTest : public QObject
 private slots:
     void everyControlOfTheTableTakesItsKey()
     {
-        QCOMPARE(captionTable().size(), std::size_t(24));
+        QCOMPARE(captionTable().size(), std::size_t(25));
         QByteArray bytes = "[Main]\n";
         QSet<QString> controls;
         for (const CaptionRow& row : captionTable()) {
             bytes += row.key.toUtf8() + "= <" + row.key.toUtf8() + "> \n";
             controls.insert(row.control.toString());
         }
-        QCOMPARE(controls.size(), 24);
+        QCOMPARE(controls.size(), 25);
         const Labelled form(bytes);
         for (const CaptionRow& row : captionTable())
             QCOMPARE(form.caption(row.control.toString()), '<' + row.key.toString() + '>');
@@ -138,6 +144,8 @@ private slots:
         QCOMPARE(form.caption("lbl(0)"), "Category");
         QCOMPARE(form.caption("lbl(2)"), "Name");
         QCOMPARE(form.caption("mnuViewTb"), "ToolBar");
+        QCOMPARE(form.caption("picMain"),
+                 "Choose a camera on the left, or type an address below.");
         QCOMPARE(changedIn(form), QStringList("mnuView"));
     }
 

@@ -184,13 +184,18 @@ private slots:
             } else if (const auto* label = m.made().findChild<QLabel*>(row.control.toString())) {
                 QCOMPARE(label->text(), caption);
                 ++seen;
+            } else if (row.control == u"picMain") {
+                const auto& canvas = m.part<QWidget>("picMain");
+                QCOMPARE(canvas.property("Caption").toString(), caption);
+                QCOMPARE(canvas.accessibleDescription(), caption);
+                ++seen;
             } else {
                 QCOMPARE(shownText(m.part<QAbstractButton>(row.control.toString()).text()),
                          caption);
                 ++seen;
             }
         }
-        QCOMPARE(seen, 24);
+        QCOMPARE(seen, 25);
         QCOMPARE(accessKeys.size(), 4);
     }
 

@@ -169,7 +169,8 @@ private slots:
         row("mnuView",
             {"mnuViewList|List|Ctrl+L|on", "mnuViewTb|Toolbar|Ctrl+T|on",
              "mnuViewGoto|Goto Bar|Ctrl+G|on", "-", "mnuViewNew|New Images Only|Ctrl+I|on",
-             "mnuViewOSize|Original Size|Ctrl+O|off"});
+             "mnuViewOSize|Original Size|Ctrl+O|off", "mnuViewProp|Keep Proportions||off",
+             "mnuViewFull|Full Screen|F11"});
         row("mnuHelp", {"mnuHelpAb|About", "-", "mnuHelpH|Online Help"});
     }
 

@@ -77,6 +77,33 @@ private slots:
         QCOMPARE(m.preferences(), DesignView + NoFavourites);
     }
 
+    void proportionsAreWrittenOnlyWhileChecked()
+    {
+        ShownMain m;
+        m.shown();
+        m.choose("mnuView", "mnuViewProp");
+        QVERIFY(m.part<WebCam>("Cam").KeepProportions());
+        m.made().close();
+        QCOMPARE(m.preferences(), DesignView + "[WINDOW]\r\nPROPORTIONS=True\r\n" + NoFavourites);
+        m.madeAgain();
+        QVERIFY(m.entry("mnuViewProp").isChecked());
+        QVERIFY(m.part<WebCam>("Cam").KeepProportions());
+        m.entry("mnuViewProp").trigger();
+        QVERIFY(!m.part<WebCam>("Cam").KeepProportions());
+        m.made().close();
+        QVERIFY(!m.preferences().contains("PROPORTIONS"));
+    }
+
+    void anUnreadableTextAboutProportionsIsIgnored()
+    {
+        for (const char* text : {"", "yes", "False"}) {
+            ShownMain m;
+            m.write("pref.ini", QByteArray("[WINDOW]\r\nPROPORTIONS=") + text + "\r\n");
+            QVERIFY(!m.entry("mnuViewProp").isChecked());
+            QVERIFY(!m.part<WebCam>("Cam").KeepProportions());
+        }
+    }
+
     void favouritesWithoutANameLeaveNoGap()
     {
         ShownMain m;

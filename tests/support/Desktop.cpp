@@ -78,6 +78,12 @@ void pointer(const QPoint& at, const QString& action, int button)
                                     QString::number(at.y()), action, QString::number(button)});
 }
 
+void movePointer(const QPoint& at)
+{
+    run(QStringLiteral("xdotool"),
+        {QStringLiteral("mousemove"), QString::number(at.x()), QString::number(at.y())});
+}
+
 DesktopTray::DesktopTray()
 {
     m_trayer.start(QStringLiteral("trayer"),

@@ -17,6 +17,8 @@ QList<WId> stacking();
 /// Moves the pointer there and does `action`, xdotool's name ("click", "mousedown", "mouseup"),
 /// with a mouse button: 1 is the primary one, 2 the middle one, 3 the secondary one.
 void pointer(const QPoint& at, const QString& action, int button);
+/// Moves it there and nothing else.
+void movePointer(const QPoint& at);
 
 /// A tray on the desktop, as long as this object lives.
 class DesktopTray

@@ -127,13 +127,12 @@ void CameraNotices::act(NoticeAction action)
     }
 }
 
-/// Wherever the camera is kept, and on show.
+/// Wherever the camera is kept, and in what is on show.
 void CameraNotices::replaceKey(const QString& newKey)
 {
     m_list.changeKey(m_outcome.camera, newKey);
     m_favourites.changeKey(m_outcome.camera, newKey);
-    m_cam.setUrl(newKey);
-    m_cam.Refresh();
+    emit CameraWanted(newKey);
 }
 
 void CameraNotices::signIn()

@@ -33,6 +33,8 @@ public:
     void tell(const Notice::Message& message, const QString& subject = {});
 
 signals:
+    /// The camera of `key` should be shown.
+    void CameraWanted(const QString& key);
     /// The list should be seen.
     void ListWanted();
 

@@ -117,6 +117,12 @@ void Fetch::forget()
     m_answer.setLastModified({});
 }
 
+void Fetch::forgetBody(const QByteArray& body)
+{
+    if (m_previousBody == body)
+        m_previousBody.clear();
+}
+
 void Fetch::shutDown()
 {
     ++m_run;

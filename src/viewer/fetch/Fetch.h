@@ -73,6 +73,10 @@ public:
     /// Forgets the last image: whatever comes next is new, and has no date of an older answer.
     void forget();
 
+    /// The user has deleted the image of `body`: where that was the last accepted one, it is new
+    /// when it comes again.
+    void forgetBody(const QByteArray& body);
+
     /// Ends everything without a word, for the end of the program.
     void shutDown();
 

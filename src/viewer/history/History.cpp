@@ -11,7 +11,7 @@ void History::Append(const Still& picture, const QString& address, const QString
                      const QString& camera)
 {
     makeRoom();
-    add(picture, address + FieldSeparator + lastModified + FieldSeparator, camera);
+    add(picture, address + FieldSeparator + lastModified + FieldSeparator, {camera, m_clock()});
 }
 
 void History::AppendFile(const Still& picture)
@@ -23,7 +23,7 @@ void History::AppendFile(const Still& picture)
 void History::AppendFrame(const Still& picture)
 {
     m_ilHis.Add(picture);
-    m_cameras.append(QString());
+    m_origins.append(Origin());
 }
 
 /// A movie may have brought more than fits: each picture drives out just one.
@@ -33,10 +33,10 @@ void History::makeRoom()
         remove(1);
 }
 
-void History::add(const Still& picture, const QString& keyHead, const QString& camera)
+void History::add(const Still& picture, const QString& keyHead, const Origin& origin)
 {
     m_ilHis.Add(picture, keyHead + QString::number(++m_keys));
-    m_cameras.append(camera);
+    m_origins.append(origin);
     m_currentImage = Count();
 }
 
@@ -51,13 +51,13 @@ bool History::removeCurrent()
 void History::remove(int n)
 {
     m_ilHis.Remove(n);
-    m_cameras.removeAt(n - 1);
+    m_origins.removeAt(n - 1);
 }
 
 void History::Clear()
 {
     m_ilHis.Clear();
-    m_cameras.clear();
+    m_origins.clear();
 }
 
 int History::back()
@@ -91,7 +91,19 @@ std::optional<QString> History::addressOf(int n) const
 
 QString History::cameraOf(int n) const
 {
-    return m_cameras.value(n - 1);
+    return m_origins.value(n - 1).camera;
+}
+
+QDateTime History::fetchedAt(int n) const
+{
+    return m_origins.value(n - 1).fetched;
+}
+
+/// A file's key has none: there the second field is the end of the key.
+QString History::lastModifiedAt(int n) const
+{
+    const QString key = m_ilHis.Key(n);
+    return key.count(FieldSeparator) < 2 ? QString() : key.section(FieldSeparator, 1, 1);
 }
 
 bool History::isOf(int n, const QString& address, const QString& camera) const

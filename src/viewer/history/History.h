@@ -1,9 +1,10 @@
 #pragma once
 
 #include "picture/ImageList.h"
+#include "shared/Clock.h"
 
+#include <QList>
 #include <QObject>
-#include <QStringList>
 
 #include <optional>
 
@@ -58,6 +59,10 @@ public:
     std::optional<QString> addressOf(int n) const;
     /// The camera key that entry `n` was fetched by; empty where it was not fetched.
     QString cameraOf(int n) const;
+    /// When entry `n` was fetched; invalid where it was not.
+    QDateTime fetchedAt(int n) const;
+    /// The Last-Modified text of entry `n`; empty where it has none.
+    QString lastModifiedAt(int n) const;
 
     /// Whether entry `n` came from `address` for `camera`, a whole camera key. An address names no
     /// port, and cameras of one host and path may differ in that alone. Without a camera on
@@ -68,14 +73,24 @@ public:
     /// The Last-Modified text of the newest such entry; empty where there is none.
     QString lastModifiedOf(const QString& address, const QString& camera = {}) const;
 
+    /// For tests that move time.
+    void setClock(const Clock& clock) { m_clock = clock; }
+
 private:
     void makeRoom();
     void remove(int n);
-    void add(const Still& picture, const QString& keyHead, const QString& camera);
+    struct Origin
+    {
+        QString camera;
+        QDateTime fetched;
+    };
+
+    void add(const Still& picture, const QString& keyHead, const Origin& origin);
 
     ImageList m_ilHis;
-    /// The camera key of each entry.
-    QStringList m_cameras;
+    /// Where each entry comes from.
+    QList<Origin> m_origins;
+    Clock m_clock = systemClock;
     int m_currentImage = 0;
     /// How many keys have been given; the last one ends in it.
     quint64 m_keys = 0;

@@ -3,10 +3,12 @@
 #include "display/ImageView.h"
 #include "display/ThumbView.h"
 #include "viewer/history/History.h"
+#include "viewer/history/ImageTip.h"
 #include "viewer/surface/ToolBar.h"
 
 #include <QApplication>
 #include <QLabel>
+#include <QToolTip>
 
 #include <algorithm>
 
@@ -18,6 +20,7 @@ HistoryView::HistoryView(History& history, const Parts& parts, QObject* parent)
     , m_parts(parts)
 {
     connect(&m_parts.tvMain, &ThumbView::Click, this, &HistoryView::chooseThumbnail);
+    connect(&m_parts.tvMain, &ThumbView::TipWanted, this, &HistoryView::showTip);
 }
 
 void HistoryView::ShowEntry(int n)
@@ -58,13 +61,19 @@ void HistoryView::announce(int n)
 /// An owner that was told of the address may have emptied the history since.
 void HistoryView::showCaption(int n)
 {
-    if (n <= m_history.Count())
-        m_parts.lblPic.setText("Image "_L1 + QString::number(n));
+    if (n > m_history.Count())
+        return;
+    m_parts.lblPic.setText("Image "_L1 + QString::number(n));
+    const QString tip = imageTip(m_history, n);
+    m_parts.lblPic.setToolTip(asToolTip(tip));
+    m_parts.lblPic.setAccessibleDescription(tip);
 }
 
 void HistoryView::showNothing()
 {
     m_parts.lblPic.setText(u"Image N/A"_s);
+    m_parts.lblPic.setToolTip({});
+    m_parts.lblPic.setAccessibleDescription({});
 }
 
 void HistoryView::mirrorNewest(const Still& picture)
@@ -87,12 +96,20 @@ void HistoryView::Forward()
     ShowEntry(m_history.forward());
 }
 
+void HistoryView::removeCurrent()
+{
+    const Still deleted = m_history.ilHis().Picture(m_history.CurrentImage());
+    if (!m_history.removeCurrent())
+        return;
+    m_parts.imgMain.setPicture({});
+    emit Deleted(deleted);
+}
+
 void HistoryView::DeleteCurrent()
 {
     if (m_history.Count() == 0)
         return;
-    if (m_history.removeCurrent())
-        m_parts.imgMain.setPicture({});
+    removeCurrent();
     if (m_history.CurrentImage() > m_history.Count())
         m_history.setCurrentImage(m_history.CurrentImage() - 1);
     if (m_history.CurrentImage() > 0)
@@ -105,8 +122,7 @@ void HistoryView::DeleteCurrentOnly()
 {
     if (m_history.Count() == 0)
         return;
-    if (m_history.removeCurrent())
-        m_parts.imgMain.setPicture({});
+    removeCurrent();
     showNothing();
 }
 
@@ -143,7 +159,8 @@ void HistoryView::leaveStrip()
         ToggleView();
 }
 
-/// The keyboard's place goes along: the viewer itself is the picture's.
+/// The keyboard's place goes along: the viewer itself is the picture's. While the strip is on show,
+/// whatever gives the keyboard to the viewer gives it to the strip.
 void HistoryView::showStrip(bool on)
 {
     ThumbView& strip = m_parts.tvMain;
@@ -151,6 +168,7 @@ void HistoryView::showStrip(bool on)
     const auto* focus = QApplication::focusWidget();
     const bool stripHasFocus = focus && strip.isAncestorOf(focus);
     const bool viewerHasFocus = viewer->hasFocus();
+    viewer->setFocusProxy(nullptr);
     strip.setVisible(on);
     m_parts.imgMain.setVisible(!on);
     viewer->update();
@@ -158,6 +176,8 @@ void HistoryView::showStrip(bool on)
         strip.setFocus(Qt::OtherFocusReason);
     else if (!on && stripHasFocus)
         viewer->setFocus(Qt::OtherFocusReason);
+    if (on)
+        viewer->setFocusProxy(&strip);
 }
 
 void HistoryView::announceCurrent()
@@ -175,10 +195,21 @@ void HistoryView::chooseThumbnail(int n)
     m_parts.tbMain.setButtonsEnabled(true);
 }
 
-void HistoryView::showNewestOf(const QString& address, const QString& camera)
+/// A picture that was opened from a file under the strip has not come to it.
+void HistoryView::showTip(int n, QPoint globalAt)
+{
+    if (m_parts.tvMain.Picture(n).isSameAs(m_history.ilHis().Picture(n)))
+        QToolTip::showText(globalAt, asToolTip(imageTip(m_history, n)), &m_parts.tvMain);
+}
+
+void HistoryView::showNewestOf(const QString& address, const QString& camera, bool isChoice)
 {
     const int n = m_history.newestOf(address, camera);
-    if (n > 0 && !isOnShow(address, camera))
+    if (n == 0)
+        return;
+    const bool isShown = isChoice ? m_history.ilHis().Picture(n).isSameAs(m_parts.imgMain.Picture())
+                                  : isOnShow(address, camera);
+    if (!isShown)
         showWithoutAnnouncing(n);
 }
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QObject>
+#include <QPoint>
 
 class History;
 class ImageView;
@@ -59,20 +60,25 @@ public:
     void announceCurrent();
 
     /// A server has nothing newer than the newest entry of `address` and `camera`: that is put on
-    /// show, unless some picture of theirs is.
-    void showNewestOf(const QString& address, const QString& camera);
+    /// show, unless some picture of theirs is; for a camera that was just chosen (`isChoice`) in
+    /// any case.
+    void showNewestOf(const QString& address, const QString& camera, bool isChoice);
 
 signals:
     /// An entry has been put on show that came from `address` (no scheme; empty for a file);
     /// `camera` is the camera key it was fetched by, empty for a file.
     void AddressShown(const QString& address, const QString& camera);
+    /// The user has deleted the entry of `picture`.
+    void Deleted(const Still& picture);
 
 private:
     void showPicture(int n);
     void announce(int n);
     void showCaption(int n);
     void showNothing();
+    void removeCurrent();
     void chooseThumbnail(int n);
+    void showTip(int n, QPoint globalAt);
     void showStrip(bool on);
     bool isOnShow(const QString& address, const QString& camera) const;
 

@@ -31,6 +31,9 @@ public:
     /// still waits for its turn does not come about.
     void stop();
 
+    /// Whether a play runs, or waits for its turn, that has not been stopped.
+    bool isPlaying() const { return m_run && !m_state.StopPlay; }
+
     /// For tests that move time.
     void setClock(const Clock& clock) { m_state.clock = clock; }
 

@@ -1,9 +1,11 @@
 #include "viewer/surface/ToolBarButton.h"
 
+#include <QHelpEvent>
 #include <QKeyEvent>
 #include <QMouseEvent>
 #include <QStyleOptionToolButton>
 #include <QStylePainter>
+#include <QToolTip>
 
 ToolBarButton::ToolBarButton(bool hasArrow, QWidget* parent)
     : QToolButton(parent)
@@ -19,6 +21,20 @@ ToolBarButton::ToolBarButton(bool hasArrow, QWidget* parent)
 QSize ToolBarButton::sizeHint() const
 {
     return {FaceWidthPx + (m_hasArrow ? ArrowWidthPx : 0), HeightPx};
+}
+
+bool ToolBarButton::event(QEvent* event)
+{
+    const bool done = QToolButton::event(event);
+    if (event->type() == QEvent::ToolTip) {
+        m_tipAt = static_cast<QHelpEvent*>(event)->globalPos();
+        m_shownTip = toolTip();
+    } else if (event->type() == QEvent::ToolTipChange && QToolTip::isVisible() &&
+               !m_shownTip.isEmpty() && QToolTip::text() == m_shownTip) {
+        m_shownTip = toolTip();
+        QToolTip::showText(m_tipAt, m_shownTip, this);
+    }
+    return done;
 }
 
 QRect ToolBarButton::faceRect() const

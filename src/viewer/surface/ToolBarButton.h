@@ -4,7 +4,7 @@
 
 /// A button of the viewer's toolbar: a fixed width, whatever the style, and optionally an arrow
 /// at its right that asks for a menu. It never toggles by itself: its owner decides what a click
-/// means.
+/// means. A tool tip that changes while it is open is shown as it is then.
 class ToolBarButton : public QToolButton
 {
     Q_OBJECT
@@ -24,6 +24,7 @@ signals:
     void DropDown();
 
 protected:
+    bool event(QEvent* event) override;
     void nextCheckState() override {}
     void paintEvent(QPaintEvent* event) override;
     void mousePressEvent(QMouseEvent* event) override;
@@ -38,4 +39,7 @@ private:
 
     bool m_hasArrow;
     bool m_arrowHovered = false;
+    /// The tip that was asked for last, and where on the screen.
+    QString m_shownTip;
+    QPoint m_tipAt;
 };

@@ -20,6 +20,22 @@ QList<QLine> frameAround(const QRect& picture)
             {frame.bottomLeft(), frame.topLeft()}};
 }
 
+/// The picture itself in its room.
+void placeImage(ViewerLayout& layout, const ViewerLayoutInput& input)
+{
+    const QRect& area = layout.imageArea;
+    layout.image = area;
+    if (input.originalSize && !input.picture.isEmpty()) {
+        const QSize spare = (area.size() - input.picture).expandedTo({0, 0});
+        const int below = input.alone ? spare.height() / 2 : 0;
+        layout.image = QRect(area.topLeft() + QPoint(spare.width() / 2, below), input.picture);
+        layout.frame = frameAround(layout.image);
+    }
+    // A picture that reaches out of the area has its banner over the part that is seen.
+    const int bannerWidth = std::min(layout.image.width(), area.width());
+    layout.banner = QRect(layout.image.topLeft(), QSize(bannerWidth, input.bannerHeight));
+}
+
 } // namespace
 
 ViewerLayout layOutViewer(const ViewerLayoutInput& input)
@@ -28,6 +44,11 @@ ViewerLayout layOutViewer(const ViewerLayoutInput& input)
     const int width = input.control.width();
     const int height = input.control.height();
     ViewerLayout layout;
+    if (input.alone) {
+        layout.imageArea = QRect({}, input.control);
+        placeImage(layout, input);
+        return layout;
+    }
 
     const int toolBarHeight = input.toolBarVisible ? input.toolBarHeight : 0;
     layout.toolBar = QRect(0, 0, width, toolBarHeight);
@@ -50,14 +71,6 @@ ViewerLayout layOutViewer(const ViewerLayoutInput& input)
         area.setHeight(std::max(0, area.height() - debugHeight - margin));
     }
     layout.imageArea = area;
-    layout.image = area;
-    if (input.originalSize && !input.picture.isEmpty()) {
-        const int spare = std::max(0, area.width() - input.picture.width());
-        layout.image = QRect(QPoint(area.left() + spare / 2, top), input.picture);
-        layout.frame = frameAround(layout.image);
-    }
-    // A picture that reaches out of the area has its banner over the part that is seen.
-    const int bannerWidth = std::min(layout.image.width(), area.width());
-    layout.banner = QRect(layout.image.left(), top, bannerWidth, input.bannerHeight);
+    placeImage(layout, input);
     return layout;
 }

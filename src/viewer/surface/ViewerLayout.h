@@ -15,6 +15,8 @@ struct ViewerLayoutInput
     int captionWidth = 0;
     int bannerHeight = 0;
     bool debugVisible = false;
+    /// The image area takes all of the control; what else there is takes none.
+    bool alone = false;
     bool originalSize = false;
     /// Size of the picture; only for originalSize.
     QSize picture;
@@ -27,8 +29,8 @@ struct ViewerLayout
     QRect toolBar;
     /// All of the room that image or thumbnail strip may take.
     QRect imageArea;
-    /// The image itself: the whole area, or the picture's own size from the area's top edge on,
-    /// centred while it is narrower than the area.
+    /// The image itself: the whole area, or the picture's own size from the area's top edge on
+    /// (alone: in its middle), centred while it is narrower than the area.
     QRect image;
     QRect banner;
     QRect debugBox;

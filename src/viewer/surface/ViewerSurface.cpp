@@ -17,6 +17,8 @@
 #include <QLabel>
 #include <QPainter>
 
+#include <algorithm>
+
 using namespace Qt::Literals::StringLiterals;
 
 namespace {
@@ -52,7 +54,9 @@ ViewerSurface::ViewerSurface(QWidget* parent)
     m_lblPic->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
     m_lblPic->installEventFilter(this);
 
-    connect(m_imgMain, &ImageView::PictureLoad, this, &ViewerSurface::layOut);
+    connect(m_imgMain, &ImageView::PictureLoad, this, &ViewerSurface::pictureLoaded);
+    connect(m_imgMain, &ImageView::Restored, this, &ViewerSurface::layOut);
+    connect(m_imgMain, &ImageView::PanWanted, this, &ViewerSurface::dragImage);
     connect(m_imgMain, &ImageView::MouseMove, this, [this](int button, int, int, int y) {
         m_lblURl->mouseMovedOverImage(button, y, Url());
     });
@@ -72,7 +76,15 @@ void ViewerSurface::OpenWeb(const QString& address)
 void ViewerSurface::setShowToolBar(bool on)
 {
     m_showToolBar = on;
-    m_tbMain->setVisible(on);
+    m_tbMain->setVisible(on && !m_alone);
+    layOut();
+}
+
+void ViewerSurface::showAlone(bool alone)
+{
+    m_alone = alone;
+    m_tbMain->setVisible(m_showToolBar && !alone);
+    m_lblPic->setVisible(!alone);
     layOut();
 }
 
@@ -87,6 +99,27 @@ void ViewerSurface::setOriginalSize(bool on)
     layOut();
 }
 
+bool ViewerSurface::KeepProportions() const
+{
+    return m_imgMain->KeepProportions();
+}
+
+void ViewerSurface::setKeepProportions(bool on)
+{
+    m_imgMain->setKeepProportions(on);
+}
+
+/// A picture that follows on one of its size keeps the place that it was moved to.
+void ViewerSurface::pictureLoaded()
+{
+    const QPoint place = m_imageTwips;
+    const QSize size = m_imgMain->Picture().size();
+    layOut();
+    if (size == m_pictureSize)
+        panImage(place.x() - m_imageTwips.x(), place.y() - m_imageTwips.y());
+    m_pictureSize = size;
+}
+
 void ViewerSurface::layOut()
 {
     const int textHeight = fontMetrics().height() + StatusPaddingPx;
@@ -98,6 +131,7 @@ void ViewerSurface::layOut()
         .captionWidth = fontMetrics().horizontalAdvance(u"Image 32767  "_s),
         .bannerHeight = textHeight,
         .debugVisible = !m_txtDebug->isHidden(),
+        .alone = m_alone,
         .originalSize = OriginalSize(),
         .picture = m_imgMain->Picture().size(),
     });
@@ -115,12 +149,30 @@ void ViewerSurface::layOut()
     m_lbl->setGeometry(layout.statusLine);
     m_lblPic->setGeometry(layout.caption);
     m_imageTwips = m_imgMain->pos() * TwipsPerPixel;
+    m_imgMain->setLargerThanRoom(m_imgMain->width() > m_imageArea->width() ||
+                                 m_imgMain->height() > m_imageArea->height());
 }
 
 void ViewerSurface::panImage(int leftTwips, int topTwips)
 {
     m_imageTwips += QPoint(leftTwips, topTwips);
     m_imgMain->move(pixelsFromTwips(m_imageTwips.x()), pixelsFromTwips(m_imageTwips.y()));
+}
+
+/// The pointer moves the image no further than until its edge meets that of the room, unless the
+/// keyboard has moved it there already.
+void ViewerSurface::dragImage(QPoint by)
+{
+    const auto moved = [](int at, int step, int length, int room) {
+        if (length <= room)
+            return at;
+        return std::clamp(at + step, std::min(at, room - length), std::max(at, 0));
+    };
+    const QPoint at = m_imgMain->pos();
+    const QPoint to(moved(at.x(), by.x(), m_imgMain->width(), m_imageArea->width()),
+                    moved(at.y(), by.y(), m_imgMain->height(), m_imageArea->height()));
+    m_imgMain->move(to);
+    m_imageTwips = to * TwipsPerPixel;
 }
 
 void ViewerSurface::resizeEvent(QResizeEvent*)

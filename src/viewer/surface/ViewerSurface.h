@@ -3,6 +3,7 @@
 #include <QLine>
 #include <QList>
 #include <QPoint>
+#include <QSize>
 #include <QWidget>
 
 class DebugBox;
@@ -16,7 +17,9 @@ class ToolBar;
 class UrlBanner;
 
 /// The viewer's surface: its child controls, their places, the banner over the image, the hidden
-/// debug box and panning by the arrow keys. Knows nothing of fetches, history or timers of these.
+/// debug box and panning by the arrow keys and the pointer. A new picture of the size of the last
+/// one keeps its place, another one or a resize does not. Knows nothing of fetches, history or
+/// timers of these.
 class ViewerSurface : public QWidget
 {
     Q_OBJECT
@@ -30,6 +33,10 @@ public:
     bool OriginalSize() const;
     void setOriginalSize(bool on);
 
+    /// Show pictures undistorted in the middle of their room. False by default.
+    bool KeepProportions() const;
+    void setKeepProportions(bool on);
+
     /// The camera key on show; the banner shows its host.
     virtual QString Url() const = 0;
     /// The bar over the top of the picture, for what is to be said about it.
@@ -39,6 +46,10 @@ public:
     void OpenWeb(const QString& address);
 
 protected:
+    /// Hides all but the picture (or the strip), which then fills the viewer; the parts come back
+    /// as they were.
+    void showAlone(bool alone);
+
     ToolBar& tbMain() { return *m_tbMain; }
     IntervalMenu& mnuTmr() { return *m_mnuTmr; }
     ImageView& imgMain() { return *m_imgMain; }
@@ -58,7 +69,9 @@ protected:
 
 private:
     void layOut();
+    void pictureLoaded();
     void panImage(int leftTwips, int topTwips);
+    void dragImage(QPoint by);
 
     /// Clips the image, which may be larger than its room.
     QWidget* m_imageArea;
@@ -74,6 +87,8 @@ private:
     Notice* m_notice;
     QList<QLine> m_frame;
     QPoint m_imageTwips;
+    QSize m_pictureSize;
     bool m_showToolBar = true;
+    bool m_alone = false;
     bool m_showsFocus = false;
 };

@@ -52,6 +52,27 @@ private slots:
         QCOMPARE(control.height() - used, debug ? 9 : 6);
     }
 
+    void aloneTheImageTakesTheWholeControl()
+    {
+        ViewerLayoutInput given = input();
+        given.alone = true;
+        given.debugVisible = true;
+        ViewerLayout layout = layOutViewer(given);
+        QCOMPARE(layout.imageArea, QRect({}, given.control));
+        QCOMPARE(layout.image, layout.imageArea);
+        QCOMPARE(layout.banner, QRect(0, 0, 800, 20));
+        for (const QRect& part :
+             {layout.toolBar, layout.debugBox, layout.statusLine, layout.caption})
+            QVERIFY(part.isEmpty());
+        given.originalSize = true;
+        given.picture = {200, 100};
+        layout = layOutViewer(given);
+        QCOMPARE(layout.image, QRect(300, 250, 200, 100));
+        QCOMPARE(layout.banner, QRect(300, 250, 200, 20));
+        given.picture = {2000, 1000};
+        QCOMPARE(layOutViewer(given).image, QRect(0, 0, 2000, 1000));
+    }
+
     void stretchedPicturesHaveNoFrame()
     {
         ViewerLayoutInput given = input();
