@@ -248,6 +248,12 @@ void CamList::tellAlreadyListed(qsizetype cameras)
     QMetaObject::invokeMethod(m_messages, tell, Qt::QueuedConnection);
 }
 
+void CamList::followCamera(const QString& key)
+{
+    if (std::exchange(m_followed, key) != key)
+        select(key);
+}
+
 void CamList::SaveFile()
 {
     m_file.write(writeCameraListLine(m_tree->cameras()));

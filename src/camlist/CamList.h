@@ -51,6 +51,9 @@ public:
     void edit(const QString& key);
     /// Selects the camera of `key`, and brings it into view.
     void select(const QString& key);
+    /// The camera of `key` is on show now. The same where it is another than before; what the user
+    /// selects meanwhile stays.
+    void followCamera(const QString& key);
 
     /// Brings back what the last removal or the last load of list.dat took away. What has come
     /// since then stays. Nothing where there was none, or it was undone.
@@ -106,6 +109,8 @@ private:
     CameraTreeView* m_tvwCat;
     QMenu* m_mnu;
     QAction* m_mnuEdit = nullptr;
+    /// The key of the camera on show.
+    QString m_followed;
     /// All cameras before and after the last change that can be undone.
     QList<CameraRecord> m_before;
     QList<CameraRecord> m_after;

@@ -2,6 +2,7 @@
 
 #include "cameras/CameraKey.h"
 #include "camlist/CamList.h"
+#include "shared/InputText.h"
 #include "widgets/InputBoxes.h"
 #include "widgets/MessageQueue.h"
 
@@ -51,6 +52,7 @@ GotoBar::GotoBar(const CamList& list, QWidget* parent)
     setDuplicatesEnabled(true);
     setMaxVisibleItems(20);
     setSizeAdjustPolicy(AdjustToMinimumContentsLengthWithIcon);
+    setToolTip(tr("Ctrl+V elsewhere in the window shows the address on the clipboard"));
     lineEdit()->setPlaceholderText(tr("Type a camera's name or address and press Enter"));
     takeTextsOfAnyLength(lineEdit());
     // A pasted camera key keeps its mark.
@@ -158,6 +160,13 @@ void GotoBar::keyReleaseEvent(QKeyEvent* event)
             complete();
         break;
     }
+}
+
+void GotoBar::enterText(const QString& text)
+{
+    setEditText(cleanInput(text, true));
+    m_edited = true;
+    enter();
 }
 
 void GotoBar::enter()

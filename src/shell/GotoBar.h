@@ -29,6 +29,9 @@ public:
     /// keyboard; only the last camera waits.
     void mirror(const QString& key);
 
+    /// As if `text` had been typed here and confirmed by Enter.
+    void enterText(const QString& text);
+
     /// Stands for the camera of `key` at once, whatever was being typed.
     void showNow(const QString& key);
 

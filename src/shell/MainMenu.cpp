@@ -42,7 +42,7 @@ const QList<Menu>& menus()
           {mnuOptImport, "Import List"},
           {mnuOptReload, "Reload List"},
           separator,
-          {mnuOptExit, "Exit"},
+          {mnuOptExit, "Exit", "Ctrl+Q"},
           {mnuOptExitWO, "Exit Without Saving"},
           separator,
           {mnuOptOnTop, "Always on Top", "", Check::Off},
@@ -58,7 +58,7 @@ const QList<Menu>& menus()
           {mnuViewOSize, "Original Size", "Ctrl+O", Check::Off},
           {mnuViewProp, "Keep Proportions", "", Check::Off},
           {mnuViewFull, "Full Screen", "F11"}}},
-        {mnuHelp, "Help", {{mnuHelpAb, "About"}, separator, {mnuHelpH, "Online Help"}}},
+        {mnuHelp, "Help", {{mnuHelpAb, "About"}, separator, {mnuHelpH, "Online Help", "F1"}}},
     };
     return table;
 }

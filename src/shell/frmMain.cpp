@@ -14,6 +14,7 @@
 #include "shell/GotoBar.h"
 #include "shell/LeftPanel.h"
 #include "shell/MainArea.h"
+#include "shell/OutsideInput.h"
 #include "shell/SecondaryWindows.h"
 #include "shell/ViewPreferences.h"
 #include "shell/notices/CameraNotices.h"
@@ -27,6 +28,7 @@
 #include <QAction>
 #include <QApplication>
 #include <QCloseEvent>
+#include <QKeyEvent>
 #include <QLineEdit>
 #include <QMenuBar>
 #include <QScreen>
@@ -77,7 +79,13 @@ void frmMain::createParts()
     createInbox();
     connect(m_cmbUrl, &GotoBar::CameraChosen, this, &frmMain::showCamera);
     connect(m_cam, &WebCam::CameraShown, m_cmbUrl, &GotoBar::mirror);
+    connect(m_cam, &WebCam::CameraShown, list, &CamList::followCamera);
     m_cmbUrl->setFocus();
+
+    auto* outside = new OutsideInput(this);
+    connect(outside, &OutsideInput::AddressGiven, m_cmbUrl, &GotoBar::enterText);
+    connect(outside, &OutsideInput::PictureGiven, m_cam, &WebCam::openPicture);
+    connect(outside, &OutsideInput::FileGiven, m_inbox, &FileInbox::receive);
 
     m_windows = new SecondaryWindows(this, m_folders.application);
     connect(m_windows, &SecondaryWindows::Preview, this, &frmMain::openCamera);
@@ -225,6 +233,7 @@ void frmMain::openCamera(const QString& key)
 void frmMain::showCamera(const QString& key)
 {
     m_notices->cameraChosen(key);
+    m_left->cList().followCamera(key);
     m_cam->showCamera(key);
 }
 
@@ -251,6 +260,15 @@ void frmMain::askExitWithoutSaving()
                         m_exitWithoutSaving = true;
                         close();
                     });
+}
+
+/// Escape that nothing else wanted, in no text box, stops the fetch.
+void frmMain::keyPressEvent(QKeyEvent* event)
+{
+    if (event->key() == Qt::Key_Escape && !qobject_cast<QLineEdit*>(focusWidget()))
+        m_cam->stopFetch();
+    else
+        QMainWindow::keyPressEvent(event);
 }
 
 void frmMain::closeEvent(QCloseEvent* event)

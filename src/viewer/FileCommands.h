@@ -28,6 +28,9 @@ public:
     /// is no picture ends with the status "  Error: Not a picture.".
     void OpenImage();
 
+    /// The same with the file at `path`.
+    void openImageFile(const QString& path);
+
     /// Saves the picture, the one on show when the dialog is answered, in the format of the
     /// name's last three characters (see savePicture). Without a picture no dialog opens. Ends
     /// with the status "  Error: Not saved." where it fails; an old file then stays.
@@ -50,7 +53,6 @@ private:
 
     void ask(QFileDialog::AcceptMode mode, const QStringList& filters, Command command);
     QString startFolder() const;
-    void openImageFile(const QString& path);
     void saveImageFile(const QString& path);
 
     ImageView& m_imgMain;

@@ -133,7 +133,7 @@ void WebCam::connectToolBar()
                             {ToolBar::Save, 2, [this] { m_files->SaveMovie(); }},
                             {ToolBar::Back, face, [this] { m_historyView->Back(); }},
                             {ToolBar::Forward, face, [this] { m_historyView->Forward(); }},
-                            {ToolBar::Stop, face, [this] { m_fetch->Stop(); }},
+                            {ToolBar::Stop, face, [this] { stopFetch(); }},
                             {ToolBar::Refresh, face, [this] { refreshShown(); }},
                             {ToolBar::Timer, face, [this] { m_refreshTimer->toggle(); }},
                             {ToolBar::Delete, face, [this] { m_historyView->DeleteCurrent(); }},
@@ -288,6 +288,16 @@ bool WebCam::isStalled() const
 void WebCam::resumeRefreshing()
 {
     m_refreshTimer->resume();
+}
+
+void WebCam::stopFetch()
+{
+    m_fetch->Stop();
+}
+
+void WebCam::openPicture(const QString& path)
+{
+    m_files->openImageFile(path);
 }
 
 void WebCam::CleanUp()

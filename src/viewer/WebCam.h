@@ -61,6 +61,12 @@ public:
     /// was on show, its places back.
     void showPictureAlone(bool alone);
 
+    /// Ends the fetch under way, as the Stop button does.
+    void stopFetch();
+
+    /// Shows the picture in the file `path` and keeps it, as Open does.
+    void openPicture(const QString& path);
+
     /// Plays the history as a movie, with the pause of the last play between two frames, until
     /// the user stops it. Of an empty history nothing is played.
     void Play();

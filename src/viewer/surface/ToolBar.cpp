@@ -3,6 +3,8 @@
 #include "viewer/surface/ToolBarButton.h"
 #include "widgets/SymbolIcon.h"
 
+#include <QAction>
+#include <QKeySequence>
 #include <QMenu>
 #include <QStringList>
 
@@ -20,6 +22,8 @@ struct ButtonRow
     Kind kind;
     const char* icon;
     QStringList items;
+    /// Presses it, wherever in the window the keyboard is; none where empty.
+    const char* key = "";
 };
 
 constexpr int SeparatorWidthPx = 4;
@@ -30,12 +34,12 @@ const QList<ButtonRow>& rows()
 {
     static const QList<ButtonRow> table = {
         {"Open", Kind::ButtonWithMenu, "open", {u"Image"_s, u"Movie"_s}},
-        {"Save", Kind::ButtonWithMenu, "save", {u"Image"_s, u"Movie"_s}},
+        {"Save", Kind::ButtonWithMenu, "save", {u"Image"_s, u"Movie"_s}, "Ctrl+S"},
         {"", Kind::Separator, "", {}},
-        {"Back", Kind::Button, "back", {}},
-        {"Forward", Kind::Button, "forward", {}},
+        {"Back", Kind::Button, "back", {}, "Alt+Left"},
+        {"Forward", Kind::Button, "forward", {}, "Alt+Right"},
         {"Stop", Kind::Button, "stop", {}},
-        {"Refresh", Kind::Button, "refresh", {}},
+        {"Refresh", Kind::Button, "refresh", {}, "F5"},
         {"", Kind::Separator, "", {}},
         {"Timer", Kind::CheckButton, "timer", {}},
         {"Delete", Kind::ButtonWithMenu, "delete", {u"Current"_s, u"All"_s}},
@@ -67,6 +71,7 @@ ToolBar::ToolBar(QWidget* parent)
         one->setCheckable(row.kind == Kind::CheckButton);
         one->setAccessibleName(QString::fromLatin1(row.tip));
         setToolTipText(index, QString::fromLatin1(row.tip));
+        addKey(one, QString::fromLatin1(row.key));
         setIconName(index, QString::fromLatin1(row.icon));
         one->move(left, ButtonTopPx);
         left += one->width();
@@ -84,6 +89,21 @@ ToolBar::ToolBar(QWidget* parent)
         connect(one, &ToolBarButton::DropDown, menu,
                 [one, menu] { menu->popup(one->mapToGlobal(QPoint(0, one->height()))); });
     }
+}
+
+/// An action of the viewer's own: that of a button would rest while the toolbar is hidden.
+void ToolBar::addKey(ToolBarButton* button, const QString& key)
+{
+    if (key.isEmpty())
+        return;
+    const QKeySequence sequence(key);
+    button->setToolTip(
+        u"%1 (%2)"_s.arg(button->toolTip(), sequence.toString(QKeySequence::NativeText)));
+    QWidget* viewer = parentWidget() ? parentWidget() : this;
+    auto* action = new QAction(this);
+    action->setShortcut(sequence);
+    viewer->addAction(action);
+    connect(action, &QAction::triggered, button, &QToolButton::click);
 }
 
 ToolBarButton* ToolBar::button(int index) const

@@ -54,5 +54,7 @@ signals:
     void ButtonDropDown(int index);
 
 private:
+    void addKey(ToolBarButton* button, const QString& key);
+
     QList<ToolBarButton*> m_buttons;
 };

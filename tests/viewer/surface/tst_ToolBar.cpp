@@ -23,9 +23,10 @@ private slots:
         QStringList tips;
         for (int index = 1; index <= 15; ++index)
             tips << (bar->button(index) ? bar->button(index)->toolTip() : "-");
-        QCOMPARE(tips, (QStringList{"Open", "Save", "-", "Back", "Forward", "Stop", "Refresh", "-",
-                                    "Timer", "Delete", "-", "Play Movie", "Stop Movie", "-",
-                                    "Toogle View"}));
+        QCOMPARE(tips,
+                 (QStringList{"Open", "Save (Ctrl+S)", "-", "Back (Alt+Left)",
+                              "Forward (Alt+Right)", "Stop", "Refresh (F5)", "-", "Timer", "Delete",
+                              "-", "Play Movie", "Stop Movie", "-", "Toogle View"}));
     }
 
     void theTimerButtonStandsWhereItsMenuPopsUp()
