@@ -8,6 +8,7 @@
 class DebugBox;
 class ImageView;
 class IntervalMenu;
+class MessageQueue;
 class Notice;
 class QLabel;
 class ElidedLabel;
@@ -35,7 +36,8 @@ public:
     /// The bar over the top of the picture, for what is to be said about it.
     Notice& notice() { return *m_notice; }
 
-    /// Opens an http or https address in the user's browser; any other is ignored.
+    /// Opens an http or https address in the user's browser. An address that no browser opens, and
+    /// one of another kind, is told in a message.
     void OpenWeb(const QString& address);
 
 protected:
@@ -72,6 +74,7 @@ private:
     QLabel* m_lblPic;
     IntervalMenu* m_mnuTmr;
     Notice* m_notice;
+    MessageQueue* m_messages;
     QList<QLine> m_frame;
     QPoint m_imageTwips;
     bool m_showToolBar = true;
