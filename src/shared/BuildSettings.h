@@ -14,10 +14,11 @@ QString releaseMonth();
 /// Scheme and host of the camera directory's web site (PEVORA_DIRECTORY).
 QString directorySite();
 
-/// The online help (PEVORA_HELP_PAGE).
+/// The address of the online help (PEVORA_HELP_PAGE); empty for the pages that come with the
+/// program (shared/HelpPages.h).
 QString helpPage();
 
-/// The page about extra request headers (PEVORA_HEADER_HELP_PAGE).
+/// The address of the page about extra request headers (PEVORA_HEADER_HELP_PAGE); empty likewise.
 QString headerHelpPage();
 
 /// The home page (PEVORA_HOME_PAGE).

@@ -3,11 +3,9 @@
 #include "cameras/CameraCategories.h"
 #include "cameras/CameraKey.h"
 #include "cameras/EnteredCamera.h"
-#include "shared/BuildSettings.h"
 #include "widgets/InputBoxes.h"
 #include "widgets/LinkLabel.h"
 #include "widgets/MessageQueue.h"
-#include "widgets/OpenAddress.h"
 
 #include <QCheckBox>
 #include <QComboBox>
@@ -54,7 +52,7 @@ AddPanel::AddPanel(QWidget* parent)
     // A camera that needs a header of its own is nobody else's; the tick itself stays.
     connect(m_txtHead, &QLineEdit::textChanged, this,
             [this](const QString& header) { m_chkAdd->setEnabled(header.isEmpty()); });
-    connect(help, &LinkLabel::Clicked, this, [] { openAddress(headerHelpPage()); });
+    connect(help, &LinkLabel::Clicked, this, &AddPanel::HeaderHelpWanted);
     connect(m_cmdAdd, &QPushButton::clicked, this, &AddPanel::addIt);
     auto* form = new QWidget;
     layOut(form);

@@ -32,6 +32,9 @@ signals:
     /// with an extra header.
     void CameraEntered(const EnteredCamera& camera, bool submit);
 
+    /// The user wants to read what an extra header is.
+    void HeaderHelpWanted();
+
 private:
     void layOut(QWidget* form);
     void addIt();

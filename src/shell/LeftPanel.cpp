@@ -48,6 +48,7 @@ LeftPanel::LeftPanel(const QString& folder, QWidget* area)
         });
     }
     connect(m_picAdd, &AddPanel::CameraEntered, this, &LeftPanel::cameraEntered);
+    connect(m_picAdd, &AddPanel::HeaderHelpWanted, this, &LeftPanel::HeaderHelpWanted);
 }
 
 void LeftPanel::optionClicked(int index)

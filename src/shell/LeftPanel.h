@@ -39,6 +39,9 @@ signals:
     /// A camera was added that shall be offered to the directory, too.
     void Submitted(const EnteredCamera& camera);
 
+    /// The user wants to read what an extra header is.
+    void HeaderHelpWanted();
+
 private:
     void optionClicked(int index);
     void cameraEntered(const EnteredCamera& camera, bool submit);

@@ -9,6 +9,7 @@
 #include "settings/LanguageCaptions.h"
 #include "shared/AppFolder.h"
 #include "shared/BuildSettings.h"
+#include "shared/HelpPages.h"
 #include "shell/FavouritesMenu.h"
 #include "shell/FullScreen.h"
 #include "shell/GotoBar.h"
@@ -21,7 +22,7 @@
 #include "tray/TrayHiding.h"
 #include "viewer/WebCam.h"
 #include "widgets/MessageQueue.h"
-#include "widgets/OpenAddress.h"
+#include "widgets/OpenOrTell.h"
 #include "widgets/SymbolIcon.h"
 #include "widgets/Topmost.h"
 
@@ -135,7 +136,9 @@ void frmMain::connectMenus()
     on(mnuViewFull, [fullScreen] { fullScreen->toggle(); });
     addAction(m_menu->entry(mnuViewFull)); // its key also works without the menu bar
     on(mnuHelpAb, [this] { m_windows->showAbout(isChecked(mnuOptOnTop)); });
-    on(mnuHelpH, [] { openAddress(helpPage()); });
+    on(mnuHelpH, [this] { openHelp(helpPage(), StartHelpPage); });
+    connect(m_left, &LeftPanel::HeaderHelpWanted, this,
+            [this] { openHelp(headerHelpPage(), HeaderHelpPage); });
 
     auto* mirror = new FavouritesMenu(m_favourites, m_menu->favourites());
     connect(mirror, &FavouritesMenu::Opened, this, &frmMain::openCamera);
@@ -249,6 +252,11 @@ void frmMain::showListPage()
 QString frmMain::preferencesPath() const
 {
     return pathInFolder(m_folders.application, u"pref.ini"_s);
+}
+
+void frmMain::openHelp(const QString& site, const QString& page)
+{
+    openHelpOrTell(site, helpPageLocation(m_folders.program, page), *m_messages);
 }
 
 void frmMain::askExitWithoutSaving()

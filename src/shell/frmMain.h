@@ -29,7 +29,8 @@ public:
     {
         /// The application folder: pref.ini, list.dat, temporary files.
         QString application;
-        /// The folder of the executable, where a language file is looked for last.
+        /// The folder of the executable, where a language file is looked for last. Help pages are
+        /// found from here.
         QString program;
     };
 
@@ -62,6 +63,7 @@ private:
     void openCamera(const QString& key);
     void showCamera(const QString& key);
     void showListPage();
+    void openHelp(const QString& site, const QString& page);
     void askExitWithoutSaving();
     QString preferencesPath() const;
 

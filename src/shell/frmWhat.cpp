@@ -2,7 +2,8 @@
 
 #include "shared/BuildSettings.h"
 #include "widgets/LinkLabel.h"
-#include "widgets/OpenAddress.h"
+#include "widgets/MessageQueue.h"
+#include "widgets/OpenOrTell.h"
 #include "widgets/SymbolIcon.h"
 
 #include <QDialogButtonBox>
@@ -67,6 +68,7 @@ QString releaseNotes()
 frmWhat::frmWhat(const QString& homePage, QWidget* parent)
     : QDialog(parent)
     , m_tabMain(new QTabWidget(this))
+    , m_messages(new MessageQueue(this))
 {
     setObjectName(u"frmWhat"_s);
     setWindowTitle(u"About"_s);
@@ -104,7 +106,8 @@ QWidget* frmWhat::createAbout(const QString& homePage)
     notice->setAlignment(Qt::AlignCenter);
     auto* authors = new QLabel(u"By the Pevora authors"_s, page);
     auto* home = new LinkLabel(homePage, page);
-    connect(home, &LinkLabel::Clicked, this, [homePage] { openAddress(homePage); });
+    connect(home, &LinkLabel::Clicked, this,
+            [this, homePage] { openOrTell(homePage, *m_messages); });
 
     auto* column = new QVBoxLayout(page);
     column->addStretch();

@@ -1,6 +1,7 @@
 #include "widgets/OpenAddress.h"
 
 #include <QDesktopServices>
+#include <QFileInfo>
 #include <QUrl>
 
 using namespace Qt::Literals::StringLiterals;
@@ -13,4 +14,12 @@ bool openAddress(const QString& address)
         (url.scheme() != "http"_L1 && url.scheme() != "https"_L1))
         return false;
     return QDesktopServices::openUrl(url);
+}
+
+bool openHelpPage(const QString& path)
+{
+    const QFileInfo page(path);
+    if (!page.isAbsolute() || page.suffix() != "html"_L1 || !page.isFile())
+        return false;
+    return QDesktopServices::openUrl(QUrl::fromLocalFile(path));
 }

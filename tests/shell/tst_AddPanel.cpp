@@ -11,7 +11,6 @@
 #include <QCheckBox>
 #include <QClipboard>
 #include <QComboBox>
-#include <QDesktopServices>
 #include <QLineEdit>
 #include <QMessageBox>
 #include <QPushButton>
@@ -351,15 +350,13 @@ private slots:
 
     void onlyTheLabelOfTheHeaderIsALink()
     {
-        QDesktopServices::setUrlHandler("http", this, "opened");
         OpenPage open;
+        const QSignalSpy wanted(&open.page(), &AddPanel::HeaderHelpWanted);
         for (const char* label : {"lbl(0)", "lbl(1)", "lbl(2)"})
             QTest::mouseClick(&open.of<QLabel>(label), Qt::LeftButton);
-        QCOMPARE(m_opened.size(), 0);
+        QCOMPARE(wanted.count(), 0);
         QTest::mouseClick(&open.of<LinkLabel>("lbl(3)"), Qt::LeftButton);
-        QDesktopServices::unsetUrlHandler("http");
-        // As the build was told, which is this where it was told nothing.
-        QCOMPARE(m_opened, QList<QUrl>{QUrl("http://localhost/pevora/headers.html")});
+        QCOMPARE(wanted.count(), 1);
     }
 
     void itSaysWhatItAlwaysSaid()
@@ -372,12 +369,6 @@ private slots:
         QCOMPARE(open.of<QPushButton>("cmdAdd").text(), "Add It");
         QCOMPARE(open.of<QCheckBox>("chkAdd").text(), "Add to internet database.");
     }
-
-public slots:
-    void opened(const QUrl& url) { m_opened.append(url); }
-
-private:
-    QList<QUrl> m_opened;
 };
 
 QTEST_MAIN(AddPanelTest)

@@ -136,16 +136,6 @@ private slots:
         QCOMPARE(browser.opened, QList<QUrl>{QUrl(home->text())});
     }
 
-    void theHeaderHelpOpensInTheBrowser()
-    {
-        const Browser browser;
-        OpenMain m;
-        m.part<QRadioButton>("opt(0)").click();
-        QTest::keyClick(&m.part<QLabel>("lbl(3)"), Qt::Key_Return);
-        // As the build was told, which is this where it was told nothing.
-        QCOMPARE(browser.opened, QList<QUrl>{QUrl("http://localhost/pevora/headers.html")});
-    }
-
     void aSubmissionIsOneRequest()
     {
         ScriptedServer server;

@@ -2,6 +2,7 @@
 
 #include "shell/frmWhat.h"
 #include "support/Browser.h"
+#include "support/Dialogs.h"
 #include "widgets/LinkLabel.h"
 
 #include <QPlainTextEdit>
@@ -75,6 +76,21 @@ private slots:
         QTest::mouseClick(home, Qt::LeftButton);
         QCOMPARE(browser.opened, QList<QUrl>{QUrl(m_home)});
         what->close();
+    }
+
+    void aHomePageThatNobodyOpensIsTold()
+    {
+        const NoBrowser none;
+        frmWhat what(m_home, nullptr);
+        what.open();
+        QTest::keyClick(what.findChild<LinkLabel*>("lbl(3)"), Qt::Key_Return);
+        auto* box = openDialog<QMessageBox>();
+        QVERIFY(box);
+        QCOMPARE(box->parentWidget(), &what);
+        const ShownMessage message = answerMessage(QMessageBox::Ok);
+        QCOMPARE(message.title, "Pevora");
+        QCOMPARE(message.icon, QMessageBox::Information);
+        QCOMPARE(message.text, "No browser opened this page: " + m_home);
     }
 
     void theHomePageIsReachedByKeys()

@@ -2,6 +2,8 @@
 // person does there.
 
 #include "display/ImageView.h"
+#include "support/Browser.h"
+#include "support/Dialogs.h"
 #include "support/Pictures.h"
 #include "support/Rows.h"
 #include "support/ScriptedServer.h"
@@ -525,6 +527,19 @@ private slots:
         v.moveOverImage(5);
         QTest::mouseClick(&v.part<ElidedLabel>("lblURl"), Qt::LeftButton);
         QCOMPARE(v.openedPages, QList<QUrl>{QUrl("http://localhost/pevora/")});
+    }
+
+    void aBannerThatNobodyOpensIsTold()
+    {
+        ShownViewer v;
+        const NoBrowser none;
+        v.cam.setUrl("cam.example:81/a");
+        v.moveOverImage(5);
+        QTest::mouseClick(&v.part<ElidedLabel>("lblURl"), Qt::LeftButton);
+        const ShownMessage message = answerMessage(QMessageBox::Ok);
+        QCOMPARE(message.title, "Pevora");
+        QCOMPARE(message.icon, QMessageBox::Information);
+        QCOMPARE(message.text, "No browser opened this page: http://cam.example:81");
     }
 
     void shiftAndRightButtonShowTheDebugBox()

@@ -1,5 +1,6 @@
 #include "support/Browser.h"
 #include "support/Rows.h"
+#include "support/ScratchFile.h"
 #include "widgets/OpenAddress.h"
 
 class OpenAddressTest : public QObject
@@ -52,6 +53,57 @@ private slots:
         const Browser browser({"http", "https", "file", "mailto", "ftp", "javascript"});
         QVERIFY(!openAddress(address));
         QVERIFY(browser.opened.isEmpty());
+    }
+
+    void anAddressThatNobodyOpensIsSaid()
+    {
+        const NoBrowser none;
+        QVERIFY(!openAddress("http://camera.example/"));
+    }
+
+    void aHelpPageIsOpened()
+    {
+        const Browser browser({"http", "file"});
+        const ScratchFile page("a page #1%20.html");
+        page.setContent("<p>");
+        QVERIFY(openHelpPage(page.path()));
+        QCOMPARE(browser.opened, QList<QUrl>{QUrl::fromLocalFile(page.path())});
+    }
+
+    void aHelpPageThatNobodyOpensIsSaid()
+    {
+        const NoBrowser none("file");
+        const ScratchFile page("page.html");
+        page.setContent("<p>");
+        QVERIFY(!openHelpPage(page.path()));
+    }
+
+    void whatIsNoHelpPageIsRefused_data()
+    {
+        const Rows<QString> row("path");
+        row("null", {});
+        row("not there", "%1/missing.html");
+        row("folder", "%1/folder.html");
+        row("another file", "%1/program");
+        row("from the working folder", "page.html");
+        row("URL of the page", "file://%1/page.html");
+        row("address", "http://camera.example/page.html");
+        row("script", "javascript:alert(1)//.html");
+    }
+
+    void whatIsNoHelpPageIsRefused()
+    {
+        QFETCH(QString, path);
+        const ScratchFile page("page.html");
+        page.setContent("<p>");
+        const QDir folder(page.folder());
+        QVERIFY(folder.mkdir("folder.html"));
+        writeFile(folder.filePath("program"), {});
+        QVERIFY(QDir::setCurrent(folder.path()));
+        const Browser browser({"http", "https", "file", "javascript"});
+        QVERIFY(!openHelpPage(path.replace("%1", folder.path())));
+        QVERIFY(browser.opened.isEmpty());
+        QVERIFY(QDir::setCurrent(QDir::rootPath()));
     }
 };
 

@@ -8,8 +8,9 @@
 #include "viewer/surface/UrlBanner.h"
 #include "viewer/surface/ViewerLayout.h"
 #include "widgets/ElidedLabel.h"
+#include "widgets/MessageQueue.h"
 #include "widgets/Notice.h"
-#include "widgets/OpenAddress.h"
+#include "widgets/OpenOrTell.h"
 #include "widgets/Twips.h"
 
 #include <QContextMenuEvent>
@@ -42,6 +43,7 @@ ViewerSurface::ViewerSurface(QWidget* parent)
     , m_lblPic(new QLabel(this))
     , m_mnuTmr(new IntervalMenu(this))
     , m_notice(new Notice(this))
+    , m_messages(new MessageQueue(this))
 {
     setFocusPolicy(Qt::StrongFocus);
     m_imgMain->setObjectName(u"imgMain"_s);
@@ -70,7 +72,7 @@ ViewerSurface::ViewerSurface(QWidget* parent)
 
 void ViewerSurface::OpenWeb(const QString& address)
 {
-    openAddress(address);
+    openOrTell(address, *m_messages);
 }
 
 void ViewerSurface::setShowToolBar(bool on)

@@ -9,6 +9,7 @@
 class DebugBox;
 class ImageView;
 class IntervalMenu;
+class MessageQueue;
 class Notice;
 class QLabel;
 class ElidedLabel;
@@ -42,7 +43,8 @@ public:
     /// The bar over the top of the picture, for what is to be said about it.
     Notice& notice() { return *m_notice; }
 
-    /// Opens an http or https address in the user's browser; any other is ignored.
+    /// Opens an http or https address in the user's browser. An address that no browser opens, and
+    /// one of another kind, is told in a message.
     void OpenWeb(const QString& address);
 
 protected:
@@ -85,6 +87,7 @@ private:
     QLabel* m_lblPic;
     IntervalMenu* m_mnuTmr;
     Notice* m_notice;
+    MessageQueue* m_messages;
     QList<QLine> m_frame;
     QPoint m_imageTwips;
     QSize m_pictureSize;

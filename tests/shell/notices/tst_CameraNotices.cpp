@@ -5,6 +5,7 @@
 #include "camlist/Favourites.h"
 #include "camlist/frmEdit.h"
 #include "shell/notices/frmSignIn.h"
+#include "support/Browser.h"
 #include "support/Dialogs.h"
 #include "support/Pictures.h"
 #include "support/Rows.h"
@@ -348,6 +349,16 @@ private slots:
         QCOMPARE(sentence(), "127.0.0.1 sent a web page, not a picture.");
         press("Open in Browser");
         QCOMPARE(pages, QList<QUrl>{QUrl("http://" + camera())});
+    }
+
+    void aPageThatNobodyOpensIsTold()
+    {
+        server->play(httpAnswer("<html>Hello", "Content-Type: text/html\r\n"));
+        watch(camera());
+        const NoBrowser none;
+        press("Open in Browser");
+        QCOMPARE(answerMessage(QMessageBox::Ok).text,
+                 "No browser opened this page: http://" + camera());
     }
 
     void aPictureThatIsIncompleteIsShownAndSaid()
