@@ -9,8 +9,8 @@ class QWidget;
 class Still;
 
 /// Drags a picture out of the window: as an image, and as a file that holds the picture as it came.
-/// The files lie in a temporary folder, made for the first one, which goes with it: whoever they are dropped on
-/// may read them until the program ends.
+/// The files lie in a temporary folder, made for the first one, which goes with it: whoever they
+/// are dropped on may read them until the program ends.
 class PictureDrag : public QObject
 {
     Q_OBJECT

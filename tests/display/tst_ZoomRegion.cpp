@@ -127,6 +127,17 @@ private slots:
         QCOMPARE(r.shown(), ZoomRegion::WholePicture);
     }
 
+    void neitherSideGrowsBeyondThePicture()
+    {
+        // A click shows half of the width and a fifth of the height.
+        ZoomRegion r = region({400, 1000}, {400, 1000});
+        r.zoomIntoSquare({200, 500});
+        r.zoomByWheel(-4, {200, 500});
+        QCOMPARE(r.shown().width(), 1.0);
+        QVERIFY(near(r.shown().height(), 0.2 * std::pow(1.25, 4)));
+        QVERIFY(r.isZoomed());
+    }
+
     void theClicksSquareIsShownUndistorted_data()
     {
         const Rows<QPoint, QRectF> row("at", "shown");

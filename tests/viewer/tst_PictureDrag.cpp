@@ -86,6 +86,10 @@ class PictureDragTest : public QObject
 {
     Q_OBJECT
 private slots:
+    /// One that failed may have left the button pressed.
+    void init() { pointer({0, 0}, "mouseup", 1); }
+    void cleanupTestCase() { pointer({0, 0}, "mouseup", 1); }
+
     void thePictureIsDroppedAsAFileAndAsAnImage_data()
     {
         const Rows<QByteArray, QString> row("body", "name");

@@ -68,7 +68,9 @@ private slots:
         c.fetchNext();
         QVERIFY(c.strip().isVisible());
         c.playNext();
+        QSignalSpy changes(&c.cam, &WebCam::ImageChange);
         c.cam.showCamera("http://" + c.server.url("/other.jpg"));
+        QCOMPARE(changes.count(), 0); // no movie was stopped
         QVERIFY(!c.strip().isVisible());
         QVERIFY(c.part<QWidget>("imgMain").isVisible());
         QCOMPARE(c.enabledButtons(), AllButtons);

@@ -40,6 +40,9 @@ public:
     /// With the left button, by so many pixels of the screen.
     void drag(QPoint by)
     {
+        // Otherwise a real drag out of the window would begin, and never end.
+        if (canvas().cursor().shape() != Qt::OpenHandCursor)
+            qFatal("the picture cannot be moved");
         const QPoint from(60, 60);
         const QPointF global = canvas().mapToGlobal(QPointF(from));
         QTest::mousePress(&canvas(), Qt::LeftButton, {}, from);
