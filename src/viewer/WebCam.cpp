@@ -14,6 +14,7 @@
 #include "viewer/movie/MovieCommands.h"
 #include "viewer/surface/DebugBox.h"
 #include "viewer/surface/IntervalMenu.h"
+#include "viewer/surface/StatusLine.h"
 #include "viewer/surface/ToolBar.h"
 #include "viewer/surface/ToolbarCommands.h"
 #include "widgets/ElidedLabel.h"
@@ -23,6 +24,7 @@ using namespace Qt::Literals::StringLiterals;
 WebCam::WebCam(const QString& folder, QWidget* parent)
     : ViewerSurface(parent)
     , m_folder(folder)
+    , m_status(new StatusLine(lbl(), this))
     , m_history(new History(this))
     , m_historyView(new HistoryView(*m_history, {imgMain(), tvMain(), lblPic(), tbMain()}, this))
     , m_work(new JobQueue(this))
@@ -46,12 +48,11 @@ WebCam::~WebCam() = default;
 void WebCam::connectFetch()
 {
     connect(m_fetch, &Fetch::Started, this, [this] {
-        lbl().setVisible(m_showStatus);
+        m_status->setVisible(m_showStatus);
         txtDebug().startAnew();
     });
-    connect(m_fetch, &Fetch::StatusText, this,
-            [this](const QString& text) { lbl().ShowStatusText(text); });
-    connect(m_fetch, &Fetch::HideStatus, &lbl(), &QWidget::hide);
+    connect(m_fetch, &Fetch::StatusText, m_status, &StatusLine::setText);
+    connect(m_fetch, &Fetch::HideStatus, m_status, &StatusLine::hide);
     connect(m_fetch, &Fetch::ChunkReceived, &txtDebug(), &DebugBox::addChunk);
     connect(m_fetch, &Fetch::UrlChanged, this, &WebCam::UrlChanged);
     connect(m_fetch, &Fetch::Accepted, m_historyView, &HistoryView::mirrorNewest);
@@ -96,9 +97,16 @@ void WebCam::connectFiles()
     connect(m_files, &FileCommands::ImageOpened, this, &WebCam::keepOpened);
     connect(m_files, &FileCommands::MovieOpenRequested, m_movies, &MovieCommands::openMovie);
     connect(m_files, &FileCommands::MovieSaveRequested, m_movies, &MovieCommands::SaveMovie);
-    connect(m_files, &FileCommands::StatusText, this, &WebCam::showMessage);
-    connect(m_movies, &MovieCommands::StatusText, this, &WebCam::showMessage);
-    connect(m_work, &JobQueue::Idle, this, &WebCam::Idle);
+    connect(m_files, &FileCommands::StatusText, m_status, &StatusLine::tell);
+    connect(m_files, &FileCommands::Saved, this, &WebCam::Saved);
+    connect(m_files, &FileCommands::NotSaved, this, &WebCam::NotSaved);
+    connect(m_movies, &MovieCommands::Saved, this, &WebCam::Saved);
+    connect(m_movies, &MovieCommands::NotSaved, this, &WebCam::NotSaved);
+    connect(this, &WebCam::Saved, m_status, &StatusLine::endFault);
+    connect(this, &WebCam::NotSaved, m_status,
+            [this] { m_status->tellFault(u"  Error: Not saved."_s); });
+    connect(m_files, &FileCommands::Answered, this, &WebCam::tellWhereIdle);
+    connect(m_work, &JobQueue::Idle, this, &WebCam::tellWhereIdle);
 }
 
 void WebCam::connectToolBar()
@@ -113,9 +121,9 @@ void WebCam::connectToolBar()
                             {ToolBar::Open, face, [this] { m_files->OpenImage(); }},
                             {ToolBar::Open, 1, [this] { m_files->OpenImage(); }},
                             {ToolBar::Open, 2, [this] { m_files->OpenMovie(); }},
-                            {ToolBar::Save, face, [this] { m_files->SaveImage(); }},
-                            {ToolBar::Save, 1, [this] { m_files->SaveImage(); }},
-                            {ToolBar::Save, 2, [this] { m_files->SaveMovie(); }},
+                            {ToolBar::Save, face, [this] { saveFile(&FileCommands::SaveImage); }},
+                            {ToolBar::Save, 1, [this] { saveFile(&FileCommands::SaveImage); }},
+                            {ToolBar::Save, 2, [this] { saveFile(&FileCommands::SaveMovie); }},
                             {ToolBar::Back, face, [this] { m_historyView->Back(); }},
                             {ToolBar::Forward, face, [this] { m_historyView->Forward(); }},
                             {ToolBar::Stop, face, [this] { m_fetch->Stop(); }},
@@ -192,13 +200,6 @@ void WebCam::keepOpened(const Still& picture)
     m_historyView->updateCaption();
 }
 
-/// A fault is shown also where the status line of fetches is not wanted; it hides after the next.
-void WebCam::showMessage(const QString& text)
-{
-    lbl().show();
-    lbl().ShowStatusText(text);
-}
-
 void WebCam::LoadMovie(const QString& FileName)
 {
     m_movies->LoadMovie(FileName);
@@ -206,7 +207,21 @@ void WebCam::LoadMovie(const QString& FileName)
 
 bool WebCam::isBusy() const
 {
-    return m_work->isBusy();
+    return m_work->isBusy() || m_files->isAsking();
+}
+
+void WebCam::tellWhereIdle()
+{
+    if (!isBusy())
+        emit Idle();
+}
+
+/// The file is named after the camera of the picture on show.
+void WebCam::saveFile(void (FileCommands::*command)())
+{
+    const QString key = m_historyView->cameraOnShow();
+    m_files->setCamera(m_cameraNames ? m_cameraNames(key) : QString(), key);
+    (m_files->*command)();
 }
 
 QString WebCam::Url() const
@@ -268,6 +283,7 @@ void WebCam::setKeepRefreshing(bool on)
 void WebCam::shutDown()
 {
     m_work->shutDown();
+    m_status->endFault();
     m_refreshTimer->shutDown();
     m_fetch->shutDown();
 }
@@ -275,4 +291,5 @@ void WebCam::shutDown()
 void WebCam::setClock(const Clock& clock)
 {
     m_player->setClock(clock);
+    m_files->setClock(clock);
 }

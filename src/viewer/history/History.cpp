@@ -2,6 +2,8 @@
 
 #include "cameras/CameraKey.h"
 
+#include <utility>
+
 History::History(QObject* parent)
     : QObject(parent)
 {
@@ -10,13 +12,11 @@ History::History(QObject* parent)
 void History::Append(const Still& picture, const QString& address, const QString& lastModified,
                      const QString& camera)
 {
-    makeRoom();
     add(picture, address + FieldSeparator + lastModified + FieldSeparator, camera);
 }
 
 void History::AppendFile(const Still& picture)
 {
-    makeRoom();
     add(picture, FieldSeparator, {});
 }
 
@@ -35,9 +35,23 @@ void History::makeRoom()
 
 void History::add(const Still& picture, const QString& keyHead, const QString& camera)
 {
+    if (m_takesMovie) {
+        m_waiting.append({picture, keyHead, camera});
+        return;
+    }
+    makeRoom();
     m_ilHis.Add(picture, keyHead + QString::number(++m_keys));
     m_cameras.append(camera);
     m_currentImage = Count();
+}
+
+bool History::endMovie()
+{
+    m_takesMovie = false;
+    const auto waiting = std::exchange(m_waiting, {});
+    for (const Waiting& one : waiting)
+        add(one.picture, one.keyHead, one.camera);
+    return !waiting.isEmpty();
 }
 
 bool History::removeCurrent()
@@ -58,6 +72,7 @@ void History::Clear()
 {
     m_ilHis.Clear();
     m_cameras.clear();
+    m_waiting.clear();
 }
 
 int History::back()

@@ -43,6 +43,13 @@ public:
     /// Keeps the next frame of a movie. There may be any number; the current entry stays.
     void AppendFrame(const Still& picture);
 
+    /// From here to endMovie() a movie joins the list: other pictures wait, so that they follow it
+    /// as if they came then. Clear() drops them, too.
+    void beginMovie() { m_takesMovie = true; }
+    /// Keeps what has waited. False where nothing has.
+    bool endMovie();
+    bool isTakingMovie() const { return m_takesMovie; }
+
     /// Removes the current entry; false where CurrentImage names none. CurrentImage stays.
     bool removeCurrent();
     /// Removes all entries. CurrentImage stays.
@@ -73,9 +80,18 @@ private:
     void remove(int n);
     void add(const Still& picture, const QString& keyHead, const QString& camera);
 
+    struct Waiting
+    {
+        Still picture;
+        QString keyHead;
+        QString camera;
+    };
+
     ImageList m_ilHis;
     /// The camera key of each entry.
     QStringList m_cameras;
+    bool m_takesMovie = false;
+    QList<Waiting> m_waiting;
     int m_currentImage = 0;
     /// How many keys have been given; the last one ends in it.
     quint64 m_keys = 0;
