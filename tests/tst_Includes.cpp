@@ -67,8 +67,6 @@ static const QHash<QString, QSet<QString>>& mayWrite()
          {"QIODevice::WriteOnly", "QIODevice::ReadWrite", "QIODevice::NewOnly"}},
         // A folder for the files that are dragged out; they are written as above.
         {"viewer/PictureDrag.h", {"QTemporaryDir"}},
-        // A copy for the program that a picture is dragged to; it goes with this one.
-        {"viewer/PictureDrag.h", {"QTemporaryDir"}},
         // Into memory.
         {"picture/EncodeBitmap.cpp", {"QImageWriter", "QIODevice::WriteOnly"}},
         {"picture/SaveImage.cpp", {"QImageWriter", "QIODevice::WriteOnly"}},

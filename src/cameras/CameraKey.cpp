@@ -26,6 +26,12 @@ QString withoutHttpScheme(const QString& url)
     return url.startsWith(PlainScheme, Qt::CaseInsensitive) ? url.mid(PlainScheme.size()) : url;
 }
 
+QString comparableKey(const QString& key)
+{
+    return isSecureAddress(key) ? SecureScheme + key.mid(SecureScheme.size())
+                                : withoutHttpScheme(key);
+}
+
 bool isSecureAddress(QStringView address)
 {
     return address.startsWith(SecureScheme, Qt::CaseInsensitive);

@@ -35,6 +35,10 @@ inline constexpr QLatin1StringView SecureScheme{"https://"};
 /// `url` without a leading "http://", in whatever letter case; the rest as given.
 QString withoutHttpScheme(const QString& url);
 
+/// `key` as every way of writing the scheme of its address has it: without "http://", and with
+/// "https://" in lower case. Two keys are one camera where these are the same.
+QString comparableKey(const QString& key);
+
 /// Whether `address` begins with "https://": its camera is asked over TLS.
 bool isSecureAddress(QStringView address);
 

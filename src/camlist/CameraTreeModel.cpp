@@ -164,9 +164,9 @@ bool CameraTreeModel::setKey(const QModelIndex& camera, const QString& key)
 
 QModelIndex CameraTreeModel::find(const QString& key) const
 {
-    const QString address = withoutHttpScheme(key);
+    const QString wanted = comparableKey(key);
     for (const auto& node : m_nodes) {
-        if (node->category && withoutHttpScheme(node->key) == address)
+        if (node->category && comparableKey(node->key) == wanted)
             return indexOf(node.get());
     }
     return {};

@@ -54,10 +54,10 @@ void Favourites::add(const QString& name, const QString& key)
 
 void Favourites::changeKey(const QString& key, const QString& newKey)
 {
-    const QString address = withoutHttpScheme(key);
+    const QString wanted = comparableKey(key);
     bool changed = false;
     for (Favourite& one : m_entries) {
-        if (!one.isWhole() || withoutHttpScheme(one.key) != address)
+        if (!one.isWhole() || comparableKey(one.key) != wanted)
             continue;
         one = separatorsAway(one.name, newKey);
         changed = true;

@@ -1,5 +1,7 @@
 #include "picture/ImageList.h"
 
+#include <algorithm>
+
 bool ImageList::Add(const Still& picture, const QString& key)
 {
     if (!key.isEmpty()) {
@@ -7,7 +9,7 @@ bool ImageList::Add(const Still& picture, const QString& key)
             return false;
         m_keys.insert(key);
     }
-    m_entries.push_back({picture, key});
+    m_entries.push_back({picture, key, ++m_lastSerial});
     return true;
 }
 
@@ -21,6 +23,7 @@ void ImageList::Remove(int n)
 
 void ImageList::Clear()
 {
+    ++m_timesCleared;
     m_entries.clear();
     m_keys.clear();
 }
@@ -33,4 +36,17 @@ Still ImageList::Picture(int n) const
 QString ImageList::Key(int n) const
 {
     return holds(n) ? at(n).key : QString();
+}
+
+quint64 ImageList::Serial(int n) const
+{
+    return holds(n) ? at(n).serial : 0;
+}
+
+int ImageList::firstAfter(quint64 serial) const
+{
+    const auto found =
+        std::upper_bound(m_entries.begin(), m_entries.end(), serial,
+                         [](quint64 wanted, const Entry& entry) { return wanted < entry.serial; });
+    return found == m_entries.end() ? 0 : static_cast<int>(found - m_entries.begin()) + 1;
 }

@@ -27,11 +27,20 @@ public:
     Still Picture(int n) const;
     QString Key(int n) const;
 
+    /// For whoever walks the list while it changes. Each entry has a serial number, greater than
+    /// that of any entry before it and never given again; 0 outside 1..Count.
+    quint64 Serial(int n) const;
+    /// The number of the first entry whose serial is greater than `serial`; 0 where there is none.
+    int firstAfter(quint64 serial) const;
+    /// How often the list has been cleared.
+    int timesCleared() const { return m_timesCleared; }
+
 private:
     struct Entry
     {
         Still picture;
         QString key;
+        quint64 serial = 0;
     };
 
     bool holds(int n) const { return n >= 1 && n <= Count(); }
@@ -39,4 +48,6 @@ private:
 
     std::vector<Entry> m_entries;
     QSet<QString> m_keys;
+    quint64 m_lastSerial = 0;
+    int m_timesCleared = 0;
 };

@@ -6,6 +6,7 @@
 #include "shared/ReplaceFile.h"
 
 #include <QBuffer>
+#include <QCoreApplication>
 #include <QImageWriter>
 
 using namespace Qt::Literals::StringLiterals;
@@ -14,9 +15,14 @@ namespace {
 
 constexpr int JpegQuality = 75;
 
-bool writeFile(const QString& fileName, const QByteArray& bytes)
+bool writeFile(const QString& fileName, const QByteArray& bytes, QString* reason)
 {
-    return !bytes.isEmpty() && replaceFile(fileName, bytes);
+    if (!bytes.isEmpty())
+        return replaceFile(fileName, bytes, reason);
+    if (reason)
+        *reason =
+            QCoreApplication::translate("SaveImage", "The picture does not fit into such a file");
+    return false;
 }
 
 } // namespace
@@ -34,17 +40,18 @@ QByteArray encodeJpeg(const QImage& image)
     return writer.write(opaque) ? bytes : QByteArray();
 }
 
-bool SaveImage(const QString& FileName, const Still& picture, const QString& TypeWord)
+bool SaveImage(const QString& FileName, const Still& picture, const QString& TypeWord,
+               QString* reason)
 {
     const QImage image = picture.image();
-    return writeFile(FileName, TypeWord == "jpg"_L1 ? encodeJpeg(image) : encodeGif(image));
+    return writeFile(FileName, TypeWord == "jpg"_L1 ? encodeJpeg(image) : encodeGif(image), reason);
 }
 
-bool savePicture(const QString& fileName, const Still& picture)
+bool savePicture(const QString& fileName, const Still& picture, QString* reason)
 {
     // Kept: "xjpg" is a JPEG and "x.jpeg" a bitmap. The last characters count, not the suffix.
     const QString last = fileName.right(3).toLower();
     if (last == "gif"_L1 || last == "jpg"_L1)
-        return SaveImage(fileName, picture, last);
-    return writeFile(fileName, encodeBitmap(picture.image()));
+        return SaveImage(fileName, picture, last, reason);
+    return writeFile(fileName, encodeBitmap(picture.image()), reason);
 }

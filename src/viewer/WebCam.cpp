@@ -15,6 +15,7 @@
 #include "viewer/movie/MovieCommands.h"
 #include "viewer/surface/DebugBox.h"
 #include "viewer/surface/IntervalMenu.h"
+#include "viewer/surface/StatusLine.h"
 #include "viewer/surface/ToolBar.h"
 #include "viewer/surface/ToolbarCommands.h"
 #include "widgets/ElidedLabel.h"
@@ -26,6 +27,7 @@ using namespace Qt::Literals::StringLiterals;
 WebCam::WebCam(const QString& folder, QWidget* parent)
     : ViewerSurface(parent)
     , m_folder(folder)
+    , m_status(new StatusLine(lbl(), this))
     , m_history(new History(this))
     , m_historyView(new HistoryView(*m_history, {imgMain(), tvMain(), lblPic(), tbMain()}, this))
     , m_work(new JobQueue(this))
@@ -46,108 +48,6 @@ WebCam::WebCam(const QString& folder, QWidget* parent)
 }
 
 WebCam::~WebCam() = default;
-
-void WebCam::connectFetch()
-{
-    connect(m_fetch, &Fetch::Started, this, [this] {
-        lbl().setVisible(m_showStatus);
-        txtDebug().startAnew();
-    });
-    connect(m_fetch, &Fetch::StatusText, this,
-            [this](const QString& text) { lbl().ShowStatusText(text); });
-    connect(m_fetch, &Fetch::HideStatus, &lbl(), &QWidget::hide);
-    connect(m_fetch, &Fetch::ChunkReceived, &txtDebug(), &DebugBox::addChunk);
-    connect(m_fetch, &Fetch::UrlChanged, this, &WebCam::UrlChanged);
-    connect(m_fetch, &Fetch::Accepted, m_historyView, &HistoryView::mirrorNewest);
-    connect(m_fetch, &Fetch::NotModified, this,
-            [this](const QString& address, const QString& camera) {
-                m_historyView->showNewestOf(address, camera, m_isChoice);
-            });
-    connect(m_fetch, &Fetch::Error, this, &WebCam::Error);
-    connect(m_fetch, &Fetch::Done, this, &WebCam::Done);
-    connect(m_fetch, &Fetch::Ended, m_refreshTimer, &RefreshTimer::fetchEnded);
-    connect(m_fetch, &Fetch::Outcome, this, [this](const FetchOutcome& outcome) {
-        if (outcome.kind == FetchOutcome::Kind::SamePicture && m_isChoice)
-            m_historyView->showNewestOf(m_fetch->address(), outcome.camera, true);
-        m_isChoice = false;
-        emit Outcome(outcome);
-    });
-    connect(m_fetch, &Fetch::Stopped, m_refreshTimer, &RefreshTimer::fetchStopped);
-}
-
-void WebCam::connectRefreshTimer()
-{
-    connect(&mnuTmr(), &IntervalMenu::IntervalChosen, m_refreshTimer, &RefreshTimer::setInterval);
-    connect(&mnuTmr(), &IntervalMenu::KeepRefreshingChosen, m_refreshTimer,
-            &RefreshTimer::setKeepRefreshing);
-    connect(m_refreshTimer, &RefreshTimer::RefreshDue, this, &WebCam::refreshDue);
-    connect(m_refreshTimer, &RefreshTimer::ToolTip, this,
-            [this](const QString& text) { tbMain().setToolTipText(ToolBar::Timer, text); });
-    connect(m_refreshTimer, &RefreshTimer::PressedChanged, this,
-            [this](bool pressed) { tbMain().setPressed(ToolBar::Timer, pressed); });
-    connect(m_refreshTimer, &RefreshTimer::Stalled, this, [this](bool stalled) {
-        tbMain().setIconName(ToolBar::Timer, stalled ? u"timer-paused"_s : u"timer"_s);
-        emit Stalled(stalled);
-    });
-}
-
-void WebCam::connectHistory()
-{
-    connect(m_historyView, &HistoryView::AddressShown, this,
-            [this](const QString& address, const QString& camera) {
-                m_fetch->setUrl(address, camera);
-                emit ImageChange({}, webAddressOf(address));
-                emit CameraShown(camera);
-                emit UrlChanged();
-            });
-    connect(m_historyView, &HistoryView::Deleted, this,
-            [this](const Still& picture) { m_fetch->forgetBody(picture.bytes()); });
-    connect(&imgMain(), &ImageView::DragOutWanted, this, &WebCam::dragOut);
-    connect(m_player, &Player::FrameDue, m_historyView, &HistoryView::showWithoutAnnouncing);
-}
-
-void WebCam::connectFiles()
-{
-    connect(m_files, &FileCommands::ImageOpened, this, &WebCam::keepOpened);
-    connect(m_files, &FileCommands::MovieOpenRequested, m_movies, &MovieCommands::openMovie);
-    connect(m_files, &FileCommands::MovieSaveRequested, m_movies, &MovieCommands::SaveMovie);
-    connect(m_files, &FileCommands::StatusText, this, &WebCam::showMessage);
-    connect(m_movies, &MovieCommands::StatusText, this, &WebCam::showMessage);
-    connect(m_work, &JobQueue::Idle, this, &WebCam::Idle);
-}
-
-void WebCam::connectToolBar()
-{
-    // Kept: the button's face plays at the slow speed.
-    constexpr float fast = 0.2F;
-    constexpr float normal = 0.5F;
-    constexpr float slow = 1.0F;
-    constexpr int face = ToolbarCommands::Face;
-    new ToolbarCommands(tbMain(),
-                        {
-                            {ToolBar::Open, face, [this] { m_files->OpenImage(); }},
-                            {ToolBar::Open, 1, [this] { m_files->OpenImage(); }},
-                            {ToolBar::Open, 2, [this] { m_files->OpenMovie(); }},
-                            {ToolBar::Save, face, [this] { m_files->SaveImage(); }},
-                            {ToolBar::Save, 1, [this] { m_files->SaveImage(); }},
-                            {ToolBar::Save, 2, [this] { m_files->SaveMovie(); }},
-                            {ToolBar::Back, face, [this] { m_historyView->Back(); }},
-                            {ToolBar::Forward, face, [this] { m_historyView->Forward(); }},
-                            {ToolBar::Stop, face, [this] { stopFetch(); }},
-                            {ToolBar::Refresh, face, [this] { refreshShown(); }},
-                            {ToolBar::Timer, face, [this] { m_refreshTimer->toggle(); }},
-                            {ToolBar::Delete, face, [this] { m_historyView->DeleteCurrent(); }},
-                            {ToolBar::Delete, 1, [this] { m_historyView->DeleteCurrentOnly(); }},
-                            {ToolBar::Delete, 2, [this] { deleteAll(); }},
-                            {ToolBar::PlayMovie, face, [this] { m_player->start(slow); }},
-                            {ToolBar::PlayMovie, 1, [this] { m_player->start(fast); }},
-                            {ToolBar::PlayMovie, 2, [this] { m_player->start(normal); }},
-                            {ToolBar::PlayMovie, 3, [this] { m_player->start(slow); }},
-                            {ToolBar::StopMovie, face, [this] { stopMovie(); }},
-                            {ToolBar::ToggleView, face, [this] { m_historyView->ToggleView(); }},
-                        },
-                        this);
-}
 
 void WebCam::refreshShown()
 {
@@ -207,7 +107,7 @@ void WebCam::showCamera(const QString& key)
     setUrl({});
     setUrl(key);
     m_isChoice = true;
-    Refresh();
+    m_fetch->Refresh();
 }
 
 void WebCam::showPictureAlone(bool alone)
@@ -243,13 +143,6 @@ void WebCam::keepOpened(const Still& picture)
     m_historyView->updateCaption();
 }
 
-/// A fault is shown also where the status line of fetches is not wanted; it hides after the next.
-void WebCam::showMessage(const QString& text)
-{
-    lbl().show();
-    lbl().ShowStatusText(text);
-}
-
 void WebCam::LoadMovie(const QString& FileName)
 {
     m_movies->LoadMovie(FileName);
@@ -257,7 +150,21 @@ void WebCam::LoadMovie(const QString& FileName)
 
 bool WebCam::isBusy() const
 {
-    return m_work->isBusy();
+    return m_work->isBusy() || m_files->isAsking();
+}
+
+void WebCam::tellWhereIdle()
+{
+    if (!isBusy())
+        emit Idle();
+}
+
+/// The file is named after the camera of the picture on show.
+void WebCam::saveFile(void (FileCommands::*command)())
+{
+    const QString key = m_historyView->cameraOnShow();
+    m_files->setCamera(m_cameraNames ? m_cameraNames(key) : QString(), key);
+    (m_files->*command)();
 }
 
 QString WebCam::Url() const
@@ -272,6 +179,7 @@ void WebCam::setUrl(const QString& url)
 
 void WebCam::Refresh(const QString& url)
 {
+    m_isChoice = false;
     m_fetch->Refresh(url);
 }
 
@@ -329,6 +237,7 @@ void WebCam::setKeepRefreshing(bool on)
 void WebCam::shutDown()
 {
     m_work->shutDown();
+    m_status->endFault();
     m_refreshTimer->shutDown();
     m_fetch->shutDown();
 }
@@ -337,4 +246,5 @@ void WebCam::setClock(const Clock& clock)
 {
     m_player->setClock(clock);
     m_history->setClock(clock);
+    m_files->setClock(clock);
 }

@@ -4,6 +4,8 @@
 #include "viewer/fetch/FetchOutcome.h"
 #include "viewer/surface/ViewerSurface.h"
 
+#include <functional>
+
 class Fetch;
 class FileCommands;
 class History;
@@ -13,6 +15,7 @@ class PictureDrag;
 class Player;
 class RefreshTimer;
 class JobQueue;
+class StatusLine;
 class Still;
 
 /// The camera viewer: fetches the image of one camera, shows it, keeps it and fetches it again.
@@ -75,7 +78,8 @@ public:
     /// work runs. A message box tells of a file that is no movie.
     void LoadMovie(const QString& FileName);
 
-    /// Whether a movie is being loaded, saved or played; Idle follows when that is over.
+    /// Whether a movie is being loaded, saved or played, or a file asked for; Idle follows when
+    /// that is over.
     bool isBusy() const;
 
     /// Deletes the temporary files. Errors are ignored.
@@ -94,10 +98,16 @@ public:
     bool KeepRefreshing() const;
     void setKeepRefreshing(bool on);
 
+    /// What the owner calls the camera of a key; empty where it has no name for it. A file is
+    /// offered under that name, else under the camera's host.
+    using CameraNames = std::function<QString(const QString& key)>;
+    void setCameraNames(const CameraNames& names) { m_cameraNames = names; }
+
     /// Stops timers and socket, for the end of the program.
     void shutDown();
 
-    /// For tests that move time: times a play, and says when an image was fetched.
+    /// For tests that move time: times a play, says when an image was fetched, and is in the name
+    /// that a file is offered under.
     void setClock(const Clock& clock);
 
 signals:
@@ -119,9 +129,13 @@ signals:
     void Stalled(bool stalled);
     /// Url has changed otherwise than by setUrl() and Refresh().
     void UrlChanged();
-    /// No movie is loaded, saved or played any more, and none waits for that. Not emitted at the
-    /// end of the program.
+    /// No movie is loaded, saved or played any more, none waits for that, and no file is asked for.
+    /// Not emitted at the end of the program.
     void Idle();
+    /// An image or a movie is in the file `path`.
+    void Saved(const QString& path);
+    /// It is not; an old file is as it was. `reason` is a few words without a full stop.
+    void NotSaved(const QString& path, const QString& reason);
 
 private:
     void connectFetch();
@@ -136,9 +150,12 @@ private:
     void stopMovie();
     void deleteAll();
     void dragOut();
-    void showMessage(const QString& text);
+    void saveFile(void (FileCommands::*command)());
+    void tellWhereIdle();
 
     QString m_folder;
+    CameraNames m_cameraNames;
+    StatusLine* m_status;
     History* m_history;
     HistoryView* m_historyView;
     JobQueue* m_work;

@@ -5,8 +5,10 @@
 class MessageQueue;
 
 /// The dialog `cd` that asks for the name of one file to open or to save. It answers by
-/// FileChosen, or not at all, and is gone after it has closed. It changes no name: an ending is
-/// not appended.
+/// FileChosen, or not at all, and is gone after it has closed.
+///
+/// A file to save gets the ending of the type that is chosen, where its name has none of all types'
+/// endings; another type chosen changes the ending.
 ///
 /// QFileDialog asks before a file is replaced, and complains of one that is missing, in boxes
 /// with an event loop of their own, which outlives a window that closes meanwhile. Here the
@@ -29,7 +31,9 @@ protected:
     void accept() override;
 
 private:
+    QString withEnding(const QString& path) const;
     bool askBeforeReplacing(const QString& path);
+    void showAgain(const QString& path);
 
     MessageQueue* m_messages;
 };

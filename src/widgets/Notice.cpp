@@ -106,6 +106,8 @@ void Notice::tell(const Message& message)
     place();
     show();
     raise();
+    // In the colour of its kind, also where its place is the old one's.
+    update();
     QAccessibleEvent alert(this, QAccessible::Alert);
     QAccessible::updateAccessibility(&alert);
 }

@@ -1,9 +1,26 @@
 #include "cameras/CameraKey.h"
+#include "support/Rows.h"
 
 class CameraKeyTest : public QObject
 {
     Q_OBJECT
 private slots:
+    void oneCameraHasOneComparableKey_data()
+    {
+        const Rows<QString, QString> row("key", "comparable");
+        row("plain", "cam/a.jpg", "cam/a.jpg");
+        row("with its scheme", "HTTP://cam/a.jpg", "cam/a.jpg");
+        row("secure", "https://cam/a.jpg", "https://cam/a.jpg");
+        row("secure in capitals", "HTTPS://cam/A.jpg\1Cookie: A", "https://cam/A.jpg\1Cookie: A");
+        row("empty", "", "");
+    }
+
+    void oneCameraHasOneComparableKey()
+    {
+        QFETCH(QString, key);
+        QTEST(comparableKey(key), "comparable");
+    }
+
     void splitsAtTheFirstMarkOnly()
     {
         const auto plain = splitCameraKey("host/a.jpg");

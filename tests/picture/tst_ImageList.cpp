@@ -58,6 +58,37 @@ private slots:
         }
         QCOMPARE(list.Count(), 1);
     }
+
+    void serialsTellWhatComesNext()
+    {
+        ImageList list;
+        QCOMPARE(list.firstAfter(0), 0);
+        for (int i = 1; i <= 4; ++i)
+            list.Add(still(i));
+        const quint64 second = list.Serial(2);
+        QCOMPARE(list.firstAfter(0), 1);
+        QCOMPARE(list.firstAfter(second), 3);
+        list.Remove(1);
+        QCOMPARE(list.Serial(1), second);
+        QCOMPARE(list.firstAfter(second), 2);
+        // Also of one that is gone.
+        list.Remove(1);
+        list.Remove(1);
+        QCOMPARE(list.firstAfter(second), 1);
+        QCOMPARE(list.firstAfter(list.Serial(1)), 0);
+        QCOMPARE(list.Serial(0), quint64(0));
+        QCOMPARE(list.Serial(2), quint64(0));
+        // None is given again.
+        const quint64 last = list.Serial(1);
+        list.Remove(1);
+        list.Add(still(5));
+        QVERIFY(list.Serial(1) > last);
+        QCOMPARE(list.timesCleared(), 0);
+        list.Clear();
+        list.Add(still(6));
+        QCOMPARE(list.timesCleared(), 1);
+        QVERIFY(list.Serial(1) > last + 1);
+    }
 };
 
 QTEST_GUILESS_MAIN(ImageListTest)

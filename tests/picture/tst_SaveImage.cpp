@@ -225,7 +225,9 @@ private slots:
         for (const char* name : {"a.gif", "a.jpg", "a.bmp"}) {
             ScratchFile file(name);
             file.setContent("old");
-            QVERIFY(!savePicture(file.path(), {}));
+            QString reason;
+            QVERIFY(!savePicture(file.path(), {}, &reason));
+            QCOMPARE(reason, "The picture does not fit into such a file");
             QCOMPARE(file.content(), "old");
         }
         QCOMPARE(encodeGif({}), QByteArray());
@@ -238,7 +240,9 @@ private slots:
         for (const char* name : {"a.gif", "a.jpg", "a.bmp"}) {
             QTemporaryDir folder;
             QVERIFY(QDir(folder.path()).mkdir(name));
-            QVERIFY(!savePicture(folder.filePath(name), picture));
+            QString reason;
+            QVERIFY(!savePicture(folder.filePath(name), picture, &reason));
+            QCOMPARE(reason, "Is a directory");
             QVERIFY(!savePicture(folder.filePath("none/") + name, picture));
             QVERIFY(QFileInfo(folder.filePath(name)).isDir());
         }

@@ -33,8 +33,12 @@ private slots:
     {
         QVERIFY(replaceFile(at("new"), "text"));
         QCOMPARE(contentOf(at("new")), QByteArray("text"));
-        QVERIFY(!replaceFile(at("none/new"), "text"));
-        QVERIFY(!replaceFile({}, "text"));
+        QString reason;
+        QVERIFY(!replaceFile(at("none/new"), "text", &reason));
+        QCOMPARE(reason, "No such file or directory");
+        reason.clear();
+        QVERIFY(!replaceFile({}, "text", &reason));
+        QVERIFY(!reason.isEmpty());
         QCOMPARE(namesIn(m_folder->path()), QStringList("new"));
     }
 
@@ -71,11 +75,14 @@ private slots:
     void whatIsNoOrdinaryFileIsRefused()
     {
         QVERIFY(QDir(m_folder->path()).mkdir("folder"));
-        QVERIFY(!replaceFile(at("folder"), "text"));
+        QString reason;
+        QVERIFY(!replaceFile(at("folder"), "text", &reason));
+        QCOMPARE(reason, "Is a directory");
         QVERIFY(QFileInfo(at("folder")).isDir());
         const QString pipe = at("pipe");
         QCOMPARE(QProcess::execute("mkfifo", {pipe}), 0);
-        QVERIFY(!replaceFile(pipe, "text"));
+        QVERIFY(!replaceFile(pipe, "text", &reason));
+        QCOMPARE(reason, "Is no ordinary file");
         QVERIFY(!QFileInfo(pipe).isFile());
         QCOMPARE(namesIn(m_folder->path()), QStringList({"folder", "pipe"}));
     }
@@ -85,6 +92,7 @@ private slots:
         const Rows<int, int> row("freeKilobytes", "newBytes");
         row("nothing free, small file", 0, 3'100);
         row("nothing free, large file", 0, 300'000);
+        row("4 kB free, 12 kB to write", 4, 12'000);
         row("160 kB free, 300 kB to write", 160, 300'000);
         row("one page short", 160, 160 * 1024 + 1);
     }
@@ -109,13 +117,16 @@ private slots:
             QVERIFY(filler.resize(filler.size() - freeKilobytes * 1024));
         }
         const QByteArray wanted(newBytes, 'n');
-        QVERIFY(!replaceFile(path, wanted));
+        QString reason;
+        QVERIFY(!replaceFile(path, wanted, &reason));
+        QCOMPARE(reason, "No space left on device");
         QCOMPARE(contentOf(path), old);
         QCOMPARE(namesIn(m_folder->path()), QStringList({"filler", "pref.ini"}));
 
         // With room for it the same call succeeds.
         QVERIFY(QFile::remove(at("filler")));
-        QVERIFY(replaceFile(path, wanted));
+        QVERIFY(replaceFile(path, wanted, &reason));
+        QCOMPARE(reason, "");
         QCOMPARE(contentOf(path), wanted);
     }
 
@@ -127,9 +138,12 @@ private slots:
         writeFile(path, "old");
         QVERIFY(QFile::setPermissions(m_folder->path(), QFile::ReadOwner | QFile::ExeOwner));
         // The file alone could be written, but not without cutting it first.
-        QVERIFY(!replaceFile(path, "new"));
+        for (const QString& name : {path, at("b")}) {
+            QString reason;
+            QVERIFY(!replaceFile(name, "new", &reason));
+            QCOMPARE(reason, "Permission denied");
+        }
         QCOMPARE(contentOf(path), QByteArray("old"));
-        QVERIFY(!replaceFile(at("b"), "new"));
         QCOMPARE(namesIn(m_folder->path()), QStringList("a"));
         QVERIFY(QFile::setPermissions(m_folder->path(),
                                       QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner));
@@ -143,7 +157,9 @@ private slots:
         const QString path = at("a");
         writeFile(path, "old");
         QVERIFY(QFile::setPermissions(path, QFile::ReadOwner));
-        QVERIFY(!replaceFile(path, "new"));
+        QString reason;
+        QVERIFY(!replaceFile(path, "new", &reason));
+        QCOMPARE(reason, "Permission denied");
         QCOMPARE(contentOf(path), QByteArray("old"));
     }
 

@@ -163,7 +163,7 @@ private slots:
         const Rows<QStringList> row("entries");
         row("mnuOpt",
             {"mnuOptInt|Internet List", "-", "mnuOptImport|Import List", "mnuOptReload|Reload List",
-             "-", "mnuOptExit|Exit", "mnuOptExitWO|Exit Without Saving", "-",
+             "-", "mnuOptExit|Exit|Ctrl+Q", "mnuOptExitWO|Exit Without Saving", "-",
              "mnuOptOnTop|Always on Top||off", "mnuViewTray|System Tray Icon||on"});
         row("mnuFav", {"mnuFavMan|Manage Favorites", "-", "mnuFavGo(0)|"});
         row("mnuView",
@@ -171,7 +171,7 @@ private slots:
              "mnuViewGoto|Goto Bar|Ctrl+G|on", "-", "mnuViewNew|New Images Only|Ctrl+I|on",
              "mnuViewOSize|Original Size|Ctrl+O|off", "mnuViewProp|Keep Proportions||off",
              "mnuViewFull|Full Screen|F11"});
-        row("mnuHelp", {"mnuHelpAb|About", "-", "mnuHelpH|Online Help"});
+        row("mnuHelp", {"mnuHelpAb|About", "-", "mnuHelpH|Online Help|F1"});
     }
 
     void menusHaveTheirEntries()

@@ -114,7 +114,7 @@ private slots:
     {
         OpenMain m;
         load(m, 1);
-        chooseFromMenu(m, ToolBar::Save, 1);
+        chooseFromMenu(m, ToolBar::Save, 2);
         acceptFile(m.path("m.pvm"));
         QVERIFY(openDialog<QMessageBox>()); // whether to replace the file
         closeAndLook(m);

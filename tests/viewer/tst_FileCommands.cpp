@@ -50,7 +50,8 @@ private slots:
         m_home = std::make_unique<QTemporaryDir>();
         qputenv("HOME", m_home->path().toLocal8Bit());
         qputenv("XDG_CONFIG_HOME", m_home->filePath("config").toLocal8Bit());
-        for (QStringList* list : {&m_status, &m_moviesToOpen, &m_moviesToSave})
+        for (QStringList* list :
+             {&m_status, &m_moviesToOpen, &m_moviesToSave, &m_saved, &m_notSaved})
             list->clear();
         m_opened.clear();
 
@@ -67,6 +68,12 @@ private slots:
         });
         connect(m_files, &FileCommands::StatusText, this,
                 [this](const QString& text) { m_status.append(text); });
+        connect(m_files, &FileCommands::Saved, this,
+                [this](const QString& path) { m_saved.append(path); });
+        connect(m_files, &FileCommands::NotSaved, this,
+                [this](const QString& path, const QString& reason) {
+                    m_notSaved.append(path + ": " + reason);
+                });
         connect(m_files, &FileCommands::MovieOpenRequested, this,
                 [this](const QString& path) { m_moviesToOpen.append(path); });
         connect(m_files, &FileCommands::MovieSaveRequested, this,
@@ -234,68 +241,122 @@ private slots:
         QVERIFY(!m_window->findChild<QFileDialog*>());
     }
 
-    void saveImageWritesTheNameAsItIsTyped_data()
+    void theNameDecidesTheFormatAndTheTypeLendsItsEnding_data()
     {
-        const Rows<QString, QByteArray> row("name", "begins");
-        row("gif", "a.gif", "GIF8");
-        row("JPG", "a.JPG", "\xFF\xD8\xFF");
-        row("jpeg", "a.jpeg", "BM");
-        row("png", "a.png", "BM");
-        row("no ending", "a", "BM");
-        row("xgif", "xgif", "GIF8");
-        row("two characters", "if", "BM");
+        const Rows<QString, QString, QString, QByteArray> row("type", "typed", "file", "begins");
+        const QByteArray jpeg = "\xFF\xD8\xFF";
+        row("gif", "JPEG (*.jpg)", "a.gif", "a.gif", "GIF8");
+        row("bitmap", "JPEG (*.jpg)", "a.bmp", "a.bmp", "BM");
+        row("JPG", "GIF (*.gif)", "a.JPG", "a.JPG", jpeg);
+        row("jpeg", "JPEG (*.jpg)", "a.jpeg", "a.jpeg.jpg", jpeg);
+        row("jpeg, as a bitmap", "Bitmap (*.bmp)", "a.jpeg", "a.jpeg.bmp", "BM");
+        row("png", "GIF (*.gif)", "a.png", "a.png.gif", "GIF8");
+        row("no ending", "JPEG (*.jpg)", "a", "a.jpg", jpeg);
+        row("a dot at the end", "JPEG (*.jpg)", "a.", "a..jpg", jpeg);
+        row("xgif", "JPEG (*.jpg)", "xgif", "xgif.jpg", jpeg);
+        row("two characters", "GIF (*.gif)", "if", "if.gif", "GIF8");
+        row("movie", "JPEG (*.jpg)", "a.pvm", "a.pvm.jpg", jpeg);
     }
 
-    void saveImageWritesTheNameAsItIsTyped()
+    void theNameDecidesTheFormatAndTheTypeLendsItsEnding()
     {
-        QFETCH(QString, name);
+        QFETCH(QString, type);
+        QFETCH(QString, typed);
+        QFETCH(QString, file);
         QFETCH(QByteArray, begins);
-        ScratchFile file(name);
-        run(&FileCommands::SaveImage, file.path());
-        QVERIFY(file.content().startsWith(begins));
-        QCOMPARE(Still::fromBytes(file.content()).size(), QSize(32, 24));
-        QCOMPARE(QDir(file.folder()).entryList(QDir::Files), QStringList{name});
-        QCOMPARE(m_status, QStringList{});
-    }
-
-    void theFilterDoesNotChooseTheFormat()
-    {
-        ScratchFile file("a");
+        const ScratchFile wanted(file);
         QFileDialog* dialog = dialogOf(&FileCommands::SaveImage);
         QVERIFY(dialog);
-        auto* combo = dialog->findChild<QComboBox*>("fileTypeCombo");
-        combo->setCurrentIndex(2);
-        emit combo->activated(2);
-        QCOMPARE(dialog->selectedNameFilter(), "JPEG (*.jpg)");
-        answer(dialog, file.path());
-        QVERIFY(file.content().startsWith("BM"));
-        QCOMPARE(QDir(file.folder()).entryList(QDir::Files), QStringList{"a"});
+        chooseType(dialog, type);
+        answer(dialog, wanted.folder() + '/' + typed);
+        QVERIFY(wanted.content().startsWith(begins));
+        QCOMPARE(Still::fromBytes(wanted.content()).size(), QSize(32, 24));
+        QCOMPARE(wanted.names(), QStringList{file});
+        QCOMPARE(m_saved, QStringList{wanted.path()});
+        QCOMPARE(m_status + m_notSaved, QStringList{});
+        QVERIFY(!anyDialogIsOpen());
     }
 
-    void thePictureOnShowAtTheAnswerIsSaved()
+    void aNameOfCameraAndTimeIsOffered_data()
     {
+        const Rows<QString, QString, QString> row("camera", "key", "name");
+        const QString time = " 2026-11-21 18-09-05";
+        row("of the list", "Clock", "example.org:8080/a.jpg", "Clock" + time);
+        row("host", "", "example.org:8080/a.jpg\001X: y", "example.org" + time);
+        row("host behind TLS", " ", "https://example.org/a.jpg", "example.org" + time);
+        row("IPv6", "", "[::1]:80/a.jpg", "__1" + time);
+        row("no camera", "", "", "Image" + time);
+        row("odd characters", " a/b\\c:d*e?f\"g<h>i|j\tk\177 ", "x",
+            "a_b_c_d_e_f_g_h_i_j_k_" + time);
+        row("hidden", "..a", "x", "_.a" + time);
+        row("letters of the world", "\u00dcber \u6771\u4eac", "x", "\u00dcber \u6771\u4eac" + time);
+        row("long", QString(300, 'x'), "x", QString(200, 'x') + time);
+        row("long in bytes", QString(300, u'\u6771'), "x", QString(66, u'\u6771') + time);
+        row("long in pairs", QString("\U0001F600").repeated(60), "x",
+            QString("\U0001F600").repeated(50) + time);
+    }
+
+    void aNameOfCameraAndTimeIsOffered()
+    {
+        QFETCH(QString, camera);
+        QFETCH(QString, key);
+        QFETCH(QString, name);
+        m_files->setClock([] {
+            return QDateTime(QDate(2026, 11, 21), QTime(18, 9, 5)).toUTC(); // shown as local time
+        });
+        m_files->setCamera(camera, key);
+        QFileDialog* dialog = dialogOf(&FileCommands::SaveImage);
+        QVERIFY(dialog);
+        QCOMPARE(nameIn(dialog), name + ".jpg");
+        QCOMPARE(dialog->selectedNameFilter(), "JPEG (*.jpg)");
+        QTest::mouseClick(acceptButton(dialog), Qt::LeftButton);
+        QCOMPARE(m_saved, QStringList{m_home->filePath(name + ".jpg")});
+        QVERIFY(contentOf(m_saved.value(0)).startsWith("\xFF\xD8\xFF"));
+
+        dialog = dialogOf(&FileCommands::SaveMovie);
+        QVERIFY(dialog);
+        QCOMPARE(nameIn(dialog), name + ".pvm");
+    }
+
+    void anotherTypeChangesTheEnding()
+    {
+        QFileDialog* dialog = dialogOf(&FileCommands::SaveImage);
+        QVERIFY(dialog);
+        dialog->findChild<QLineEdit*>("fileNameEdit")->setText("a.jpg");
+        chooseType(dialog, "GIF (*.gif)");
+        QCOMPARE(nameIn(dialog), "a.gif");
+        chooseType(dialog, "Bitmap (*.bmp)");
+        QCOMPARE(nameIn(dialog), "a.bmp");
+        QTest::mouseClick(acceptButton(dialog), Qt::LeftButton);
+        QVERIFY(contentOf(m_home->filePath("a.bmp")).startsWith("BM"));
+        // The next one begins with JPEG again.
+        dialog = dialogOf(&FileCommands::SaveImage);
+        QVERIFY(dialog);
+        QCOMPARE(dialog->selectedNameFilter(), "JPEG (*.jpg)");
+    }
+
+    void thePictureOnShowAtTheClickIsSaved_data()
+    {
+        const Rows<QImage> row("later");
+        row("another is on show by then", plainImage({7, 5}, Qt::blue));
+        row("none is", {});
+    }
+
+    void thePictureOnShowAtTheClickIsSaved()
+    {
+        QFETCH(QImage, later);
         ScratchFile file("a.bmp");
         QFileDialog* dialog = dialogOf(&FileCommands::SaveImage);
         QVERIFY(dialog);
-        show(plainImage({7, 5}, Qt::blue));
+        m_imgMain->setPicture(later.isNull() ? Still() : Still::fromImage(later));
+        m_files->SaveImage(); // the dialog is open already
         answer(dialog, file.path());
         const QImage saved = Still::fromBytes(file.content()).image();
-        QCOMPARE(saved.size(), QSize(7, 5));
-        QCOMPARE(saved.pixelColor(3, 3), QColor(Qt::blue));
+        QCOMPARE(saved.size(), QSize(32, 24));
+        QCOMPARE(saved.pixelColor(3, 3), QColor(Qt::red));
     }
 
-    void aPictureGoneAtTheAnswerIsNotSaved()
-    {
-        ScratchFile file("a.bmp");
-        QFileDialog* dialog = dialogOf(&FileCommands::SaveImage);
-        QVERIFY(dialog);
-        m_imgMain->setPicture({});
-        answer(dialog, file.path());
-        QVERIFY(!QFileInfo::exists(file.path()));
-        QCOMPARE(m_status, QStringList{"  Error: Not saved."});
-    }
-
-    void aFailedSaveIsToldAndKeepsTheOldFile()
+    void aFailedSaveIsToldWithItsReasonAndKeepsTheOldFile()
     {
         if (ranAsOrdinaryUser())
             return;
@@ -304,8 +365,60 @@ private slots:
         QVERIFY(QFile::setPermissions(file.path(), QFile::ReadOwner));
         run(&FileCommands::SaveImage, file.path());
         QVERIFY(answerMessage(QMessageBox::Yes).shown);
-        QTRY_COMPARE(m_status, QStringList{"  Error: Not saved."});
+        QTRY_COMPARE(m_notSaved, QStringList{file.path() + ": Permission denied"});
+        QCOMPARE(m_saved, QStringList{});
         QCOMPARE(file.content(), "old");
+    }
+
+    void aFullDiskIsTold()
+    {
+        if (ranWithOwnMounts())
+            return;
+        ScratchFile file("a.bmp");
+        QCOMPARE(mountSmallDisk(file.folder(), 64), "mounted");
+        show(plainImage({200, 200}, Qt::red));
+        run(&FileCommands::SaveImage, file.path());
+        QCOMPARE(m_notSaved, QStringList{file.path() + ": No space left on device"});
+        QCOMPARE(file.names(), QStringList{});
+    }
+
+    void whatIsReplacedIsAskedByItsWholeName()
+    {
+        // A file of the very name that is typed is in no danger, and not asked about.
+        const ScratchFile file("a.jpg");
+        const QString typed = file.folder() + "/a";
+        writeFile(typed, "other");
+        run(&FileCommands::SaveImage, typed);
+        QVERIFY(file.content().startsWith("\xFF\xD8\xFF"));
+        QCOMPARE(contentOf(typed), "other");
+
+        file.setContent("old");
+        run(&FileCommands::SaveImage, typed);
+        QCOMPARE(answerMessage(QMessageBox::No).text,
+                 "a.jpg already exists.\nDo you want to replace it?");
+        QCOMPARE(file.content(), "old");
+    }
+
+    void whoeverAsksForAFileSaysSo_data() { commands(); }
+
+    void whoeverAsksForAFileSaysSo()
+    {
+        QFETCH(Command, command);
+        QSignalSpy answered(m_files, &FileCommands::Answered);
+        QVERIFY(!m_files->isAsking());
+        for (const bool cancels : {true, false}) {
+            QFileDialog* dialog = dialogOf(command);
+            QVERIFY(dialog);
+            QVERIFY(m_files->isAsking());
+            if (cancels)
+                dialog->reject();
+            else
+                answer(dialog, m_home->filePath("a"));
+            QVERIFY(!m_files->isAsking());
+            QCOMPARE(answered.size(), cancels ? 1 : 2);
+        }
+        // What the answer asks for has been done before.
+        QCOMPARE((m_status + m_saved + m_moviesToOpen + m_moviesToSave).size(), 1);
     }
 
     void replacingAFileAsksFirst()
@@ -332,13 +445,13 @@ private slots:
 
     void theQuestionShowsTheNameAsPlainText()
     {
-        ScratchFile file("<b>a<b>.gif");
+        ScratchFile file("<b>a<b>.pvm");
         file.setContent("old");
         run(&FileCommands::SaveMovie, file.path());
         const auto* box = openDialog<QMessageBox>();
         QVERIFY(box);
         QCOMPARE(box->textFormat(), Qt::PlainText);
-        QVERIFY(box->text().startsWith("<b>a<b>.gif already"));
+        QVERIFY(box->text().startsWith("<b>a<b>.pvm already"));
     }
 
     void aFolderIsEnteredNotReplaced()
@@ -359,10 +472,10 @@ private slots:
     void moviesAreLeftToTheOwner()
     {
         ScratchFile file("a.pvm");
-        // Also a name without the ending is taken as it is.
         run(&FileCommands::SaveMovie, file.path());
         run(&FileCommands::SaveMovie, file.path() + "x");
-        QCOMPARE(m_moviesToSave, (QStringList{file.path(), file.path() + "x"}));
+        run(&FileCommands::SaveMovie, file.folder() + "/a");
+        QCOMPARE(m_moviesToSave, (QStringList{file.path(), file.path() + "x.pvm", file.path()}));
         QVERIFY(!QFileInfo::exists(file.path()));
         run(&FileCommands::OpenMovie, file.path());
         QCOMPARE(m_moviesToOpen, QStringList{file.path()});
@@ -477,6 +590,20 @@ private:
         QTest::mouseClick(acceptButton(dialog), Qt::LeftButton);
     }
 
+    static QString nameIn(QFileDialog* dialog)
+    {
+        return dialog->findChild<QLineEdit*>("fileNameEdit")->text();
+    }
+
+    static void chooseType(QFileDialog* dialog, const QString& type)
+    {
+        auto* combo = dialog->findChild<QComboBox*>("fileTypeCombo");
+        const int index = combo->findText(type);
+        combo->setCurrentIndex(index);
+        emit combo->activated(index);
+        QCOMPARE(dialog->selectedNameFilter(), type);
+    }
+
     void run(Command command, const QString& typed) { answer(dialogOf(command), typed); }
 
     std::unique_ptr<QTemporaryDir> m_home;
@@ -486,6 +613,8 @@ private:
     /// The bytes of each.
     QList<QByteArray> m_opened;
     QStringList m_status;
+    QStringList m_saved;
+    QStringList m_notSaved;
     QStringList m_moviesToOpen;
     QStringList m_moviesToSave;
 };

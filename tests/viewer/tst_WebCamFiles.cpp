@@ -3,115 +3,10 @@
 #include "display/ImageView.h"
 #include "display/ThumbView.h"
 #include "support/Dialogs.h"
-#include "support/Pictures.h"
+#include "support/FileScene.h"
 #include "support/Rows.h"
-#include "support/ScratchFile.h"
-#include "support/ScriptedServer.h"
-#include "support/ShownCamera.h"
-#include "support/TimeSeam.h"
 #include "viewer/movie/frmMovie.h"
 #include "viewer/surface/ToolBar.h"
-
-namespace {
-
-QByteArray picture(int number)
-{
-    return encodedPicture({8 + number, 8}, QColor::fromHsv(number * 37 % 360, 255, 255));
-}
-
-QByteArray movieOf(int frames)
-{
-    QByteArrayList parts;
-    for (int number = 1; number <= frames; ++number)
-        parts << picture(number);
-    return parts.join("&IMAGE&");
-}
-
-class Files : public ShownCamera
-{
-public:
-    QString write(const QString& name, const QByteArray& bytes)
-    {
-        writeFile(path(name), bytes);
-        return path(name);
-    }
-    QByteArray read(const QString& name) { return contentOf(path(name)); }
-    QString path(const QString& name) const { return m_files.filePath(name); }
-
-    /// Chooses `file` in the dialog that opens, which then goes.
-    static void answer(const QString& file)
-    {
-        acceptFile(file);
-        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
-    }
-    void openImage(const QByteArray& bytes, const QString& name = "a.jpg")
-    {
-        press(ToolBar::Open);
-        answer(write(name, bytes));
-    }
-    /// Loads a movie of so many pictures, by no dialog.
-    void loadMovie(int frames)
-    {
-        cam.LoadMovie(write("m.pvm", movieOf(frames)));
-        QTRY_VERIFY(!isWorking());
-    }
-    void saveMovie(const QString& name)
-    {
-        chooseFromMenu(ToolBar::Save, 2);
-        answer(path(name));
-    }
-    /// Fetches a picture from the server.
-    void fetchPicture(int number)
-    {
-        server.listen();
-        server.play(pictureAnswer(::picture(number)));
-        fetch(server.url());
-    }
-    void openMovie(const QString& file)
-    {
-        chooseFromMenu(ToolBar::Open, 2);
-        answer(file);
-    }
-    bool isWorking() { return cam.findChild<Timer*>("tmrMovie") != nullptr; }
-    /// As it is a second after each fetch.
-    void hideStatus()
-    {
-        timer("tmrFalse").setEnabled(true);
-        timer("tmrFalse").elapse();
-    }
-    bool statusIsShown() { return part<QWidget>("lbl").isVisible(); }
-    /// Begins to save a movie and lets `steps` frames pass; the next waits for its timer.
-    void saveSlowly(const QString& name, int steps)
-    {
-        chooseFromMenu(ToolBar::Save, 2);
-        acceptFile(path(name));
-        auto& next = timer("tmrMovie");
-        next.setInterval(600'000);
-        for (int i = 0; i < steps; ++i)
-            next.elapse();
-    }
-    /// The numbers of the pictures that a movie file holds, in order.
-    QList<int> framesOf(const QString& name)
-    {
-        QList<int> numbers;
-        const QByteArray movie = read(name);
-        qsizetype from = 0;
-        for (qsizetype end = 0; end < movie.size(); from = end + 7) {
-            end = movie.indexOf("&IMAGE&", from);
-            end = end < 0 ? movie.size() : end;
-            numbers << Still::fromBytes(movie.mid(from, end - from)).size().width() - 8;
-        }
-        return numbers;
-    }
-    QSize size() { return part<ImageView>("imgMain").Picture().size(); }
-
-    ScriptedServer server;
-
-private:
-    QTemporaryDir m_files;
-};
-
-} // namespace
 
 class WebCamFilesTest : public QObject
 {
@@ -122,8 +17,8 @@ private slots:
         Files f;
         f.fetchPicture(1);
         const auto told = f.told();
-        f.openImage(picture(2));
-        QCOMPARE(f.picture(), picture(2));
+        f.openImage(numbered(2));
+        QCOMPARE(f.picture(), numbered(2));
         QCOMPARE(f.caption(), "Image 2");
         QCOMPARE(f.told(), told);
         QCOMPARE(f.cam.Url(), f.server.url());
@@ -144,7 +39,7 @@ private slots:
     {
         Files f;
         f.cam.setUrl("cam/a.jpg");
-        f.openImage(picture(1));
+        f.openImage(numbered(1));
         QCOMPARE(f.cam.Url(), "cam/a.jpg");
         f.press(ToolBar::Back);
         QCOMPARE(f.told(), (QStringList{"change http://"}));
@@ -159,10 +54,10 @@ private slots:
     {
         Files f;
         for (int i = 0; i < 45; ++i)
-            f.openImage(picture(1));
-        f.openImage(picture(2), "b.jpg");
+            f.openImage(numbered(1));
+        f.openImage(numbered(2), "b.jpg");
         QCOMPARE(f.caption(), "Image 45");
-        QCOMPARE(f.picture(), picture(2));
+        QCOMPARE(f.picture(), numbered(2));
         f.press(ToolBar::ToggleView);
         QCOMPARE(f.part<ThumbView>("tvMain").ThumbCount(), 45);
     }
@@ -170,19 +65,19 @@ private slots:
     void aFileThatIsNoPictureStopsThere()
     {
         Files f;
-        f.openImage(picture(1), "good.jpg");
+        f.openImage(numbered(1), "good.jpg");
         f.hideStatus();
         f.openImage("no picture", "bad.jpg");
         QCOMPARE(f.status(), "  Error: Not a picture.");
         QVERIFY(f.statusIsShown());
-        QCOMPARE(f.picture(), picture(1));
+        QCOMPARE(f.picture(), numbered(1));
         QCOMPARE(f.caption(), "Image 1");
     }
 
     void theImageOnShowIsSaved()
     {
         Files f;
-        f.openImage(picture(1));
+        f.openImage(numbered(1));
         f.press(ToolBar::Save);
         f.answer(f.path("b.bmp"));
         QVERIFY(f.read("b.bmp").startsWith("BM"));
@@ -199,7 +94,7 @@ private slots:
         f.openMovie(f.write("m.pvm", movieOf(3)));
         QTRY_VERIFY(!f.isWorking());
         QCOMPARE(f.caption(), "Image 1");
-        QCOMPARE(f.picture(), picture(1));
+        QCOMPARE(f.picture(), numbered(1));
         QCOMPARE(f.told(), QStringList{});
         QCOMPARE(f.cam.Url(), "cam/a.jpg");
         f.press(ToolBar::Back);
@@ -235,7 +130,7 @@ private slots:
         QTRY_VERIFY(f.cam.findChildren<QMessageBox*>().isEmpty());
         QTRY_COMPARE(f.enabledButtons(), AllButtons);
         // What came before the fault is there, and nothing on show.
-        QCOMPARE(f.caption(), "");
+        QCOMPARE(f.caption(), "Image N/A");
         QVERIFY(f.part<ImageView>("imgMain").Picture().isNull());
         f.press(ToolBar::Forward);
         f.press(ToolBar::Forward);
@@ -274,14 +169,14 @@ private slots:
         f.fetchPicture(61);
         QCOMPARE(f.caption(), "Image 60");
         f.press(ToolBar::Forward);
-        QCOMPARE(f.picture(), picture(2));
+        QCOMPARE(f.picture(), numbered(2));
     }
 
     void theHistoryIsSavedAndLoadedAgain()
     {
         Files f;
         for (int number = 1; number <= 3; ++number) {
-            f.openImage(picture(number));
+            f.openImage(numbered(number));
         }
         f.saveMovie("m.pvm");
         QTRY_VERIFY(!f.isWorking());
@@ -306,54 +201,6 @@ private slots:
         QCOMPARE(f.read("m.pvm"), QByteArray());
         f.openMovie(f.path("m.pvm"));
         QCOMPARE(answerMessage(QMessageBox::Ok).text, "Out of memory");
-    }
-
-    void aFailedSaveSaysSo_data()
-    {
-        const Rows<int> row("item"); // of the toolbar's menu
-        row("an image", 1);
-        row("a movie", 2);
-    }
-
-    void aFailedSaveSaysSo()
-    {
-        QFETCH(int, item);
-        Files f;
-        f.openImage(picture(1));
-        f.hideStatus();
-        f.chooseFromMenu(ToolBar::Save, item);
-        f.answer(f.path("missing folder/m.jpg"));
-        QTRY_COMPARE(f.status(), "  Error: Not saved.");
-        QVERIFY(f.statusIsShown());
-        QTRY_VERIFY(!f.isWorking());
-        QVERIFY(f.cam.findChildren<QMessageBox*>().isEmpty());
-    }
-
-    void imagesFetchedDuringASaveAreSavedToo()
-    {
-        Files f;
-        f.loadMovie(20);
-        f.saveSlowly("n.pvm", 5);
-        f.fetchPicture(21);
-        QCOMPARE(f.caption(), "Image 21");
-        f.timer("tmrMovie").setInterval(0);
-        QTRY_VERIFY(!f.isWorking());
-        QList<int> all;
-        for (int number = 1; number <= 21; ++number)
-            all << number;
-        QCOMPARE(f.framesOf("n.pvm"), all);
-    }
-
-    void aSavedMovieHoldsWhatIsThereWhenItsNumberComes()
-    {
-        Files f;
-        f.loadMovie(6);
-        f.saveSlowly("n.pvm", 3);
-        // Entry 1 goes, the others move up, and what was entry 4 has been passed by.
-        f.press(ToolBar::Delete);
-        f.timer("tmrMovie").setInterval(0);
-        QTRY_VERIFY(!f.isWorking());
-        QCOMPARE(f.framesOf("n.pvm"), (QList<int>{1, 2, 3, 5, 6}));
     }
 
     void playWaitsForASave()
@@ -382,20 +229,6 @@ private slots:
         QCOMPARE(f.caption(), "Image 2");
     }
 
-    void closingDuringASaveKeepsTheOldFile()
-    {
-        Files f;
-        f.loadMovie(5);
-        const QString old = f.write("old.pvm", "old");
-        f.chooseFromMenu(ToolBar::Save, 2);
-        f.answer(old);
-        (void)answerMessage(QMessageBox::Yes); // to replace the file
-        QTRY_VERIFY(f.isWorking());
-        f.cam.shutDown();
-        QVERIFY(!f.timer("tmrMovie").Enabled());
-        QCOMPARE(f.read("old.pvm"), "old");
-    }
-
     void whatIsDeletedWhileAMovieLoadsStaysDeleted()
     {
         Files f;
@@ -409,6 +242,98 @@ private slots:
         QCOMPARE(f.caption(), "Image N/A");
         f.press(ToolBar::Forward);
         QCOMPARE(f.caption(), "Image N/A");
+    }
+
+    void imagesThatComeWhileAMovieLoadsFollowIt()
+    {
+        Files f;
+        f.openImage(numbered(7));
+        auto& steps = f.loadSlowly(3, 1);
+        f.fetchPicture(8);
+        // It is seen and told of at once, but no entry yet.
+        QCOMPARE(f.picture(), numbered(8));
+        QCOMPARE(f.told(), (QStringList{"change http://127.0.0.1/a.jpg", "done"}));
+        QCOMPARE(f.caption(), "Image 1");
+        f.openImage(numbered(9));
+        steps.setInterval(0);
+        QTRY_VERIFY(!f.isWorking());
+        QCOMPARE(f.caption(), "Image 5");
+        QCOMPARE(f.picture(), numbered(9));
+        for (const int number : {8, 3, 2, 1, 9}) {
+            f.press(ToolBar::Back);
+            QCOMPARE(f.picture(), numbered(number));
+        }
+        f.press(ToolBar::ToggleView);
+        QCOMPARE(f.part<ThumbView>("tvMain").ThumbCount(), 5);
+    }
+
+    void whatWaitsForAMovieIsDeletedWithTheRest()
+    {
+        Files f;
+        auto& steps = f.loadSlowly(3, 1);
+        f.fetchPicture(8);
+        f.chooseFromMenu(ToolBar::Delete, 2);
+        steps.setInterval(0);
+        QTRY_VERIFY(!f.isWorking());
+        QCOMPARE(f.caption(), "Image 1");
+        f.press(ToolBar::Back);
+        QCOMPARE(f.picture(), numbered(3));
+        QCOMPARE(f.caption(), "Image 2");
+    }
+
+    void whatWaitsFollowsAMovieThatFails()
+    {
+        Files f;
+        f.cam.LoadMovie(f.write("m.pvm", movieOf(1) + "&IMAGE&no picture"));
+        f.timer("tmrMovie").setInterval(600'000);
+        f.fetchPicture(8);
+        f.timer("tmrMovie").setInterval(0);
+        QVERIFY(answerMessage(QMessageBox::Ok).shown);
+        QTRY_VERIFY(!f.isWorking());
+        QCOMPARE(f.picture(), numbered(8));
+        QCOMPARE(f.caption(), "Image 2");
+        // The next one is an entry at once again.
+        f.openImage(numbered(9));
+        QCOMPARE(f.caption(), "Image 3");
+    }
+
+    void aLoadStoppedBeforeItsFirstFrameShowsNothing()
+    {
+        Files f;
+        f.openImage(numbered(7));
+        f.loadSlowly(3, 0);
+        f.cam.findChild<frmMovie*>()->close();
+        QTRY_VERIFY(!f.isWorking());
+        QCOMPARE(f.caption(), "Image N/A");
+        QVERIFY(f.part<ImageView>("imgMain").Picture().isNull());
+    }
+
+    void loadingLeavesTheStrip_data()
+    {
+        const Rows<bool> row("meanwhile");
+        row("shown before", false);
+        row("shown meanwhile", true);
+    }
+
+    void loadingLeavesTheStrip()
+    {
+        QFETCH(bool, meanwhile);
+        Files f;
+        f.openImage(numbered(7));
+        auto& strip = f.part<ThumbView>("tvMain");
+        if (!meanwhile)
+            f.press(ToolBar::ToggleView);
+        auto& steps = f.loadSlowly(3, 1);
+        QVERIFY(strip.isHidden());
+        if (meanwhile)
+            f.press(ToolBar::ToggleView);
+        QCOMPARE(strip.isVisible(), meanwhile);
+        steps.setInterval(0);
+        QTRY_VERIFY(!f.isWorking());
+        QVERIFY(strip.isHidden());
+        QVERIFY(f.part<ImageView>("imgMain").isVisible());
+        QCOMPARE(f.enabledButtons(), AllButtons);
+        QCOMPARE(f.caption(), "Image 1");
     }
 };
 

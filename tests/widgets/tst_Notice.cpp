@@ -7,6 +7,7 @@
 #include <QAccessible>
 #include <QLabel>
 #include <QLineEdit>
+#include <QPaintEvent>
 #include <QPushButton>
 #include <QToolButton>
 
@@ -39,6 +40,14 @@ private:
     }
     void setRoom(int width) { notice->setRoom({10, 20, width, 200}); }
 
+    bool eventFilter(QObject* watched, QEvent* event) override
+    {
+        if (watched == notice && event->type() == QEvent::Paint)
+            painted += static_cast<QPaintEvent*>(event)->region();
+        return false;
+    }
+
+    QRegion painted;
     std::unique_ptr<QWidget> window;
     QLineEdit* box = nullptr;
     Notice* notice = nullptr;
@@ -205,6 +214,19 @@ private slots:
         QVERIFY2(ground.lightness() < 110, qPrintable(ground.name()));
         QCOMPARE(notice->findChild<QLabel*>("sentence")->palette().color(QPalette::WindowText),
                  QColor(Qt::white));
+    }
+
+    void oneOfAnotherKindIsPaintedWhole()
+    {
+        notice->tell(Saved);
+        notice->installEventFilter(this);
+        QTRY_VERIFY(painted.contains(notice->rect().center()));
+        const QRect place = notice->geometry();
+        painted = {};
+        notice->tell({Notice::Icon::Warning, "Not saved.", {}});
+        QTRY_VERIFY(!painted.isEmpty());
+        QCOMPARE(notice->geometry(), place);
+        QCOMPARE(painted, QRegion(notice->rect()));
     }
 };
 

@@ -42,6 +42,11 @@ CameraNotices::CameraNotices(WebCam& cam, CamList& list, Favourites& favourites,
             [this](int id) { act(static_cast<NoticeAction>(id)); });
     connect(&m_cam.notice(), &Notice::Closed, this,
             [this](const QString& sentence) { m_closed = sentence; });
+    connect(&m_cam, &WebCam::Saved, this,
+            [this](const QString& path) { tell(noticeOfSave(path), path); });
+    connect(&m_cam, &WebCam::NotSaved, this, [this](const QString& path, const QString& reason) {
+        tell(noticeOfSave(path, reason), path);
+    });
     connect(&m_list, &CamList::Removed, this,
             [this](const QString& name) { tell(noticeOfRemoval(name)); });
     connect(&m_list, &CamList::Reloaded, this,
@@ -54,7 +59,7 @@ CameraNotices::CameraNotices(WebCam& cam, CamList& list, Favourites& favourites,
 
 void CameraNotices::cameraChosen(const QString& key)
 {
-    if (!m_isAboutFetch || withoutHttpScheme(key) == m_outcome.camera)
+    if (!m_isAboutFetch || comparableKey(key) == comparableKey(m_outcome.camera))
         return;
     m_cam.notice().dismiss();
     m_closed.clear();

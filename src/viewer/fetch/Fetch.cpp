@@ -119,7 +119,8 @@ void Fetch::forget()
 
 void Fetch::forgetBody(const QByteArray& body)
 {
-    if (m_previousBody == body)
+    // A head that counts as body lies before the picture.
+    if (!body.isEmpty() && m_previousBody.endsWith(body))
         m_previousBody.clear();
 }
 
@@ -251,7 +252,8 @@ void Fetch::FinishFetch()
     // What was set aside for the announced length would stay with the image in the history.
     const QByteArray body = m_answer.takeBody();
     const QByteArray compared = m_answer.comparedBytes(body);
-    const bool isSameCamera = m_previousCamera.isEmpty() || m_previousCamera == m_camera;
+    const bool isSameCamera =
+        m_previousCamera.isEmpty() || comparableKey(m_previousCamera) == comparableKey(m_camera);
     if (m_newOnly && isSameCamera && compared == m_previousBody) {
         m_sent = FetchOutcome::Sent::Nothing;
         // Kept: these capitals tell this test from the server's "Not a new image".

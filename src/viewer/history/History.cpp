@@ -2,6 +2,8 @@
 
 #include "cameras/CameraKey.h"
 
+#include <utility>
+
 History::History(QObject* parent)
     : QObject(parent)
 {
@@ -10,13 +12,11 @@ History::History(QObject* parent)
 void History::Append(const Still& picture, const QString& address, const QString& lastModified,
                      const QString& camera)
 {
-    makeRoom();
     add(picture, address + FieldSeparator + lastModified + FieldSeparator, {camera, m_clock()});
 }
 
 void History::AppendFile(const Still& picture)
 {
-    makeRoom();
     add(picture, FieldSeparator, {});
 }
 
@@ -35,9 +35,23 @@ void History::makeRoom()
 
 void History::add(const Still& picture, const QString& keyHead, const Origin& origin)
 {
+    if (m_takesMovie) {
+        m_waiting.append({picture, keyHead, origin});
+        return;
+    }
+    makeRoom();
     m_ilHis.Add(picture, keyHead + QString::number(++m_keys));
     m_origins.append(origin);
     m_currentImage = Count();
+}
+
+bool History::endMovie()
+{
+    m_takesMovie = false;
+    const auto waiting = std::exchange(m_waiting, {});
+    for (const Waiting& one : waiting)
+        add(one.picture, one.keyHead, one.origin);
+    return !waiting.isEmpty();
 }
 
 bool History::removeCurrent()
@@ -58,6 +72,7 @@ void History::Clear()
 {
     m_ilHis.Clear();
     m_origins.clear();
+    m_waiting.clear();
 }
 
 int History::back()
@@ -109,7 +124,8 @@ QString History::lastModifiedAt(int n) const
 bool History::isOf(int n, const QString& address, const QString& camera) const
 {
     const QString known = cameraOf(n);
-    return addressOf(n) == address && (known.isEmpty() || camera.isEmpty() || known == camera);
+    return addressOf(n) == address &&
+           (known.isEmpty() || camera.isEmpty() || comparableKey(known) == comparableKey(camera));
 }
 
 int History::newestOf(const QString& address, const QString& camera) const

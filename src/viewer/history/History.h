@@ -44,6 +44,13 @@ public:
     /// Keeps the next frame of a movie. There may be any number; the current entry stays.
     void AppendFrame(const Still& picture);
 
+    /// From here to endMovie() a movie joins the list: other pictures wait, so that they follow it
+    /// as if they came then. Clear() drops them, too.
+    void beginMovie() { m_takesMovie = true; }
+    /// Keeps what has waited. False where nothing has.
+    bool endMovie();
+    bool isTakingMovie() const { return m_takesMovie; }
+
     /// Removes the current entry; false where CurrentImage names none. CurrentImage stays.
     bool removeCurrent();
     /// Removes all entries. CurrentImage stays.
@@ -77,20 +84,29 @@ public:
     void setClock(const Clock& clock) { m_clock = clock; }
 
 private:
-    void makeRoom();
-    void remove(int n);
     struct Origin
     {
         QString camera;
         QDateTime fetched;
     };
 
+    void makeRoom();
+    void remove(int n);
     void add(const Still& picture, const QString& keyHead, const Origin& origin);
+
+    struct Waiting
+    {
+        Still picture;
+        QString keyHead;
+        Origin origin;
+    };
 
     ImageList m_ilHis;
     /// Where each entry comes from.
     QList<Origin> m_origins;
     Clock m_clock = systemClock;
+    bool m_takesMovie = false;
+    QList<Waiting> m_waiting;
     int m_currentImage = 0;
     /// How many keys have been given; the last one ends in it.
     quint64 m_keys = 0;

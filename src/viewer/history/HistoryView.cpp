@@ -43,7 +43,8 @@ void HistoryView::showWithoutAnnouncing(int n)
 
 void HistoryView::updateCaption()
 {
-    showCaption(m_history.CurrentImage());
+    if (!m_history.isTakingMovie())
+        showCaption(m_history.CurrentImage());
 }
 
 void HistoryView::showPicture(int n)
@@ -137,6 +138,31 @@ void HistoryView::emptyHistory()
 {
     m_history.Clear();
     m_parts.imgMain.setPicture({});
+}
+
+void HistoryView::beginMovie()
+{
+    leaveStrip();
+    emptyHistory();
+    m_history.beginMovie();
+}
+
+void HistoryView::endMovie()
+{
+    leaveStrip();
+    if (m_history.endMovie())
+        showWithoutAnnouncing(m_history.Count());
+    else if (m_parts.imgMain.Picture().isNull())
+        showNothing();
+}
+
+QString HistoryView::cameraOnShow() const
+{
+    const Still shown = m_parts.imgMain.Picture();
+    int n = m_history.Count();
+    while (n >= 1 && !m_history.ilHis().Picture(n).isSameAs(shown))
+        --n;
+    return m_history.cameraOf(n);
 }
 
 void HistoryView::ToggleView()

@@ -48,14 +48,20 @@ public:
     /// The menu's way. Kept: nothing follows, and CurrentImage keeps its number.
     void DeleteCurrentOnly();
     void DeleteAll();
-    /// Removes all entries and the picture. Strip, caption and CurrentImage stay, as a movie that
-    /// is going to be the history wants it.
-    void emptyHistory();
+    /// A movie is going to be the history: leaves the strip, removes all entries and the picture.
+    /// Caption, CurrentImage and the strip's thumbnails stay. What is fetched or opened until
+    /// endMovie() is on show at once, but an entry only then.
+    void beginMovie();
+    /// The movie has joined the history, whole or in part. The newest picture that came meanwhile
+    /// is on show, else what was; "Image N/A" where nothing is.
+    void endMovie();
     /// From the picture to the strip and back. While the strip is on show the toolbar offers
     /// nothing that changes the history.
     void ToggleView();
     /// From the strip, where it is on show, back to the picture.
     void leaveStrip();
+    /// The camera key that the picture on show was fetched by; empty for any other picture.
+    QString cameraOnShow() const;
     /// Announces the address of the current entry, as ShowEntry() does.
     void announceCurrent();
 
@@ -77,6 +83,7 @@ private:
     void showCaption(int n);
     void showNothing();
     void removeCurrent();
+    void emptyHistory();
     void chooseThumbnail(int n);
     void showTip(int n, QPoint globalAt);
     void showStrip(bool on);

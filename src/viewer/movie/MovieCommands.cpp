@@ -37,11 +37,12 @@ void MovieCommands::load(const QString& path, bool lockToolBar)
 {
     auto job = std::make_unique<MovieReader>(path, m_folder);
     showProgressOf(*job, m_viewer->window());
-    connect(job.get(), &MovieJob::Began, &m_parts.historyView, &HistoryView::emptyHistory);
+    connect(job.get(), &MovieJob::Began, &m_parts.historyView, &HistoryView::beginMovie);
     connect(job.get(), &MovieReader::FrameRead, &m_parts.history, &History::AppendFrame);
     connect(job.get(), &MovieReader::Loaded, &m_parts.historyView,
             [this] { m_parts.historyView.showWithoutAnnouncing(1); });
     connect(job.get(), &MovieJob::Failed, this, &MovieCommands::tellOfNoMovie);
+    connect(job.get(), &MovieJob::Finished, &m_parts.historyView, &HistoryView::endMovie);
     if (lockToolBar) {
         m_parts.tbMain.setButtonsEnabled(false);
         connect(job.get(), &MovieJob::Finished, &m_parts.tbMain,
@@ -54,8 +55,9 @@ void MovieCommands::SaveMovie(const QString& FileName)
 {
     auto job = std::make_unique<MovieWriter>(FileName, m_folder, m_parts.history.ilHis());
     showProgressOf(*job, m_viewer->window());
+    connect(job.get(), &MovieWriter::Saved, this, [this, FileName] { emit Saved(FileName); });
     connect(job.get(), &MovieJob::Failed, this,
-            [this] { emit StatusText(u"  Error: Not saved."_s); });
+            [this, FileName](const QString& reason) { emit NotSaved(FileName, reason); });
     m_parts.queue.enqueue(std::move(job));
 }
 

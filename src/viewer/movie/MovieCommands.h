@@ -30,19 +30,21 @@ public:
 
     /// Replaces the history by the frames of a movie file, as soon as no other long work runs. A
     /// message box tells of a file that is no movie; the frames before the fault then stay.
-    /// Neither the strip nor Url changes.
+    /// Url stays. The strip is left; images that come meanwhile follow the movie.
     void LoadMovie(const QString& FileName);
 
     /// The same with all buttons of the toolbar disabled from now to the end.
     void openMovie(const QString& path);
 
-    /// Writes the history to a movie file, as soon as no other long work runs. Where that fails,
-    /// an old file stays as it was, and the status says "  Error: Not saved.".
+    /// Writes the history to a movie file, as soon as no other long work runs. Saved or NotSaved
+    /// tells of the end; where it fails, an old file stays as it was.
     void SaveMovie(const QString& FileName);
 
 signals:
-    /// A line for the status line.
-    void StatusText(const QString& text);
+    /// The movie is in the file `path`.
+    void Saved(const QString& path);
+    /// It is not. `reason` is a few words without a full stop.
+    void NotSaved(const QString& path, const QString& reason);
 
 private:
     void load(const QString& path, bool lockToolBar);

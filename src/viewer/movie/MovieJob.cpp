@@ -31,7 +31,13 @@ void MovieJob::cancel()
 
 void MovieJob::stop()
 {
-    end(Outcome::Done);
+    end(stopped());
+}
+
+MovieJob::Outcome MovieJob::failed(const QString& reason)
+{
+    m_reason = reason;
+    return Outcome::Failed;
 }
 
 void MovieJob::runStep()
@@ -48,7 +54,7 @@ void MovieJob::end(Outcome outcome)
     m_tmrMovie.setEnabled(false);
     emit ProgressEnds();
     if (outcome == Outcome::Failed)
-        emit Failed();
+        emit Failed(m_reason);
     else
         conclude();
     emit Finished();

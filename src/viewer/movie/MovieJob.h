@@ -15,7 +15,8 @@ public:
     /// No signal but ProgressEnds follows, not even in a step that is under way.
     void cancel() final;
 
-    /// Ends it where it is, because the user wants no more of it. Nothing where it is over.
+    /// Ends it where it is, because the user wants no more of it: as done, or as failed where half
+    /// of it is worth nothing. Nothing where it is over.
     void stop();
 
 signals:
@@ -32,8 +33,9 @@ signals:
     /// Whatever its end is: before the signal that tells it.
     void ProgressEnds();
 
-    /// It could not be done. Finished follows at once.
-    void Failed();
+    /// It could not be done. `reason` is a few words for a person, without a full stop; empty where
+    /// none is told. Finished follows at once.
+    void Failed(const QString& reason);
 
 protected:
     enum class Outcome {
@@ -48,8 +50,13 @@ protected:
     virtual void prepare() = 0;
     /// One step. It is not called again once it has returned anything but GoOn.
     virtual Outcome step() = 0;
-    /// Before Finished, where it is done or was stopped.
+    /// How it ends where the user stops it.
+    virtual Outcome stopped() { return Outcome::Done; }
+    /// Before Finished, where it is done.
     virtual void conclude() {}
+
+    /// Failed, for that reason.
+    Outcome failed(const QString& reason);
 
 private:
     void runStep();
@@ -57,4 +64,5 @@ private:
 
     Timer m_tmrMovie;
     bool m_over = false;
+    QString m_reason;
 };

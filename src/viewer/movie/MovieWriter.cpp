@@ -26,6 +26,7 @@ MovieWriter::MovieWriter(const QString& path, const QString& applicationFolder,
 
 void MovieWriter::prepare()
 {
+    m_timesCleared = m_images.timesCleared();
     m_maximum = m_images.Count() + StepsAtTheEnd;
     emit MaximumChanged(m_maximum);
     emit ValueChanged(0);
@@ -33,10 +34,12 @@ void MovieWriter::prepare()
 
 MovieJob::Outcome MovieWriter::step()
 {
+    if (m_images.timesCleared() != m_timesCleared)
+        return failed(tr("All images were deleted"));
     if (m_stage == Stage::Writing)
-        return write() ? Outcome::Done : Outcome::Failed;
-    if (m_saved < m_images.Count())
-        return addFrame() ? Outcome::GoOn : Outcome::Failed;
+        return write();
+    if (const int next = m_images.firstAfter(m_lastSerial); next > 0)
+        return addFrame(next);
     // The caption is painted before the disk is waited for.
     m_stage = Stage::Writing;
     setValue(m_saved + 1);
@@ -44,26 +47,38 @@ MovieJob::Outcome MovieWriter::step()
     return Outcome::GoOn;
 }
 
-bool MovieWriter::addFrame()
+MovieJob::Outcome MovieWriter::stopped()
 {
-    const QByteArray frame = encodeJpeg(m_images.Picture(m_saved + 1).image());
+    return failed(tr("Saving was stopped"));
+}
+
+void MovieWriter::conclude()
+{
+    emit Saved();
+}
+
+MovieJob::Outcome MovieWriter::addFrame(int n)
+{
+    const QByteArray frame = encodeJpeg(m_images.Picture(n).image());
     if (frame.isEmpty())
-        return false;
+        return failed(tr("An image does not fit into a movie"));
     tempFiles::write(m_frameFile, frame, tempFiles::OldEnd::Cut);
     appendMovieFrame(m_movie, frame);
+    m_lastSerial = m_images.Serial(n);
     ++m_saved;
     setValue(m_saved);
     emit CaptionChanged(u"Saving Image %1"_s.arg(m_saved));
-    return true;
+    return Outcome::GoOn;
 }
 
-bool MovieWriter::write()
+MovieJob::Outcome MovieWriter::write()
 {
-    if (!replaceFile(m_path, m_movie))
-        return false;
+    QString reason;
+    if (!replaceFile(m_path, m_movie, &reason))
+        return failed(reason);
     setValue(m_maximum);
     emit CaptionChanged(u"Done!"_s);
-    return true;
+    return Outcome::Done;
 }
 
 /// Entries that came meanwhile are more than the progress counts with.

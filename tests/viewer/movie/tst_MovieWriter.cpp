@@ -209,11 +209,12 @@ private slots:
 
     void whatCannotBeReplacedFails_data()
     {
-        const Rows<QString> row("path");
-        row("a folder", m_folder.path());
-        row("in a folder that is not there", m_folder.filePath("none/movie.pvm"));
-        row("a device", "/dev/null");
-        row("no name", {});
+        const Rows<QString, QString> row("path", "reason");
+        row("a folder", m_folder.path(), "Is a directory");
+        row("in a folder that is not there", m_folder.filePath("none/movie.pvm"),
+            "No such file or directory");
+        row("a device", "/dev/null", "Is no ordinary file");
+        row("no name", {}, {}); // whatever the folder above says
     }
 
     void whatCannotBeReplacedFails()
@@ -222,8 +223,11 @@ private slots:
         if (ranAsOrdinaryUser())
             return;
         QFETCH(QString, path);
+        QFETCH(QString, reason);
         const ImageList images = pictures(1);
         MovieWriter writer(path, m_folder.path(), images);
+        connect(&writer, &MovieJob::Failed, this,
+                [&](const QString& told) { QCOMPARE(told, reason.isEmpty() ? told : reason); });
         QCOMPARE(JobLog(writer).run(),
                  QStringList({"maximum 3", "value 0", "value 1", "caption Saving Image 1",
                               "value 2", "caption Saving Movie...", "failed", "finished"}));
@@ -264,26 +268,26 @@ private slots:
         QCOMPARE(w.movie.content(), expectedMovie(w.images));
     }
 
-    void entriesThatGoMeanwhileAreNot_data()
+    void entriesThatGoLoseNoOthersTheirTurn_data()
     {
-        const Rows<bool, QList<int>> row("all", "frames");
-        row("all", true, {1, 2});
-        // The entries behind it move up, and the next number is one of them.
-        row("the first", false, {1, 2, 4, 5});
+        const Rows<QList<int>, QList<int>> row("removed", "frames");
+        row("one that is saved", {1}, {1, 2, 3, 4, 5});
+        row("all that are saved", {1, 1}, {1, 2, 3, 4, 5});
+        row("the next", {3}, {1, 2, 4, 5});
+        row("one of each", {4, 2}, {1, 2, 3, 5});
+        row("one by one, all of them", {5, 4, 3, 2, 1}, {1, 2});
     }
 
-    void entriesThatGoMeanwhileAreNot()
+    void entriesThatGoLoseNoOthersTheirTurn()
     {
-        QFETCH(bool, all);
+        QFETCH(QList<int>, removed);
         QFETCH(QList<int>, frames);
         Writing w(pictures(5));
         connect(&w.writer, &MovieJob::CaptionChanged, [&](const QString& caption) {
             if (caption != "Saving Image 2")
                 return;
-            if (all)
-                w.images.Clear();
-            else
-                w.images.Remove(1);
+            for (const int number : removed)
+                w.images.Remove(number);
         });
         w.log.run();
         QVERIFY(!w.log.told().contains("failed"));
@@ -293,6 +297,63 @@ private slots:
         for (const int number : frames)
             saved.Add(pictures(5).Picture(number));
         QCOMPARE(w.movie.content(), expectedMovie(saved));
+    }
+
+    void aListThatIsClearedIsNotSaved_data()
+    {
+        const Rows<QString, bool> row("at", "refilled");
+        row("at once", "", false);
+        row("between two frames", "Saving Image 2", false);
+        row("with others since then", "Saving Image 2", true);
+        row("after the last frame", "Saving Movie...", false);
+    }
+
+    void aListThatIsClearedIsNotSaved()
+    {
+        QFETCH(QString, at);
+        QFETCH(bool, refilled);
+        Writing w(pictures(5));
+        w.movie.setContent("an old movie");
+        QStringList reasons;
+        connect(&w.writer, &MovieJob::Failed,
+                [&](const QString& reason) { reasons.append(reason); });
+        const auto clear = [&] {
+            w.images.Clear();
+            if (refilled)
+                w.images.Add(pictures(1).Picture(1));
+        };
+        connect(&w.writer, &MovieJob::CaptionChanged, [&](const QString& caption) {
+            if (caption == at)
+                clear();
+        });
+        w.writer.begin();
+        if (at.isEmpty())
+            clear();
+        QTRY_VERIFY(w.log.isFinished());
+        QCOMPARE(reasons, QStringList("All images were deleted"));
+        QCOMPARE(w.movie.content(), QByteArray("an old movie"));
+    }
+
+    void oneThatIsStoppedIsNotSaved()
+    {
+        Writing w(pictures(3));
+        w.movie.setContent("an old movie");
+        QStringList reasons;
+        connect(&w.writer, &MovieJob::Failed,
+                [&](const QString& reason) { reasons.append(reason); });
+        connect(&w.writer, &MovieJob::CaptionChanged, [&] { w.writer.stop(); });
+        QVERIFY(w.log.run().contains("failed"));
+        QCOMPARE(reasons, QStringList("Saving was stopped"));
+        QCOMPARE(w.movie.content(), QByteArray("an old movie"));
+    }
+
+    void savedIsToldWhenTheFileIsThere()
+    {
+        Writing w(pictures(2));
+        QByteArray seen;
+        connect(&w.writer, &MovieWriter::Saved, [&] { seen = w.movie.content(); });
+        w.log.run();
+        QCOMPARE(seen, expectedMovie(w.images));
     }
 
     void cancellingKeepsTheOldFile_data()
