@@ -39,6 +39,7 @@ public:
         return value;
     }
 
+    qint64 position() const { return m_position; }
     void fail() { m_hasErred = true; }
     bool hasErred() const { return m_hasErred; }
 
@@ -76,9 +77,7 @@ public:
         return m_isConstant || (used > 1 && left == 0);
     }
 
-    /// Its one symbol takes no bits.
-    bool isConstant() const { return m_isConstant; }
-
+    /// The next one. Where the code has one alone, that takes no bits.
     int symbol(BitReader& reader) const
     {
         if (m_isConstant)
@@ -170,15 +169,11 @@ private:
         for (PrefixCode& code : m_others)
             readCode(code, ByteSymbols);
         readCode(m_distance, DistanceSymbols);
-        const bool isFree =
-            m_green.isConstant() && std::all_of(m_others.begin(), m_others.end(),
-                                                [](const auto& code) { return code.isConstant(); });
         qint64 left = qint64(size.width()) * size.height();
         while (left > 0 && !m_reader.hasErred()) {
+            const qint64 before = m_reader.position();
             const int symbol = m_green.symbol(m_reader);
             if (symbol < ByteSymbols) {
-                if (isFree)
-                    return;
                 for (const PrefixCode& code : m_others)
                     code.symbol(m_reader);
                 --left;
@@ -188,6 +183,9 @@ private:
             } else {
                 --left;
             }
+            // Where nothing takes a bit, the rest is the same, be it millions.
+            if (m_reader.position() == before)
+                return;
         }
     }
 
