@@ -151,6 +151,11 @@ private slots:
         row("webp", webp, Small);
         row("webp without losses", lossless, Small);
         row("webp with data behind it", webp + jpeg, Small);
+        row("webp without losses, with a transparency beside its own",
+            odd::webp(odd::webpCanvas(Small, odd::WebpSeeThrough) +
+                      odd::webpChunk("ALPH", QByteArray(1 + 37 * 21, 0)) +
+                      odd::webpChunks(lossless)),
+            Small);
         row("webp on another canvas", odd::webp(odd::webpCanvas(canvas, 0) + odd::webpChunks(webp)),
             refused);
         row("webp with a cut text behind it",
