@@ -1,7 +1,7 @@
 # Sourced by run, test and .ci/run: installs the Debian packages that a task needs.
 
 packages_build="g++ cmake ninja-build ccache qt6-base-dev qt6-svg-dev libjpeg62-turbo-dev libgif-dev \
-    fonts-dejavu-core ca-certificates"
+    qt6-image-formats-plugins fonts-dejavu-core ca-certificates"
 packages_display="xvfb openbox xdotool x11-utils imagemagick"
 packages_test="curl dbus lighttpd lighttpd-mod-openssl openssl libjpeg-turbo-progs giflib-tools trayer \
     util-linux mount"

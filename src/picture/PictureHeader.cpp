@@ -1,5 +1,7 @@
 #include "picture/PictureHeader.h"
 
+#include "picture/PngChunks.h"
+
 #include <algorithm>
 #include <limits>
 
@@ -11,6 +13,10 @@ std::optional<PictureHeader> PictureHeader::read(QByteArrayView bytes)
         return readGif(bytes);
     if (bytes.startsWith("\xFF\xD8\xFF"))
         return readJpeg(bytes);
+    if (bytes.startsWith(PngChunks::Signature))
+        return readPng(bytes);
+    if (bytes.startsWith("RIFF"))
+        return readWebp(bytes);
     return {};
 }
 

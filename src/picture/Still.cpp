@@ -2,12 +2,16 @@
 
 #include "picture/JpegPixels.h"
 #include "picture/PictureHeader.h"
+#include "picture/PngChunks.h"
 #include "picture/SmoothScale.h"
+#include "picture/WebpChunks.h"
 
 #include <QBuffer>
+#include <QColor>
 #include <QImageReader>
 
 #include <algorithm>
+#include <utility>
 
 struct Still::Data
 {
@@ -27,6 +31,19 @@ constexpr int MaxSide = 65'535;
 /// The decoder of GIFs takes a step for each pixel, however few codes there are, and where what is
 /// below a frame is to be kept, it holds the picture twice.
 constexpr qint64 MaxGifPixels = 30'000'000;
+
+/// A kilobyte inflates to a megabyte of rows, each of which a decoder filters, converts, and where
+/// they are interlaced visits several times.
+constexpr qint64 MaxPngPixels = 20'000'000;
+/// Samples of 16 bits are twice as much to inflate, to hold and to convert.
+constexpr int DeepCost = 2;
+
+/// No pixel of a WebP without losses needs a bit, but each goes through all transforms, and a
+/// decoder holds it three times.
+constexpr qint64 MaxWebpPixels = 16'000'000;
+/// The tables for the codes of one block cost a decoder as much as thousands of pixels, and need
+/// three bytes. Encoders make some 2,600 blocks at most.
+constexpr qint64 MaxWebpBlocks = 4'000;
 
 /// What a decoder may need beside the encoded bytes: the coefficients of a JPEG in several scans
 /// and the whole picture. 25 megapixels whose colours are not subsampled reach it.
@@ -58,6 +75,10 @@ bool isWithinBounds(const PictureHeader& header)
         return true;
     case PictureHeader::Format::Gif:
         return header.pixels <= MaxGifPixels;
+    case PictureHeader::Format::Png:
+        return header.pixels * (header.deep ? DeepCost : 1) <= MaxPngPixels;
+    case PictureHeader::Format::Webp:
+        return header.pixels <= MaxWebpPixels && header.blocks <= MaxWebpBlocks;
     case PictureHeader::Format::Jpeg:
         break;
     }
@@ -75,10 +96,27 @@ QByteArray formatName(PictureHeader::Format format)
         return "bmp";
     case PictureHeader::Format::Gif:
         return "gif";
+    case PictureHeader::Format::Png:
+        return "png";
+    case PictureHeader::Format::Webp:
+        return "webp";
     case PictureHeader::Format::Jpeg:
         break;
     }
     return "jpeg";
+}
+
+/// What the decoder is given: nothing that the (first) picture does not need.
+QByteArray usedBytes(const QByteArray& bytes, const PictureHeader& header)
+{
+    switch (header.format) {
+    case PictureHeader::Format::Png:
+        return barePng(bytes);
+    case PictureHeader::Format::Webp:
+        return bareWebp(bytes);
+    default:
+        return QByteArray::fromRawData(bytes.constData(), header.usedBytes);
+    }
 }
 
 /// Refuses to go past its end without a warning: a bitmap may well ask for that.
@@ -96,7 +134,7 @@ QImage read(const QByteArray& bytes, const PictureHeader& header, QSize wanted)
     constexpr int bytesPerMiB = 1024 * 1024;
     QImageReader::setAllocationLimit(int(Still::MaxPixels * BytesPerPixel / bytesPerMiB) + 1);
 
-    QByteArray used = QByteArray::fromRawData(bytes.constData(), header.usedBytes);
+    QByteArray used = usedBytes(bytes, header);
     QuietBuffer buffer(&used);
     buffer.open(QIODevice::ReadOnly);
     QImageReader reader(&buffer, formatName(header.format));
@@ -105,16 +143,31 @@ QImage read(const QByteArray& bytes, const PictureHeader& header, QSize wanted)
     reader.setAutoTransform(false);
 
     QImage image;
+    const bool isPng = header.format == PictureHeader::Format::Png;
     if (header.format == PictureHeader::Format::Jpeg) {
         if (wanted != header.size)
             reader.setScaledSize(wanted);
-    } else if (header.format == PictureHeader::Format::Bmp) {
+    } else if (isPng || header.format == PictureHeader::Format::Bmp) {
         // The decoder fills an image that fits already. Where a bitmap ends early or skips
-        // pixels, they are then 0 and not what the memory held before.
+        // pixels, they are then 0 and not what the memory held before; what is missing of a PNG is
+        // grey.
         image = QImage(header.size, reader.imageFormat());
-        image.fill(0);
+        if (isPng)
+            image.fill(QColor(128, 128, 128));
+        else
+            image.fill(0);
     }
-    return reader.read(&image) ? image : QImage();
+    const uchar* const given = std::as_const(image).constBits();
+    if (reader.read(&image))
+        return image;
+    // The rows of a PNG up to where its data end or err are there by then.
+    return isPng && image.constBits() == given ? image : QImage();
+}
+
+bool isPainted(QImage::Format format)
+{
+    return format == QImage::Format_RGB32 || format == QImage::Format_ARGB32 ||
+           format == QImage::Format_Grayscale8;
 }
 
 /// The picture at `wanted`; null where the decoder fails or gives another size.
@@ -127,9 +180,9 @@ QImage decode(const QByteArray& bytes, const PictureHeader& header, QSize wanted
         return {};
     // In place where possible, so that no third copy is needed. A pixel may name a colour that
     // the table has not: the conversion minds that, painting does not.
-    if (image.pixelFormat().colorModel() == QPixelFormat::Indexed)
-        image.convertTo(QImage::Format_RGB32);
-    else if (wanted != header.size && image.hasAlphaChannel())
+    if (!isPainted(image.format()))
+        image.convertTo(image.hasAlphaChannel() ? QImage::Format_ARGB32 : QImage::Format_RGB32);
+    if (wanted != header.size && image.hasAlphaChannel())
         image.convertTo(QImage::Format_ARGB32_Premultiplied);
     return smoothlyScaled(image, wanted);
 }

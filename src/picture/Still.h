@@ -10,16 +10,19 @@
 /// any. Copies share. It knows its size and decodes when asked; it caches no pixels.
 ///
 /// A Still exists only for bytes that were decoded once: what does not decode is a null Still.
-/// Formats are Windows bitmap, GIF (its first frame) and JPEG, told from the content alone.
+/// Formats are Windows bitmap, GIF (its first frame), JPEG, PNG and WebP (its first frame), told
+/// from the content alone. Where Qt's plug-in for WebP is missing, a WebP is no picture.
 class Still
 {
 public:
     /// What passes one of these is refused before anything is decoded, and so is a side of over
     /// 65,535 pixels, a GIF of over 30 megapixels, and a JPEG whose scans times its pixels pass 250
     /// million (2.1 million with arithmetic coding), its pixels and coefficients 250 MB together,
-    /// or its marker segments 10,000; each pixel of four inks counts twice. Whatever a megabyte
-    /// holds then costs no more than eight times as much processor time as a whole baseline JPEG of
-    /// 12 megapixels, and 500 MB.
+    /// or its marker segments 10,000; each pixel of four inks counts twice. So is a PNG of over 20
+    /// megapixels, or 10 where samples are of 16 bits; and a WebP of over 16 megapixels (of an
+    /// animation the canvas and its first frame together), or 4,000 blocks with codes of their own.
+    /// Whatever a megabyte holds then costs no more than eight times as much processor time as a
+    /// whole baseline JPEG of 12 megapixels, and 500 MB.
 
     /// So much one picture may hold in memory, in the history as well.
     static constexpr qsizetype MaxEncodedBytes = 64 * 1024 * 1024;
@@ -33,8 +36,10 @@ public:
 
     /// Decodes `bytes` once, no smaller than `needed` (device pixels; an empty size: whole).
     /// Gives the pixels of that one decode in `decoded`, where that is asked for, so that a view
-    /// that shows them at once decodes nothing twice. A truncated JPEG decodes (the rest grey).
-    /// Returns a null Still, and leaves `decoded` alone, where `bytes` are no bitmap, GIF or JPEG,
+    /// that shows them at once decodes nothing twice. A truncated JPEG decodes (the rest grey),
+    /// and so does a PNG with a byte of pixel data, up to where its data end or err. A WebP needs
+    /// all of its (first) picture.
+    /// Returns a null Still, and leaves `decoded` alone, where `bytes` are none of the formats,
     /// pass one of the bounds above, or end in a fatal decoder error.
     static Still fromBytes(const QByteArray& bytes, QSize needed = {}, QImage* decoded = nullptr);
 

@@ -54,6 +54,18 @@ class ThumbViewFillTest : public QObject
 {
     Q_OBJECT
 private slots:
+    void showsEachFormat()
+    {
+        ShownStrip strip({200, 300});
+        strip.view.AddImage(Still::fromBytes(encodedPicture({80, 60}, Qt::red, "png")));
+        strip.view.AddImage(Still::fromBytes(encodedPicture({80, 60}, Qt::blue, "webp")));
+        QVERIFY(strip.waitUntilFilled());
+        const QImage shown = strip.view.grab().toImage();
+        QCOMPARE(shown.pixelColor(40, 40), QColor(Qt::red));
+        const QColor blue = shown.pixelColor(130, 40); // With losses.
+        QVERIFY(blue.blue() > 240 && blue.red() < 15);
+    }
+
     void showsEachPictureStretchedOverItsPlace()
     {
         // Left half red, right half blue, and far from four to three.

@@ -1,6 +1,8 @@
 #include "picture/PictureHeader.h"
 
 #include "support/OddPictures.h"
+#include "support/OddPng.h"
+#include "support/OddWebp.h"
 #include "support/Rows.h"
 
 #include <limits>
@@ -15,6 +17,16 @@ constexpr QSize Small(37, 21);
 odd::JpegFrame frameOf(int marker, QList<int> sampling = {0x11, 0x11, 0x11}, QSize size = Small)
 {
     return {.size = size, .marker = marker, .sampling = std::move(sampling)};
+}
+
+odd::Png pngFrameOf(int bits, int colourType, QSize size = Small)
+{
+    return {.size = size, .bits = bits, .colourType = colourType};
+}
+
+QByteArray smallWebp(int quality = 75)
+{
+    return odd::encodedWebp(odd::scenery(Small), quality);
 }
 
 QByteArray smallBitmap(int headerSize, int width = Small.width(), int height = Small.height())
@@ -58,6 +70,25 @@ private slots:
         row("grey jpeg", odd::jpeg(frameOf(0xC0, {0x11})), Format::Jpeg);
         row("jpeg of four colours", odd::jpeg(frameOf(0xC0, {0x11, 0x11, 0x11, 0x11})),
             Format::Jpeg);
+        const QList<std::pair<int, int>> kinds{{1, 0},  {2, 0}, {4, 0},  {8, 0}, {16, 0},
+                                               {1, 3},  {2, 3}, {4, 3},  {8, 3}, {8, 2},
+                                               {16, 2}, {8, 4}, {16, 4}, {8, 6}, {16, 6}};
+        for (const auto& [bits, colourType] : kinds)
+            row("png of type " + std::to_string(colourType) + " and " + std::to_string(bits) +
+                    " bits",
+                odd::pngOf(pngFrameOf(bits, colourType), 0), Format::Png);
+        row("png as written", odd::encoded(odd::scenery(Small), "png"), Format::Png);
+        row("png with a text first",
+            odd::pngOf(pngFrameOf(8, 2), 0, odd::pngChunk("tEXt", "Title")), Format::Png);
+        row("png whose pixels end early", odd::encoded(odd::scenery(Small), "png").left(100),
+            Format::Png);
+        row("webp as written", smallWebp(), Format::Webp);
+        row("webp without losses", smallWebp(100), Format::Webp);
+        row("webp with a canvas and a text first",
+            odd::webp(odd::webpCanvas(Small, 0) + odd::webpChunk("TEXT", "abc") +
+                      odd::webpChunks(smallWebp())),
+            Format::Webp);
+        row("webp with something behind it", smallWebp() + "behind it", Format::Webp);
     }
 
     void tellsFormatAndSize()
@@ -77,7 +108,6 @@ private slots:
         const Rows<QByteArray> row("bytes");
         row("nothing", {});
         row("text", "BUT NOT A BITMAP: <html></html>");
-        row("png", odd::encoded(odd::scenery(Small), "png"));
         row("pixmap in letters", odd::encoded(odd::scenery(Small), "xpm"));
         row("two letters of a bitmap", "BM");
         row("bitmap without a height", smallBitmap(40).left(22));
@@ -99,6 +129,48 @@ private slots:
                                               odd::jpegFrame(frameOf(0xC0)) + odd::jpegEnd());
         row("jpeg of no height", odd::jpeg(frameOf(0xC0, {0x11, 0x11, 0x11}, QSize(37, 0))));
         row("jpeg sampled 0 by 1", odd::jpeg(frameOf(0xC0, {0x01, 0x11, 0x11})));
+        const QByteArray png = odd::encoded(odd::scenery(Small), "png");
+        row("png without its signature", png.mid(8));
+        row("png signature", png.left(8));
+        row("png cut in its header", png.left(32));
+        row("png without a header", png.left(8) + png.mid(33));
+        row("png with a longer header",
+            odd::pngStart(pngFrameOf(8, 2)).replace(11, 1, "\x0E") + png.mid(33));
+        row("png of no width", odd::pngOf(pngFrameOf(8, 2, QSize(0, 9)), 0));
+        row("png of negative height", odd::pngOf(pngFrameOf(8, 2, QSize(9, -9)), 0));
+        row("png of three bits", odd::pngOf(pngFrameOf(3, 0), 0));
+        row("png of 16 bits and a palette", odd::pngOf(pngFrameOf(16, 3), 0));
+        row("png of four bits of colour", odd::pngOf(pngFrameOf(4, 2), 0));
+        row("png of type 5", odd::pngOf(pngFrameOf(8, 5), 0));
+        row("png without pixels", odd::pngStart(pngFrameOf(8, 2)) + odd::pngEnd());
+        row("png with empty pixels",
+            odd::pngStart(pngFrameOf(8, 2)) + odd::pngChunk("IDAT", {}) + odd::pngEnd());
+        row("png with pixels behind its end",
+            odd::pngStart(pngFrameOf(8, 2)) + odd::pngEnd() + odd::pngChunk("IDAT", "pixels"));
+
+        const QByteArray lossless = odd::losslessWebp({.size = Small, .transforms = true});
+        row("riff of sound", smallWebp().replace(8, 4, "WAVE"));
+        row("webp of no chunk", odd::webp({}));
+        row("webp of one unknown chunk", odd::webp(odd::webpChunk("TEXT", "abc")));
+        row("webp cut in its pixels", smallWebp().chopped(2));
+        row("webp that ends before its pixels do", smallWebp().replace(4, 1, "\x20"));
+        row("webp of no width", smallWebp().replace(26, 2, QByteArray(2, 0)));
+        row("webp without a start code", smallWebp().replace(23, 1, "a"));
+        row("webp whose losslessness is none",
+            odd::webp(odd::webpChunk("VP8L", QByteArray(lossless).replace(0, 1, "a"))));
+        row("webp without losses, cut in a transform",
+            odd::webp(odd::webpChunk("VP8L", lossless.left(8))));
+        row("webp with a canvas alone", odd::webp(odd::webpCanvas(Small, 0)));
+        row("webp with half a canvas",
+            odd::webp(odd::webpChunk("VP8X", QByteArray(6, 0)) + odd::webpChunks(smallWebp())));
+        row("webp of an empty transparency",
+            odd::webp(odd::webpCanvas(Small, odd::WebpSeeThrough) + odd::webpChunk("ALPH", {}) +
+                      odd::webpChunks(smallWebp())));
+        row("animation without a frame", odd::webpAnimation(Small, {}));
+        row("animation of pixels in no frame",
+            odd::webpAnimation(Small, odd::webpChunks(smallWebp())));
+        row("animation of a frame without pixels",
+            odd::webpAnimation(Small, odd::webpFrame({}, Small, {})));
         row("jpeg frame shorter than its components",
             odd::jpegStart() + odd::jpegSegment(0xC0, QByteArray::fromHex("080015002503")));
     }
@@ -204,6 +276,64 @@ private slots:
             PictureHeader::read(odd::gif(QSize(60'000, 50'000), QRect(5, 5, 10, 10), codes));
         QCOMPARE(largeScreen->size, QSize(60'000, 50'000));
         QCOMPARE(largeScreen->pixels, 3'000'000'000);
+    }
+
+    void tellsDeepSamplesOfAPng()
+    {
+        QVERIFY(!PictureHeader::read(odd::pngOf(pngFrameOf(8, 6), 0))->deep);
+        for (const int colourType : {0, 2, 4, 6})
+            QVERIFY(PictureHeader::read(odd::pngOf(pngFrameOf(16, colourType), 0))->deep);
+    }
+
+    void anAnimatedWebpAnnouncesCanvasAndFrame()
+    {
+        const QByteArray frame = odd::webpChunk("VP8L", odd::losslessWebp({.size = {300, 200}}));
+        const QByteArray first = odd::webpFrame({}, {300, 200}, frame);
+        const auto header =
+            PictureHeader::read(odd::webpAnimation({20'000, 15'000}, first + first));
+        QVERIFY(header);
+        QCOMPARE(header->size, QSize(20'000, 15'000));
+        QCOMPARE(header->pixels, 20'000 * 15'000 + 300 * 200);
+    }
+
+    void theCodedPixelsOfAWebpCountAsWell()
+    {
+        const auto header = PictureHeader::read(
+            odd::webp(odd::webpCanvas(Small, 0) +
+                      odd::webpChunk("VP8L", odd::losslessWebp({.size = {16'000, 16'000}}))));
+        QVERIFY(header);
+        QCOMPARE(header->size, Small);
+        QCOMPARE(header->pixels, 16'000 * 16'000);
+    }
+
+    void tellsTheBlocksOfAWebp_data()
+    {
+        const Rows<QByteArray, qint64> row("bytes", "blocks");
+        const odd::Lossless plain{.size = {300, 200}};
+        const odd::Lossless coded{
+            .size = {300, 200}, .transforms = true, .cache = true, .blockBits = 4, .codes = 9};
+        const auto lossless = [](const odd::Lossless& picture) {
+            return odd::webp(odd::webpChunk("VP8L", odd::losslessWebp(picture)));
+        };
+        const auto seeThrough = [](const QByteArray& alpha) {
+            return odd::webp(odd::webpCanvas({300, 200}, odd::WebpSeeThrough) +
+                             odd::webpChunk("ALPH", alpha) +
+                             odd::webpChunks(odd::encodedWebp(odd::scenery({300, 200}), 75)));
+        };
+        row("none", lossless(plain), qint64(0));
+        row("of 16 by 16 pixels", lossless(coded), qint64(19 * 13));
+        row("of a transparency", seeThrough(odd::webpAlpha(coded)), qint64(19 * 13));
+        row("of a transparency that is not compressed", seeThrough(QByteArray(1 + 300 * 200, 0)),
+            qint64(0));
+        row("with losses", odd::encodedWebp(odd::scenery({300, 200}), 75), qint64(0));
+    }
+
+    void tellsTheBlocksOfAWebp()
+    {
+        QFETCH(QByteArray, bytes);
+        const auto header = PictureHeader::read(bytes);
+        QVERIFY(header);
+        QTEST(header->blocks, "blocks");
     }
 
     void endsBehindTheFirstPicture_data()

@@ -155,6 +155,21 @@ private slots:
         QCOMPARE(printedBy({"identify", "-format", "%Q %w %h", file.path()}), "75 200 100");
     }
 
+    void whatCameAsAPngOrWebpIsEncodedAnew()
+    {
+        for (const char* format : {"png", "webp"}) {
+            const Still still = Still::fromBytes(odd::encoded(odd::scenery({64, 48}), format));
+            for (const auto& [name, signature] :
+                 {std::pair{"a.jpg", "\xFF\xD8\xFF"}, std::pair{"a.gif", "GIF8"},
+                  std::pair{"a.bmp", "BM"}, std::pair{"a.png", "BM"}}) {
+                ScratchFile file(name);
+                QVERIFY(savePicture(file.path(), still));
+                QVERIFY(file.content().startsWith(signature));
+                QCOMPARE(Still::fromBytes(file.content()).size(), QSize(64, 48));
+            }
+        }
+    }
+
     void aJpegIsWhiteWhereThePictureIsTransparent()
     {
         QImage image(16, 16, QImage::Format_ARGB32);

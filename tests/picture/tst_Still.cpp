@@ -3,6 +3,8 @@
 #include "support/Cost.h"
 #include "support/MessageLog.h"
 #include "support/OddPictures.h"
+#include "support/OddPng.h"
+#include "support/OddWebp.h"
 #include "support/Rows.h"
 
 #include <QImageIOHandler>
@@ -45,6 +47,26 @@ private slots:
         row("jpeg", jpeg, QImage::fromData(jpeg));
         row("progressive jpeg", progressive, QImage::fromData(progressive));
         row("grey jpeg", grey, QImage::fromData(grey));
+        const QImage greyPixels = scenery.convertedTo(QImage::Format_Grayscale8);
+        const QImage few = scenery.convertedTo(QImage::Format_Indexed8);
+        row("png", odd::encoded(scenery, "png"), scenery);
+        row("grey png", odd::encoded(greyPixels, "png"), greyPixels);
+        row("png of 256 colours", odd::encoded(few, "png"), few.convertedTo(QImage::Format_RGB32));
+        row("png of two colours", odd::encoded(few.convertedTo(QImage::Format_Mono), "png"),
+            few.convertedTo(QImage::Format_Mono).convertedTo(QImage::Format_RGB32));
+        row("png of 16 bits", odd::encoded(scenery.convertedTo(QImage::Format_RGBX64), "png"),
+            scenery);
+        row("webp without losses", odd::encodedWebp(scenery, 100), scenery);
+        const QByteArray lossy = odd::encodedWebp(scenery, 75);
+        row("webp", lossy, QImage::fromData(lossy));
+        QImage red = scenery;
+        red.fill(Qt::red);
+        const auto frame = [](const QImage& image) {
+            return odd::webpFrame({}, Small, odd::webpChunks(odd::encodedWebp(image, 100)));
+        };
+        row("animated webp: its first frame",
+            odd::webpAnimation(Small, frame(scenery) + frame(red)),
+            scenery.convertedTo(QImage::Format_ARGB32));
     }
 
     void keepsTheBytesAndGivesThePixels()
@@ -60,7 +82,30 @@ private slots:
         QCOMPARE(decoded, pixels);
         QCOMPARE(still.image(), pixels);
         QVERIFY(decoded.format() == QImage::Format_RGB32 ||
+                decoded.format() == QImage::Format_ARGB32 ||
                 decoded.format() == QImage::Format_Grayscale8);
+    }
+
+    void keepsTransparency_data()
+    {
+        const Rows<QByteArray> row("bytes");
+        QImage image(8, 8, QImage::Format_ARGB32);
+        image.fill(qRgba(200, 100, 50, 128));
+        row("png", odd::encoded(image, "png"));
+        row("png of 16 bits", odd::encoded(image.convertedTo(QImage::Format_RGBA64), "png"));
+        QImage few(8, 8, QImage::Format_Indexed8);
+        few.setColorTable({qRgba(200, 100, 50, 128)});
+        few.fill(0);
+        row("png of few colours", odd::encoded(few, "png"));
+        row("webp", odd::encodedWebp(image, 100));
+    }
+
+    void keepsTransparency()
+    {
+        QFETCH(QByteArray, bytes);
+        const QImage image = Still::fromBytes(bytes).image();
+        QCOMPARE(image.format(), QImage::Format_ARGB32);
+        QCOMPARE(image.pixel(3, 3), qRgba(200, 100, 50, 128));
     }
 
     void keepsPixelsThatNeverWereAFile()
@@ -112,6 +157,8 @@ private slots:
                 " of " + std::to_string(size.width()) + " by " + std::to_string(size.height());
             row("bitmap" + by, odd::encoded(image, "bmp"));
             row("gif" + by, odd::gifPattern(size));
+            row("png" + by, odd::encoded(image, "png"));
+            row("webp" + by, odd::encodedWebp(image, 75));
             row("jpeg" + by, odd::encoded(image, "jpg"));
             row("progressive jpeg" + by, odd::encoded(image, "jpg", true));
             row("grey jpeg" + by,

@@ -3,6 +3,8 @@
 #include "support/ChildCost.h"
 #include "support/Cost.h"
 #include "support/OddPictures.h"
+#include "support/OddPng.h"
+#include "support/OddWebp.h"
 #include "support/Rows.h"
 
 #include <QLoggingCategory>
@@ -17,6 +19,7 @@ using Recipe = std::function<QByteArray()>;
 namespace {
 
 constexpr auto DecodeOption = "--decode";
+constexpr auto BareDecodeOption = "--decode-without-plug-ins";
 constexpr int IsPicture = 10;
 constexpr int IsNone = 11;
 
@@ -72,6 +75,22 @@ private slots:
         m_reference.write(twelveMegapixels());
         m_reference.close();
         m_referenceSeconds = median({costOfReference(), costOfReference(), costOfReference()});
+    }
+
+    void withoutItsPlugInAWebpIsNoPicture()
+    {
+        const auto decoded = [](const QByteArray& bytes, const char* option) {
+            QTemporaryFile file;
+            if (!file.open())
+                qFatal("no file");
+            file.write(bytes);
+            file.close();
+            return costOfChild({option, file.fileName(), "0"}).exitCode;
+        };
+        const QByteArray webp = odd::encodedWebp(odd::scenery({40, 30}), 75);
+        QCOMPARE(decoded(webp, DecodeOption), IsPicture);
+        QCOMPARE(decoded(webp, BareDecodeOption), IsNone);
+        QCOMPARE(decoded(odd::encoded(odd::scenery({40, 30}), "png"), BareDecodeOption), IsPicture);
     }
 
     void boundsHoldInWorkAndMemory_data()
@@ -173,6 +192,101 @@ private slots:
             return odd::gif({1, 1}, WholeGif.adjusted(0, 0, 1, 0), odd::gifCodes("abc"));
         });
 
+        constexpr QSize largestPng(5'000, 4'000);
+        constexpr QSize largestDeepPng(4'000, 2'500);
+        constexpr int costliestFilter = 4;
+        const auto pngRow = [&](const char* name, const odd::Png& header, bool isPicture = true,
+                                const QByteArray& before = {}) {
+            row(name, isPicture, [=] { return odd::pngOf(header, costliestFilter, before); });
+        };
+        const odd::Png colours{.size = largestPng, .bits = 8, .colourType = 6, .interlaced = true};
+        const odd::Png deep{
+            .size = largestDeepPng, .bits = 16, .colourType = 6, .interlaced = true};
+        row("png of 20 megapixels as written", true,
+            [=] { return odd::encoded(odd::scenery(largestPng), "png"); });
+        pngRow("png of 20 megapixels, see-through, interlaced", colours);
+        pngRow("png just over 20 megapixels",
+               {.size = largestPng + QSize(1, 0), .bits = 1, .colourType = 3}, false);
+        pngRow("png of 10 megapixels of 16 bits, see-through, interlaced", deep);
+        pngRow("png just over 10 megapixels of 16 bits",
+               {.size = largestDeepPng + QSize(1, 0), .bits = 16, .colourType = 0}, false);
+        pngRow("png of 10 megapixels of 16 bits, one colour see-through",
+               {.size = largestDeepPng, .bits = 16, .colourType = 2, .interlaced = true}, true,
+               odd::pngChunk("tRNS", QByteArray(6, 4)));
+        pngRow("png of 20 megapixels of few colours, see-through",
+               {.size = largestPng, .bits = 8, .colourType = 3, .interlaced = true}, true,
+               odd::pngChunk("tRNS", QByteArray::fromHex("80408020")));
+        pngRow("png of 20 megapixels of bits",
+               {.size = largestPng, .bits = 1, .colourType = 0, .interlaced = true});
+        pngRow("png of many rows",
+               {.size = {152, 65'535}, .bits = 16, .colourType = 6, .interlaced = true});
+        pngRow("png of long rows",
+               {.size = {65'535, 152}, .bits = 16, .colourType = 6, .interlaced = true});
+        pngRow("png of a row too long", {.size = {65'536, 1}}, false);
+        pngRow("png with texts that inflate to a gigabyte", colours, true,
+               odd::pngChunk("zTXt", QByteArray("a\0\0", 3) + odd::deflatedRun(0, 7'900'000))
+                   .repeated(120));
+        pngRow("png with 50,000 transparencies",
+               {.size = largestPng, .bits = 8, .colourType = 2, .interlaced = true}, true,
+               odd::pngChunk("tRNS", QByteArray(6, 0)).repeated(50'000));
+        pngRow("png with 70,000 empty pieces of data", colours, true,
+               odd::pngChunk("IDAT", {}).repeated(70'000));
+        row("png of 16 bits with empty blocks", true,
+            [=] { return odd::withEmptyBlocks(odd::pngOf(deep, costliestFilter), 900'000); });
+
+        constexpr QSize largestWebp(4'000, 4'000);
+        constexpr int blockBits = 6; // 3,969 of them
+        const odd::Lossless costly{.size = largestWebp,
+                                   .transforms = true,
+                                   .cache = true,
+                                   .blockBits = blockBits,
+                                   .deepCodes = true};
+        const auto lossless = [](const odd::Lossless& picture) {
+            return odd::webpChunk("VP8L", odd::losslessWebp(picture));
+        };
+        row("webp of 16 megapixels as written", true,
+            [=] { return odd::encodedWebp(odd::scenery(largestWebp), 25); });
+        row("webp of 16 megapixels and no data", true,
+            [=] { return odd::webp(odd::lossyWebp(largestWebp, Megabyte)); });
+        row("webp just over 16 megapixels", false,
+            [=] { return odd::webp(odd::lossyWebp(largestWebp + QSize(1, 0), Megabyte)); });
+        row("webp of 16 megapixels without losses", true,
+            [=] { return odd::webp(lossless(costly)); });
+        row("webp just over 16 megapixels without losses", false,
+            [=] { return odd::webp(lossless({.size = largestWebp + QSize(0, 1)})); });
+        row("webp with too many blocks", false, [=] {
+            return odd::webp(lossless({.size = {400, 161}, .blockBits = 2, .codes = 2}));
+        });
+        row("webp with 65,536 codes", false, [=] {
+            return odd::webp(lossless({.size = {1'024, 1'024}, .cache = true, .blockBits = 2}));
+        });
+        row("webp of 16 megapixels with its transparency", true, [=] {
+            return odd::webp(odd::webpCanvas(largestWebp, odd::WebpSeeThrough) +
+                             odd::webpChunk("ALPH", odd::webpAlpha(costly)) +
+                             odd::lossyWebp(largestWebp, Megabyte * 4 / 5));
+        });
+        row("webp with a transparency of 65,536 codes", false, [=] {
+            constexpr QSize size(1'024, 1'024);
+            return odd::webp(
+                odd::webpCanvas(size, odd::WebpSeeThrough) +
+                odd::webpChunk("ALPH", odd::webpAlpha({.size = size, .blockBits = 2})) +
+                odd::lossyWebp(size, Megabyte / 2));
+        });
+        constexpr QSize half(4'000, 2'000);
+        row("animated webp of 8 megapixels", true, [=] {
+            odd::Lossless frame = costly;
+            frame.size = half;
+            return odd::webpAnimation(half, odd::webpFrame({}, half, lossless(frame)));
+        });
+        row("animated webp just over 8 megapixels", false, [=] {
+            return odd::webpAnimation(half + QSize(1, 0),
+                                      odd::webpFrame({}, half, lossless({.size = half})));
+        });
+        row("animated webp of 20,000 frames", true, [=] {
+            const QByteArray frame = odd::webpFrame({}, {1, 1}, lossless({.size = {1, 1}}));
+            return odd::webpAnimation(half, frame.repeated(20'000));
+        });
+
         const auto bitmapRow = [&](const char* name, const odd::Bitmap& header,
                                    const QByteArray& unit, bool isPicture = true) {
             row(name, isPicture,
@@ -259,7 +373,10 @@ int main(int argc, char* argv[])
 {
     QCoreApplication application(argc, argv);
     const QStringList arguments = application.arguments();
-    if (arguments.size() == 4 && arguments[1] == DecodeOption) {
+    const bool isBare = arguments.value(1) == BareDecodeOption;
+    if (arguments.size() == 4 && (isBare || arguments[1] == DecodeOption)) {
+        if (isBare)
+            QCoreApplication::setLibraryPaths({});
         QLoggingCategory::setFilterRules("qt.gui.imageio*=false");
         QFile file(arguments[2]);
         if (!file.open(QIODevice::ReadOnly))

@@ -2,9 +2,12 @@
 
 #include "support/MessageLog.h"
 #include "support/OddPictures.h"
+#include "support/OddPng.h"
+#include "support/OddWebp.h"
 #include "support/Rows.h"
 
 #include <QLoggingCategory>
+#include <QtEndian>
 
 #include <limits>
 #include <utility>
@@ -39,7 +42,6 @@ private slots:
         const Rows<QByteArray, QSize> row("bytes", "size");
         row("empty", {}, refused);
         row("text", "<html><body>404 Not Found</body></html>", refused);
-        row("png", odd::encoded(scenery, "png"), refused);
         row("ico", odd::encoded(scenery, "ico"), refused);
         row("xpm", odd::encoded(scenery, "xpm"), refused);
         row("ppm", odd::encoded(scenery, "ppm"), refused);
@@ -92,6 +94,92 @@ private slots:
             odd::gifPattern(Small).chopped(1) +
                 odd::gifPattern(Small).mid(13 + 768).chopped(1).repeated(3'000) + ";",
             Small);
+
+        const QByteArray png = odd::encoded(scenery, "png");
+        const auto pngOf = [](QSize size, int bits = 8, int colourType = 2) {
+            return odd::pngOf({.size = size, .bits = bits, .colourType = colourType}, 0);
+        };
+        const auto pixels = [&](const QByteArray& data) {
+            return odd::pngStart({.size = Small}) + odd::pngChunk("IDAT", data) + odd::pngEnd();
+        };
+        const auto wrongSum = [](QByteArray bytes, const char* chunk) {
+            const qsizetype at = bytes.indexOf(chunk);
+            const auto length = qFromBigEndian<quint32>(bytes.data() + at - 4);
+            bytes[at + 4 + length] = char(bytes[at + 4 + length] ^ 1);
+            return bytes;
+        };
+        row("png", png, Small);
+        row("png with data behind its end", png + jpeg, Small);
+        row("png with a wrong check sum of its header", wrongSum(png, "IHDR"), refused);
+        row("png with a wrong check sum of its pixels", wrongSum(png, "IDAT"), Small);
+        row("png with a wrong check sum of its end", wrongSum(png, "IEND"), Small);
+        row("png with a wrong check sum of its palette", wrongSum(pngOf(Small, 2, 3), "PLTE"),
+            refused);
+        row("png without its palette",
+            odd::pngStart({.size = Small, .bits = 2, .colourType = 3}) +
+                odd::pngChunk("IDAT", odd::deflatedRun(0, 11 * 21)) + odd::pngEnd(),
+            refused);
+        row("png with an unknown chunk that it cannot do without",
+            pngOf(Small).insert(33, odd::pngChunk("WHAT", {})), refused);
+        row("png whose pixels are none", pixels("these are no pixels"), Small);
+        row("png with fewer pixels than it says", pixels(odd::deflatedRun(0, 1'000)), Small);
+        row("png with more pixels than it says", pixels(odd::deflatedRun(0, 100'000)), Small);
+        row("png whose rows have no filter", pixels(odd::deflatedRun(4, (1 + 37 * 3) * 21)), Small);
+        row("png with pixels said to be two gigabytes",
+            QByteArray(png).replace(png.indexOf("IDAT") - 4, 4, QByteArray::fromHex("7fffffff")),
+            Small);
+        row("png with a text that inflates to a gigabyte",
+            pngOf(Small).insert(33, odd::pngChunk("zTXt", QByteArray("a\0\0", 3) +
+                                                              odd::deflatedRun(0, 1'000'000'000))),
+            Small);
+        row("png with a profile that is none",
+            pngOf(Small).insert(33, odd::pngChunk("iCCP", QByteArray("a\0\0junk", 7))), Small);
+        row("png with 10,000 transparencies",
+            pngOf(Small).insert(33, odd::pngChunk("tRNS", QByteArray(6, 0)).repeated(10'000)),
+            Small);
+        row("png of 30,000 by 30,000", pngOf(QSize(30'000, 30'000)), refused);
+        row("png of 2^31 by 2^31",
+            odd::pngStart(
+                {.size = QSize(std::numeric_limits<int>::max(), std::numeric_limits<int>::max())}) +
+                odd::pngChunk("IDAT", "pixels") + odd::pngEnd(),
+            refused);
+
+        const QByteArray webp = odd::encodedWebp(scenery, 75);
+        const QByteArray lossless = odd::encodedWebp(scenery, 100);
+        const QByteArray frame = odd::webpFrame({2, 2}, Small, odd::webpChunks(lossless));
+        constexpr QSize canvas(50, 40);
+        row("webp", webp, Small);
+        row("webp without losses", lossless, Small);
+        row("webp with data behind it", webp + jpeg, Small);
+        row("webp without losses, with a transparency beside its own",
+            odd::webp(odd::webpCanvas(Small, odd::WebpSeeThrough) +
+                      odd::webpChunk("ALPH", QByteArray(1 + 37 * 21, 0)) +
+                      odd::webpChunks(lossless)),
+            Small);
+        row("webp on another canvas", odd::webp(odd::webpCanvas(canvas, 0) + odd::webpChunks(webp)),
+            refused);
+        row("webp with a cut text behind it",
+            odd::webp(odd::webpCanvas(Small, 0) + odd::webpChunks(webp) +
+                      odd::webpChunk("XMP ", "text").chopped(1)),
+            Small);
+        row("webp whose pixels are none", odd::webp(odd::webpChunk("VP8L", "/no pixels at all")),
+            refused);
+        row("animated webp", odd::webpAnimation(canvas, frame + frame), canvas);
+        row("animated webp that is cut in its second frame",
+            odd::webpAnimation(canvas, frame + frame).chopped(20), canvas);
+        row("animated webp of 3,000 frames", odd::webpAnimation(canvas, frame.repeated(3'000)),
+            canvas);
+        row("animated webp with a frame outside its canvas",
+            odd::webpAnimation(canvas, odd::webpFrame({40, 40}, Small, odd::webpChunks(lossless))),
+            refused);
+        row("animated webp whose frame is of another size",
+            odd::webpAnimation(canvas, odd::webpFrame({}, {9, 9}, odd::webpChunks(lossless))),
+            canvas);
+        row("animated webp on 16,777,216 by 16,777,216",
+            odd::webpAnimation({1 << 24, 1 << 24}, frame), refused);
+        row("webp of 16,384 by 16,384",
+            odd::webp(odd::webpChunk("VP8L", odd::losslessWebp({.size = {16'384, 16'384}}))),
+            refused);
 
         const auto bitmap = [](int width, int height, int bits, int compression = 0,
                                quint32 colours = 0, int headerSize = 40) {
@@ -171,6 +259,13 @@ private slots:
         row("bitmap of 256 colours",
             odd::bitmap({.width = 9, .height = 5, .bits = 8}, QByteArray(60, 1)),
             qsizetype(54 + 1024 + 1));
+        const QByteArray png = odd::encoded(image, "png");
+        row("png", png, png.indexOf("IDAT") + 4 + 1);
+        const QByteArray webp = odd::encodedWebp(image, 75);
+        row("webp", webp, webp.size());
+        const QByteArray frame = odd::webpFrame({}, Small, odd::webpChunks(webp));
+        const QByteArray animation = odd::webpAnimation(Small, frame + frame);
+        row("animated webp", animation, animation.size() - frame.size());
     }
 
     void cutAnywhere()
@@ -204,6 +299,41 @@ private slots:
         QCOMPARE(cut.copy(end), QImage(cut.copy(end)).scaled(1, 1).scaled(160, 10)); // One colour.
     }
 
+    void showsWhatATruncatedPngHas_data()
+    {
+        const Rows<bool> row("corrupted");
+        row("cut", false);
+        row("with wrong pixels", true);
+    }
+
+    void showsWhatATruncatedPngHas()
+    {
+        QFETCH(bool, corrupted);
+        const QImage whole = odd::scenery(QSize(160, 160));
+        QByteArray bytes = odd::encoded(whole, "png");
+        const qsizetype three = bytes.size() * 3 / 4;
+        if (corrupted)
+            bytes.replace(three, 200, QByteArray(200, '\xFF'));
+        else
+            bytes.truncate(three);
+        const QImage cut = Still::fromBytes(bytes).image();
+        QCOMPARE(cut.size(), whole.size());
+        QCOMPARE(cut.copy(0, 0, 160, 80), whole.copy(0, 0, 160, 80));
+        QImage grey(160, 5, QImage::Format_RGB32);
+        grey.fill(qRgb(128, 128, 128));
+        QCOMPARE(cut.copy(0, 155, 160, 5), grey);
+    }
+
+    void aSmallPngShowsAllThatCame()
+    {
+        // Far less than a decoder reads at once.
+        const QImage whole = odd::scenery(QSize(40, 40));
+        const QByteArray bytes = odd::encoded(whole, "png");
+        QVERIFY(bytes.size() < 4'000);
+        const QImage cut = Still::fromBytes(bytes.left(bytes.size() * 3 / 4)).image();
+        QCOMPARE(cut.copy(0, 0, 40, 20), whole.copy(0, 0, 40, 20));
+    }
+
     void survivesMutations_data()
     {
         const Rows<QByteArray> row("bytes");
@@ -213,12 +343,19 @@ private slots:
         row("gif", odd::gifPattern(Small));
         row("bitmap", odd::encoded(image, "bmp"));
         row("bitmap in runs", odd::bitmapRuns());
+        row("png", odd::encoded(image, "png"));
+        row("webp", odd::encodedWebp(image, 75));
+        // Next to nothing in it can change without harm: some changes hit what is behind it.
+        row("webp without losses", odd::encodedWebp(image, 100) + QByteArray(5'000, 0));
+        row("animated webp",
+            odd::webpAnimation(
+                Small, odd::webpFrame({}, Small, odd::webpChunks(odd::encodedWebp(image, 100)))));
     }
 
     void survivesMutations()
     {
         QFETCH(QByteArray, bytes);
-        constexpr int mutations = 400; // Of each row: 2,000 in all.
+        constexpr int mutations = 400; // Of each row.
         QRandomGenerator random(20'031);
         int pictures = 0;
         for (int i = 0; i < mutations; ++i) {

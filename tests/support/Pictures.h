@@ -16,7 +16,8 @@ QImage checkerboard(QSize size);
 /// What a widget shows, device pixel for device pixel.
 QImage devicePixels(QWidget& widget);
 
-/// Encoded pictures of one colour. `format` is one of "jpg" and "bmp" (Qt writes no GIF).
+/// Encoded pictures of one colour. `format` is one that Qt writes ("jpg", "bmp", "png", "webp"; no
+/// GIF).
 QByteArray encodedPicture(QSize size, const QColor& colour, const char* format = "jpg");
 QByteArray encodedImage(const QImage& image, const char* format = "jpg");
 

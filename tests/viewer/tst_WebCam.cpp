@@ -137,6 +137,38 @@ private slots:
         QCOMPARE(v.part<ImageView>("imgMain").Picture().size(), QSize(30, 20));
     }
 
+    void eachFormatIsShownAndKept_data()
+    {
+        const Rows<QByteArray, QByteArray> row("format", "type");
+        row("bitmap", "bmp", "image/bmp");
+        row("png", "png", "image/png");
+        row("webp", "webp", "image/webp");
+        row("png that says to be a jpeg", "png", "image/jpeg");
+    }
+
+    void eachFormatIsShownAndKept()
+    {
+        QFETCH(QByteArray, format);
+        QFETCH(QByteArray, type);
+        ShownViewer v;
+        const QByteArray red = encodedPicture({64, 48}, Qt::red, format.constData());
+        const QByteArray blue = encodedPicture({64, 48}, Qt::blue, format.constData());
+        v.server.play(httpAnswer(red, "Content-Type: " + type + "\r\n"));
+        v.server.play(httpAnswer(blue, "Content-Type: " + type + "\r\n"));
+        v.fetch(v.server.url());
+        QCOMPARE(v.part<ImageView>("imgMain").Picture().bytes(), red);
+        QColor middle = v.cam.grab().toImage().pixelColor(350, 250);
+        QVERIFY(middle.red() > 240 && middle.blue() < 15);
+        QVERIFY(QFileInfo::exists(v.folder.filePath("tt.jpg")));
+
+        v.fetch(v.server.url());
+        QCOMPARE(v.part<QLabel>("lblPic").text(), "Image 2");
+        middle = v.cam.grab().toImage().pixelColor(350, 250);
+        QVERIFY(middle.blue() > 240 && middle.red() < 15);
+        v.press(ToolBar::Back);
+        QCOMPARE(v.part<ImageView>("imgMain").Picture().bytes(), red);
+    }
+
     void aStreamIsLeftAfterItsFirstPicture()
     {
         ShownViewer v;

@@ -3,6 +3,8 @@
 
 #include "support/Cost.h"
 #include "support/OddPictures.h"
+#include "support/OddPng.h"
+#include "support/OddWebp.h"
 #include "support/Pictures.h"
 #include "support/Rows.h"
 #include "support/ScriptedServer.h"
@@ -325,7 +327,13 @@ private slots:
             odd::bitmap({.width = side, .height = side, .bits = 8, .compression = 1}, megabyte));
         row("bitmap of 2^31 x 2^31", odd::bitmap({.width = most, .height = most}, {}));
         row("bitmap of -2^31 rows", odd::bitmap({.width = 1, .height = -most - 1}, megabyte));
-        row("another format", odd::encoded(odd::scenery({64, 48}), "png"));
+        row("png of 30000 x 30000", odd::pngOf({.size = large, .bits = 1, .colourType = 0}, 0));
+        row("webp of 16384 x 16384",
+            odd::webp(odd::webpChunk("VP8L", odd::losslessWebp({.size = {16'384, 16'384}}))));
+        row("webp of 65,536 codes",
+            odd::webp(odd::webpChunk("VP8L",
+                                     odd::losslessWebp({.size = {1'024, 1'024}, .blockBits = 2}))));
+        row("another format", odd::encoded(odd::scenery({64, 48}), "ppm"));
     }
 
     void aPictureThatCostsTooMuchIsNone()

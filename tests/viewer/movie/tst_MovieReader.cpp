@@ -82,6 +82,10 @@ private slots:
         row("of other kinds and sizes",
             movieOf({smallGif(), encodedPicture({7, 5}, Qt::green, "bmp"), frame(300)}),
             {"2x2", "7x5", "300x30"});
+        row("png and webp",
+            movieOf({encodedPicture({11, 5}, Qt::green, "png"),
+                     encodedPicture({13, 7}, Qt::blue, "webp")}),
+            {"11x5", "13x7"});
         QByteArrayList many;
         QStringList sizes;
         for (int width = 1; width <= 60; ++width) {
@@ -110,7 +114,7 @@ private slots:
         row("one byte", "byte.pvm", "&", true);
         row("a separator", "separator.pvm", "&IMAGE&", true);
         row("separators", "separators.pvm", QByteArray("&IMAGE&").repeated(100), true);
-        row("a picture of another kind", "other.pvm", encodedPicture({9, 9}, Qt::red, "png"), true);
+        row("a picture of another kind", "other.pvm", encodedPicture({9, 9}, Qt::red, "ppm"), true);
         row("half a header", "half.pvm", frame(10).left(100), true);
     }
 

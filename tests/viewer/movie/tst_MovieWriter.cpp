@@ -79,18 +79,22 @@ private slots:
 
     void eachFrameIsEncodedAnew()
     {
-        // A JPEG of another quality, and a GIF.
+        // A JPEG of another quality, and other formats.
         QByteArray fine;
         QBuffer buffer(&fine);
         QVERIFY(odd::scenery({64, 48}).save(&buffer, "jpg", 98));
         ImageList images;
         images.Add(Still::fromBytes(fine));
         images.Add(Still::fromBytes(smallGif()));
+        images.Add(Still::fromBytes(encodedPicture({9, 5}, Qt::red, "png")));
+        images.Add(Still::fromBytes(encodedPicture({9, 5}, Qt::red, "webp")));
         Writing w(images);
         w.log.run();
         QCOMPARE(w.movie.content(), expectedMovie(images));
         QVERIFY(!w.movie.content().contains(fine));
-        QVERIFY(!w.movie.content().contains("GIF8"));
+        for (const char* signature : {"GIF8", "PNG", "WEBP"})
+            QVERIFY(!w.movie.content().contains(signature));
+        QCOMPARE(w.movie.content().count("\xFF\xD8\xFF"), images.Count());
     }
 
     void anotherProgramReadsTheFrames()

@@ -1,0 +1,55 @@
+#include "picture/PictureHeader.h"
+
+#include "picture/HeaderCursor.h"
+#include "picture/PngChunks.h"
+
+namespace {
+
+/// Whether a decoder knows samples of that many bits of that colour type.
+bool isKnown(int colourType, int bits)
+{
+    constexpr int grey = 0;
+    constexpr int palette = 3;
+    switch (bits) {
+    case 1:
+    case 2:
+    case 4:
+        return colourType == grey || colourType == palette;
+    case 8:
+        return colourType <= 6 && colourType != 1 && colourType != 5;
+    case 16:
+        return colourType == grey || colourType == 2 || colourType == 4 || colourType == 6;
+    default:
+        return false;
+    }
+}
+
+} // namespace
+
+/// The first chunk alone says the size, and what its pixels are.
+std::optional<PictureHeader> PictureHeader::readPng(QByteArrayView bytes)
+{
+    PngChunks chunks(bytes);
+    const auto first = chunks.next();
+    if (!first || !first->isOf("IHDR") || first->length != 13 || first->isCut())
+        return {};
+    PictureHeader header;
+    header.format = PictureHeader::Format::Png;
+    HeaderCursor cursor(first->data);
+    const auto width = cursor.big<qint32>();
+    const auto height = cursor.big<qint32>();
+    const int bits = cursor.byte();
+    if (!isKnown(cursor.byte(), bits))
+        return {};
+    header.deep = bits == 16;
+
+    while (const auto chunk = chunks.next()) {
+        if (chunk->isOf("IDAT") && !chunk->data.isEmpty()) {
+            header.usedBytes = bytes.size();
+            return sized(header, width, height);
+        }
+        if (chunk->isOf("IEND"))
+            break;
+    }
+    return {};
+}
