@@ -33,6 +33,11 @@ CameraTreeModel::Source camerasOf(const QByteArray& line)
     };
 }
 
+MessageQueue::Message alreadyListed()
+{
+    return {QMessageBox::Information, u"Pevora"_s, u"Cam is already in your list."_s};
+}
+
 } // namespace
 
 CamList::CamList(const QString& folder, QWidget* parent)
@@ -241,9 +246,9 @@ void CamList::tellNotValid()
 void CamList::tellAlreadyListed(qsizetype cameras)
 {
     const auto tell = [this, cameras] {
-        m_messages->tell({QMessageBox::Information, u"Pevora"_s, u"Cam is already in your list."_s,
-                          tr("Don't show again for this list")},
-                         cameras);
+        MessageQueue::Message message = alreadyListed();
+        message.skipRest = tr("Don't show again for this list");
+        m_messages->tell(message, cameras);
     };
     QMetaObject::invokeMethod(m_messages, tell, Qt::QueuedConnection);
 }
@@ -289,11 +294,15 @@ void CamList::editSelected()
     const QModelIndex camera = m_tvwCat->selected();
     auto* editor = new frmEdit(categories(), window());
     connect(editor, &frmEdit::Updated, this,
-            [this, camera = QPersistentModelIndex(camera)](const CameraRecord& updated) {
-                // Kept: the camera goes before the new one comes, so one whose new key the list has
-                // already is gone.
+            [this, editor, camera = QPersistentModelIndex(camera)](const CameraRecord& updated) {
+                if (!m_tree->canTake(updated, camera)) {
+                    editor->refuse(alreadyListed());
+                    return;
+                }
+                // Kept: it moves to the end of its category, whatever was edited.
                 m_tree->remove(camera);
                 add(updated);
+                editor->accept();
             });
     editor->edit(m_tree->record(camera));
 }

@@ -40,6 +40,10 @@ public:
     /// index, or an invalid one. A field separator in a text becomes what looks the same.
     QModelIndex add(const CameraRecord& camera);
 
+    /// Whether add() would take `camera` were the camera at `instead` gone, which may be an invalid
+    /// index.
+    bool canTake(const CameraRecord& camera, const QModelIndex& instead) const;
+
     /// Gives a camera another key; false, and nothing changes, where `key` is there already. A
     /// field separator becomes what looks the same.
     bool setKey(const QModelIndex& camera, const QString& key);
