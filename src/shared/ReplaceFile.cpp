@@ -2,24 +2,61 @@
 
 #include "platform/SyncFile.h"
 
+#include <QCoreApplication>
 #include <QFileInfo>
 #include <QSaveFile>
 
-bool replaceFile(const QString& path, const QByteArray& bytes)
+#include <optional>
+
+namespace {
+
+QString translated(const char* text)
+{
+    return QCoreApplication::translate("ReplaceFile", text);
+}
+
+/// Why the new bytes are not in place; nothing where they are.
+std::optional<QString> failureOfReplacing(const QString& path, const QByteArray& bytes)
 {
     const QFileInfo old(path);
+    if (old.isDir())
+        return translated("Is a directory");
     if (old.exists() && !old.isFile())
-        return false;
+        return translated("Is no ordinary file");
+    // QSaveFile refuses it too, and repeats the whole path in its reason.
+    if (old.exists() && !old.isWritable())
+        return translated("Permission denied");
 
     QSaveFile file(path);
     if (!file.open(QIODevice::WriteOnly))
-        return false;
+        return file.errorString();
     // QSaveFile (Qt 6.4) takes a full disk for a success where the failure comes only when its
     // buffer is flushed, and then puts an empty or cut file in the place of the old one.
-    const bool whole = file.write(bytes) == bytes.size() && file.flush() &&
-                       file.error() == QFileDevice::NoError && syncFile(file) &&
-                       file.size() == bytes.size();
-    if (!whole)
+    const auto cancelled = [&file](const QString& reason) {
         file.cancelWriting();
-    return file.commit() && whole;
+        file.commit();
+        return std::optional(reason);
+    };
+    if (file.write(bytes) != bytes.size() || !file.flush() ||
+        file.error() != QFileDevice::NoError) {
+        // Of a write that went in part Qt has no reason: what comes next meets it.
+        if (file.error() == QFileDevice::NoError && file.write(bytes) >= 0)
+            file.flush();
+        return cancelled(file.errorString());
+    }
+    if (!syncFile(file))
+        return cancelled(qt_error_string());
+    if (file.size() != bytes.size())
+        return cancelled(translated("Not all of it was written"));
+    return file.commit() ? std::nullopt : std::optional(file.errorString());
+}
+
+} // namespace
+
+bool replaceFile(const QString& path, const QByteArray& bytes, QString* reason)
+{
+    const std::optional<QString> failure = failureOfReplacing(path, bytes);
+    if (reason)
+        *reason = failure.value_or(QString());
+    return !failure;
 }

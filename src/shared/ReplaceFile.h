@@ -6,9 +6,10 @@
 /// Puts `bytes` in the place of the file `path`, as a whole: they are written to a file beside
 /// it, counted, flushed and synced, and that file takes the name. A crash, a full disk or a
 /// missing right at any point leaves the old file as it was, byte for byte. Returns whether the
-/// new bytes are in place.
+/// new bytes are in place. Where they are not, `reason`, if given, says why, in a few words for a
+/// person and without a full stop: "No space left on device", "Permission denied".
 ///
 /// A missing file is created, a missing folder is not. The rights of an old file are kept; a
 /// symbolic link stays and its target is replaced. What is no ordinary file (a folder, a pipe, a
 /// device) or must not be written is refused, as is a folder in which no file can be created.
-bool replaceFile(const QString& path, const QByteArray& bytes);
+bool replaceFile(const QString& path, const QByteArray& bytes, QString* reason = nullptr);
