@@ -11,6 +11,7 @@
 #include <QComboBox>
 #include <QGuiApplication>
 #include <QMenu>
+#include <QSet>
 
 #include <optional>
 #include <utility>
@@ -198,6 +199,31 @@ void CamList::LoadFile(const QString& path)
         import(path);
 }
 
+void CamList::Reload()
+{
+    if (!reloadingLosesChanges()) {
+        reload();
+        return;
+    }
+    m_messages->ask({QMessageBox::Question, u"Reload List"_s,
+                     tr("The list has changes that are not saved. Load list.dat again and lose "
+                        "them?")},
+                    [this] { reload(); });
+}
+
+/// Categories without a camera are not counted: no file keeps them.
+bool CamList::reloadingLosesChanges() const
+{
+    const QList<CameraRecord> cameras = m_tree->cameras();
+    if (cameras == m_loaded)
+        return false;
+    const auto line = m_file.peek();
+    CameraTreeModel loaded;
+    if (line)
+        loaded.replaceAll(camerasOf(*line));
+    return loaded.cameras() != cameras;
+}
+
 void CamList::reload()
 {
     const auto line = m_file.read();
@@ -213,7 +239,7 @@ void CamList::reload()
         m_tvwCat->expandAll();
     else
         m_tvwCat->openCategories(open);
-    m_after = m_tree->cameras();
+    m_loaded = m_after = m_tree->cameras();
     emit Reloaded(m_tree->cameraCount());
 }
 
@@ -230,6 +256,11 @@ void CamList::import(const QString& path)
     const qsizetype refused = m_tree->addAll(camerasOf(*line));
     tellAlreadyListed(refused);
     const QList<CameraRecord> cameras = m_tree->cameras();
+    QSet<QString> gaining;
+    for (const CameraRecord& camera : cameras.sliced(before))
+        gaining.insert(camera.category);
+    for (const QString& category : std::as_const(gaining))
+        m_tvwCat->expand(m_tree->category(category));
     emit Added(cameras.size() - before, refused, cameras.value(before).key);
 }
 
@@ -253,6 +284,15 @@ void CamList::tellAlreadyListed(qsizetype cameras)
     QMetaObject::invokeMethod(m_messages, tell, Qt::QueuedConnection);
 }
 
+void CamList::ExportFile(const QString& path)
+{
+    const QList<CameraRecord> cameras = m_tree->cameras();
+    // "CAMZ" alone would bring the cameras of a new list to whoever imports it.
+    const QString reason =
+        cameras.isEmpty() ? tr("the list has no cameras") : writeExportedList(path, cameras);
+    emit Exported(path, reason);
+}
+
 void CamList::SaveFile()
 {
     m_file.write(writeCameraListLine(m_tree->cameras()));
@@ -273,10 +313,12 @@ void CamList::FillParent(QComboBox* combo) const
     combo->addItems(categories());
 }
 
-void CamList::AddCam(const QString& name, const QString& key, const QString& category)
+bool CamList::AddCam(const QString& name, const QString& key, const QString& category)
 {
-    if (add({category, name, key}))
+    const bool added = add({category, name, key});
+    if (added)
         emit Added(1, 0, key);
+    return added;
 }
 
 bool CamList::add(const CameraRecord& camera)

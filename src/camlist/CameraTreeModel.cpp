@@ -184,6 +184,12 @@ QModelIndex CameraTreeModel::find(const QString& key) const
     return {};
 }
 
+QModelIndex CameraTreeModel::category(const QString& name) const
+{
+    const Node* const node = m_byKey.value(name);
+    return node && !node->category ? indexOf(node) : QModelIndex();
+}
+
 QList<CameraRecord> CameraTreeModel::cameras() const
 {
     QList<CameraRecord> found;

@@ -67,6 +67,9 @@ public:
     /// where there is none.
     QModelIndex find(const QString& key) const;
 
+    /// The category of that name; invalid where there is none.
+    QModelIndex category(const QString& name) const;
+
     static bool isCamera(const QModelIndex& node) { return node.parent().isValid(); }
 
     /// Category, text and key of a node, whole; of a category all three are its name.

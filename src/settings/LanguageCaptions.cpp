@@ -40,6 +40,7 @@ constexpr CaptionRow Table[] = {
     {u"NAME", u"Name", u"lbl(2)"},
     {u"EXTRA", u"Extra Header (ie: Cookie)", u"lbl(3)"},
     {u"ADDINT", u"Add to internet database.", u"chkAdd"},
+    {u"EXPLIST", u"Export List", u"mnuOptExport"},
 };
 
 /// All objects below `root` by name, the nearest of each name.

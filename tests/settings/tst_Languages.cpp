@@ -190,7 +190,7 @@ private slots:
                 ++seen;
             }
         }
-        QCOMPARE(seen, 24);
+        QCOMPARE(seen, 25);
         QCOMPARE(accessKeys.size(), 4);
     }
 

@@ -163,8 +163,8 @@ private slots:
         const Rows<QStringList> row("entries");
         row("mnuOpt",
             {"mnuOptInt|Internet List", "-", "mnuOptImport|Import List", "mnuOptReload|Reload List",
-             "-", "mnuOptExit|Exit", "mnuOptExitWO|Exit Without Saving", "-",
-             "mnuOptOnTop|Always on Top||off", "mnuViewTray|System Tray Icon||on"});
+             "mnuOptExport|Export List", "-", "mnuOptExit|Exit", "mnuOptExitWO|Exit Without Saving",
+             "-", "mnuOptOnTop|Always on Top||off", "mnuViewTray|System Tray Icon||on"});
         row("mnuFav", {"mnuFavMan|Manage Favorites", "-", "mnuFavGo(0)|"});
         row("mnuView",
             {"mnuViewList|List|Ctrl+L|on", "mnuViewTb|Toolbar|Ctrl+T|on",
