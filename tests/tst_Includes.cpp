@@ -18,7 +18,7 @@ static const QHash<QString, QSet<QString>>& mayInclude()
         {"shared", {"platform"}},
         {"cameras", {"shared"}},
         // Qt Network and Qt Gui
-        {"network", {"shared"}},
+        {"network", {"cameras", "shared"}},
         {"picture", {"shared"}},
         // Qt Widgets
         {"widgets", {"cameras", "shared"}},

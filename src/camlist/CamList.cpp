@@ -11,6 +11,7 @@
 #include <QComboBox>
 #include <QGuiApplication>
 #include <QMenu>
+#include <QSet>
 
 #include <optional>
 #include <utility>
@@ -31,6 +32,11 @@ CameraTreeModel::Source camerasOf(const QByteArray& line)
     return [cameras = defaultCameras()]() mutable -> std::optional<CameraRecord> {
         return cameras.isEmpty() ? std::nullopt : std::optional(cameras.takeFirst());
     };
+}
+
+MessageQueue::Message alreadyListed()
+{
+    return {QMessageBox::Information, u"Pevora"_s, u"Cam is already in your list."_s};
 }
 
 } // namespace
@@ -193,6 +199,31 @@ void CamList::LoadFile(const QString& path)
         import(path);
 }
 
+void CamList::Reload()
+{
+    if (!reloadingLosesChanges()) {
+        reload();
+        return;
+    }
+    m_messages->ask({QMessageBox::Question, u"Reload List"_s,
+                     tr("The list has changes that are not saved. Load list.dat again and lose "
+                        "them?")},
+                    [this] { reload(); });
+}
+
+/// Categories without a camera are not counted: no file keeps them.
+bool CamList::reloadingLosesChanges() const
+{
+    const QList<CameraRecord> cameras = m_tree->cameras();
+    if (cameras == m_loaded)
+        return false;
+    const auto line = m_file.peek();
+    CameraTreeModel loaded;
+    if (line)
+        loaded.replaceAll(camerasOf(*line));
+    return loaded.cameras() != cameras;
+}
+
 void CamList::reload()
 {
     const auto line = m_file.read();
@@ -208,7 +239,7 @@ void CamList::reload()
         m_tvwCat->expandAll();
     else
         m_tvwCat->openCategories(open);
-    m_after = m_tree->cameras();
+    m_loaded = m_after = m_tree->cameras();
     emit Reloaded(m_tree->cameraCount());
 }
 
@@ -225,6 +256,11 @@ void CamList::import(const QString& path)
     const qsizetype refused = m_tree->addAll(camerasOf(*line));
     tellAlreadyListed(refused);
     const QList<CameraRecord> cameras = m_tree->cameras();
+    QSet<QString> gaining;
+    for (const CameraRecord& camera : cameras.sliced(before))
+        gaining.insert(camera.category);
+    for (const QString& category : std::as_const(gaining))
+        m_tvwCat->expand(m_tree->category(category));
     emit Added(cameras.size() - before, refused, cameras.value(before).key);
 }
 
@@ -241,9 +277,9 @@ void CamList::tellNotValid()
 void CamList::tellAlreadyListed(qsizetype cameras)
 {
     const auto tell = [this, cameras] {
-        m_messages->tell({QMessageBox::Information, u"Pevora"_s, u"Cam is already in your list."_s,
-                          tr("Don't show again for this list")},
-                         cameras);
+        MessageQueue::Message message = alreadyListed();
+        message.skipRest = tr("Don't show again for this list");
+        m_messages->tell(message, cameras);
     };
     QMetaObject::invokeMethod(m_messages, tell, Qt::QueuedConnection);
 }
@@ -252,6 +288,15 @@ void CamList::followCamera(const QString& key)
 {
     if (std::exchange(m_followed, key) != key)
         select(key);
+}
+
+void CamList::ExportFile(const QString& path)
+{
+    const QList<CameraRecord> cameras = m_tree->cameras();
+    // "CAMZ" alone would bring the cameras of a new list to whoever imports it.
+    const QString reason =
+        cameras.isEmpty() ? tr("the list has no cameras") : writeExportedList(path, cameras);
+    emit Exported(path, reason);
 }
 
 void CamList::SaveFile()
@@ -274,10 +319,12 @@ void CamList::FillParent(QComboBox* combo) const
     combo->addItems(categories());
 }
 
-void CamList::AddCam(const QString& name, const QString& key, const QString& category)
+bool CamList::AddCam(const QString& name, const QString& key, const QString& category)
 {
-    if (add({category, name, key}))
+    const bool added = add({category, name, key});
+    if (added)
         emit Added(1, 0, key);
+    return added;
 }
 
 bool CamList::add(const CameraRecord& camera)
@@ -295,11 +342,15 @@ void CamList::editSelected()
     const QModelIndex camera = m_tvwCat->selected();
     auto* editor = new frmEdit(categories(), window());
     connect(editor, &frmEdit::Updated, this,
-            [this, camera = QPersistentModelIndex(camera)](const CameraRecord& updated) {
-                // Kept: the camera goes before the new one comes, so one whose new key the list has
-                // already is gone.
+            [this, editor, camera = QPersistentModelIndex(camera)](const CameraRecord& updated) {
+                if (!m_tree->canTake(updated, camera)) {
+                    editor->refuse(alreadyListed());
+                    return;
+                }
+                // Kept: it moves to the end of its category, whatever was edited.
                 m_tree->remove(camera);
                 add(updated);
+                editor->accept();
             });
     editor->edit(m_tree->record(camera));
 }

@@ -37,10 +37,18 @@ public:
 
     /// Without a path: empties the tree and loads list.dat anew, or the default cameras where that
     /// is missing or empty. One that is there but cannot be read leaves the tree empty, without a
-    /// word. With a path: adds the cameras of that "CAMZ" file, the default cameras where it holds
-    /// none; says so where it is no such file or cannot be read. Either says once for every camera
-    /// that the tree has it already.
+    /// word. With a path: adds the cameras of that file, see readImportedList(), the default
+    /// cameras where it is a "CAMZ" file that holds none, and opens their categories; says so where
+    /// it is no such file or cannot be read. Either says once for every camera that the tree has it
+    /// already.
     void LoadFile(const QString& path = {});
+
+    /// LoadFile() without a path. Asks before, where the cameras of the tree have changed since
+    /// they were loaded and list.dat would not give the same ones.
+    void Reload();
+
+    /// Writes all cameras into a "CAMZ" file, which LoadFile(path) reads. Exported follows.
+    void ExportFile(const QString& path);
 
     /// Whether a camera of that key is in the list. "http://" goes without saying. The same below.
     bool has(const QString& key) const;
@@ -74,8 +82,9 @@ public:
     /// Adds categories() to the items of `combo`, behind those that it has.
     void FillParent(QComboBox* combo) const;
 
-    /// Adds a camera, and its category where the tree lacks it. Says so where the tree has the key.
-    void AddCam(const QString& name, const QString& key, const QString& category);
+    /// Adds a camera, and its category where the tree lacks it. Where the tree has the key, it says
+    /// so and returns false.
+    bool AddCam(const QString& name, const QString& key, const QString& category);
 
 signals:
     /// A camera was chosen by a click or by Enter, or a node by "Select": its text and its key.
@@ -88,6 +97,8 @@ signals:
     void Reloaded(qsizetype cameras);
     /// `added` cameras came in, the first of them that of `firstKey`; `refused` were there already.
     void Added(qsizetype added, qsizetype refused, const QString& firstKey);
+    /// The cameras were written to `path`; `reason`, where it is not empty, says why they were not.
+    void Exported(const QString& path, const QString& reason);
 
 protected:
     void resizeEvent(QResizeEvent* event) override;
@@ -96,6 +107,7 @@ private:
     void createMenu();
     void updateMenu();
     void reload();
+    bool reloadingLosesChanges() const;
     void import(const QString& path);
     void tellNotValid();
     void tellAlreadyListed(qsizetype cameras);
@@ -114,5 +126,7 @@ private:
     /// All cameras before and after the last change that can be undone.
     QList<CameraRecord> m_before;
     QList<CameraRecord> m_after;
+    /// All cameras when list.dat was last loaded.
+    QList<CameraRecord> m_loaded;
     MessageQueue* m_messages;
 };

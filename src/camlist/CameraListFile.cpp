@@ -1,6 +1,6 @@
 #include "camlist/CameraListFile.h"
 
-#include "cameras/CameraListLine.h"
+#include "cameras/CameraKey.h"
 #include "platform/ExchangeNames.h"
 #include "platform/FileStamp.h"
 #include "shared/AppFolder.h"
@@ -11,11 +11,14 @@
 #include <QCryptographicHash>
 #include <QFile>
 
+#include <algorithm>
+
 using namespace Qt::Literals::StringLiterals;
 
 namespace {
 
 constexpr auto ByteOrderMark = "\xEF\xBB\xBF";
+const QByteArray ImportMark = "CAMZ";
 
 bool isMissing(const QString& path)
 {
@@ -38,6 +41,22 @@ QByteArray contentFor(const QByteArray& line)
     return (looksMarked ? ByteOrderMark + line : line) + "\r\n";
 }
 
+QByteArray lineOf(const QByteArray& content)
+{
+    return withoutLineEnd(withoutByteOrderMark(content)).toByteArray();
+}
+
+/// Whether `line`, which nothing marks as one, is a camera list line.
+bool isCameraListLine(QByteArrayView line)
+{
+    const auto isControl = [](char one) {
+        const auto byte = static_cast<unsigned char>(one);
+        return (byte < ' ' && one != HeaderMark.toLatin1()) || byte == 0x7F;
+    };
+    const auto separators = std::count(line.begin(), line.end(), FieldSeparator.toLatin1());
+    return separators % 3 == 2 && std::none_of(line.begin(), line.end(), isControl);
+}
+
 } // namespace
 
 CameraListFile::CameraListFile(const QString& folder)
@@ -54,7 +73,15 @@ std::optional<QByteArray> CameraListFile::read()
     m_readable = content || isMissing(m_path);
     if (!m_readable)
         return std::nullopt;
-    return withoutLineEnd(withoutByteOrderMark(content.value_or(QByteArray()))).toByteArray();
+    return lineOf(content.value_or(QByteArray()));
+}
+
+std::optional<QByteArray> CameraListFile::peek() const
+{
+    const auto content = readFile(m_path, MaxBytes);
+    if (!content && !isMissing(m_path))
+        return std::nullopt;
+    return lineOf(content.value_or(QByteArray()));
 }
 
 void CameraListFile::distrust()
@@ -145,7 +172,14 @@ std::optional<QByteArray> readImportedList(const QString& path)
     if (!content)
         return std::nullopt;
     const QByteArrayView rest = withoutLineEnd(withoutByteOrderMark(*content));
-    if (!rest.startsWith("CAMZ"))
-        return std::nullopt;
-    return rest.sliced(4).toByteArray();
+    if (rest.startsWith(ImportMark))
+        return rest.sliced(ImportMark.size()).toByteArray();
+    return isCameraListLine(rest) ? std::optional(rest.toByteArray()) : std::nullopt;
+}
+
+QString writeExportedList(const QString& path, const QList<CameraRecord>& cameras)
+{
+    QString reason;
+    replaceFile(path, ImportMark + writeCameraListLine(cameras) + "\r\n", &reason);
+    return reason;
 }

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "cameras/CameraListLine.h"
+
 #include <QByteArray>
 #include <QString>
 
@@ -20,6 +22,9 @@ public:
     /// where there is no such file. Nothing where the file is there and cannot be read, is no
     /// ordinary file or is longer than MaxBytes: that is not an empty list.
     std::optional<QByteArray> read();
+
+    /// What read() would give now; what is known of the file stays as it was.
+    std::optional<QByteArray> peek() const;
 
     /// What was read is no list, whatever it is: it is kept as a file that could not be read.
     void distrust();
@@ -49,7 +54,12 @@ private:
     bool m_readable = true;
 };
 
-/// The camera list line in an imported list: what follows the four characters "CAMZ" at the start
-/// of the file `path`, without its one line end. Nothing where the file cannot be read, is longer
-/// than CameraListFile::MaxBytes, or does not begin so.
+/// The camera list line in an imported list, without its one line end: what follows the four
+/// characters "CAMZ" at the start of the file `path`; or all of it, as in list.dat and its backup,
+/// where it is a run of whole triples without a control character but the one in keys. Nothing
+/// where it is neither, cannot be read, or is longer than CameraListFile::MaxBytes.
 std::optional<QByteArray> readImportedList(const QString& path);
+
+/// Writes `cameras` as a file that readImportedList() reads. Returns why that was not done, as
+/// replaceFile() says it; empty where it was.
+QString writeExportedList(const QString& path, const QList<CameraRecord>& cameras);

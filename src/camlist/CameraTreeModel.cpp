@@ -84,6 +84,18 @@ QModelIndex CameraTreeModel::add(const CameraRecord& camera)
     return added ? indexOf(added) : QModelIndex();
 }
 
+bool CameraTreeModel::canTake(const CameraRecord& camera, const QModelIndex& instead) const
+{
+    const QString category = withoutSeparator(camera.category);
+    const QString key = withoutSeparator(camera.key);
+    const Node* const gone = nodeOf(instead);
+    const Node* const ofCategory = m_byKey.value(category);
+    const Node* const ofKey = m_byKey.value(key);
+    const bool hasPlace = !ofCategory || ofCategory == gone || !ofCategory->category;
+    // A category that is made for it has its name for a key.
+    return hasPlace && key != category && (!ofKey || ofKey == gone);
+}
+
 CameraTreeModel::Node* CameraTreeModel::ensureCategory(const QString& name)
 {
     Node* const found = m_byKey.value(name);
@@ -170,6 +182,12 @@ QModelIndex CameraTreeModel::find(const QString& key) const
             return indexOf(node.get());
     }
     return {};
+}
+
+QModelIndex CameraTreeModel::category(const QString& name) const
+{
+    const Node* const node = m_byKey.value(name);
+    return node && !node->category ? indexOf(node) : QModelIndex();
 }
 
 QList<CameraRecord> CameraTreeModel::cameras() const

@@ -40,6 +40,10 @@ public:
     /// index, or an invalid one. A field separator in a text becomes what looks the same.
     QModelIndex add(const CameraRecord& camera);
 
+    /// Whether add() would take `camera` were the camera at `instead` gone, which may be an invalid
+    /// index.
+    bool canTake(const CameraRecord& camera, const QModelIndex& instead) const;
+
     /// Gives a camera another key; false, and nothing changes, where `key` is there already. A
     /// field separator becomes what looks the same.
     bool setKey(const QModelIndex& camera, const QString& key);
@@ -62,6 +66,9 @@ public:
     /// The camera of that key, with or without the "http://" that goes without saying; invalid
     /// where there is none.
     QModelIndex find(const QString& key) const;
+
+    /// The category of that name; invalid where there is none.
+    QModelIndex category(const QString& name) const;
 
     static bool isCamera(const QModelIndex& node) { return node.parent().isValid(); }
 

@@ -3,7 +3,6 @@
 #include "cameras/CameraKey.h"
 #include "cameras/CameraTexts.h"
 #include "widgets/InputBoxes.h"
-#include "widgets/MessageQueue.h"
 
 #include <QComboBox>
 #include <QDialogButtonBox>
@@ -93,5 +92,9 @@ void frmEdit::update()
         updated.key = *key;
     }
     emit Updated(updated);
-    accept();
+}
+
+void frmEdit::refuse(const MessageQueue::Message& reason)
+{
+    m_messages->tell(reason);
 }

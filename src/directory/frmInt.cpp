@@ -1,12 +1,15 @@
 #include "directory/frmInt.h"
 
 #include "cameras/CameraCategories.h"
+#include "cameras/CameraKey.h"
+#include "cameras/CameraTexts.h"
 #include "directory/DirectoryAnswer.h"
 #include "directory/FoundCamerasModel.h"
 #include "shared/AppFolder.h"
 #include "shared/InputText.h"
 #include "shared/ReplaceFile.h"
 #include "widgets/CheckedListView.h"
+#include "widgets/ElidedLabel.h"
 #include "widgets/MessageQueue.h"
 #include "widgets/Twips.h"
 
@@ -29,6 +32,7 @@ namespace {
 constexpr QSize InternetListSize(560, 420);
 constexpr QSize SmallestFoundCameras(240, 160);
 constexpr int PromptWidth = 360;
+constexpr int LongestHost = 60;
 constexpr int FirstColumnTwips = 2000;
 /// What the columns leave of the list's width to the frame and the scroll bar.
 constexpr int BesideColumnsTwips = 500;
@@ -51,6 +55,7 @@ frmInt::frmInt(const QString& folder, const QString& directory, int port, QWidge
     , m_folder(folder)
     , m_directory(directory)
     , m_HTTP1(this, port)
+    , m_tmrSilent(u"tmrSilent"_s, SilenceMs, this)
     , m_found(new FoundCamerasModel(this))
     , m_messages(new MessageQueue(this))
 {
@@ -59,13 +64,31 @@ frmInt::frmInt(const QString& folder, const QString& directory, int port, QWidge
     setAttribute(Qt::WA_DeleteOnClose);
     m_HTTP1.setObjectName(u"HTTP1"_s);
     connect(&m_HTTP1, &HTTP::Finished, this, &frmInt::showAnswer);
-    connect(&m_HTTP1, &HTTP::Status, this, &frmInt::setWindowTitle);
-    connect(&m_HTTP1, &HTTP::Failed, this, [this] { setQueriesEnabled(true); });
+    connect(&m_HTTP1, &HTTP::Status, this, &frmInt::tellState);
+    connect(&m_HTTP1, &HTTP::Failed, this, [this] {
+        if (!m_heard)
+            tellNoDirectory();
+        queryEnded();
+    });
+    connect(&m_HTTP1, &HTTP::Connected, &m_tmrSilent, &Timer::restart);
+    connect(&m_HTTP1, &HTTP::DataArrival, this, [this] {
+        m_heard = true;
+        m_tmrSilent.setEnabled(false);
+    });
+    connect(&m_tmrSilent, &Timer::Tick, this, [this] {
+        m_HTTP1.Stop();
+        tellState(u"Error: "_s + tr("The server does not answer."));
+        tellNoDirectory();
+        queryEnded();
+    });
     createList();
     createButtons();
+    createStatusLine();
     layOut(createMenu());
     resize(InternetListSize);
     m_lvwList->setFocus();
+    if (m_directory.isEmpty())
+        tellNoDirectory();
 }
 
 void frmInt::createList()
@@ -87,6 +110,21 @@ void frmInt::createButtons()
     connect(m_cmdNone, &QPushButton::clicked, this, [this] { m_found->checkAll(false); });
     connect(m_cmdPre, &QPushButton::clicked, this, &frmInt::preview);
     connect(m_cmdAdd, &QPushButton::clicked, this, &frmInt::addSelected);
+}
+
+void frmInt::createStatusLine()
+{
+    m_lblStatus = new ElidedLabel(this);
+    m_lblStatus->setObjectName(u"lblStatus"_s);
+    m_lblStatus->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
+    m_lblHint = new QLabel(this);
+    m_lblHint->setObjectName(u"lblHint"_s);
+    m_lblHint->setTextFormat(Qt::PlainText);
+    m_lblHint->setWordWrap(true);
+    m_lblHint->hide();
+    m_cmdStop = listButton(u"cmdStop"_s, tr("Stop"), this);
+    m_cmdStop->setEnabled(false);
+    connect(m_cmdStop, &QPushButton::clicked, this, &frmInt::stop);
 }
 
 QMenu* frmInt::createMenu()
@@ -133,11 +171,16 @@ void frmInt::layOut(QMenu* options)
     buttons->addWidget(m_cmdAdd);
     auto* all = new QVBoxLayout(this);
     all->setMenuBar(bar);
+    auto* status = new QHBoxLayout;
+    status->addWidget(m_lblStatus, 1);
+    status->addWidget(m_cmdStop);
     all->addWidget(m_lvwList, 1);
+    all->addLayout(status);
+    all->addWidget(m_lblHint);
     all->addLayout(buttons);
 
     QWidget* before = m_lvwList;
-    for (auto* one : {m_cmdAll, m_cmdNone, m_cmdPre, m_cmdAdd}) {
+    for (auto* one : {m_cmdStop, m_cmdAll, m_cmdNone, m_cmdPre, m_cmdAdd}) {
         setTabOrder(before, one);
         before = one;
     }
@@ -185,23 +228,76 @@ void frmInt::askForTerms()
 void frmInt::query(const QString& queryString, bool sorted)
 {
     m_found->setSorted(sorted);
+    m_heard = false;
+    m_lblHint->hide();
     setQueriesEnabled(false);
     m_HTTP1.Retrieve(m_directory + ScriptPath + queryString);
 }
 
+void frmInt::stop()
+{
+    m_HTTP1.Stop();
+    tellState(tr("Stopped"));
+    queryEnded();
+}
+
 void frmInt::showAnswer(const QByteArray& answer)
 {
+    queryEnded();
+    if (const auto fault = faultOfDirectoryAnswer(answer)) {
+        tellState(u"Error: "_s + reasonOf(*fault));
+        if (fault->kind != DirectoryFault::Kind::Incomplete)
+            tellNoDirectory();
+        return;
+    }
     const auto cameras = readDirectoryAnswer(answer);
     m_found->replaceAll(cameras.value_or(QList<CameraRecord>()));
     m_lvwList->setCurrentIndex(m_found->index(0, 0));
     // Kept: one camera is "1 Cams" too.
-    setWindowTitle(cameras ? u"Finished [Found %1 Cams]"_s.arg(m_found->rowCount())
-                           : u"Finished [No Cams Found]"_s);
+    tellState(cameras ? u"Finished [Found %1 Cams]"_s.arg(m_found->rowCount())
+                      : u"Finished [No Cams Found]"_s);
+}
+
+void frmInt::tellState(const QString& text)
+{
+    setWindowTitle(text);
+    m_lblStatus->ShowStatusText(text);
+}
+
+void frmInt::tellNoDirectory()
+{
+    const QString host = shownLine(withoutHttpScheme(m_directory)).left(LongestHost);
+    m_lblHint->setText(
+        host.isEmpty()
+            ? tr("No camera directory is set: name one in pref.ini, as HOST in the section "
+                 "[DIRECTORY].")
+            : tr("No camera directory answers at %1: another one can be named in pref.ini, as "
+                 "HOST in the section [DIRECTORY].")
+                  .arg(host));
+    m_lblHint->show();
+}
+
+void frmInt::queryEnded()
+{
+    m_tmrSilent.setEnabled(false);
     setQueriesEnabled(true);
 }
 
-/// While a query runs, nothing starts another or works on rows that are about to go. What is there
-/// can be looked at, and the window can be closed.
+QString frmInt::reasonOf(const DirectoryFault& fault)
+{
+    switch (fault.kind) {
+    case DirectoryFault::Kind::OtherStatus:
+        break;
+    case DirectoryFault::Kind::Incomplete:
+        return tr("The answer is incomplete.");
+    case DirectoryFault::Kind::Nothing:
+        return tr("The server closed the connection without an answer.");
+    }
+    return fault.status;
+}
+
+/// While a query runs it can be stopped; nothing starts another or works on rows that are about to
+/// go. What is there can be looked at, and the window can be closed.
 void frmInt::setQueriesEnabled(bool on)
 {
     for (auto* entry : std::as_const(m_queries))
@@ -212,6 +308,9 @@ void frmInt::setQueriesEnabled(bool on)
             m_lvwList->setFocus();
         button->setEnabled(on);
     }
+    if (on && m_cmdStop->hasFocus())
+        m_lvwList->setFocus();
+    m_cmdStop->setEnabled(!on);
 }
 
 void frmInt::preview()
@@ -230,7 +329,7 @@ void frmInt::addSelected()
     }
     const QString path = pathInFolder(m_folder, u"icl.zip"_s);
     if (!replaceFile(path, "CAMZ" + writeCameraListLine(cameras) + "\r\n")) {
-        setWindowTitle(u"Error: Not saved."_s);
+        tellState(u"Error: Not saved."_s);
         return;
     }
     const QPointer<frmInt> self(this);

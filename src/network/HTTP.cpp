@@ -60,6 +60,14 @@ void HTTP::sendRequest()
     for (const QString& line : lines)
         request += toDisk(line) + "\r\n";
     m_sckMain.SendData(request + "\r\n");
+    emit Connected();
+}
+
+void HTTP::Stop()
+{
+    m_Timer1.setEnabled(false);
+    m_sckMain.Close();
+    m_buffer.clear();
 }
 
 void HTTP::receive()
@@ -70,6 +78,7 @@ void HTTP::receive()
         return; // who heard of the chunk has begun another fetch
     m_buffer += chunk;
     m_Timer1.restart();
+    emit DataArrival();
     // Kept: an end tag that two chunks share is not seen.
     const bool isOver = chunk.toLower().contains("</html>");
     if (m_buffer.size() > MaxAnswerBytes)

@@ -11,7 +11,8 @@
 /// whoever asks, who hears of everything by its signals; one fetch at a time.
 ///
 /// It never looks into the answer: status line, headers and body are handed over as they came. It
-/// follows no redirect, speaks no TLS, and never gives up on a server that says nothing.
+/// follows no redirect, speaks no TLS, and never gives up on a server that says nothing: that is
+/// for whoever asks, by Stop().
 class HTTP : public QObject
 {
     Q_OBJECT
@@ -35,6 +36,9 @@ public:
     /// a server that stays silent.
     void Retrieve(const QString& url);
 
+    /// Drops the fetch that runs, if one does, without a signal.
+    void Stop();
+
     /// `text` without its markup: from each "<" to the first ">" behind it. A "<" without one
     /// stays, with all that follows. Entities and line breaks are left as they are.
     static QString StripHTML(const QString& text);
@@ -49,6 +53,10 @@ signals:
     void Status(const QString& text);
     /// There will be no answer; Status has just said why.
     void Failed();
+    /// There is a connection, and the request is on its way.
+    void Connected();
+    /// A chunk of the answer has come.
+    void DataArrival();
 
 private:
     void sendRequest();

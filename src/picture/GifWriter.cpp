@@ -12,7 +12,7 @@
 
 namespace {
 
-constexpr int MaxSide = 65535;
+constexpr int MaxGifSide = 65535;
 constexpr int BitsPerPixel = 8;
 
 int appendBytes(GifFileType* file, const GifByteType* bytes, int count)
@@ -57,7 +57,7 @@ bool putPixels(GifFileType* file, const QImage& image)
 
 QByteArray encodeGif(const QImage& image)
 {
-    if (image.width() > MaxSide || image.height() > MaxSide)
+    if (image.width() > MaxGifSide || image.height() > MaxGifSide)
         return {};
     const QImage pixels = flattenedOnWhite(image);
     if (pixels.isNull())

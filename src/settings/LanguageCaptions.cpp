@@ -41,6 +41,7 @@ constexpr CaptionRow Table[] = {
     {u"EXTRA", u"Extra Header (ie: Cookie)", u"lbl(3)"},
     {u"ADDINT", u"Add to internet database.", u"chkAdd"},
     {u"EMPTYVIEW", u"Choose a camera on the left, or type an address below.", u"picMain"},
+    {u"EXPLIST", u"Export List", u"mnuOptExport"},
 };
 
 /// All objects below `root` by name, the nearest of each name.

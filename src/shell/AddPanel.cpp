@@ -44,7 +44,7 @@ AddPanel::AddPanel(QWidget* parent)
     m_cmdAdd->setObjectName(u"cmdAdd"_s);
     for (auto* box : {m_cmbCat->lineEdit(), m_txtName, m_txtUrl, m_txtHead}) {
         takeTextsOfAnyLength(box);
-        connect(box, &QLineEdit::returnPressed, this, &AddPanel::addIt);
+        connect(box, &QLineEdit::returnPressed, this, &AddPanel::enterPressed);
     }
     cleanWhileTyping(m_txtName);
     cleanKeyWhileTyping(m_txtUrl, m_txtHead);
@@ -97,14 +97,25 @@ void AddPanel::startAnew(const QStringList& categories)
     m_txtName->setText(u"New"_s);
     m_txtUrl->setText(u"http://"_s);
     m_txtHead->clear();
+    m_chkAdd->setChecked(false);
 }
 
-bool AddPanel::isThere(const QString& text, const QString& title, const QString& message)
+bool AddPanel::isThere(const QString& text, QWidget* box, const QString& title,
+                       const QString& message)
 {
     if (!text.isEmpty())
         return true;
+    box->setFocus();
     m_messages->tell({QMessageBox::Information, title, message});
     return false;
+}
+
+/// From a box whose turn is not the last: without an address there is nothing to add yet.
+void AddPanel::enterPressed()
+{
+    const QString url = m_txtUrl->text().trimmed();
+    if (url.isEmpty() || !withoutHttpScheme(url).isEmpty())
+        addIt();
 }
 
 /// Kept: only emptiness is tested, so the untouched "http://" is an address and "New" a name.
@@ -114,15 +125,14 @@ void AddPanel::addIt()
     const QString name = m_txtName->text().trimmed();
     const QString url = m_txtUrl->text().trimmed();
     // Kept: "Catagory" and "catagory" are what these texts always said.
-    if (!isThere(category, u"Catagory"_s, u"Please choose or create a catagory."_s) ||
-        !isThere(name, u"Name"_s, u"Please choose a Name."_s) ||
-        !isThere(url, u"URL"_s, u"Please choose a URL."_s))
+    if (!isThere(category, m_cmbCat, u"Catagory"_s, u"Please choose or create a catagory."_s) ||
+        !isThere(name, m_txtName, u"Name"_s, u"Please choose a Name."_s) ||
+        !isThere(url, m_txtUrl, u"URL"_s, u"Please choose a URL."_s))
         return;
     const auto key = takeCameraKey(joinCameraKey(url, m_txtHead->text()), *m_messages);
     if (!key)
         return;
     const auto [address, extraHeader] = splitCameraKey(*key);
-    // Also where the header is a password that stood in the address.
     emit CameraEntered({name, address, extraHeader, category},
-                       m_chkAdd->isChecked() && m_chkAdd->isEnabled() && extraHeader.isEmpty());
+                       m_chkAdd->isChecked() && m_chkAdd->isEnabled());
 }

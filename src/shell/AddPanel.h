@@ -22,14 +22,16 @@ class AddPanel : public QScrollArea
 public:
     explicit AddPanel(QWidget* parent);
 
-    /// Every visit begins with the same values; what was typed before is gone. The category box
+    /// Every visit begins with the same values and without a tick; what was typed before is gone.
+    /// The category box
     /// offers those that always stood there, then the others of `categories`, which the list has.
     void startAnew(const QStringList& categories);
 
 signals:
     /// "Add It" was pressed and everything was there, by now without blanks around it and with an
     /// address as cleanedCameraKey() leaves it. `submit`: to the directory, too; never a camera
-    /// with an extra header.
+    /// with an extra header, but for one that was typed as a password in the address. The page
+    /// stays as it is.
     void CameraEntered(const EnteredCamera& camera, bool submit);
 
     /// The user wants to read what an extra header is.
@@ -37,9 +39,10 @@ signals:
 
 private:
     void layOut(QWidget* form);
+    void enterPressed();
     void addIt();
-    /// Whether `text` is there; says so where it is not.
-    bool isThere(const QString& text, const QString& title, const QString& message);
+    /// Whether `text` is there; where it is not, it says so and `box` gets the keyboard.
+    bool isThere(const QString& text, QWidget* box, const QString& title, const QString& message);
 
     MessageQueue* m_messages;
     std::array<QLabel*, 4> m_lbl;

@@ -2,9 +2,11 @@
 
 #include "cameras/CameraKey.h"
 #include "cameras/EnteredCamera.h"
+#include "cameras/PrivateCamera.h"
 #include "camlist/CamList.h"
 #include "shell/AddPanel.h"
 #include "shell/MainLayout.h"
+#include "widgets/MessageQueue.h"
 #include "widgets/Twips.h"
 
 #include <QRadioButton>
@@ -33,6 +35,7 @@ LeftPanel::LeftPanel(const QString& folder, QWidget* area)
     , m_opt{new QRadioButton(u"Add"_s, area), new QRadioButton(u"List"_s, area)}
     // Behind the options for the Tab key, too.
     , m_picAdd(new AddPanel(area))
+    , m_messages(new MessageQueue(area))
 {
     m_cList->setObjectName(u"cList"_s);
     m_picAdd->hide();
@@ -59,14 +62,24 @@ void LeftPanel::optionClicked(int index)
     m_cList->setVisible(index == ListPage);
 }
 
-/// The camera is in the list, whatever becomes of the offer.
+/// The camera is in the list, whatever becomes of the offer. Where the list has it already, what
+/// was typed stays, to be mended.
 void LeftPanel::cameraEntered(const EnteredCamera& camera, bool submit)
 {
-    if (submit)
+    const QString key = joinCameraKey(camera.url, camera.extraHeader);
+    const bool isPrivate = isPrivateCamera(key);
+    if (submit && !isPrivate)
         emit Submitted(camera);
-    m_cList->AddCam(camera.name, joinCameraKey(camera.url, camera.extraHeader), camera.category);
+    if (!m_cList->AddCam(camera.name, key, camera.category))
+        return;
     m_opt[ListPage]->setChecked(true);
     m_cList->setFocus();
+    if (submit && isPrivate) {
+        m_messages->ask({QMessageBox::Question, u"Pevora"_s,
+                         tr("This address is private. Offer it to the internet database all the "
+                            "same?")},
+                        [this, camera] { emit Submitted(camera); });
+    }
 }
 
 void LeftPanel::setShown(bool shown)

@@ -6,6 +6,7 @@
 
 class AddPanel;
 class CamList;
+class MessageQueue;
 class QRadioButton;
 class QWidget;
 struct MainLayout;
@@ -36,7 +37,7 @@ public:
     void place(const MainLayout& layout, int optionHeight);
 
 signals:
-    /// A camera was added that shall be offered to the directory, too.
+    /// A camera shall be offered to the directory, too. Of a private one the user was asked.
     void Submitted(const EnteredCamera& camera);
 
     /// The user wants to read what an extra header is.
@@ -49,4 +50,5 @@ private:
     CamList* m_cList;
     std::array<QRadioButton*, 2> m_opt;
     AddPanel* m_picAdd;
+    MessageQueue* m_messages;
 };

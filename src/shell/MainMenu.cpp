@@ -41,6 +41,7 @@ const QList<Menu>& menus()
           separator,
           {mnuOptImport, "Import List"},
           {mnuOptReload, "Reload List"},
+          {mnuOptExport, "Export List"},
           separator,
           {mnuOptExit, "Exit", "Ctrl+Q"},
           {mnuOptExitWO, "Exit Without Saving"},

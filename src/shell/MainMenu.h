@@ -21,6 +21,7 @@ public:
         mnuOptInt,
         mnuOptImport,
         mnuOptReload,
+        mnuOptExport,
         mnuOptExit,
         mnuOptExitWO,
         mnuOptOnTop,

@@ -7,7 +7,10 @@
 #include "shared/BuildSettings.h"
 #include "shell/frmWhat.h"
 #include "widgets/FileDialog.h"
+#include "widgets/MessageQueue.h"
 #include "widgets/Topmost.h"
+
+#include <QFileInfo>
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -16,6 +19,7 @@ SecondaryWindows::SecondaryWindows(QWidget* form, const QString& folder, int por
     , m_form(form)
     , m_folder(folder)
     , m_port(port)
+    , m_messages(new MessageQueue(form))
     , m_HTTP1(std::make_unique<HTTP>(this, port))
 {
     m_HTTP1->setObjectName(u"HTTP1"_s);
@@ -56,11 +60,40 @@ void SecondaryWindows::shutDown()
 
 void SecondaryWindows::askForList()
 {
+    const QString lists = tr("Camera lists") + " (*.zip, list.dat, *.bak)(*.zip list.dat *.bak)"_L1;
     auto* dialog =
-        new FileDialog(QFileDialog::AcceptOpen,
-                       {u"Zipped Cam Lists (*.zip)(*.zip)"_s, u"All Files (*)(*)"_s}, {}, m_form);
+        new FileDialog(QFileDialog::AcceptOpen, {lists, u"All Files (*)(*)"_s}, {}, m_form);
     connect(dialog, &FileDialog::FileChosen, this, &SecondaryWindows::Import);
     dialog->open();
+}
+
+void SecondaryWindows::askForExport()
+{
+    const QString lists = tr("Camera lists") + " (*.zip)(*.zip)"_L1;
+    auto* dialog =
+        new FileDialog(QFileDialog::AcceptSave, {lists, u"All Files (*)(*)"_s}, {}, m_form);
+    dialog->setDefaultSuffix(u"zip"_s);
+    dialog->selectFile(u"cameras.zip"_s);
+    connect(dialog, &FileDialog::FileChosen, this, &SecondaryWindows::exportTo);
+    dialog->open();
+}
+
+/// The dialog has asked before a file is replaced, but it knows no name with another ending.
+void SecondaryWindows::exportTo(const QString& path)
+{
+    constexpr auto ending = ".zip"_L1;
+    if (path.endsWith(ending, Qt::CaseInsensitive)) {
+        emit Export(path);
+        return;
+    }
+    const QFileInfo file(path + ending);
+    if (!file.isFile()) {
+        emit Export(file.filePath());
+        return;
+    }
+    m_messages->ask({QMessageBox::Warning, u"Export List"_s,
+                     tr("%1 already exists.\nDo you want to replace it?").arg(file.fileName())},
+                    [this, file] { emit Export(file.filePath()); });
 }
 
 void SecondaryWindows::showAbout(bool topmost)

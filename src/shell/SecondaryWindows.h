@@ -7,6 +7,7 @@
 
 #include <memory>
 
+class MessageQueue;
 class frmInt;
 struct EnteredCamera;
 
@@ -36,6 +37,10 @@ public:
     /// Asks for a list to import. Cancelled, it ends without a word.
     void askForList();
 
+    /// Asks for the file to export the list to; one without the ending ".zip" gets it. Cancelled,
+    /// it ends without a word.
+    void askForExport();
+
     /// Shows the about window, above all others where the main window is.
     void showAbout(bool topmost);
 
@@ -45,13 +50,16 @@ public:
 signals:
     void Preview(const QString& key);
     void Import(const QString& path);
+    void Export(const QString& path);
 
 private:
     QString directory() const;
+    void exportTo(const QString& path);
 
     QWidget* m_form;
     QString m_folder;
     int m_port;
+    MessageQueue* m_messages;
     std::unique_ptr<HTTP> m_HTTP1;
     QPointer<frmInt> m_frmInt;
 };

@@ -97,11 +97,13 @@ void frmMain::createParts()
     m_windows = new SecondaryWindows(this, m_folders.application);
     connect(m_windows, &SecondaryWindows::Preview, this, &frmMain::openCamera);
     connect(m_windows, &SecondaryWindows::Import, list, &CamList::LoadFile);
+    connect(m_windows, &SecondaryWindows::Export, list, &CamList::ExportFile);
     connect(m_left, &LeftPanel::Submitted, m_windows, &SecondaryWindows::submit);
 }
 
 /// `txtCom` shows the last file that came. It is never visible, never has the keyboard and is the
-/// window's only child of its kind; the window is neither restored nor raised.
+/// window's only child of its kind; the window is neither restored nor raised. One that is not in
+/// front says in the task bar that it has something to show.
 void frmMain::createInbox()
 {
     m_inbox = new FileInbox(this);
@@ -110,6 +112,7 @@ void frmMain::createInbox()
     txtCom->setAccessibleName(tr("Files to open"));
     txtCom->hide();
     connect(m_inbox, &FileInbox::Received, txtCom, &QLineEdit::setText);
+    connect(m_inbox, &FileInbox::Received, this, [this] { QApplication::alert(this); });
     connect(m_inbox, &FileInbox::FileWaits, this, [this] {
         if (!m_cam->isBusy())
             openFile(m_inbox->takeNext());
@@ -126,7 +129,8 @@ void frmMain::connectMenus()
     };
     on(mnuOptInt, [this] { m_windows->showInternetList(isChecked(mnuOptOnTop)); });
     on(mnuOptImport, [this] { m_windows->askForList(); });
-    on(mnuOptReload, [this] { m_left->cList().LoadFile(); });
+    on(mnuOptReload, [this] { m_left->cList().Reload(); });
+    on(mnuOptExport, [this] { m_windows->askForExport(); });
     on(mnuOptExit, [this] { close(); });
     on(mnuOptExitWO, [this] { askExitWithoutSaving(); });
     on(mnuFavMan, [this] { (new frmMan(m_favourites, this))->open(); });

@@ -40,7 +40,25 @@ private slots:
         bad("blank before", " CAMZk\r\n");
         bad("line end before", "\r\nCAMZk\r\n");
         bad("letters cut", "CAM\nZk");
-        bad("no letters", "c\xFFn\xFFk\r\n");
+        // As list.dat and its backup are.
+        good("no letters", "c\xFFn\xFFk\r\n", "c\xFFn\xFFk");
+        good("no letters, marked",
+             "\xEF\xBB\xBF"
+             "c\xFFn\xFFk",
+             "c\xFFn\xFFk");
+        good("no letters, two cameras, a header",
+             "Z\xFCrich\xFFn\xFFk\x01X: 1\xFF\xC3\xBC\xFFm\xFFl\r\n",
+             "Z\xFCrich\xFFn\xFFk\x01X: 1\xFF\xC3\xBC\xFFm\xFFl");
+        good("no letters, empty fields", "\xFF\xFF", "\xFF\xFF");
+        bad("no letters, half a triple", "c\xFFn\r\n");
+        bad("no letters, a triple and a half", "c\xFFn\xFFk\xFF"
+                                               "c\xFFn\r\n");
+        bad("no letters, a separator behind", "c\xFFn\xFFk\xFF\r\n");
+        bad("no letters, a tab", "c\xFFn\tm\xFFk\r\n");
+        bad("no letters, two lines", "c\xFFn\xFFk\r\nd\xFFn\xFFk\r\n");
+        bad("no letters, a zero", QByteArray("c\xFFn\xFFk\0", 6));
+        bad("no letters, a delete", "c\xFFn\xFFk\x7F");
+        bad("a picture", "\xFF\xD8\xFF\xE0\x10JFIF\xFF");
         bad("a real archive", "PK\x03\x04"
                               "CAMZ");
     }

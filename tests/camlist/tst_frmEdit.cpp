@@ -229,14 +229,54 @@ private slots:
         QCOMPARE(named.saved(), "C\377Even\377" + key + "\r\n");
     }
 
-    void aKeyThatAnotherCameraHasLosesTheEditedOne()
+    void aKeyThatIsTakenIsRefused_data()
     {
+        const Rows<QString, QString> row("category", "url");
+        row("another camera's", "Sights", "URL1");
+        row("another camera's, in another category", "Cities", "URL1");
+        row("a category's name", "Sights", "Cities");
+        row("the name of its new category", "Castles", "Castles");
+        row("its category is another camera's", "URL1", "URL3");
+    }
+
+    void aKeyThatIsTakenIsRefused()
+    {
+        QFETCH(QString, category);
+        QFETCH(QString, url);
         OpenEditor open("Bridge");
-        OpenEditor::type(open.box("txtUrl"), "URL1");
+        OpenEditor::type(*open.category().lineEdit(), category);
+        OpenEditor::type(open.box("txtName"), "Ferry");
+        OpenEditor::type(open.box("txtUrl"), url);
+        const QStringList before = open.shown.all();
         open.press("cmdGo");
-        QCOMPARE(answerMessage(QMessageBox::Ok).text, "Cam is already in your list.");
-        QCOMPARE(open.shown.all(),
-                 QStringList({"Cities", "Cities/Harbour", "Sights", "Sights/Tower"}));
+        const auto message = answerMessage(QMessageBox::Ok);
+        QCOMPARE(message.title, "Pevora");
+        QCOMPARE(message.text, "Cam is already in your list.");
+        QCOMPARE(message.icon, int(QMessageBox::Information));
+        // To be mended: what was typed is there, and the camera in its place.
+        QVERIFY(open.editor && open.editor->isVisible());
+        QCOMPARE(open.category().currentText(), category);
+        QCOMPARE(open.box("txtName").text(), "Ferry");
+        QCOMPARE(open.box("txtUrl").text(), url);
+        QCOMPARE(open.shown.all(), before);
+        QCOMPARE(open.saved(), OpenEditor::List);
+        OpenEditor::type(*open.category().lineEdit(), "Sights");
+        OpenEditor::type(open.box("txtUrl"), "URL9");
+        open.press("cmdGo");
+        QTRY_VERIFY(!open.editor);
+        QCOMPARE(open.shown.all(), QStringList({"Cities", "Cities/Harbour", "Sights",
+                                                "Sights/Tower", "Sights/Ferry"}));
+        QCOMPARE(open.shown.list().ReturnUrlViaName("Ferry"), "URL9");
+    }
+
+    void theCamerasOwnKeyIsNotTaken()
+    {
+        OpenEditor open("Harbour");
+        OpenEditor::type(*open.category().lineEdit(), "URL1");
+        OpenEditor::type(open.box("txtUrl"), "URL9");
+        open.press("cmdGo");
+        QTRY_VERIFY(!open.editor);
+        QCOMPARE(open.shown.all().last(), "URL1/Harbour");
     }
 
     void cancellingChangesNothing_data()

@@ -1,10 +1,13 @@
 #include "directory/DirectoryAnswer.h"
+#include "network/HTTP.h"
 #include "support/Cost.h"
 #include "support/Rows.h"
 
 namespace {
 
 const QByteArray Header = "HTTP/1.0 200 OK\r\nContent-Type: text/plain\r\n\r\n";
+
+const QByteArray Chunked = "HTTP/1.1 200 OK\r\nTransfer-Encoding: chunked\r\n\r\n";
 
 /// The cameras as "category|name|key"; "none" where the directory found none.
 QStringList read(const QByteArray& answer)
@@ -48,6 +51,13 @@ private slots:
         row("a header with bare line feeds is none", "xyza\377b\n\n\377c", {"a|b\n\n|c"});
         row("shorter than that", "12", {});
         row("exactly that", "123", {});
+        row("bare line feeds", "HTTP/1.0 200 OK\nX: y\n\n" + one + "\n", {rome});
+        row("in chunks",
+            Chunked + "7\r\nCities\xFF\r\n17\r\nRome\xFFrome.example/a.jpg\r\n0\r\n\r\n", {rome});
+        row("no luck in chunks", Chunked + "7\r\nNo Luck\r\n6\r\n090877\r\n0\r\n\r\n", {"none"});
+        row("the parts of a stream are its body",
+            "HTTP/1.0 200 OK\r\nContent-Type: multipart/mixed\r\n\r\n--x\r\n\r\na\377b\377c",
+            {"--x\r\n\r\na|b|c"});
         row("no luck", Header + "No Luck090877", {"none"});
         row("no luck anywhere", Header + one + "<No Luck090877>\r\n", {"none"});
         row("no luck in the header is nothing", "X: No Luck090877\r\n\r\n" + one, {rome});
@@ -58,6 +68,47 @@ private slots:
     {
         QFETCH(QByteArray, answer);
         QTEST(read(answer), "rows");
+    }
+
+    void faultsAreFound_data()
+    {
+        const Rows<QByteArray, std::optional<DirectoryFault>> row("answer", "fault");
+        const auto good = [&](const char* name, const QByteArray& answer) {
+            row(name, answer, std::optional<DirectoryFault>());
+        };
+        const auto status = [&](const QByteArray& line, const char* text) {
+            row(line.toStdString(), line + "\r\n\r\n",
+                DirectoryFault{DirectoryFault::Kind::OtherStatus, text});
+        };
+        const auto incomplete = [&](const char* name, const QByteArray& answer) {
+            row(name, answer, DirectoryFault{DirectoryFault::Kind::Incomplete});
+        };
+        good("an answer", Header + "a\377b\377c");
+        good("no body", Header);
+        row("nothing at all", "", DirectoryFault{DirectoryFault::Kind::Nothing});
+        incomplete("no end of a head that announces nothing", "HTTP/1.0 200 OK\r\nX: y");
+        good("no head", "a\377b\377c");
+        good("no head, a header of that name", "Content-Length: 9\r\n\r\na");
+        good("no code", "HTTP/1.0 fine\r\n\r\n");
+        good("as long as announced", "HTTP/1.0 200 OK\r\nContent-Length: 3\r\n\r\nabc");
+        good("longer", "HTTP/1.0 200 OK\r\nContent-Length: 2\r\n\r\nabc");
+        good("a length that is none", "HTTP/1.0 200 OK\r\nContent-Length: x\r\n\r\n");
+        good("chunks", Chunked + "1\r\na\r\n0\r\n\r\n");
+        status("HTTP/1.0 404 Not Found", "404 Not Found");
+        status("HTTP/1.1 204", "204");
+        status("HTTP/1.1 500 \x1b[1m", "500 [1m");
+        incomplete("shorter", "HTTP/1.0 200 OK\r\nContent-Length: 4\r\n\r\nabc");
+        incomplete("shorter, bare line feeds", "HTTP/1.0 200 OK\nContent-Length: 4\n\nabc");
+        incomplete("no end of the head", "HTTP/1.0 200 OK\r\nContent-Length: 4\r\nabcdefg");
+        incomplete("no last chunk", Chunked + "1\r\na\r\n");
+        incomplete("no chunk", Chunked);
+    }
+
+    void faultsAreFound()
+    {
+        QFETCH(QByteArray, answer);
+        QFETCH(std::optional<DirectoryFault>, fault);
+        QVERIFY(faultOfDirectoryAnswer(answer) == fault);
     }
 
     void textIsReadFieldByField()
@@ -78,6 +129,20 @@ private slots:
             QByteArray("a\377b\377c\377").repeated(MostFoundCameras).chopped(1), MostFoundCameras);
         row("one more", QByteArray("a\377b\377c\377").repeated(MostFoundCameras + 1).chopped(1),
             MostFoundCameras);
+    }
+
+    void aFloodOfChunksIsBounded()
+    {
+        const QByteArray answer =
+            Chunked + QByteArray("1\r\na\r\n").repeated(HTTP::MaxAnswerBytes / 6);
+        const double times = timesTheCost(
+            [&] {
+                QVERIFY(faultOfDirectoryAnswer(answer));
+                QCOMPARE(readDirectoryAnswer(answer)->size(), 0);
+            },
+            decodeTwelveMegapixels);
+        qInfo("%.2f times the cost of a large picture", times);
+        QVERIFY(times < 40);
     }
 
     void aFloodIsBounded()

@@ -234,6 +234,36 @@ private slots:
         QCOMPARE(c.told, (QStringList{"Connecting", "Connected"}));
     }
 
+    void stopDropsTheFetchWithoutAWord()
+    {
+        Client c;
+        c.http->Stop(); // there is none
+        c.begin(Start + "part");
+        const QStringList before = c.told;
+        c.server.sendMore("more");
+        c.http->Stop();
+        QVERIFY(!c.timer().Enabled());
+        QTRY_COMPARE(c.server.openConnections(), 0);
+        QCOMPARE(c.told, before);
+        c.server.play(Start + "next");
+        c.http->Retrieve("127.0.0.1");
+        QTRY_COMPARE(c.finished(), 1);
+        QCOMPARE(c.answer, Start + "next");
+    }
+
+    void itTellsOfTheConnectionAndOfEachChunk()
+    {
+        Client c;
+        QSignalSpy connected(c.http.get(), &HTTP::Connected);
+        QSignalSpy arrivals(c.http.get(), &HTTP::DataArrival);
+        c.begin(Start);
+        QCOMPARE(connected.count(), 1);
+        QCOMPARE(arrivals.count(), 1);
+        c.server.sendMore("more");
+        QTRY_COMPARE(arrivals.count(), 2);
+        QCOMPARE(connected.count(), 1);
+    }
+
     void aServerThatClosesWithoutAWordGivesAnEmptyAnswer()
     {
         Client c;

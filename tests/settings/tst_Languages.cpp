@@ -195,7 +195,7 @@ private slots:
                 ++seen;
             }
         }
-        QCOMPARE(seen, 25);
+        QCOMPARE(seen, 26);
         QCOMPARE(accessKeys.size(), 4);
     }
 

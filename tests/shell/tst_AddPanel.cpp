@@ -2,6 +2,7 @@
 
 #include "cameras/EnteredCamera.h"
 #include "shell/AddPanel.h"
+#include "shell/LeftPanel.h"
 #include "support/Dialogs.h"
 #include "support/Rows.h"
 #include "support/ScratchFile.h"
@@ -31,6 +32,8 @@ public:
         main.write("list.dat", list);
         main.shown();
         choose(0);
+        QObject::connect(main.made().findChild<LeftPanel*>(), &LeftPanel::Submitted, &page(),
+                         [this](const EnteredCamera& camera) { offered << camera.url; });
     }
 
     template<typename T>
@@ -50,6 +53,8 @@ public:
     }
 
     ShownMain main;
+    /// The addresses of what was offered to the directory.
+    QStringList offered;
 };
 
 } // namespace
@@ -163,6 +168,18 @@ private slots:
         QVERIFY(tick.isChecked());
     }
 
+    void theTickGoesWithEachVisit()
+    {
+        OpenPage open;
+        auto& tick = open.of<QCheckBox>("chkAdd");
+        tick.click();
+        QVERIFY(tick.isChecked());
+        open.choose(1);
+        open.choose(0);
+        QVERIFY(!tick.isChecked());
+        QVERIFY(tick.isEnabled());
+    }
+
     void whatIsMissingIsSaid_data()
     {
         const Rows<QStringList, QString, QString> row("emptied", "title", "text");
@@ -170,6 +187,7 @@ private slots:
         row("the category", {"cmbCat"}, "Catagory", category);
         row("the name", {"txtName"}, "Name", "Please choose a Name.");
         row("the address", {"txtUrl"}, "URL", "Please choose a URL.");
+        row("name and address", {"txtName", "txtUrl"}, "Name", "Please choose a Name.");
         row("category and name", {"cmbCat", "txtName"}, "Catagory", category);
         row("all", {"cmbCat", "txtName", "txtUrl"}, "Catagory", category);
     }
@@ -197,6 +215,9 @@ private slots:
         for (const QWidget* window : QApplication::topLevelWidgets())
             QVERIFY(!(qobject_cast<const QMessageBox*>(window) && window->isVisible()));
         QVERIFY(open.page().isVisible());
+        // The keyboard is where something is missing.
+        QTRY_COMPARE(QApplication::activeWindow(), &open.main.made());
+        QTRY_COMPARE(QApplication::focusWidget(), &open.of<QWidget>(qPrintable(emptied.first())));
         QVERIFY(!open.saved().contains("New"));
     }
 
@@ -297,44 +318,113 @@ private slots:
         QCOMPARE(open.saved(), before);
     }
 
-    void aPasswordIsNotOffered_data()
+    void aPublicCameraIsOffered()
     {
-        const Rows<QString, bool> row("url", "offered");
-        row("without", "cam/a.jpg", true);
-        row("with", "me:secret@cam/a.jpg", false);
-    }
-
-    void aPasswordIsNotOffered()
-    {
-        QFETCH(QString, url);
         OpenPage open;
-        QList<bool> offers;
-        connect(&open.page(), &AddPanel::CameraEntered, this,
-                [&](const EnteredCamera&, bool submit) { offers.append(submit); });
-        open.box("txtUrl").setText(url);
+        open.box("txtUrl").setText("cam.example/a.jpg");
         open.of<QCheckBox>("chkAdd").click();
         open.addIt();
-        QCOMPARE(offers.size(), 1);
-        QTEST(offers[0], "offered");
+        QCOMPARE(open.offered, QStringList("cam.example/a.jpg"));
+        QVERIFY(!open.main.made().findChild<QMessageBox*>());
+        QVERIFY(open.saved().endsWith("\xFFNew\xFF"
+                                      "cam.example/a.jpg\r\n"));
     }
 
-    void aKeyThatIsThereIsSaid()
+    void aPrivateCameraIsOfferedAfterAQuestion_data()
+    {
+        const Rows<QString, QByteArray> row("url", "key");
+        row("a password", "me:secret@cam/a.jpg", "cam/a.jpg\1Authorization: Basic bWU6c2VjcmV0");
+        row("a private host", "http://192.168.1.5:8080/a.jpg", "http://192.168.1.5:8080/a.jpg");
+        row("this machine", "localhost/a.jpg", "localhost/a.jpg");
+    }
+
+    void aPrivateCameraIsOfferedAfterAQuestion()
+    {
+        QFETCH(QString, url);
+        QFETCH(QByteArray, key);
+        for (const auto answer : {QMessageBox::No, QMessageBox::Yes}) {
+            OpenPage open;
+            open.box("txtUrl").setText(url);
+            open.of<QCheckBox>("chkAdd").click();
+            open.addIt();
+            auto* box = openDialog<QMessageBox>();
+            QVERIFY(box);
+            QCOMPARE(box->defaultButton(), box->button(QMessageBox::No));
+            QCOMPARE(open.offered, QStringList());
+            const auto question = answerMessage(answer);
+            QCOMPARE(question.title, "Pevora");
+            QCOMPARE(question.text, "This address is private. Offer it to the internet database "
+                                    "all the same?");
+            QCOMPARE(question.icon, int(QMessageBox::Question));
+            QCOMPARE(open.offered.size(), answer == QMessageBox::Yes ? 1 : 0);
+            // Either way it is in the list.
+            QVERIFY(!open.page().isVisible());
+            QVERIFY(open.saved().endsWith("\xFFNew\xFF" + key + "\r\n"));
+        }
+    }
+
+    void withoutATickThereIsNoQuestion()
     {
         OpenPage open;
+        open.box("txtUrl").setText("192.168.1.5/a.jpg");
+        open.addIt();
+        QVERIFY(!open.page().isVisible());
+        QVERIFY(!open.main.made().findChild<QMessageBox*>());
+        QCOMPARE(open.offered, QStringList());
+    }
+
+    void aKeyThatIsThereKeepsWhatWasTyped()
+    {
+        OpenPage open;
+        open.category().setEditText("My own");
+        open.box("txtName").setText("Pier");
         open.box("txtUrl").setText("URL1");
         open.addIt();
-        auto* box = openDialog<QMessageBox>();
-        QVERIFY(box);
-        QCOMPARE(box->text(), "Cam is already in your list.");
-        box->button(QMessageBox::Ok)->click();
+        QCOMPARE(answerMessage(QMessageBox::Ok).text, "Cam is already in your list.");
+        QVERIFY(open.page().isVisible());
+        QVERIFY(open.main.part<QRadioButton>("opt(0)").isChecked());
+        QCOMPARE(open.category().currentText(), "My own");
+        QCOMPARE(open.box("txtName").text(), "Pier");
+        QCOMPARE(open.box("txtUrl").text(), "URL1");
+        open.box("txtUrl").setText("URL9");
+        open.addIt();
+        QVERIFY(!open.page().isVisible());
+        QVERIFY(open.saved().endsWith("\xFFMy own\xFFPier\xFFURL9\r\n"));
     }
 
     void enterAddsIt()
     {
         OpenPage open;
+        open.box("txtUrl").setText("http://cam.example/");
         QTest::keyClick(&open.box("txtName"), Qt::Key_Return);
         QVERIFY(!open.page().isVisible());
-        QVERIFY(open.saved().contains("General\xFFNew\xFF"));
+        QVERIFY(open.saved().contains("General\xFFNew\xFFhttp://cam.example/\r\n"));
+    }
+
+    void enterDoesNothingWithoutAnAddress_data()
+    {
+        const Rows<QString> row("url");
+        row("as it stands", "http://");
+        row("blanks", " HTTP:// ");
+    }
+
+    void enterDoesNothingWithoutAnAddress()
+    {
+        QFETCH(QString, url);
+        OpenPage open;
+        open.box("txtUrl").setText(url);
+        const QByteArray before = contentOf(open.main.path("list.dat"));
+        for (QLineEdit* box : {open.category().lineEdit(), &open.box("txtName"),
+                               &open.box("txtUrl"), &open.box("txtHead")}) {
+            QTest::keyClick(box, Qt::Key_Return);
+            QVERIFY(open.page().isVisible());
+            QVERIFY(!open.main.made().findChild<QMessageBox*>());
+        }
+        // An empty one is told of.
+        open.box("txtUrl").clear();
+        QTest::keyClick(&open.box("txtName"), Qt::Key_Return);
+        QCOMPARE(answerMessage(QMessageBox::Ok).text, "Please choose a URL.");
+        QCOMPARE(open.saved(), before);
     }
 
     void aPastedKeyFillsBothBoxes()

@@ -96,6 +96,15 @@ const QList<Row>& windows()
          },
          {"lvwList: Cameras", "cmdAll: Select All", "cmdNone: De-Select All", "cmdPre: Preview",
           "cmdAdd: Add Selected"}},
+        {"Internet List, a query under way",
+         [](Desktop& d) {
+             d.directory = std::make_unique<ShownDirectory>();
+             d.directory->find(directoryBody({"Sights|Tower|tower", "animals|Zoo|zoo"}));
+             d.directory->server.play(Script{{}, Script::End::KeepOpen});
+             d.directory->entry("mnuOptNew").trigger();
+             return d.directory->window.data();
+         },
+         {"lvwList: Cameras", "cmdStop: Stop", "cmdPre: Preview"}},
         {"About",
          [](Desktop& d) { return d.of<frmWhat>("mnuHelpAb"); },
          {"qt_tabwidget_tabbar: About", "lbl(3): http://localhost/pevora/", ": Close"}},

@@ -161,10 +161,10 @@ private slots:
     void menusHaveTheirEntries_data()
     {
         const Rows<QStringList> row("entries");
-        row("mnuOpt",
-            {"mnuOptInt|Internet List", "-", "mnuOptImport|Import List", "mnuOptReload|Reload List",
-             "-", "mnuOptExit|Exit|Ctrl+Q", "mnuOptExitWO|Exit Without Saving", "-",
-             "mnuOptOnTop|Always on Top||off", "mnuViewTray|System Tray Icon||on"});
+        row("mnuOpt", {"mnuOptInt|Internet List", "-", "mnuOptImport|Import List",
+                       "mnuOptReload|Reload List", "mnuOptExport|Export List", "-",
+                       "mnuOptExit|Exit|Ctrl+Q", "mnuOptExitWO|Exit Without Saving", "-",
+                       "mnuOptOnTop|Always on Top||off", "mnuViewTray|System Tray Icon||on"});
         row("mnuFav", {"mnuFavMan|Manage Favorites", "-", "mnuFavGo(0)|"});
         row("mnuView",
             {"mnuViewList|List|Ctrl+L|on", "mnuViewTb|Toolbar|Ctrl+T|on",

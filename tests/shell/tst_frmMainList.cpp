@@ -208,7 +208,7 @@ private slots:
         QVERIFY(types);
         for (int i = 0; i < types->count(); ++i)
             shown.append(types->itemText(i));
-        QCOMPARE(shown, (QStringList{"Zipped Cam Lists (*.zip)", "All Files (*)"}));
+        QCOMPARE(shown, (QStringList{"Camera lists (*.zip, list.dat, *.bak)", "All Files (*)"}));
         dialog->close();
     }
 
@@ -246,6 +246,7 @@ private slots:
         m.import("more.dat");
         QTRY_COMPARE(m.cameras().size(), 3);
         m.choose("mnuOpt", "mnuOptReload");
+        QVERIFY(answerMessage(QMessageBox::Yes).shown);
         QTRY_COMPARE(m.cameras(), (QStringList{"Harbour", "Tower"}));
     }
 

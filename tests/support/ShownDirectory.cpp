@@ -6,6 +6,7 @@
 
 #include <QAction>
 #include <QApplication>
+#include <QLabel>
 #include <QPushButton>
 #include <QTest>
 #include <QTreeView>
@@ -60,6 +61,17 @@ QPushButton& ShownDirectory::button(const QString& name) const
 QAction& ShownDirectory::entry(const QString& name) const
 {
     return partOf<QAction>(window, name);
+}
+
+QString ShownDirectory::status() const
+{
+    return partOf<QLabel>(window, "lblStatus").text();
+}
+
+QString ShownDirectory::hint() const
+{
+    const auto& label = partOf<QLabel>(window, "lblHint");
+    return label.isVisible() ? label.text() : QString();
 }
 
 QString ShownDirectory::path(const QString& name) const

@@ -7,6 +7,7 @@
 #include <QTemporaryDir>
 
 class QAction;
+class QLabel;
 class QPushButton;
 class QTreeView;
 
@@ -30,6 +31,9 @@ public:
     QPushButton& button(const QString& name) const;
     QAction& entry(const QString& name) const;
     QString title() const { return window->windowTitle(); }
+    /// What the line below the list says, and the hint below that; empty while it is hidden.
+    QString status() const;
+    QString hint() const;
     QString path(const QString& name = QStringLiteral("icl.zip")) const;
 
     /// The rows as "category|name"; a checked one begins with "[x] ".

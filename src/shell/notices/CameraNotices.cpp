@@ -55,6 +55,9 @@ CameraNotices::CameraNotices(WebCam& cam, CamList& list, Favourites& favourites,
             [this](qsizetype added, qsizetype refused, const QString& firstKey) {
                 tell(noticeOfAddition(added, refused), firstKey);
             });
+    connect(&m_list, &CamList::Exported, this, [this](const QString& path, const QString& reason) {
+        tell(noticeOfSave(path, reason), path);
+    });
 }
 
 void CameraNotices::cameraChosen(const QString& key)

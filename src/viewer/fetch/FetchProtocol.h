@@ -1,7 +1,7 @@
 #pragma once
 
-#include "viewer/fetch/AnswerHead.h"
-#include "viewer/fetch/BodyFraming.h"
+#include "network/AnswerHead.h"
+#include "network/BodyFraming.h"
 
 #include <QByteArray>
 #include <QString>

@@ -1,7 +1,7 @@
-#include "viewer/fetch/BodyFraming.h"
+#include "network/BodyFraming.h"
 
+#include "network/AnswerHead.h"
 #include "network/HeaderEnd.h"
-#include "viewer/fetch/AnswerHead.h"
 
 #include <algorithm>
 #include <optional>
@@ -19,14 +19,16 @@ struct Chunk
 constexpr qsizetype LongestChunkLine = 1'024;
 
 /// The chunk whose size stands at `at`; nothing where that line is not there yet or says no size.
-std::optional<Chunk> chunkAt(const QByteArray& body, qsizetype at)
+std::optional<Chunk> chunkAt(QByteArrayView body, qsizetype at)
 {
     const auto lineEnd = body.indexOf('\n', at);
     if (lineEnd < 0 || lineEnd - at > LongestChunkLine)
         return {};
-    const QByteArray line = body.mid(at, lineEnd - at);
+    const QByteArrayView line = body.sliced(at, lineEnd - at);
+    const auto extension = line.indexOf(';');
     bool isNumber = false;
-    const auto size = line.split(';').constFirst().trimmed().toLongLong(&isNumber, 16);
+    const auto size =
+        line.first(extension < 0 ? line.size() : extension).trimmed().toLongLong(&isNumber, 16);
     if (!isNumber || size < 0)
         return {};
     return Chunk{lineEnd + 1, static_cast<qsizetype>(size)};
@@ -110,9 +112,11 @@ bool BodyFraming::findPart(const QByteArray& body)
 QByteArray BodyFraming::joinedChunks(const QByteArray& body) const
 {
     QByteArray joined;
+    joined.reserve(body.size());
     qsizetype at = 0;
     for (auto chunk = chunkAt(body, at); chunk && chunk->size > 0; chunk = chunkAt(body, at)) {
-        joined += body.mid(chunk->start, chunk->size);
+        const auto size = std::min(chunk->size, body.size() - chunk->start);
+        joined.append(body.constData() + chunk->start, size);
         if (chunk->size >= body.size() - chunk->start)
             break;
         at = behind(body, *chunk);

@@ -9,8 +9,8 @@
 /// The head of an HTTP answer (RFC 9112, sections 4 and 5), read as leniently as browsers read it:
 /// lines end with CR LF or with LF alone. Never fails; what is odd is not there.
 ///
-/// What becomes of an answer is FetchAnswer's to decide, which looks for headers in its own way.
-/// This is what a person is told about it.
+/// What becomes of a picture's answer is FetchAnswer's to decide, which looks for headers in its
+/// own way. This is what a person is told about it, and how the directory's answer is read.
 class AnswerHead
 {
 public:

@@ -1,4 +1,4 @@
-#include "viewer/fetch/AnswerHead.h"
+#include "network/AnswerHead.h"
 
 #include "cameras/CameraKey.h"
 #include "network/HeaderEnd.h"

@@ -15,6 +15,8 @@ public:
 
     /// The picture is the body.
     bool isPlain() const { return m_kind == Kind::Plain; }
+    /// The body is chunked, whatever its chunks hold.
+    bool isChunked() const { return m_kind == Kind::Chunked; }
 
     /// Whether the picture has come whole: the last chunk, or the first part. Each look goes on
     /// where the one before has ended: `body` may only grow. False for a plain body.

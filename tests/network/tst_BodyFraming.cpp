@@ -1,8 +1,8 @@
 // Pictures in chunks and in streams of pictures.
 
+#include "network/AnswerHead.h"
+#include "network/BodyFraming.h"
 #include "support/Rows.h"
-#include "viewer/fetch/AnswerHead.h"
-#include "viewer/fetch/BodyFraming.h"
 
 namespace {
 

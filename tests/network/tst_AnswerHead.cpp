@@ -1,7 +1,7 @@
 // The head of an answer, as a person is told about it.
 
+#include "network/AnswerHead.h"
 #include "support/Rows.h"
-#include "viewer/fetch/AnswerHead.h"
 
 class AnswerHeadTest : public QObject
 {
