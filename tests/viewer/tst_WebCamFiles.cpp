@@ -248,12 +248,13 @@ private slots:
     {
         Files f;
         f.openImage(numbered(7));
+        f.chooseFromMenu(ToolBar::Delete, 1);
         auto& steps = f.loadSlowly(3, 1);
         f.fetchPicture(8);
         // It is seen and told of at once, but no entry yet.
         QCOMPARE(f.picture(), numbered(8));
         QCOMPARE(f.told(), (QStringList{"change http://127.0.0.1/a.jpg", "done"}));
-        QCOMPARE(f.caption(), "Image 1");
+        QCOMPARE(f.caption(), "Image N/A");
         f.openImage(numbered(9));
         steps.setInterval(0);
         QTRY_VERIFY(!f.isWorking());

@@ -214,9 +214,12 @@ private slots:
         Files f;
         f.openImage(numbered(1));
         failToSave(f);
+        // It does not go by itself meanwhile.
+        f.timer("tmrFault").setInterval(600'000);
         f.chooseFromMenu(ToolBar::Save, item);
         f.answer(f.path("good"));
-        QTRY_COMPARE(f.status(), "");
+        QTRY_VERIFY(!f.cam.isBusy());
+        QCOMPARE(f.status(), "");
         QVERIFY(!f.timer("tmrFault").Enabled());
     }
 

@@ -175,7 +175,7 @@ private slots:
         letPass(*work, 4); // all but the writing
         QCOMPARE(window()->windowTitle(), "Saving Movie...");
         QVERIFY(window()->close());
-        QCOMPARE(m_told, QStringList({"began", "finished"}));
+        QCOMPARE(m_told, QStringList({"began", "failed", "finished"}));
         QVERIFY(!timerOf(*work, "tmrMovie").Enabled());
         // Nor once more, while the window is still to go.
         window()->close();
