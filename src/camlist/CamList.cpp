@@ -171,6 +171,11 @@ bool CamList::has(const QString& key) const
     return m_tree->find(key).isValid();
 }
 
+QString CamList::nameOf(const QString& key) const
+{
+    return m_tree->record(m_tree->find(key)).name;
+}
+
 bool CamList::changeKey(const QString& key, const QString& newKey)
 {
     return m_tree->setKey(m_tree->find(key), newKey);

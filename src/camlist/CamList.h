@@ -52,6 +52,8 @@ public:
 
     /// Whether a camera of that key is in the list. "http://" goes without saying. The same below.
     bool has(const QString& key) const;
+    /// Its name in the list; empty where it is not there.
+    QString nameOf(const QString& key) const;
     /// Gives the camera of `key` the key `newKey`. False where there is none, or where another has
     /// it already.
     bool changeKey(const QString& key, const QString& newKey);

@@ -1,6 +1,5 @@
 #include "shell/frmMain.h"
 
-#include "cameras/CameraKey.h"
 #include "camlist/CamList.h"
 #include "camlist/Favourites.h"
 #include "camlist/frmMan.h"
@@ -75,13 +74,9 @@ void frmMain::createParts()
     CamList* list = &m_left->cList();
     setCentralWidget(m_area);
 
-    connect(list, &CamList::Click, this, [this](const QString& name, const QString& key) {
-        m_names.insert(withoutHttpScheme(key), name);
-        openCamera(key);
-    });
-    m_cam->setCameraNames([this, list](const QString& key) {
-        return list->has(key) ? m_names.value(withoutHttpScheme(key)) : QString();
-    });
+    connect(list, &CamList::Click, this,
+            [this](const QString&, const QString& key) { openCamera(key); });
+    m_cam->setCameraNames([list](const QString& key) { return list->nameOf(key); });
     connect(list, &CamList::AddFavorite, m_favourites, &Favourites::add);
     createInbox();
     connect(m_cmbUrl, &GotoBar::CameraChosen, this, &frmMain::showCamera);

@@ -2,7 +2,6 @@
 
 #include "shell/MainMenu.h"
 
-#include <QHash>
 #include <QMainWindow>
 
 class CameraNotices;
@@ -81,8 +80,6 @@ private:
     SecondaryWindows* m_windows;
     ViewPreferences* m_preferences;
     CameraNotices* m_notices = nullptr;
-    /// What the list calls the cameras that were chosen in it, by their keys without "http://".
-    QHash<QString, QString> m_names;
     /// Set by Exit Without Saving alone, and never cleared: the camera list is not saved.
     bool m_exitWithoutSaving = false;
     bool m_shutDown = false;
