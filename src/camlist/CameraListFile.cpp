@@ -46,15 +46,18 @@ QByteArray lineOf(const QByteArray& content)
     return withoutLineEnd(withoutByteOrderMark(content)).toByteArray();
 }
 
-/// Whether `line`, which nothing marks as one, is a camera list line.
+/// Whether `line`, which nothing marks as one, is a camera list line. The mark in other letters is
+/// none, and no category.
 bool isCameraListLine(QByteArrayView line)
 {
     const auto isControl = [](char one) {
         const auto byte = static_cast<unsigned char>(one);
         return (byte < ' ' && one != HeaderMark.toLatin1()) || byte == 0x7F;
     };
+    const auto first = line.first(std::min(ImportMark.size(), line.size()));
     const auto separators = std::count(line.begin(), line.end(), FieldSeparator.toLatin1());
-    return separators % 3 == 2 && std::none_of(line.begin(), line.end(), isControl);
+    return separators % 3 == 2 && first.compare(ImportMark, Qt::CaseInsensitive) != 0 &&
+           std::none_of(line.begin(), line.end(), isControl);
 }
 
 } // namespace

@@ -54,6 +54,7 @@ private slots:
         bad("no letters, a triple and a half", "c\xFFn\xFFk\xFF"
                                                "c\xFFn\r\n");
         bad("no letters, a separator behind", "c\xFFn\xFFk\xFF\r\n");
+        bad("small letters before a list", "camzc\xFFn\xFFk\r\n");
         bad("no letters, a tab", "c\xFFn\tm\xFFk\r\n");
         bad("no letters, two lines", "c\xFFn\xFFk\r\nd\xFFn\xFFk\r\n");
         bad("no letters, a zero", QByteArray("c\xFFn\xFFk\0", 6));
