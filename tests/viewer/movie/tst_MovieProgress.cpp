@@ -179,7 +179,7 @@ private slots:
         QVERIFY(!timerOf(*work, "tmrMovie").Enabled());
         // Nor once more, while the window is still to go.
         window()->close();
-        QCOMPARE(m_told, QStringList({"began", "finished"}));
+        QCOMPARE(m_told, QStringList({"began", "failed", "finished"}));
         QTRY_VERIFY(!window());
         QCOMPARE(m_movie->content(), QByteArray("an old movie"));
     }
