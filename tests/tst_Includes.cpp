@@ -19,7 +19,8 @@ static const QHash<QString, QSet<QString>>& mayInclude()
         {"cameras", {"shared"}},
         // Qt Network and Qt Gui
         {"network", {"cameras", "shared"}},
-        {"picture", {"shared"}},
+        {"picture/headers", {"shared"}},
+        {"picture", {"picture/headers", "shared"}},
         // Qt Widgets
         {"widgets", {"cameras", "shared"}},
         {"settings", {"widgets", "shared", "platform"}},
@@ -179,6 +180,7 @@ private slots:
             {"cameras", {"QtCore"}},
             {"network", {"QtCore", "QtNetwork"}},
             {"picture", {"QtCore", "QtGui"}},
+            {"picture/headers", {"QtCore", "QtGui"}},
         };
         const QDir qt = QLibraryInfo::path(QLibraryInfo::HeadersPath);
         int headers = 0;

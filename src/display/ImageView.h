@@ -33,7 +33,7 @@ public:
     /// Shows `picture` and emits PictureLoad: whole, or the part that was on show where the picture
     /// before had its size. A null still empties the view.
     void setPicture(const Still& picture);
-    /// Shows the picture that `bytes` hold (bitmap, GIF or JPEG), decoded just once for this
+    /// Shows the picture that `bytes` hold (see picture/Still.h), decoded just once for this
     /// view, and gives it back. Null, and nothing changes, where they hold none.
     Still loadPicture(const QByteArray& bytes);
 

@@ -1,10 +1,10 @@
 #include "picture/Still.h"
 
 #include "picture/JpegPixels.h"
-#include "picture/PictureHeader.h"
-#include "picture/PngChunks.h"
 #include "picture/SmoothScale.h"
-#include "picture/WebpChunks.h"
+#include "picture/headers/PictureHeader.h"
+#include "picture/headers/PngChunks.h"
+#include "picture/headers/WebpChunks.h"
 
 #include <QBuffer>
 #include <QColor>

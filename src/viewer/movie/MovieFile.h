@@ -23,7 +23,7 @@ struct MoviePart
     /// Whether so many bytes may be a picture at all.
     bool mayBePicture() const { return size >= MinBytes && size <= Still::MaxEncodedBytes; }
 
-    /// No bitmap, GIF or JPEG is shorter.
+    /// No picture is shorter.
     static constexpr qint64 MinBytes = 16;
 };
 

@@ -14,10 +14,10 @@
 /// it holds one chunk or one part at a time. Each part also lies as "tt.jpg" in the application
 /// folder meanwhile.
 ///
-/// A frame may be a JPEG, a GIF or a bitmap. It fails at whatever is no movie: a missing file, one
-/// that cannot be read, what is no ordinary file (a folder, a pipe, a device: none is waited for),
-/// an empty file, a part that is no picture or is longer than Still::MaxEncodedBytes, a file that
-/// becomes shorter meanwhile. The frames before that have been given.
+/// A frame may be any picture (see picture/Still.h). It fails at whatever is no movie: a missing
+/// file, one that cannot be read, what is no ordinary file (a folder, a pipe, a device: none is
+/// waited for), an empty file, a part that is no picture or is longer than Still::MaxEncodedBytes,
+/// a file that becomes shorter meanwhile. The frames before that have been given.
 ///
 /// The order: Began, which empties the history; caption "Loading Movie..." within begin(); the
 /// maximum, which is the number of parts; for each part the value and then FrameRead; caption

@@ -1,7 +1,7 @@
-#include "picture/PictureHeader.h"
+#include "picture/headers/PictureHeader.h"
 
-#include "picture/WebpChunks.h"
-#include "picture/WebpLossless.h"
+#include "picture/headers/WebpChunks.h"
+#include "picture/headers/WebpLossless.h"
 
 namespace {
 

@@ -1,6 +1,6 @@
-#include "picture/PictureHeader.h"
+#include "picture/headers/PictureHeader.h"
 
-#include "picture/PngChunks.h"
+#include "picture/headers/PngChunks.h"
 
 #include <algorithm>
 #include <limits>

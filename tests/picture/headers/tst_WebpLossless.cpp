@@ -1,4 +1,4 @@
-#include "picture/WebpLossless.h"
+#include "picture/headers/WebpLossless.h"
 
 #include "support/OddBytes.h"
 #include "support/OddPictures.h"

@@ -1,6 +1,6 @@
-#include "picture/PictureHeader.h"
+#include "picture/headers/PictureHeader.h"
 
-#include "picture/HeaderCursor.h"
+#include "picture/headers/HeaderCursor.h"
 
 #include <algorithm>
 

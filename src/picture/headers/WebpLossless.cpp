@@ -1,4 +1,4 @@
-#include "picture/WebpLossless.h"
+#include "picture/headers/WebpLossless.h"
 
 #include <algorithm>
 #include <array>

@@ -1,7 +1,7 @@
-#include "picture/PictureHeader.h"
+#include "picture/headers/PictureHeader.h"
 
-#include "picture/HeaderCursor.h"
-#include "picture/PngChunks.h"
+#include "picture/headers/HeaderCursor.h"
+#include "picture/headers/PngChunks.h"
 
 namespace {
 

@@ -1,6 +1,6 @@
-#include "picture/WebpChunks.h"
+#include "picture/headers/WebpChunks.h"
 
-#include "picture/HeaderCursor.h"
+#include "picture/headers/HeaderCursor.h"
 
 #include <QtEndian>
 

@@ -1,4 +1,4 @@
-#include "picture/PictureHeader.h"
+#include "picture/headers/PictureHeader.h"
 
 #include "support/OddPictures.h"
 #include "support/OddPng.h"

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "picture/HeaderCursor.h"
+#include "picture/headers/HeaderCursor.h"
 
 #include <QByteArray>
 

@@ -1,4 +1,4 @@
-#include "picture/PngChunks.h"
+#include "picture/headers/PngChunks.h"
 
 #include <QtEndian>
 
