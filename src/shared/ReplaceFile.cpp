@@ -15,6 +15,16 @@ QString translated(const char* text)
     return QCoreApplication::translate("ReplaceFile", text);
 }
 
+/// Of a write that went in part Qt has no reason: one more meets it.
+QString reasonOfFailedWrite(QSaveFile& file)
+{
+    const QString first = file.errorString();
+    file.unsetError();
+    if (file.write("\n") > 0)
+        file.flush();
+    return file.error() == QFileDevice::NoError ? first : file.errorString();
+}
+
 /// Why the new bytes are not in place; nothing where they are.
 std::optional<QString> failureOfReplacing(const QString& path, const QByteArray& bytes)
 {
@@ -37,13 +47,8 @@ std::optional<QString> failureOfReplacing(const QString& path, const QByteArray&
         file.commit();
         return std::optional(reason);
     };
-    if (file.write(bytes) != bytes.size() || !file.flush() ||
-        file.error() != QFileDevice::NoError) {
-        // Of a write that went in part Qt has no reason: what comes next meets it.
-        if (file.error() == QFileDevice::NoError && file.write(bytes) >= 0)
-            file.flush();
-        return cancelled(file.errorString());
-    }
+    if (file.write(bytes) != bytes.size() || !file.flush() || file.error() != QFileDevice::NoError)
+        return cancelled(reasonOfFailedWrite(file));
     if (!syncFile(file))
         return cancelled(qt_error_string());
     if (file.size() != bytes.size())
