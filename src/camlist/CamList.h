@@ -64,6 +64,8 @@ public:
     /// The camera of `key` is on show now. The same where it is another than before; what the user
     /// selects meanwhile stays.
     void followCamera(const QString& key);
+    /// The key of the camera that was last on show; empty before the first.
+    QString followed() const { return m_followed; }
 
     /// Brings back what the last removal or the last load of list.dat took away. What has come
     /// since then stays. Nothing where there was none, or it was undone.

@@ -18,6 +18,7 @@
 #include "shell/OutsideInput.h"
 #include "shell/SecondaryWindows.h"
 #include "shell/ViewPreferences.h"
+#include "shell/WindowPreferences.h"
 #include "shell/notices/CameraNotices.h"
 #include "tray/TrayHiding.h"
 #include "viewer/WebCam.h"
@@ -60,6 +61,7 @@ frmMain::frmMain(const Folders& folders, const QString& commandLine)
     connectMenus();
     connect(qApp, &QGuiApplication::commitDataRequest, this, &frmMain::shutDown);
     resize(MainWindowSize.boundedTo(screen()->availableSize() - RoomForFrame));
+    m_windowPreferences = new WindowPreferences(*this, *m_cam, m_left->cList());
     startUp(commandLine);
 }
 
@@ -204,6 +206,7 @@ void frmMain::startUp(const QString& commandLine)
     openFile(readCommandLine(commandLine));
     applyCaptions();
     m_preferences->load(preferencesPath());
+    m_windowPreferences->load(preferencesPath());
     m_favourites->load(preferencesPath());
 }
 
@@ -241,6 +244,7 @@ void frmMain::openCamera(const QString& key)
 void frmMain::showCamera(const QString& key)
 {
     m_notices->cameraChosen(key);
+    m_left->cList().select(key);
     m_left->cList().followCamera(key);
     m_cam->showCamera(key);
 }
@@ -303,6 +307,7 @@ void frmMain::shutDown()
     setEnabled(false);
     m_preferences->save(preferencesPath());
     m_favourites->save(preferencesPath());
+    m_windowPreferences->save(preferencesPath());
     m_cam->CleanUp();
     FlushINI();
     m_tray->unload();

@@ -14,6 +14,7 @@ class MessageQueue;
 class SecondaryWindows;
 class TrayHiding;
 class ViewPreferences;
+class WindowPreferences;
 class WebCam;
 struct CommandLineFile;
 
@@ -79,6 +80,7 @@ private:
     TrayHiding* m_tray;
     SecondaryWindows* m_windows;
     ViewPreferences* m_preferences;
+    WindowPreferences* m_windowPreferences = nullptr;
     CameraNotices* m_notices = nullptr;
     /// Set by Exit Without Saving alone, and never cleared: the camera list is not saved.
     bool m_exitWithoutSaving = false;

@@ -53,6 +53,10 @@ public:
 
     void setClock(const Clock& clock) { m_clock = clock; }
 
+    /// The folder of the last file that was chosen here; empty before that.
+    QString LastFolder() const { return m_lastFolder; }
+    void setLastFolder(const QString& folder) { m_lastFolder = folder; }
+
 signals:
     /// `picture` has been opened and is on show: to be kept.
     void ImageOpened(const Still& picture);

@@ -27,6 +27,7 @@ public:
     /// Seconds between two fetches, from -32768 to 32767; 0 or less fetches at every tick. Takes
     /// effect at the next tick; the count goes on.
     void setInterval(int seconds);
+    int Interval() const { return m_intervalSeconds; }
 
     /// Begin a new countdown also after errors and refused answers. Switching it on resumes what
     /// has stopped.

@@ -234,6 +234,27 @@ void WebCam::setKeepRefreshing(bool on)
     m_refreshTimer->setKeepRefreshing(on);
 }
 
+int WebCam::Interval() const
+{
+    return m_refreshTimer->Interval();
+}
+
+void WebCam::setInterval(int seconds)
+{
+    mnuTmr().setInterval(seconds);
+    m_refreshTimer->setInterval(seconds);
+}
+
+QString WebCam::LastFolder() const
+{
+    return m_files->LastFolder();
+}
+
+void WebCam::setLastFolder(const QString& folder)
+{
+    m_files->setLastFolder(folder);
+}
+
 void WebCam::shutDown()
 {
     m_work->shutDown();

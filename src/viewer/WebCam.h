@@ -103,6 +103,14 @@ public:
     using CameraNames = std::function<QString(const QString& key)>;
     void setCameraNames(const CameraNames& names) { m_cameraNames = names; }
 
+    /// Seconds between two fetches, from -32768 to 32767. 30 by default.
+    int Interval() const;
+    void setInterval(int seconds);
+
+    /// The folder in which the last file was chosen; empty before that.
+    QString LastFolder() const;
+    void setLastFolder(const QString& folder);
+
     /// Stops timers and socket, for the end of the program.
     void shutDown();
 

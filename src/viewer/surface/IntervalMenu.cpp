@@ -117,6 +117,19 @@ void IntervalMenu::customAnswer(const QString& answer)
                                    : u"Must be a number!"_s});
         return;
     }
-    item(CustomIndex)->setText(QString::number(*seconds) + " sec(s)"_L1);
+    showCustom(*seconds);
     emit IntervalChosen(*seconds);
+}
+
+void IntervalMenu::showCustom(int seconds)
+{
+    item(CustomIndex)->setText(QString::number(seconds) + " sec(s)"_L1);
+}
+
+void IntervalMenu::setInterval(int seconds)
+{
+    QAction* preset = seconds == CustomIndex ? nullptr : item(seconds);
+    if (!preset)
+        showCustom(seconds);
+    (preset ? preset : item(CustomIndex))->setChecked(true);
 }

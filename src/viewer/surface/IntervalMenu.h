@@ -19,6 +19,10 @@ public:
 
     explicit IntervalMenu(QWidget* parent);
 
+    /// Checks the entry of that interval, the custom one with its caption where none is. Reports
+    /// nothing.
+    void setInterval(int seconds);
+
     /// The check of "Keep Refreshing". Setting it reports nothing.
     bool KeepRefreshing() const;
     void setKeepRefreshing(bool on);
@@ -32,6 +36,7 @@ private:
     void choose(int index);
     void askForInterval();
     void customAnswer(const QString& answer);
+    void showCustom(int seconds);
     QAction* item(int index) const;
 
     MessageQueue* m_messages;
