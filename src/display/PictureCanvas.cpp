@@ -1,6 +1,7 @@
 #include "display/PictureCanvas.h"
 
 #include "picture/SmoothScale.h"
+#include "widgets/HintColour.h"
 
 #include <QApplication>
 #include <QMouseEvent>
@@ -34,22 +35,6 @@ void drawSmoothly(QImage& onto, const QRectF& target, const QImage& picture, QRe
     QPainter painter(&onto);
     painter.setRenderHint(QPainter::SmoothPixmapTransform);
     painter.drawImage(target, part, source);
-}
-
-/// The palette's own colour for such texts, unless it is hardly seen: some dark desktops set all
-/// colours but this one.
-QColor captionColour(const QPalette& palette)
-{
-    constexpr int leastContrast = 60;
-    constexpr int faint = 160;
-    const QColor window = palette.color(QPalette::Window);
-    QColor colour = palette.color(QPalette::PlaceholderText);
-    const double contrast = (colour.lightness() - window.lightness()) * double(colour.alphaF());
-    if (std::abs(contrast) < leastContrast) {
-        colour = palette.color(QPalette::WindowText);
-        colour.setAlpha(faint);
-    }
-    return colour;
 }
 
 } // namespace
@@ -168,7 +153,7 @@ void PictureCanvas::paintEvent(QPaintEvent* event)
 void PictureCanvas::paintCaption(QPainter& painter) const
 {
     constexpr int marginPx = 24;
-    painter.setPen(captionColour(palette()));
+    painter.setPen(hintColour(palette(), QPalette::Window, QPalette::WindowText));
     painter.drawText(rect().adjusted(marginPx, 0, -marginPx, 0), Qt::AlignCenter | Qt::TextWordWrap,
                      m_caption);
 }

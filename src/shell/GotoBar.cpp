@@ -3,6 +3,7 @@
 #include "cameras/CameraKey.h"
 #include "camlist/CamList.h"
 #include "shared/InputText.h"
+#include "widgets/HintColour.h"
 #include "widgets/InputBoxes.h"
 #include "widgets/MessageQueue.h"
 
@@ -54,6 +55,7 @@ GotoBar::GotoBar(const CamList& list, QWidget* parent)
     setSizeAdjustPolicy(AdjustToMinimumContentsLengthWithIcon);
     setToolTip(tr("Ctrl+V elsewhere in the window shows the address on the clipboard"));
     lineEdit()->setPlaceholderText(tr("Type a camera's name or address and press Enter"));
+    colourHint();
     takeTextsOfAnyLength(lineEdit());
     // A pasted camera key keeps its mark.
     cleanWhileTyping(lineEdit(), true);
@@ -65,6 +67,21 @@ GotoBar::GotoBar(const CamList& list, QWidget* parent)
         if (m_choosing)
             entryChosen(index);
     });
+}
+
+void GotoBar::colourHint()
+{
+    QPalette colours = lineEdit()->palette();
+    colours.setColor(QPalette::PlaceholderText,
+                     hintColour(palette(), QPalette::Base, QPalette::Text));
+    lineEdit()->setPalette(colours);
+}
+
+void GotoBar::changeEvent(QEvent* event)
+{
+    QComboBox::changeEvent(event);
+    if (event->type() == QEvent::PaletteChange && lineEdit())
+        colourHint();
 }
 
 void GotoBar::mirror(const QString& key)

@@ -43,6 +43,7 @@ signals:
     void CameraChosen(const QString& key);
 
 protected:
+    void changeEvent(QEvent* event) override;
     bool eventFilter(QObject* watched, QEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
     void keyReleaseEvent(QKeyEvent* event) override;
@@ -60,6 +61,7 @@ private:
         QString key;
     };
 
+    void colourHint();
     void enter();
     void choose(const Choice& choice, const QString& key);
     void complete();

@@ -9,6 +9,24 @@ class GotoBarTest : public QObject
 {
     Q_OBJECT
 private slots:
+    void theHintIsReadableWhateverThePalette()
+    {
+        const QPalette usual = QApplication::palette();
+        QPalette dark(QColor(40, 40, 40), QColor(30, 30, 30));
+        dark.setColor(QPalette::Base, QColor(20, 20, 20));
+        dark.setColor(QPalette::Text, Qt::white);
+        dark.setColor(QPalette::PlaceholderText, QColor(0, 0, 0, 128));
+        ShownBar b;
+        for (const QPalette& one : {usual, dark, usual}) {
+            QApplication::setPalette(one);
+            const QPalette seen = b.bar.lineEdit()->palette();
+            const QColor hint = seen.color(QPalette::PlaceholderText);
+            const int ground = seen.color(QPalette::Base).lightness();
+            QVERIFY2(qAbs(hint.lightness() - ground) * double(hint.alphaF()) > 55,
+                     qPrintable(hint.name()));
+        }
+    }
+
     void enterOnANameChoosesItsCamera()
     {
         ShownBar b;

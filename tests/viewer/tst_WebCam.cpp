@@ -578,6 +578,7 @@ private slots:
     {
         ShownViewer v;
         auto& box = v.part<QPlainTextEdit>("txtDebug");
+        QVERIFY(QFontInfo(box.font()).fixedPitch());
         auto& caption = v.part<QLabel>("lblPic");
         QTest::mousePress(&caption, Qt::RightButton);
         QTest::mousePress(&caption, Qt::LeftButton, Qt::ShiftModifier);

@@ -48,7 +48,9 @@ frmSignIn::frmSignIn(const QString& host, bool isSecure, QWidget* parent)
     takeTextsOfAnyLength(m_txtName);
     takeTextsOfAnyLength(m_txtPassword);
 
-    auto* buttons = new QDialogButtonBox(QDialogButtonBox::Cancel, this);
+    // Both with a caption of ours: the standard ones alone would have an icon.
+    auto* buttons = new QDialogButtonBox(this);
+    buttons->addButton(tr("Cancel"), QDialogButtonBox::RejectRole);
     auto* signIn = buttons->addButton(tr("Sign In"), QDialogButtonBox::AcceptRole);
     signIn->setObjectName(u"cmdSignIn"_s);
     signIn->setDefault(true);

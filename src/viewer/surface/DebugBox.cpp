@@ -1,5 +1,7 @@
 #include "viewer/surface/DebugBox.h"
 
+#include <QFontDatabase>
+
 #include <algorithm>
 #include <utility>
 
@@ -13,6 +15,7 @@ DebugBox::DebugBox(QWidget* parent)
     setReadOnly(true);
     setUndoRedoEnabled(false);
     setLineWrapMode(NoWrap);
+    setFont(QFontDatabase::systemFont(QFontDatabase::FixedFont));
     setMaximumBlockCount(MaxLines);
     hide();
 }

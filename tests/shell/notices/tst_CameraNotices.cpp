@@ -318,6 +318,8 @@ private slots:
         QCOMPARE(password->echoMode(), QLineEdit::Password);
         QTest::keyClicks(dialog->findChild<QLineEdit*>("txtName"), "Aladdin");
         QTest::keyClicks(password, "open sesame");
+        for (const auto* one : dialog->findChildren<QPushButton*>())
+            QVERIFY2(one->icon().isNull(), qPrintable(one->text()));
         QSignalSpy outcomes(cam, &WebCam::Outcome);
         QTest::keyClick(password, Qt::Key_Return);
         QVERIFY(waitForSignal(outcomes));
