@@ -19,6 +19,8 @@ private slots:
         ShownBar b;
         for (const QPalette& one : {usual, dark, usual}) {
             QApplication::setPalette(one);
+            QTRY_COMPARE(b.bar.lineEdit()->palette().color(QPalette::Base),
+                         one.color(QPalette::Base));
             const QPalette seen = b.bar.lineEdit()->palette();
             const QColor hint = seen.color(QPalette::PlaceholderText);
             const int ground = seen.color(QPalette::Base).lightness();
