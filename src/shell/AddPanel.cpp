@@ -13,6 +13,7 @@
 #include <QComboBox>
 #include <QLineEdit>
 #include <QPushButton>
+#include <QScrollBar>
 #include <QVBoxLayout>
 
 using namespace Qt::Literals::StringLiterals;
@@ -99,6 +100,11 @@ void AddPanel::startAnew(const QStringList& categories)
     m_txtName->setText(u"New"_s);
     m_txtUrl->setText(u"http://"_s);
     m_txtHead->clear();
+}
+
+int AddPanel::neededWidth() const
+{
+    return widget()->minimumSizeHint().width() + verticalScrollBar()->sizeHint().width();
 }
 
 bool AddPanel::isThere(const QString& text, const QString& title, const QString& message)
