@@ -11,6 +11,7 @@
 #include <QComboBox>
 #include <QLineEdit>
 #include <QPushButton>
+#include <QScrollBar>
 #include <QVBoxLayout>
 
 using namespace Qt::Literals::StringLiterals;
@@ -98,6 +99,11 @@ void AddPanel::startAnew(const QStringList& categories)
     m_txtUrl->setText(u"http://"_s);
     m_txtHead->clear();
     m_chkAdd->setChecked(false);
+}
+
+int AddPanel::neededWidth() const
+{
+    return widget()->minimumSizeHint().width() + verticalScrollBar()->sizeHint().width();
 }
 
 bool AddPanel::isThere(const QString& text, QWidget* box, const QString& title,

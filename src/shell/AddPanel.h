@@ -27,6 +27,9 @@ public:
     /// offers those that always stood there, then the others of `categories`, which the list has.
     void startAnew(const QStringList& categories);
 
+    /// How many logical pixels wide the page has to be for its captions, also where it scrolls.
+    int neededWidth() const;
+
 signals:
     /// "Add It" was pressed and everything was there, by now without blanks around it and with an
     /// address as cleanedCameraKey() leaves it. `submit`: to the directory, too; never a camera

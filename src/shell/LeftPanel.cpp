@@ -7,7 +7,6 @@
 #include "shell/AddPanel.h"
 #include "shell/MainLayout.h"
 #include "widgets/MessageQueue.h"
-#include "widgets/Twips.h"
 
 #include <QRadioButton>
 
@@ -92,9 +91,14 @@ void LeftPanel::setShown(bool shown)
         one->setVisible(shown);
 }
 
-void LeftPanel::place(const MainLayout& layout, int optionHeight)
+int LeftPanel::neededWidth() const
 {
-    const int width = pixelsFromTwips(WidthTwips);
+    const int options = m_opt[0]->sizeHint().width() + m_opt[1]->sizeHint().width();
+    return std::max(m_picAdd->neededWidth(), OptionsLeftPx + options);
+}
+
+void LeftPanel::place(const MainLayout& layout, int width, int optionHeight)
+{
     m_cList->setGeometry(0, 0, width, layout.listHeight);
     m_picAdd->setGeometry(m_cList->geometry());
 

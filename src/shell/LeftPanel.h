@@ -21,9 +21,6 @@ class LeftPanel : public QObject
     Q_OBJECT
 
 public:
-    /// As wide as 220 logical pixels.
-    static constexpr int WidthTwips = 3300;
-
     /// `folder` is the application folder. Owned by `area`.
     LeftPanel(const QString& folder, QWidget* area);
 
@@ -32,9 +29,13 @@ public:
     /// Shows the column, always with the list's page chosen, or hides all of it.
     void setShown(bool shown);
 
-    /// Gives its parts their heights and tops; the buttons are `optionHeight` pixels high and
-    /// share the column's width, each with room for its caption as far as that goes.
-    void place(const MainLayout& layout, int optionHeight);
+    /// How many logical pixels wide the column has to be for its captions, on either page.
+    int neededWidth() const;
+
+    /// Gives its parts their heights and tops, in a column `width` pixels wide; the buttons are
+    /// `optionHeight` pixels high and share the column's width, each with room for its caption as
+    /// far as that goes.
+    void place(const MainLayout& layout, int width, int optionHeight);
 
 signals:
     /// A camera shall be offered to the directory, too. Of a private one the user was asked.

@@ -1,11 +1,14 @@
 #include "shell/MainArea.h"
 
+#include "shell/ColumnEdge.h"
 #include "shell/GotoBar.h"
 #include "shell/LeftPanel.h"
 #include "shell/MainMenu.h"
 #include "viewer/WebCam.h"
+#include "widgets/Twips.h"
 
 #include <QAction>
+#include <QEvent>
 
 #include <utility>
 
@@ -17,8 +20,13 @@ MainArea::MainArea(const QString& folder, const MainMenu& menu, QWidget* window)
     , m_left(new LeftPanel(folder, this))
     , m_cam(new WebCam(folder, this))
     , m_cmbUrl(new GotoBar(m_left->cList(), this))
+    , m_edge(new ColumnEdge(this))
+    , m_listWidth(pixelsFromTwips(DefaultListWidthTwips))
 {
     m_cam->setObjectName(u"Cam"_s);
+    connect(m_edge, &ColumnEdge::Dragged, this, &MainArea::dragListTo);
+    connect(m_edge, &ColumnEdge::ResetWanted, this,
+            [this] { setListWidth(pixelsFromTwips(DefaultListWidthTwips)); });
 }
 
 void MainArea::showList(bool shown)
@@ -84,20 +92,49 @@ void MainArea::layOut()
     }
     const bool listChecked = m_menu.entry(MainMenu::mnuViewList)->isChecked();
     const bool toolBarChecked = m_menu.entry(MainMenu::mnuViewTb)->isChecked();
-    window()->setMinimumWidth(clientWidthForOuterTwips(
-        minimumOuterWidthTwips(toolBarChecked, listChecked, LeftPanel::WidthTwips)));
+    const int listPx = shownListWidth(m_listWidth);
+    const int listTwips = listPx * TwipsPerPixel;
+    window()->setMinimumWidth(
+        clientWidthForOuterTwips(minimumOuterWidthTwips(toolBarChecked, listChecked, listTwips)));
 
     const int barHeight = m_cmbUrl->sizeHint().height();
     m_layout = layOutMainWindow({.client = size(),
                                  .listChecked = listChecked,
-                                 .listWidthTwips = LeftPanel::WidthTwips,
+                                 .listWidthTwips = listTwips,
                                  .optionHeight = barHeight,
                                  .gotoBarVisible = !m_cmbUrl->isHidden(),
                                  .gotoBarHeight = barHeight},
                                 m_layout);
-    m_left->place(m_layout, barHeight);
+    m_left->place(m_layout, listPx, barHeight);
+    m_edge->setGeometry(listPx, 0, m_layout.viewer.left() - listPx, height());
+    m_edge->setVisible(listChecked);
     m_cam->setGeometry(m_layout.viewer);
     m_cmbUrl->setGeometry(m_layout.gotoBar);
+}
+
+void MainArea::setListWidth(int width)
+{
+    m_listWidth = width;
+    layOut();
+}
+
+/// What is kept is the width that came of it, so that the column does not jump later.
+void MainArea::dragListTo(int width)
+{
+    setListWidth(shownListWidth(width));
+}
+
+int MainArea::shownListWidth(int wanted) const
+{
+    return ::listWidth(wanted, m_left->neededWidth(), width());
+}
+
+/// The captions of the option buttons have changed, or the font of all.
+bool MainArea::event(QEvent* event)
+{
+    if (event->type() == QEvent::LayoutRequest)
+        layOut();
+    return QWidget::event(event);
 }
 
 void MainArea::resizeEvent(QResizeEvent* /*event*/)

@@ -47,11 +47,20 @@ MainLayout layOutMainWindow(const MainLayoutInput& input, const MainLayout& befo
     return layout;
 }
 
+int listWidth(int wanted, int needed, int clientWidth)
+{
+    constexpr int viewerTwips = MinimumOuterWidthTwips - OuterWidthTwips - DefaultListWidthTwips;
+    const int first = pixelsFromTwips(DefaultListWidthTwips);
+    const int least = pixelsFromTwips(LeastListWidthTwips);
+    const int most = (clientWidth * TwipsPerPixel - viewerTwips) / TwipsPerPixel; // rounded down
+    return std::min(std::max({wanted, needed, least}), std::max(first, most));
+}
+
 int minimumOuterWidthTwips(bool toolBarChecked, bool listChecked, int listWidthTwips)
 {
     if (!toolBarChecked)
         return 0;
-    return MinimumOuterWidthTwips - (listChecked ? 0 : listWidthTwips);
+    return std::max(MinimumOuterWidthTwips - (listChecked ? 0 : listWidthTwips), 0);
 }
 
 int clientWidthForOuterTwips(int outerTwips)

@@ -3,6 +3,10 @@
 #include <QRect>
 #include <QSize>
 
+/// How wide the list is at first, and the least that it can be made: 220 and 120 logical pixels.
+constexpr int DefaultListWidthTwips = 3300;
+constexpr int LeastListWidthTwips = 1800;
+
 /// Where the main window's parts stand, in logical pixels of the room below the menu bar. The list
 /// begins at the top left; its width and the option buttons' lefts and sizes are not laid out.
 struct MainLayout
@@ -31,8 +35,13 @@ struct MainLayoutInput
 /// it. So no part ever covers another; in a window too small for them they lie beyond its edge.
 MainLayout layOutMainWindow(const MainLayoutInput& input, const MainLayout& before = {});
 
+/// How wide the list is in logical pixels where the user wants `wanted` and its captions need
+/// `needed`, in a window whose room is `clientWidth` wide. Wider than at first it is only as far as
+/// that leaves the viewer the room that it has in the narrowest window.
+int listWidth(int wanted, int needed, int clientWidth);
+
 /// The least outer width of the window, in twips; 0 where it has none. Only the viewer's toolbar
-/// needs one.
+/// needs one. `listWidthTwips` is that of the list as it is now.
 int minimumOuterWidthTwips(bool toolBarChecked, bool listChecked, int listWidthTwips);
 
 /// The client width of an outer width, in logical pixels, rounded up; 0 at the least.

@@ -3,6 +3,7 @@
 #include "camlist/CamList.h"
 #include "settings/Ini.h"
 #include "settings/TruthValue.h"
+#include "shell/MainArea.h"
 #include "viewer/RefreshTimer.h"
 #include "viewer/WebCam.h"
 
@@ -54,12 +55,14 @@ int area(const QRect& rect)
 
 } // namespace
 
-WindowPreferences::WindowPreferences(QWidget& window, WebCam& cam, CamList& list)
+WindowPreferences::WindowPreferences(QWidget& window, MainArea& area, CamList& list)
     : QObject(&window)
     , m_window(window)
-    , m_cam(cam)
+    , m_area(area)
+    , m_cam(*area.cam())
     , m_list(list)
     , m_defaultSize(window.size())
+    , m_defaultListWidth(area.listWidth())
 {
     window.installEventFilter(this);
 }
@@ -94,6 +97,9 @@ void WindowPreferences::load(const QString& path)
         m_window.setWindowState(m_window.windowState() | Qt::WindowMaximized);
 
     bool isNumber = false;
+    const int listWidth = read(u"LISTWIDTH"_s).toInt(&isNumber);
+    if (isNumber && listWidth > 0)
+        m_area.setListWidth(listWidth);
     const short interval = read(u"INTERVAL"_s).toShort(&isNumber);
     if (isNumber)
         m_cam.setInterval(interval);
@@ -103,12 +109,13 @@ void WindowPreferences::load(const QString& path)
 
 void WindowPreferences::save(const QString& path) const
 {
-    const int interval = m_cam.Interval();
+    const auto unless = [](int byDefault, int value) {
+        return value == byDefault ? QString() : QString::number(value);
+    };
     keep(u"PLACE"_s, place(), path);
     keep(u"MAXIMISED"_s, m_window.isMaximized() ? truthValueText(true) : QString(), path);
-    keep(u"INTERVAL"_s,
-         interval == RefreshTimer::DefaultIntervalSeconds ? QString() : QString::number(interval),
-         path);
+    keep(u"LISTWIDTH"_s, unless(m_defaultListWidth, m_area.listWidth()), path);
+    keep(u"INTERVAL"_s, unless(RefreshTimer::DefaultIntervalSeconds, m_cam.Interval()), path);
     keep(u"FOLDER"_s, m_cam.LastFolder(), path);
     keep(u"CAMERA"_s, m_list.followed(), path);
 }

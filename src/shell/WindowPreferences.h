@@ -5,6 +5,7 @@
 #include <QString>
 
 class CamList;
+class MainArea;
 class WebCam;
 class QWidget;
 
@@ -16,6 +17,7 @@ class QWidget;
 ///   it was maximised. Default: what the window manager chooses, until the window is moved or
 ///   another size. A place that no screen has any more is moved, and made smaller, into one.
 /// - MAXIMISED, "True".
+/// - LISTWIDTH, in logical pixels: how wide the list's column was dragged.
 /// - INTERVAL, in seconds; 30 by default.
 /// - FOLDER: where the last file was chosen.
 /// - CAMERA: the key of the camera last watched. It is selected in the list, and not fetched.
@@ -25,7 +27,7 @@ class WindowPreferences : public QObject
 
 public:
     /// All of them live as long; owned by `window`, which has its default size.
-    WindowPreferences(QWidget& window, WebCam& cam, CamList& list);
+    WindowPreferences(QWidget& window, MainArea& area, CamList& list);
 
     /// Reads and applies them, before the window is shown.
     void load(const QString& path);
@@ -42,9 +44,11 @@ private:
     QString place() const;
 
     QWidget& m_window;
+    MainArea& m_area;
     WebCam& m_cam;
     CamList& m_list;
     QSize m_defaultSize;
+    int m_defaultListWidth;
     /// Where the window was when the window manager had placed it; invalid before that, and where
     /// its place was remembered.
     QRect m_placed;

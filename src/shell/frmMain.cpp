@@ -61,7 +61,7 @@ frmMain::frmMain(const Folders& folders, const QString& commandLine)
     connectMenus();
     connect(qApp, &QGuiApplication::commitDataRequest, this, &frmMain::shutDown);
     resize(MainWindowSize.boundedTo(screen()->availableSize() - RoomForFrame));
-    m_windowPreferences = new WindowPreferences(*this, *m_cam, m_left->cList());
+    m_windowPreferences = new WindowPreferences(*this, *m_area, m_left->cList());
     startUp(commandLine);
 }
 

@@ -2,6 +2,7 @@
 // folder and the camera.
 
 #include "camlist/CamList.h"
+#include "shell/MainArea.h"
 #include "shell/WindowPreferences.h"
 #include "support/Rows.h"
 #include "support/ScriptedServer.h"
@@ -114,6 +115,22 @@ private slots:
         QVERIFY(main->made().width() > screen.width() / 2);
     }
 
+    void theListsWidthIsKept()
+    {
+        main->shown();
+        auto& area = *main->made().findChild<MainArea*>();
+        const int byDefault = area.listWidth();
+        area.setListWidth(byDefault + 60);
+        main->made().shutDown();
+        QCOMPARE(kept(), QStringList{"LISTWIDTH=" + QString::number(byDefault + 60)});
+        main->madeAgain();
+        main->shown();
+        QCOMPARE(main->part<CamList>("cList").width(), byDefault + 60);
+        main->made().findChild<MainArea*>()->setListWidth(byDefault);
+        main->made().shutDown();
+        QCOMPARE(kept(), QStringList());
+    }
+
     void theIntervalIsKept_data()
     {
         const Rows<int, QString, QString> row("seconds", "checked", "caption");
@@ -177,8 +194,10 @@ private slots:
 
     void whatIsNoValueIsIgnored()
     {
-        main->write("pref.ini", "[WINDOW]\r\nPLACE=1 2 3\r\nMAXIMISED=perhaps\r\nINTERVAL=soon\r\n"
-                                "FOLDER=\r\nCAMERA=nobody\r\n");
+        main->write(
+            "pref.ini",
+            "[WINDOW]\r\nPLACE=1 2 3\r\nMAXIMISED=perhaps\r\nLISTWIDTH=wide\r\nINTERVAL=soon\r\n"
+            "FOLDER=\r\nCAMERA=nobody\r\n");
         QVERIFY(!main->made().isMaximized());
         QCOMPARE(tag(), "30");
         main->made().shutDown();
