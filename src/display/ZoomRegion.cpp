@@ -91,7 +91,8 @@ void ZoomRegion::zoomByWheel(double notches, QPointF at)
     if (m_view.isEmpty() ||
         (notches > 0 && std::min(m_shown.width(), m_shown.height()) < NothingMoreToSee))
         return;
-    const double magnified = std::pow(WheelStep, notches);
+    // No mouse turns that far, and nothing is seen beyond.
+    const double magnified = std::pow(WheelStep, std::clamp(notches, -100.0, 100.0));
     const QSizeF size = (m_shown.size() / magnified).boundedTo(m_home.size());
     if (size.width() > m_home.width() * (1 - Rounding) &&
         size.height() > m_home.height() * (1 - Rounding)) {

@@ -115,8 +115,10 @@ private slots:
     {
         Scene s(Script{{"HTTP/1.0 200 OK\r\n\r\n" + QByteArray(100'000, 'b')}});
         s.listener.onData = [&] { s.client.Close(); };
-        QTRY_COMPARE(s.server.connections(), 1);
+        // The server may be done with its side before.
+        QTRY_COMPARE(s.listener.told, (QStringList{"Connected", "Data"}));
         QTRY_COMPARE(s.server.openConnections(), 0);
+        QCoreApplication::processEvents();
         QCOMPARE(s.listener.told, (QStringList{"Connected", "Data"}));
     }
 

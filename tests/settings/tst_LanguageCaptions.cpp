@@ -144,8 +144,7 @@ private slots:
         QCOMPARE(form.caption("lbl(0)"), "Category");
         QCOMPARE(form.caption("lbl(2)"), "Name");
         QCOMPARE(form.caption("mnuViewTb"), "ToolBar");
-        QCOMPARE(form.caption("picMain"),
-                 "Choose a camera on the left, or type an address below.");
+        QCOMPARE(form.caption("picMain"), "Choose a camera on the left, or type an address below.");
         QCOMPARE(changedIn(form), QStringList("mnuView"));
     }
 
