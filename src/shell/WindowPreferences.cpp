@@ -19,7 +19,7 @@ using namespace Qt::Literals::StringLiterals;
 
 namespace {
 
-const QString WindowSection = u"WINDOW"_s;
+const QString PlaceSection = u"WINDOW"_s;
 /// A longer value would not be read whole.
 constexpr qsizetype LongestValue = 749;
 /// What a window manager puts around a window: its frame, and the caption above.
@@ -29,9 +29,9 @@ constexpr QMargins FramePx(4, 28, 4, 4);
 void keep(const QString& key, const QString& value, const QString& path)
 {
     if (value.isEmpty() || value.size() > LongestValue)
-        RemoveFromINI(WindowSection, key, path);
+        RemoveFromINI(PlaceSection, key, path);
     else
-        WriteToINI(WindowSection, key, value, path);
+        WriteToINI(PlaceSection, key, value, path);
 }
 
 /// Four numbers with a blank between; invalid where they are none.
@@ -85,7 +85,7 @@ QRect WindowPreferences::within(const QRect& place, const QList<QRect>& screens)
 
 void WindowPreferences::load(const QString& path)
 {
-    const auto read = [&path](const QString& key) { return GetFromINI(WindowSection, key, path); };
+    const auto read = [&path](const QString& key) { return GetFromINI(PlaceSection, key, path); };
     QList<QRect> screens;
     for (const QScreen* screen : QGuiApplication::screens())
         screens << screen->availableGeometry();

@@ -22,7 +22,7 @@ struct ButtonRow
     Kind kind;
     const char* icon;
     QStringList items;
-    /// Presses it, wherever in the window the keyboard is; none where empty.
+    /// Presses it, wherever in the window the keyboard is, and stands in its tip; none where empty.
     const char* key = "";
 };
 
@@ -38,7 +38,7 @@ const QList<ButtonRow>& rows()
         {"", Kind::Separator, "", {}},
         {"Back", Kind::Button, "back", {}, "Alt+Left"},
         {"Forward", Kind::Button, "forward", {}, "Alt+Right"},
-        {"Stop", Kind::Button, "stop", {}},
+        {"Stop", Kind::Button, "stop", {}, "Esc"},
         {"Refresh", Kind::Button, "refresh", {}, "F5"},
         {"", Kind::Separator, "", {}},
         {"Timer", Kind::CheckButton, "timer", {}},
@@ -99,6 +99,9 @@ void ToolBar::addKey(ToolBarButton* button, const QString& key)
     const QKeySequence sequence(key);
     button->setToolTip(
         u"%1 (%2)"_s.arg(button->toolTip(), sequence.toString(QKeySequence::NativeText)));
+    // That one is the window's: a text box, a menu or a notice may want it first.
+    if (sequence == QKeySequence(Qt::Key_Escape))
+        return;
     QWidget* viewer = parentWidget() ? parentWidget() : this;
     auto* action = new QAction(this);
     action->setShortcut(sequence);

@@ -25,8 +25,8 @@ private slots:
             tips << (bar->button(index) ? bar->button(index)->toolTip() : "-");
         QCOMPARE(tips,
                  (QStringList{"Open", "Save (Ctrl+S)", "-", "Back (Alt+Left)",
-                              "Forward (Alt+Right)", "Stop", "Refresh (F5)", "-", "Timer", "Delete",
-                              "-", "Play Movie", "Stop Movie", "-", "Toogle View"}));
+                              "Forward (Alt+Right)", "Stop (Esc)", "Refresh (F5)", "-", "Timer",
+                              "Delete", "-", "Play Movie", "Stop Movie", "-", "Toogle View"}));
     }
 
     void theTimerButtonStandsWhereItsMenuPopsUp()
