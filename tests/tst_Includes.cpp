@@ -37,9 +37,10 @@ static const QHash<QString, QSet<QString>>& mayInclude()
         {"instance", {"shared", "platform"}},
         {"tray", {"widgets", "shared"}},
         {"shell/notices", {"viewer", "viewer/fetch", "camlist", "widgets", "cameras", "shared"}},
+        {"shell/parts", {"viewer", "camlist", "widgets", "cameras", "shared"}},
         {"shell",
-         {"shell/notices", "viewer", "camlist", "directory", "instance", "tray", "widgets",
-          "settings", "network", "cameras", "shared"}},
+         {"shell/parts", "shell/notices", "viewer", "camlist", "directory", "instance", "tray",
+          "widgets", "settings", "network", "cameras", "shared"}},
         {"", {"shell", "instance", "shared", "platform"}}, // main.cpp
     };
     return table;

@@ -6,7 +6,7 @@
 // others it is the middle of several goes.
 
 #include "camlist/CamList.h"
-#include "shell/GotoBar.h"
+#include "shell/parts/GotoBar.h"
 
 #include <QApplication>
 #include <QFile>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "shell/MainMenu.h"
+#include "shell/parts/MainMenu.h"
 
 #include <QObject>
 

@@ -3,7 +3,7 @@
 #include "camlist/CamList.h"
 #include "settings/Ini.h"
 #include "settings/TruthValue.h"
-#include "shell/MainArea.h"
+#include "shell/parts/MainArea.h"
 #include "viewer/RefreshTimer.h"
 #include "viewer/WebCam.h"
 

@@ -2,7 +2,7 @@
 
 #include "camlist/CamList.h"
 #include "display/ImageView.h"
-#include "shell/GotoBar.h"
+#include "shell/parts/GotoBar.h"
 #include "support/Dialogs.h"
 #include "support/Pictures.h"
 #include "support/Rows.h"

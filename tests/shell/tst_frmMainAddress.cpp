@@ -3,7 +3,7 @@
 
 #include "directory/frmInt.h"
 #include "network/TcpClient.h"
-#include "shell/GotoBar.h"
+#include "shell/parts/GotoBar.h"
 #include "support/Dialogs.h"
 #include "support/Pictures.h"
 #include "support/Rows.h"

@@ -1,7 +1,7 @@
 // The left column of the main window: its edge that a person drags, and the room that its captions
 // have in each language and font.
 
-#include "shell/MainLayout.h"
+#include "shell/parts/MainLayout.h"
 #include "support/Desktop.h"
 #include "support/Paths.h"
 #include "support/Rows.h"

@@ -1,7 +1,7 @@
 // The parts of the main window on the screen: where they stand at every size, and what the View
 // menu does to them.
 
-#include "shell/MainLayout.h"
+#include "shell/parts/MainLayout.h"
 #include "support/Rows.h"
 #include "support/ShownMain.h"
 #include "viewer/surface/ToolBar.h"

@@ -2,8 +2,8 @@
 // folder and the camera.
 
 #include "camlist/CamList.h"
-#include "shell/MainArea.h"
 #include "shell/WindowPreferences.h"
+#include "shell/parts/MainArea.h"
 #include "support/Rows.h"
 #include "support/ScriptedServer.h"
 #include "support/ShownMain.h"

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "camlist/CamList.h"
-#include "shell/GotoBar.h"
+#include "shell/parts/GotoBar.h"
 #include "support/Waiting.h"
 
 #include <QLineEdit>

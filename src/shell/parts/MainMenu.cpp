@@ -1,4 +1,4 @@
-#include "shell/MainMenu.h"
+#include "shell/parts/MainMenu.h"
 
 #include "widgets/MenuText.h"
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "shell/MainLayout.h"
+#include "shell/parts/MainLayout.h"
 
 #include <QList>
 #include <QPointer>

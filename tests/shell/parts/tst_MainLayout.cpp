@@ -1,4 +1,4 @@
-#include "shell/MainLayout.h"
+#include "shell/parts/MainLayout.h"
 #include "support/Rows.h"
 #include "widgets/Twips.h"
 

@@ -1,11 +1,11 @@
-#include "shell/LeftPanel.h"
+#include "shell/parts/LeftPanel.h"
 
 #include "cameras/CameraKey.h"
 #include "cameras/EnteredCamera.h"
 #include "cameras/PrivateCamera.h"
 #include "camlist/CamList.h"
-#include "shell/AddPanel.h"
-#include "shell/MainLayout.h"
+#include "shell/parts/AddPanel.h"
+#include "shell/parts/MainLayout.h"
 #include "widgets/MessageQueue.h"
 
 #include <QRadioButton>

@@ -1,4 +1,4 @@
-#include "shell/FavouritesMenu.h"
+#include "shell/parts/FavouritesMenu.h"
 
 #include "camlist/Favourites.h"
 #include "widgets/MenuText.h"

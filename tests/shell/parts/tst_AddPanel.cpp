@@ -1,8 +1,8 @@
 // The page that adds a camera, and the option buttons that choose it, in the main window.
 
 #include "cameras/EnteredCamera.h"
-#include "shell/AddPanel.h"
-#include "shell/LeftPanel.h"
+#include "shell/parts/AddPanel.h"
+#include "shell/parts/LeftPanel.h"
 #include "support/Dialogs.h"
 #include "support/Rows.h"
 #include "support/ScratchFile.h"

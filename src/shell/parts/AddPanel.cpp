@@ -1,4 +1,4 @@
-#include "shell/AddPanel.h"
+#include "shell/parts/AddPanel.h"
 
 #include "cameras/CameraCategories.h"
 #include "cameras/CameraKey.h"

@@ -1,9 +1,9 @@
-#include "shell/MainArea.h"
+#include "shell/parts/MainArea.h"
 
-#include "shell/ColumnEdge.h"
-#include "shell/GotoBar.h"
-#include "shell/LeftPanel.h"
-#include "shell/MainMenu.h"
+#include "shell/parts/ColumnEdge.h"
+#include "shell/parts/GotoBar.h"
+#include "shell/parts/LeftPanel.h"
+#include "shell/parts/MainMenu.h"
 #include "viewer/WebCam.h"
 #include "widgets/Twips.h"
 

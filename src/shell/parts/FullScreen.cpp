@@ -1,6 +1,6 @@
-#include "shell/FullScreen.h"
+#include "shell/parts/FullScreen.h"
 
-#include "shell/MainArea.h"
+#include "shell/parts/MainArea.h"
 #include "viewer/WebCam.h"
 
 #include <QCoreApplication>

@@ -1,4 +1,4 @@
-#include "shell/ColumnEdge.h"
+#include "shell/parts/ColumnEdge.h"
 
 #include <QMouseEvent>
 

@@ -1,4 +1,4 @@
-#include "shell/GotoBar.h"
+#include "shell/parts/GotoBar.h"
 
 #include "cameras/CameraKey.h"
 #include "camlist/CamList.h"
