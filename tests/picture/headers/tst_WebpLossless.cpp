@@ -5,6 +5,8 @@
 #include "support/OddWebp.h"
 #include "support/Rows.h"
 
+Q_DECLARE_METATYPE(odd::Lossless)
+
 namespace {
 
 /// What stands before the stream in a file of nothing but a VP8L chunk.
@@ -174,8 +176,6 @@ private slots:
                      losslessBlocks(stream, QSize(640, 480)));
     }
 };
-
-Q_DECLARE_METATYPE(odd::Lossless)
 
 QTEST_GUILESS_MAIN(WebpLosslessTest)
 #include "tst_WebpLossless.moc"
