@@ -126,7 +126,8 @@ void Notice::showButtons(const QList<Button>& buttons)
         old->setParent(this);
         old->deleteLater();
     }
-    QWidget* before = this;
+    // Where the button that closes has its place among the window's controls; it comes last.
+    QWidget* before = m_close;
     for (const auto& [id, caption] : buttons) {
         auto* one = new QPushButton(caption, m_buttons);
         one->setObjectName(u"action(%1)"_s.arg(id));

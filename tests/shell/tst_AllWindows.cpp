@@ -3,9 +3,12 @@
 #include "camlist/frmEdit.h"
 #include "camlist/frmMan.h"
 #include "shell/frmWhat.h"
+#include "shell/notices/frmSignIn.h"
 #include "support/Rows.h"
 #include "support/ShownDirectory.h"
 #include "support/ShownMain.h"
+#include "viewer/WebCam.h"
+#include "widgets/Notice.h"
 
 #include <QAccessible>
 #include <QRadioButton>
@@ -105,6 +108,23 @@ const QList<Row>& windows()
              return d.directory->window.data();
          },
          {"lvwList: Cameras", "cmdStop: Stop", "cmdPre: Preview"}},
+        {"main window with a notice",
+         [](Desktop& d) {
+             d.main.part<WebCam>("Cam").notice().tell(
+                 {Notice::Icon::Warning, "It has stopped.", {{1, "Resume"}}});
+             d.main.part<QTreeView>("tvwCat").setFocus();
+             return &d.main.made();
+         },
+         QStringList{"tvwCat: Cameras", "opt(1): List"} + Viewer.first(Viewer.size() - 1) +
+             QStringList{"action(1): Resume", "close: Close notice"} + Viewer.last(1)},
+        {"Sign In",
+         [](Desktop& d) {
+             auto* window = new frmSignIn("cam.example", false, &d.main.made());
+             window->open();
+             window->findChild<QLineEdit*>("txtName")->setText("me");
+             return window;
+         },
+         {"txtName: Name", "txtPassword: Password", "cmdSignIn: Sign In", "cmdCan: Cancel"}},
         {"About",
          [](Desktop& d) { return d.of<frmWhat>("mnuHelpAb"); },
          {"qt_tabwidget_tabbar: About", "lbl(3): http://localhost/pevora/", ": Close"}},

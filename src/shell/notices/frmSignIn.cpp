@@ -50,7 +50,7 @@ frmSignIn::frmSignIn(const QString& host, bool isSecure, QWidget* parent)
 
     // Both with a caption of ours: the standard ones alone would have an icon.
     auto* buttons = new QDialogButtonBox(this);
-    buttons->addButton(tr("Cancel"), QDialogButtonBox::RejectRole);
+    buttons->addButton(tr("Cancel"), QDialogButtonBox::RejectRole)->setObjectName(u"cmdCan"_s);
     auto* signIn = buttons->addButton(tr("Sign In"), QDialogButtonBox::AcceptRole);
     signIn->setObjectName(u"cmdSignIn"_s);
     signIn->setDefault(true);
