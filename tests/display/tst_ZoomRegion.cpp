@@ -14,7 +14,16 @@ static bool near(const QRectF& a, const QRectF& b)
            near(a.height(), b.height());
 }
 
-#define COMPARE_REGIONS(actual, expected) QVERIFY2(near(actual, expected), QTest::toString(actual))
+static QString told(const QRectF& region)
+{
+    return QString("%1 %2 %3 %4")
+        .arg(region.x())
+        .arg(region.y())
+        .arg(region.width())
+        .arg(region.height());
+}
+
+#define COMPARE_REGIONS(actual, expected) QVERIFY2(near(actual, expected), qPrintable(told(actual)))
 
 static ZoomRegion region(QSizeF picture, QSizeF view, bool keepProportions = false)
 {
