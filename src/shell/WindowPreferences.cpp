@@ -12,6 +12,7 @@
 #include <QScreen>
 #include <QStringList>
 #include <QWidget>
+#include <QWindow>
 
 #include <algorithm>
 
@@ -63,6 +64,7 @@ WindowPreferences::WindowPreferences(QWidget& window, MainArea& area, CamList& l
     , m_list(list)
     , m_defaultSize(window.size())
     , m_defaultListWidth(area.listWidth())
+    , m_normal(window.geometry())
 {
     window.installEventFilter(this);
 }
@@ -76,6 +78,9 @@ QRect WindowPreferences::within(const QRect& place, const QList<QRect>& screens)
     }
     if (area(room & place) == 0)
         return {};
+    // As the window manager let it be, frame and all.
+    if (room.contains(place))
+        return place;
     room = room.marginsRemoved(FramePx);
     QRect inside(place.topLeft(), place.size().boundedTo(room.size()));
     inside.moveLeft(std::clamp(inside.left(), room.left(), room.right() + 1 - inside.width()));
@@ -93,7 +98,9 @@ void WindowPreferences::load(const QString& path)
     m_isRemembered = place.isValid();
     if (m_isRemembered)
         m_window.setGeometry(place);
-    if (readTruthValue(read(u"MAXIMISED"_s)).value_or(false))
+    m_normal = m_window.geometry();
+    m_isMaximised = readTruthValue(read(u"MAXIMISED"_s)).value_or(false);
+    if (m_isMaximised)
         m_window.setWindowState(m_window.windowState() | Qt::WindowMaximized);
 
     bool isNumber = false;
@@ -104,7 +111,8 @@ void WindowPreferences::load(const QString& path)
     if (isNumber)
         m_cam.setInterval(interval);
     m_cam.setLastFolder(read(u"FOLDER"_s));
-    m_list.followCamera(read(u"CAMERA"_s));
+    m_camera = read(u"CAMERA"_s);
+    m_list.select(m_camera);
 }
 
 void WindowPreferences::save(const QString& path) const
@@ -113,28 +121,64 @@ void WindowPreferences::save(const QString& path) const
         return value == byDefault ? QString() : QString::number(value);
     };
     keep(u"PLACE"_s, place(), path);
-    keep(u"MAXIMISED"_s, m_window.isMaximized() ? truthValueText(true) : QString(), path);
+    keep(u"MAXIMISED"_s, m_isMaximised ? truthValueText(true) : QString(), path);
     keep(u"LISTWIDTH"_s, unless(m_defaultListWidth, m_area.listWidth()), path);
     keep(u"INTERVAL"_s, unless(RefreshTimer::DefaultIntervalSeconds, m_cam.Interval()), path);
     keep(u"FOLDER"_s, m_cam.LastFolder(), path);
-    keep(u"CAMERA"_s, m_list.followed(), path);
+    keep(u"CAMERA"_s, camera(), path);
 }
 
 QString WindowPreferences::place() const
 {
-    const QRect now = m_window.windowState() & (Qt::WindowMaximized | Qt::WindowFullScreen)
-                          ? m_window.normalGeometry()
-                          : m_window.geometry();
-    const bool isAsPlaced = !m_placed.isValid() || now == m_placed;
-    if (!now.isValid() || (!m_isRemembered && isAsPlaced && now.size() == m_defaultSize))
+    const bool isAsPlaced = !m_placed.isValid() || m_normal == m_placed;
+    if (!m_isRemembered && isAsPlaced && m_normal.size() == m_defaultSize)
         return {};
-    return u"%1 %2 %3 %4"_s.arg(now.x()).arg(now.y()).arg(now.width()).arg(now.height());
+    return u"%1 %2 %3 %4"_s.arg(m_normal.x())
+        .arg(m_normal.y())
+        .arg(m_normal.width())
+        .arg(m_normal.height());
+}
+
+/// A picture from a file is of no camera: the one before it stays.
+QString WindowPreferences::camera() const
+{
+    const QString followed = m_list.followed();
+    const QString key = followed.isEmpty() ? m_camera : followed;
+    return m_list.has(key) ? key : QString();
+}
+
+/// Not by normalGeometry(), which is the whole screen's where a maximised window fills it.
+void WindowPreferences::watch()
+{
+    if (m_area.showsPictureAlone() || !m_window.isVisible() || m_window.isMinimized())
+        return;
+    m_isMaximised = m_window.isMaximized();
+    // The widget itself is told of its place and its size one after the other.
+    const QRect now = m_window.windowHandle()->geometry();
+    // On its way to that state a window fills the screen before it is said to be so.
+    const QSize left = m_window.screen()->availableSize() - now.size();
+    constexpr int frameWidth = FramePx.left() + FramePx.right();
+    constexpr int frameHeight = FramePx.top() + FramePx.bottom();
+    if (!m_isMaximised && (left.width() > frameWidth || left.height() > frameHeight))
+        m_normal = now;
 }
 
 /// A window that is active has its place; what moves it from there is its user.
 bool WindowPreferences::eventFilter(QObject* watched, QEvent* event)
 {
-    if (event->type() == QEvent::WindowActivate && !m_isRemembered && !m_placed.isValid())
-        m_placed = m_window.geometry();
+    switch (event->type()) {
+    case QEvent::Move:
+    case QEvent::Resize:
+    case QEvent::WindowStateChange:
+        watch();
+        break;
+    case QEvent::WindowActivate:
+        watch();
+        if (!m_isRemembered && !m_placed.isValid())
+            m_placed = m_normal;
+        break;
+    default:
+        break;
+    }
     return QObject::eventFilter(watched, event);
 }

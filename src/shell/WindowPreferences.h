@@ -20,7 +20,8 @@ class QWidget;
 /// - LISTWIDTH, in logical pixels: how wide the list's column was dragged.
 /// - INTERVAL, in seconds; 30 by default.
 /// - FOLDER: where the last file was chosen.
-/// - CAMERA: the key of the camera last watched. It is selected in the list, and not fetched.
+/// - CAMERA: the key of the camera last watched, where it is in the list: the header of any other
+///   may be a secret. It is selected in the list, and not fetched.
 class WindowPreferences : public QObject
 {
     Q_OBJECT
@@ -42,6 +43,8 @@ protected:
 
 private:
     QString place() const;
+    QString camera() const;
+    void watch();
 
     QWidget& m_window;
     MainArea& m_area;
@@ -53,4 +56,9 @@ private:
     /// its place was remembered.
     QRect m_placed;
     bool m_isRemembered = false;
+    /// Where the window is, or was before it was maximised or showed a picture alone.
+    QRect m_normal;
+    bool m_isMaximised = false;
+    /// As it was read.
+    QString m_camera;
 };

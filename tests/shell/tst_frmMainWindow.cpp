@@ -16,6 +16,8 @@
 
 #include <memory>
 
+using namespace Qt::Literals::StringLiterals;
+
 class frmMainWindowTest : public QObject
 {
     Q_OBJECT
@@ -105,6 +107,55 @@ private slots:
         QTRY_VERIFY(main->made().width() > 1'200);
         main->made().showNormal();
         QTRY_COMPARE(main->made().size(), QSize(900, 500));
+    }
+
+    void aPictureAloneIsNoPlaceOfTheWindow_data()
+    {
+        const Rows<bool> row("isMaximised");
+        row("normal", false);
+        row("maximised", true);
+    }
+
+    void aPictureAloneIsNoPlaceOfTheWindow()
+    {
+        QFETCH(bool, isMaximised);
+        main->shown().setGeometry(150, 120, 900, 500);
+        QTRY_COMPARE(main->made().geometry(), QRect(150, 120, 900, 500));
+        if (isMaximised) {
+            main->made().showMaximized();
+            QTRY_VERIFY(main->made().width() > 1'200);
+        }
+        main->entry("mnuViewFull").trigger();
+        QTRY_COMPARE(main->made().size(), main->made().screen()->size());
+        QTRY_VERIFY(main->made().isFullScreen());
+        main->made().shutDown();
+        QVERIFY2(kept().contains("PLACE=150 120 900 500"), qPrintable(kept().join(' ')));
+        QCOMPARE(kept().contains("MAXIMISED=True"), isMaximised);
+    }
+
+    void aWindowOnItsWayToTheWholeScreenKeepsItsPlace()
+    {
+        main->shown().setGeometry(150, 120, 900, 500);
+        QTRY_COMPARE(main->made().geometry(), QRect(150, 120, 900, 500));
+        // Some window managers give the size first and the state later.
+        const QSize whole = main->made().screen()->availableSize() - QSize(2, 22);
+        main->made().resize(whole);
+        QTRY_COMPARE(main->made().size(), whole);
+        main->made().shutDown();
+        QCOMPARE(kept(), QStringList{"PLACE=150 120 900 500"});
+    }
+
+    void aPlaceAtTheEdgeOfTheScreenStays()
+    {
+        // Its frame may be thinner than the room that is left for one.
+        const QRect room = main->shown().screen()->availableGeometry();
+        const QRect place(room.topLeft() + QPoint(2, 24), QSize(700, 400));
+        main->made().setGeometry(place);
+        QTRY_COMPARE(main->made().geometry(), place);
+        main->made().shutDown();
+        main->madeAgain();
+        main->shown();
+        QTRY_COMPARE(main->made().geometry(), place);
     }
 
     void aPlaceThatNoScreenHasIsMoved()
@@ -201,12 +252,25 @@ private slots:
         QVERIFY(!main->made().isMaximized());
         QCOMPARE(tag(), "30");
         main->made().shutDown();
-        QCOMPARE(kept(), QStringList{"CAMERA=nobody"});
+        QCOMPARE(kept(), QStringList());
+    }
+
+    void aCameraThatIsInNoListIsNotKept()
+    {
+        // Its header may be a secret, which the user has given to no file.
+        main->shown();
+        cam().showCamera(u"cam.example/a.jpg"_s + QChar(1) + u"Authorization: Basic c2VjcmV0"_s);
+        emit cam().CameraShown(cam().Url());
+        main->made().shutDown();
+        QVERIFY(!main->preferences().contains("Authorization"));
+        QCOMPARE(kept(), QStringList());
     }
 
     void aKeyThatCouldNotBeReadBackIsNotKept()
     {
-        emit main->part<CamList>("cList").Click("Long", QString(750, 'x'));
+        const QString key(750, 'x');
+        main->part<CamList>("cList").AddCam("Long", key, "Demo");
+        emit main->part<CamList>("cList").Click("Long", key);
         main->made().shutDown();
         QCOMPARE(kept(), QStringList());
     }
