@@ -149,6 +149,9 @@ void CamList::remove(const QModelIndex& node)
 
 void CamList::undo()
 {
+    // Else the second undo of what changed nothing would leave an empty list.
+    if (m_before.isEmpty())
+        return;
     const auto source = [cameras = std::exchange(m_before, {}),
                          next = qsizetype(0)]() mutable -> std::optional<CameraRecord> {
         return next < cameras.size() ? std::optional(cameras[next++]) : std::nullopt;
@@ -160,10 +163,16 @@ void CamList::undo()
     }
     const QStringList open = m_tvwCat->openCategories();
     m_tree->replaceAll(source);
+    showOpen(open);
+}
+
+/// After all nodes are new: a short list all open, of a long one the categories that were.
+void CamList::showOpen(const QStringList& categories)
+{
     if (m_tree->cameraCount() <= MostShownOpen)
         m_tvwCat->expandAll();
     else
-        m_tvwCat->openCategories(open);
+        m_tvwCat->openCategories(categories);
 }
 
 bool CamList::has(const QString& key) const
@@ -240,10 +249,7 @@ void CamList::reload()
     // Whatever it is, it is not the list of somebody who removed the last camera.
     if (line && !line->isEmpty() && m_tree->cameraCount() == 0)
         m_file.distrust();
-    if (m_tree->cameraCount() <= MostShownOpen)
-        m_tvwCat->expandAll();
-    else
-        m_tvwCat->openCategories(open);
+    showOpen(open);
     m_loaded = m_after = m_tree->cameras();
     emit Reloaded(m_tree->cameraCount());
 }

@@ -117,6 +117,7 @@ private:
     void tellAlreadyListed(qsizetype cameras);
     void askToRemove(const QModelIndex& category);
     void remove(const QModelIndex& node);
+    void showOpen(const QStringList& categories);
     bool add(const CameraRecord& camera);
     void editSelected();
 

@@ -440,6 +440,17 @@ private slots:
         QVERIFY(list->has("new.example/a.jpg"));
     }
 
+    void anUndoOfNothingLosesNothing()
+    {
+        list->undo(); // the list of the start is no change
+        QVERIFY(list->has(camera()));
+        list->LoadFile(); // the same again
+        press("Undo");
+        list->undo();
+        QVERIFY(list->has(camera()));
+        QVERIFY(list->has("other.example/a.jpg"));
+    }
+
     void addedCamerasAreShown()
     {
         main->write("more.zip", "CAMZNew\xFF"
