@@ -340,8 +340,9 @@ FetchOutcome Fetch::outcomeOf(const Ending& ending) const
                          .text = ending.text,
                          .sent = m_sent};
     if (!m_misreadLocation.isEmpty() && !outcome.isFine()) {
-        // What was fetched instead says nothing about the camera.
+        // What was fetched instead says nothing about the camera, and may not even name a host.
         outcome.kind = Kind::PointsElsewhere;
+        outcome.host = fetchTargetOf(m_camera).host;
         outcome.address = m_misreadLocation;
         return outcome;
     }

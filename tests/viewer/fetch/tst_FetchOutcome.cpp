@@ -166,6 +166,7 @@ private slots:
         QCOMPARE(outcome.kind, Kind::PointsElsewhere);
         QCOMPARE(outcome.address, "http://" + server->url(path));
         QCOMPARE(outcome.camera, server->url());
+        QCOMPARE(outcome.host, "127.0.0.1");
         // The next fetch speaks for itself.
         server->play(httpAnswer({}, {}, "404 Not Found"));
         QCOMPARE(outcomeOf(server->url()).kind, Kind::Refused);
