@@ -57,10 +57,18 @@ std::optional<QString> cleanedCameraKey(const QString& typed)
 {
     auto [address, extraHeader] = splitCameraKey(typed);
     extraHeader = extraHeader.trimmed();
-    const QString scheme = takeWebScheme(address);
-    if (hasScheme(address))
-        return std::nullopt;
-    const QString user = takeUser(address);
+    QString scheme;
+    QString user;
+    // Behind a user there may be a scheme once more ("me@ftp://cam").
+    for (qsizetype before = -1; before != address.size();) {
+        before = address.size();
+        if (const QString found = takeWebScheme(address); !found.isEmpty())
+            scheme = found;
+        if (hasScheme(address))
+            return std::nullopt;
+        if (const QString found = takeUser(address); !found.isEmpty())
+            user = found;
+    }
     const bool replaced =
         extraHeader.isEmpty() || extraHeader.startsWith(AuthorizationName, Qt::CaseInsensitive);
     if (!user.isEmpty() && replaced)
