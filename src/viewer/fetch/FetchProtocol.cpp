@@ -240,8 +240,11 @@ FetchAnswer::Verdict FetchAnswer::addBody(const QByteArray& part)
     m_lastBodyPart = part;
     m_fetchedBody += part;
     m_received += static_cast<qint32>(part.size());
-    if (!m_framing.isPlain())
-        m_isWhole = m_framing.isWhole(m_headInBody ? m_fetchedBody.mid(headSize()) : m_fetchedBody);
+    if (!m_framing.isPlain()) {
+        // Without a copy: this is done for every chunk.
+        const auto framed = QByteArrayView(m_fetchedBody).sliced(headSize());
+        m_isWhole = m_framing.isWhole(QByteArray::fromRawData(framed.data(), framed.size()));
+    }
     return Verdict::Receiving;
 }
 

@@ -1,3 +1,4 @@
+#include "support/Cost.h"
 #include "support/Rows.h"
 #include "viewer/fetch/FetchProtocol.h"
 
@@ -360,6 +361,20 @@ private slots:
         for (int i = 0; i < 64; ++i)
             QCOMPARE(fed.answer.take(mebibyte), Verdict::Receiving);
         QCOMPARE(fed.answer.take("b"), Verdict::TooLong);
+    }
+
+    /// The head counts as body then, too; what stands behind it is not copied for each chunk.
+    void chunksWithoutATypeAreReadOnce()
+    {
+        const auto read = [](int chunks) {
+            Fed fed(ok("Transfer-Encoding: chunked\r\n", ""));
+            const QByteArray chunk = "1000\r\n" + QByteArray(0x1000, 'b') + "\r\n";
+            for (int i = 0; i < chunks; ++i)
+                QCOMPARE(fed.answer.take(chunk), Verdict::Receiving);
+            QCOMPARE(fed.answer.take("0\r\n\r\n"), Verdict::Complete);
+            QCOMPARE(fed.answer.pictureIn(fed.answer.FetchedBody()).size(), chunks * 0x1000);
+        };
+        QVERIFY(growth(400, read) < MostGrowth);
     }
 
     void anotherAnswerStartsAfresh()
