@@ -7,6 +7,7 @@ packages_test="curl dbus lighttpd lighttpd-mod-openssl openssl libjpeg-turbo-pro
     util-linux mount"
 packages_bench="xvfb openbox x11-utils dbus-daemon feh libjpeg-turbo-progs"
 packages_coverage="gcovr"
+packages_fuzz="clang libclang-rt-dev"
 packages_checks="git clang-format clang-tidy"
 
 # ensure_packages NAME...: returns at once, silently, where all are there; else says which

@@ -3,6 +3,8 @@
 #include <QByteArray>
 #include <QString>
 
+#include <optional>
+
 /// What instances send each other. A message is its kind, its text in UTF-8, and a NUL; a
 /// connection carries one.
 namespace instanceMessage {
@@ -20,5 +22,15 @@ constexpr qsizetype MaxBytes = 32'000;
 
 /// The message as it is sent; empty where it would be too long or `text` holds a NUL.
 QByteArray encode(Kind kind, const QString& text = {});
+
+struct Message
+{
+    Kind kind;
+    QString text;
+};
+
+/// The message that came as `bytes`, without its NUL. Nothing where it has no such kind, is no
+/// UTF-8, or is of kind Queue with a text.
+std::optional<Message> decode(QByteArrayView bytes);
 
 } // namespace instanceMessage

@@ -5,8 +5,6 @@
 #include "instance/InstanceMessage.h"
 #include "shared/Timer.h"
 
-#include <QStringDecoder>
-
 #include <algorithm>
 
 using namespace Qt::Literals::StringLiterals;
@@ -118,16 +116,12 @@ void InstanceServer::handle(QLocalSocket* connection, const QByteArray& message)
 {
     // A connection carries one message.
     disconnect(connection, &QLocalSocket::readyRead, this, nullptr);
-    auto* timeout = connection->findChild<Timer*>(u"tmrMessage"_s);
-    if (message == QByteArray(1, static_cast<char>(instanceMessage::Kind::Queue))) {
-        timeout->setEnabled(false);
+    const auto received = instanceMessage::decode(message);
+    if (received && received->kind == instanceMessage::Kind::Queue) {
+        connection->findChild<Timer*>(u"tmrMessage"_s)->setEnabled(false);
         return;
     }
-    QStringDecoder decode(QStringDecoder::Utf8, QStringDecoder::Flag::Stateless);
-    const QString name = decode(QByteArrayView(message).sliced(message.isEmpty() ? 0 : 1));
-    const bool good =
-        message.startsWith(static_cast<char>(instanceMessage::Kind::File)) && !decode.hasError();
-    if (!good || !m_inbox.receive(name))
+    if (!received || !m_inbox.receive(received->text))
         return drop(connection);
     connection->putChar(instanceMessage::Acknowledged);
     connection->disconnectFromServer();
