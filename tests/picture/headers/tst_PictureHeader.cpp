@@ -205,6 +205,10 @@ private slots:
         row("a segment of impossible length",
             odd::jpegStart() + QByteArray("\xFF\xE0\0\0", 4) + rest, 1, 6);
         row("no end", whole.chopped(2), 1, 5);
+        for (const char marker : {'\x01', '\x02', '\x7F', '\xBF'}) {
+            row("scans behind the reserved marker " + std::to_string(uchar(marker)),
+                odd::jpegInScans(frame, 17, QByteArray("\xFF") + marker + "\xFF\xFF"), 17, 21);
+        }
     }
 
     void countsScansAsADecoderMeetsThem()
