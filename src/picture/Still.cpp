@@ -210,13 +210,15 @@ Still Still::fromBytes(const QByteArray& bytes, QSize needed, QImage* decoded)
     const auto header = PictureHeader::read(bytes);
     if (!header || !isWithinBounds(*header))
         return {};
-    const QImage image = decodeForView(bytes, *header, needed);
+    // Whatever follows the picture would only take memory, for as long as it is kept.
+    const QByteArray own = bytes.left(header->fileBytes);
+    const QImage image = decodeForView(own, *header, needed);
     if (image.isNull())
         return {};
     if (decoded)
         *decoded = image;
     Still still;
-    still.m_data = std::make_shared<const Data>(Data{bytes, *header, {}});
+    still.m_data = std::make_shared<const Data>(Data{own, *header, {}});
     return still;
 }
 
@@ -238,6 +240,11 @@ QSize Still::size() const
 QByteArray Still::bytes() const
 {
     return m_data ? m_data->bytes : QByteArray();
+}
+
+qint64 Still::heldBytes() const
+{
+    return m_data ? m_data->bytes.size() + m_data->pixels.sizeInBytes() : 0;
 }
 
 QImage Still::image() const

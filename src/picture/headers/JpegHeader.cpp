@@ -87,6 +87,7 @@ std::optional<PictureHeader> PictureHeader::readJpeg(QByteArrayView bytes)
     PictureHeader header;
     header.format = PictureHeader::Format::Jpeg;
     header.usedBytes = bytes.size();
+    header.fileBytes = bytes.size();
     std::optional<JpegFrame> frame;
     HeaderCursor cursor(bytes, startOfImage);
     while (cursor.find(0xFF)) {
@@ -100,6 +101,7 @@ std::optional<PictureHeader> PictureHeader::readJpeg(QByteArrayView bytes)
             continue;
         if (marker == endOfImage) {
             header.usedBytes = cursor.position();
+            header.fileBytes = cursor.position();
             break;
         }
         if (!cursor.holds(2)) {
