@@ -53,6 +53,9 @@ public:
     bool endMovie();
     bool isTakingMovie() const { return m_takesMovie; }
 
+    /// What its pictures hold in memory, those that wait for a movie included.
+    qint64 heldBytes() const { return m_ilHis.heldBytes() + m_waitingBytes; }
+
     /// Whether entries had to leave for the newest because of its bytes.
     bool hasGivenUpBytes() const { return m_hasGivenUpBytes; }
 

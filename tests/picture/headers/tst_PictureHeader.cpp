@@ -443,6 +443,18 @@ private slots:
             QCOMPARE(fileBytes(file + behind), file.size());
     }
 
+    void whatIsNoPartOfItEndsAFileWithoutEnd()
+    {
+        for (const QByteArray& file :
+             {odd::encoded(odd::scenery(Small), "png").chopped(12), smallGif().chopped(1)}) {
+            for (const char behind : {'\0', '\xFF'}) {
+                const auto header = PictureHeader::read(file + QByteArray(1'000, behind));
+                QVERIFY(header);
+                QCOMPARE(header->fileBytes, file.size());
+            }
+        }
+    }
+
     void keepsAllWhereTheEndIsMissing_data()
     {
         const Rows<QByteArray> row("bytes");

@@ -159,7 +159,9 @@ private slots:
         for (int i = 0; i < 7; ++i)
             history->Append(quarter, QString("cam/%1").arg(i), "");
         QCOMPARE(history->Count(), 6);
+        QCOMPARE(history->heldBytes(), (6 + 4) * quarter.heldBytes());
         QVERIFY(history->endMovie());
+        QCOMPARE(history->heldBytes(), History::MaxBytes);
         QCOMPARE(history->Count(), 4);
         QCOMPARE(history->addressOf(1), "cam/3");
         QCOMPARE(history->addressOf(4), "cam/6");
