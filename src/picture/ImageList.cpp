@@ -9,6 +9,7 @@ bool ImageList::Add(const Still& picture, const QString& key)
             return false;
         m_keys.insert(key);
     }
+    m_heldBytes += picture.heldBytes();
     m_entries.push_back({picture, key, ++m_lastSerial});
     return true;
 }
@@ -18,6 +19,7 @@ void ImageList::Remove(int n)
     if (!holds(n))
         return;
     m_keys.remove(at(n).key);
+    m_heldBytes -= at(n).picture.heldBytes();
     m_entries.erase(m_entries.begin() + (n - 1));
 }
 
@@ -26,6 +28,7 @@ void ImageList::Clear()
     ++m_timesCleared;
     m_entries.clear();
     m_keys.clear();
+    m_heldBytes = 0;
 }
 
 Still ImageList::Picture(int n) const

@@ -5,7 +5,7 @@
 #include <QSet>
 #include <QString>
 
-#include <vector>
+#include <deque>
 
 /// An ordered list of pictures, numbered from 1, each with an optional key that no other entry
 /// bears. Holds values only; nobody is told of changes.
@@ -27,6 +27,9 @@ public:
     Still Picture(int n) const;
     QString Key(int n) const;
 
+    /// What all pictures hold in memory.
+    qint64 heldBytes() const { return m_heldBytes; }
+
     /// For whoever walks the list while it changes. Each entry has a serial number, greater than
     /// that of any entry before it and never given again; 0 outside 1..Count.
     quint64 Serial(int n) const;
@@ -46,8 +49,10 @@ private:
     bool holds(int n) const { return n >= 1 && n <= Count(); }
     const Entry& at(int n) const { return m_entries[static_cast<std::size_t>(n) - 1]; }
 
-    std::vector<Entry> m_entries;
+    /// Mostly the first ones leave.
+    std::deque<Entry> m_entries;
     QSet<QString> m_keys;
+    qint64 m_heldBytes = 0;
     quint64 m_lastSerial = 0;
     int m_timesCleared = 0;
 };

@@ -191,10 +191,11 @@ QImage decode(const QByteArray& bytes, const PictureHeader& header, QSize wanted
 QImage decodeForView(const QByteArray& bytes, const PictureHeader& header, QSize needed)
 {
     const QSize wanted = Still::halvedSize(header.size, needed);
-    if (header.format == PictureHeader::Format::Jpeg && !needed.isEmpty()) {
-        // An eighth of a refresh's time less than by Qt's reader.
+    if (header.format == PictureHeader::Format::Jpeg) {
+        // An eighth of a refresh's time less than by Qt's reader. And should a decoder meet scans
+        // that the header does not tell, it gives up: all bounds go by what that tells.
         const auto used = QByteArrayView(bytes).first(header.usedBytes);
-        if (const auto image = jpegPixels(used, wanted))
+        if (const auto image = jpegPixels(used, wanted, header.scans))
             return *image;
     }
     return decode(bytes, header, wanted);
@@ -209,13 +210,15 @@ Still Still::fromBytes(const QByteArray& bytes, QSize needed, QImage* decoded)
     const auto header = PictureHeader::read(bytes);
     if (!header || !isWithinBounds(*header))
         return {};
-    const QImage image = decodeForView(bytes, *header, needed);
+    // Whatever follows the picture would only take memory, for as long as it is kept.
+    const QByteArray own = bytes.left(header->fileBytes);
+    const QImage image = decodeForView(own, *header, needed);
     if (image.isNull())
         return {};
     if (decoded)
         *decoded = image;
     Still still;
-    still.m_data = std::make_shared<const Data>(Data{bytes, *header, {}});
+    still.m_data = std::make_shared<const Data>(Data{own, *header, {}});
     return still;
 }
 
@@ -239,6 +242,11 @@ QByteArray Still::bytes() const
     return m_data ? m_data->bytes : QByteArray();
 }
 
+qint64 Still::heldBytes() const
+{
+    return m_data ? m_data->bytes.size() + m_data->pixels.sizeInBytes() : 0;
+}
+
 QImage Still::image() const
 {
     return imageNoSmallerThan({});
@@ -248,8 +256,10 @@ QImage Still::imageNoSmallerThan(QSize needed) const
 {
     if (!m_data)
         return {};
-    return m_data->pixels.isNull() ? decodeForView(m_data->bytes, m_data->header, needed)
-                                   : smoothlyScaled(m_data->pixels, halvedSize(size(), needed));
+    if (!m_data->pixels.isNull())
+        return smoothlyScaled(m_data->pixels, halvedSize(size(), needed));
+    return needed.isEmpty() ? decode(m_data->bytes, m_data->header, size())
+                            : decodeForView(m_data->bytes, m_data->header, needed);
 }
 
 QSize Still::halvedSize(QSize size, QSize needed)

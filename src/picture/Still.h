@@ -54,8 +54,12 @@ public:
     /// Width and height of the whole image in pixels.
     QSize size() const;
 
-    /// The bytes as they came; empty for a still of pixels.
+    /// The bytes as they came, without what follows the picture's file (see
+    /// PictureHeader::fileBytes); empty for a still of pixels.
     QByteArray bytes() const;
+
+    /// So many bytes of memory it holds, be it shared with copies.
+    qint64 heldBytes() const;
 
     /// The whole image, decoded anew. Null only for a null still (or when memory runs out).
     QImage image() const;

@@ -25,6 +25,25 @@ private slots:
         QCOMPARE(list.Key(2), "");
     }
 
+    void knowsWhatItsPicturesHold()
+    {
+        ImageList list;
+        const QByteArray bytes = encodedPicture({9, 9}, Qt::red);
+        list.Add(Still::fromBytes(bytes), "a");
+        QCOMPARE(list.heldBytes(), bytes.size());
+        list.Add(still(5));
+        list.Add(still(7), "b");
+        list.Add(still(1'000), "b"); // refused
+        QCOMPARE(list.heldBytes(), bytes.size() + (5 + 7) * 4);
+        list.Remove(2);
+        list.Remove(9);
+        QCOMPARE(list.heldBytes(), bytes.size() + 7 * 4);
+        list.Clear();
+        QCOMPARE(list.heldBytes(), 0);
+        list.Add({});
+        QCOMPARE(list.heldBytes(), 0);
+    }
+
     void refusesADuplicateKeyButNoMissingOnes()
     {
         ImageList list;

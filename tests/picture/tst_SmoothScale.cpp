@@ -3,6 +3,81 @@
 #include "support/Pictures.h"
 #include "support/Rows.h"
 
+#include <QRandomGenerator>
+
+#include <sys/mman.h>
+#include <unistd.h>
+
+namespace {
+
+constexpr QRgb Grey = 0xff808080;
+
+/// A grey picture in memory of its own, before and behind which nothing may be read: who does so
+/// ends the test.
+class Guarded
+{
+public:
+    enum class Against { ReadingBefore, ReadingBehind };
+
+    Guarded(QSize size, Against what)
+        : m_page(sysconf(_SC_PAGESIZE))
+    {
+        const qsizetype bytes = qsizetype(size.width()) * size.height() * 4;
+        const qsizetype whole = (bytes + m_page - 1) / m_page * m_page;
+        m_length = size_t(whole + 2 * m_page);
+        m_memory =
+            mmap(nullptr, m_length, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
+        if (m_memory == MAP_FAILED)
+            qFatal("no memory");
+        auto* begin = static_cast<uchar*>(m_memory) + m_page;
+        uchar* pixels = what == Against::ReadingBehind ? begin + (whole - bytes) : begin;
+        std::fill_n(reinterpret_cast<QRgb*>(pixels), bytes / 4, Grey);
+        mprotect(m_memory, size_t(m_page), PROT_NONE);
+        mprotect(begin + whole, size_t(m_page), PROT_NONE);
+        image = QImage(std::as_const(pixels), size.width(), size.height(), size.width() * 4,
+                       QImage::Format_RGB32);
+    }
+    ~Guarded() { munmap(m_memory, m_length); }
+    Q_DISABLE_COPY_MOVE(Guarded)
+
+    QImage image;
+
+private:
+    qsizetype m_page;
+    void* m_memory = nullptr;
+    size_t m_length = 0;
+};
+
+/// Whether all of a grey picture is there at `to`, and nothing else.
+bool staysGrey(QSize from, QSize to)
+{
+    for (const auto what : {Guarded::Against::ReadingBefore, Guarded::Against::ReadingBehind}) {
+        const Guarded picture(from, what);
+        const QImage scaled = smoothlyScaled(picture.image, to);
+        if (scaled.size() != to)
+            return false;
+        for (int y = 0; y < to.height(); ++y) {
+            const auto* line = reinterpret_cast<const QRgb*>(scaled.constScanLine(y));
+            // What is blended may be rounded by one or two.
+            if (std::any_of(line, line + to.width(),
+                            [](QRgb pixel) { return qAbs(qRed(pixel) - qRed(Grey)) > 2; }))
+                return false;
+        }
+    }
+    return true;
+}
+
+QString text(QSize from, QSize to)
+{
+    return QString("%1 x %2 to %3 x %4")
+        .arg(from.width())
+        .arg(from.height())
+        .arg(to.width())
+        .arg(to.height());
+}
+
+} // namespace
+
 class SmoothScaleTest : public QObject
 {
     Q_OBJECT
@@ -53,6 +128,88 @@ private slots:
         const QImage image = plainImage({5, 5}, Qt::red);
         QCOMPARE(smoothlyScaled(image, {5, 5}).cacheKey(), image.cacheKey());
         QVERIFY(smoothlyScaled({}, {5, 5}).isNull());
+    }
+
+    void readsNothingBesideThePicture_data()
+    {
+        const Rows<QSize> row("from");
+        for (const int side : {1, 2, 3, 255, 4'096, 32'768, 65'535}) {
+            row(std::to_string(side) + " in a row", QSize(side, 1));
+            row(std::to_string(side) + " in a column", QSize(1, side));
+        }
+        row("a long row of three", QSize(65'535, 3));
+        row("a long column of three", QSize(3, 65'535));
+        row("an ordinary one", QSize(320, 240));
+        row("a row that no file gives", QSize(2'097'152, 1));
+        row("a column that no file gives", QSize(1, 2'097'152));
+        row("as wide, and ninety rows", QSize(524'288, 90));
+    }
+
+    void readsNothingBesideThePicture()
+    {
+        QFETCH(QSize, from);
+        constexpr qint64 mostPixels = 300'000;
+        const QList<int> sides{1, 2, 3, 16, 620, 65'535, 65'536, 131'071, 131'072, 262'144};
+        for (const int width : sides) {
+            for (const int height : sides) {
+                const QSize to(width, height);
+                if (qint64(width) * height <= mostPixels)
+                    QVERIFY2(staysGrey(from, to), qPrintable(text(from, to)));
+            }
+        }
+    }
+
+    void readsNothingBesideAnyPicture()
+    {
+        QRandomGenerator random(42);
+        const auto side = [&] { return 1 + int(random.bounded(1u << random.bounded(19))); };
+        constexpr qint64 mostPixels = 100'000;
+        int tried = 0;
+        while (tried < 2'000) {
+            const QSize from(side(), side());
+            const QSize to(side(), side());
+            if (qint64(from.width()) * from.height() > mostPixels ||
+                qint64(to.width()) * to.height() > mostPixels)
+                continue;
+            ++tried;
+            QVERIFY2(staysGrey(from, to), qPrintable(text(from, to)));
+        }
+    }
+
+    void longSidesKeepTheirOrder_data()
+    {
+        const Rows<QSize, QSize> row("from", "to");
+        row("shrunk", QSize(2'097'152, 1), QSize(262'144, 1));
+        row("grown", QSize(1'000, 1), QSize(300'000, 1));
+        row("a little", QSize(200'000, 2), QSize(190'000, 1));
+        row("much", QSize(3'000'000, 1), QSize(500, 1));
+    }
+
+    /// From dark to light, and in a column as in a row.
+    void longSidesKeepTheirOrder()
+    {
+        QFETCH(QSize, from);
+        QFETCH(QSize, to);
+        const auto greyAt = [](int n, int of) { return int(255 * qint64(n) / of); };
+        QImage row(from, QImage::Format_RGB32);
+        QImage column(from.transposed(), QImage::Format_RGB32);
+        for (int y = 0; y < from.height(); ++y) {
+            for (int x = 0; x < from.width(); ++x) {
+                const int grey = greyAt(x, from.width());
+                row.setPixel(x, y, qRgb(grey, grey, grey));
+                column.setPixel(y, x, qRgb(grey, grey, grey));
+            }
+        }
+        const QImage wide = smoothlyScaled(row, to);
+        const QImage tall = smoothlyScaled(column, to.transposed());
+        QCOMPARE(wide.size(), to);
+        QCOMPARE(tall.size(), to.transposed());
+        for (int x = 0; x < to.width(); ++x) {
+            const int expected = greyAt(x, to.width());
+            if (qAbs(qRed(wide.pixel(x, 0)) - expected) > 2 ||
+                qAbs(qRed(tall.pixel(0, x)) - expected) > 2)
+                QFAIL(qPrintable(QString::number(x)));
+        }
     }
 
     void anEndlessColumnCostsNoMoreThanASquare()

@@ -193,6 +193,28 @@ private slots:
         }
     }
 
+    void keepsNothingThatFollowsThePicture_data()
+    {
+        const Rows<QByteArray> row("bytes");
+        for (const char* format : {"bmp", "jpg", "png"})
+            row(format, odd::encoded(odd::scenery(Small), format));
+        row("gif", odd::gifPattern(Small));
+        row("webp", odd::encodedWebp(odd::scenery(Small), 75));
+    }
+
+    void keepsNothingThatFollowsThePicture()
+    {
+        QFETCH(QByteArray, bytes);
+        const Still alone = Still::fromBytes(bytes);
+        const Still still = Still::fromBytes(bytes + QByteArray(1'000'000, 0));
+        QCOMPARE(still.bytes(), bytes);
+        QCOMPARE(still.heldBytes(), bytes.size());
+        QVERIFY(still.bytes().capacity() < 2 * bytes.size() + 100);
+        QCOMPARE(still.image(), alone.image());
+        // Nothing to take away, and nothing copied.
+        QCOMPARE(alone.bytes().constData(), bytes.constData());
+    }
+
     void letsTheJpegLibraryHalve_data()
     {
         const Rows<int> row("part");

@@ -231,7 +231,9 @@ private slots:
                 QCOMPARE(decoded, before);
             else
                 QCOMPARE(decoded.size(), Still::halvedSize(size, needed));
-            QCOMPARE(still.bytes(), still.isNull() ? QByteArray() : bytes);
+            // Without what follows the picture (tst_PictureHeader has where it ends).
+            QCOMPARE(still.bytes().isEmpty(), still.isNull());
+            QVERIFY(bytes.startsWith(still.bytes()));
             // Nothing but the decoders' own reports, at most one each time.
             QVERIFY(log.messages().size() <= 1);
             for (const auto& message : log.messages())

@@ -153,17 +153,19 @@ private slots:
 
     void anImageThatWasDeletedIsNewWhenItComesAgain_data()
     {
-        const Rows<int> row("item");
-        row("by the button", 0);
-        row("by the menu", 1);
+        const Rows<int, QByteArray> row("item", "behind");
+        row("by the button", 0, {});
+        row("by the menu", 1, {});
+        row("with something behind it", 0, QByteArray(1'000, 0));
     }
 
     void anImageThatWasDeletedIsNewWhenItComesAgain()
     {
         QFETCH(int, item);
+        QFETCH(QByteArray, behind);
         Chosen c(1);
         const QByteArray body = encodedPicture({30, 20}, Qt::red);
-        c.server.play(pictureAnswer(body));
+        c.server.play(pictureAnswer(body + behind));
         c.fetch(c.server.url());
         QCOMPARE(c.caption(), "Image 2");
         c.fetch();

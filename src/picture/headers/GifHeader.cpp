@@ -115,6 +115,26 @@ void skipFrameData(HeaderCursor& cursor, qint64 pixels)
     }
 }
 
+/// Where the file ends whose (first) frame's data begin at `cursor`: behind its trailer, or where
+/// something else than a frame or an extension stands.
+qsizetype endOfFile(HeaderCursor cursor)
+{
+    constexpr int frameHeader = 8;
+    int introducer = ',';
+    while (introducer == ',' || introducer == '!') {
+        cursor.skip(1); // How the codes begin, or what the extension is.
+        skipBlocks(cursor);
+        if (cursor.atEnd())
+            return cursor.position();
+        introducer = cursor.byte();
+        if (introducer == ',') {
+            cursor.skip(frameHeader);
+            cursor.skip(colourTableBytes(cursor.byte()));
+        }
+    }
+    return introducer == ';' ? cursor.position() : cursor.position() - 1;
+}
+
 } // namespace
 
 std::optional<PictureHeader> PictureHeader::readGif(QByteArrayView bytes)
@@ -152,6 +172,7 @@ std::optional<PictureHeader> PictureHeader::readGif(QByteArrayView bytes)
         height = top + frameHeight;
 
     header.pixels = qint64(frameWidth) * frameHeight;
+    header.fileBytes = endOfFile(cursor);
     skipFrameData(cursor, header.pixels);
     header.usedBytes = cursor.position();
     return sized(header, width, height);

@@ -73,12 +73,12 @@ std::optional<JpegFrame> readFrame(HeaderCursor cursor, int marker)
 } // namespace
 
 /// Follows the markers as a decoder does. Between segments it looks for the next 0xFF with
-/// something but 0x00 behind it, which is right for the coded data of a scan as well.
+/// something but 0x00 behind it, which is right for the coded data of a scan as well. Below 0xC0
+/// no marker has a segment: where a decoder goes on at all, it goes on behind these two bytes.
 std::optional<PictureHeader> PictureHeader::readJpeg(QByteArrayView bytes)
 {
     constexpr qsizetype startOfImage = 2;
-    constexpr int stuffed = 0x00;
-    constexpr int temporary = 0x01;
+    constexpr int firstOfSegments = 0xC0;
     constexpr int firstRestart = 0xD0;
     constexpr int secondImage = 0xD8;
     constexpr int endOfImage = 0xD9;
@@ -87,6 +87,7 @@ std::optional<PictureHeader> PictureHeader::readJpeg(QByteArrayView bytes)
     PictureHeader header;
     header.format = PictureHeader::Format::Jpeg;
     header.usedBytes = bytes.size();
+    header.fileBytes = bytes.size();
     std::optional<JpegFrame> frame;
     HeaderCursor cursor(bytes, startOfImage);
     while (cursor.find(0xFF)) {
@@ -96,11 +97,11 @@ std::optional<PictureHeader> PictureHeader::readJpeg(QByteArrayView bytes)
             marker = cursor.byte();
         if (marker == 0xFF)
             break;
-        if (marker == stuffed || marker == temporary ||
-            (marker >= firstRestart && marker <= secondImage))
+        if (marker < firstOfSegments || (marker >= firstRestart && marker <= secondImage))
             continue;
         if (marker == endOfImage) {
             header.usedBytes = cursor.position();
+            header.fileBytes = cursor.position();
             break;
         }
         if (!cursor.holds(2)) {

@@ -50,8 +50,15 @@ struct PictureHeader
 
     /// How many bytes from the start a decoder needs for the (first) picture. What follows is
     /// another frame, data past the last pixel, data past the end-of-image marker, or a marker
-    /// segment that the end of the data cuts in two. All of a bitmap, PNG or WebP.
+    /// segment that the end of the data cuts in two. As many as `fileBytes` of a bitmap, PNG or
+    /// WebP.
     qsizetype usedBytes = 0;
+
+    /// How many bytes from the start are the picture's file, later frames included, as far as these
+    /// tell its end: behind the last pixel of a bitmap (or what a header of 124 bytes says), the
+    /// trailer of a GIF, the end-of-image marker of a JPEG, the end chunk of a PNG, the length of a
+    /// WebP. What follows is no part of it. All where the end is missing.
+    qsizetype fileBytes = 0;
 
     /// Nothing where `bytes` are none of the formats, or end or err before they tell the size.
     /// That there is something does not promise that the picture decodes.

@@ -3,6 +3,8 @@
 #include "picture/headers/HeaderCursor.h"
 #include "picture/headers/PngChunks.h"
 
+#include <algorithm>
+
 namespace {
 
 /// Whether a decoder knows samples of that many bits of that colour type.
@@ -24,9 +26,16 @@ bool isKnown(int colourType, int bits)
     }
 }
 
+bool isType(QByteArrayView type)
+{
+    return std::all_of(type.begin(), type.end(), [](char letter) {
+        return (letter >= 'A' && letter <= 'Z') || (letter >= 'a' && letter <= 'z');
+    });
+}
+
 } // namespace
 
-/// The first chunk alone says the size, and what its pixels are.
+/// The first chunk alone says the size, and what its pixels are. What is no chunk ends the file.
 std::optional<PictureHeader> PictureHeader::readPng(QByteArrayView bytes)
 {
     PngChunks chunks(bytes);
@@ -43,13 +52,20 @@ std::optional<PictureHeader> PictureHeader::readPng(QByteArrayView bytes)
         return {};
     header.deep = bits == 16;
 
+    bool hasPixels = false;
+    header.fileBytes = bytes.size();
     while (const auto chunk = chunks.next()) {
-        if (chunk->isOf("IDAT") && !chunk->data.isEmpty()) {
-            header.usedBytes = bytes.size();
-            return sized(header, width, height);
-        }
-        if (chunk->isOf("IEND"))
+        const qsizetype begin = chunk->all.data() - bytes.data();
+        if (!isType(chunk->type)) {
+            header.fileBytes = begin;
             break;
+        }
+        hasPixels = hasPixels || (chunk->isOf("IDAT") && !chunk->data.isEmpty());
+        if (chunk->isOf("IEND")) {
+            header.fileBytes = begin + chunk->all.size();
+            break;
+        }
     }
-    return {};
+    header.usedBytes = header.fileBytes;
+    return hasPixels ? sized(header, width, height) : std::nullopt;
 }

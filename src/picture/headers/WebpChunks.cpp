@@ -107,9 +107,9 @@ std::optional<WebpParts> WebpParts::read(QByteArrayView bytes)
         return {};
     const qsizetype announced = qsizetype(qFromLittleEndian<quint32>(bytes.data() + 4)) + 8;
     QByteArrayView rest = bytes.first(std::clamp(announced, RiffHeader, bytes.size()));
-    rest = rest.sliced(RiffHeader);
-
     WebpParts parts;
+    parts.fileBytes = rest.size();
+    rest = rest.sliced(RiffHeader);
     const auto first = firstChunk(rest);
     if (!first)
         return {};

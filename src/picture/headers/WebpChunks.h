@@ -12,13 +12,14 @@
 /// with the size of a canvas and then an image with its transparency, or frames of an animation.
 struct WebpParts
 {
-    QSize canvas;          ///< Of the whole picture; 0 x 0 where no VP8X says so.
-    QSize frame;           ///< Of the (first) coded pixels, as these say it.
-    int features = 0;      ///< The flags of VP8X.
-    QByteArrayView anim;   ///< Whole chunks, or nothing: the animation's background,
-    QByteArrayView anmf;   ///< its first frame, with alpha and pixels inside,
-    QByteArrayView alpha;  ///< or the transparency
-    QByteArrayView pixels; ///< and the pixels themselves.
+    QSize canvas;            ///< Of the whole picture; 0 x 0 where no VP8X says so.
+    QSize frame;             ///< Of the (first) coded pixels, as these say it.
+    int features = 0;        ///< The flags of VP8X.
+    qsizetype fileBytes = 0; ///< As the file announces, and no more than there are.
+    QByteArrayView anim;     ///< Whole chunks, or nothing: the animation's background,
+    QByteArrayView anmf;     ///< its first frame, with alpha and pixels inside,
+    QByteArrayView alpha;    ///< or the transparency
+    QByteArrayView pixels;   ///< and the pixels themselves.
 
     static constexpr int Animated = 0x02;
     static constexpr int SeeThrough = 0x10;

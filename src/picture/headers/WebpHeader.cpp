@@ -33,7 +33,8 @@ std::optional<PictureHeader> PictureHeader::readWebp(QByteArrayView bytes)
         return {};
     PictureHeader header;
     header.format = PictureHeader::Format::Webp;
-    header.usedBytes = bytes.size();
+    header.usedBytes = parts->fileBytes;
+    header.fileBytes = parts->fileBytes;
     header.blocks = *blocks;
     const QSize size = parts->canvas.isEmpty() ? parts->frame : parts->canvas;
     header.pixels = qint64(parts->frame.width()) * parts->frame.height();

@@ -119,8 +119,8 @@ void Fetch::forget()
 
 void Fetch::forgetBody(const QByteArray& body)
 {
-    // A head that counts as body lies before the picture.
-    if (!body.isEmpty() && m_previousBody.endsWith(body))
+    // A head that counts as body lies before the picture, and behind it what is no part of it.
+    if (!body.isEmpty() && m_previousBody.contains(body))
         m_previousBody.clear();
 }
 

@@ -26,20 +26,30 @@ void History::AppendFrame(const Still& picture)
     m_origins.append(Origin());
 }
 
-/// A movie may have brought more than fits: each picture drives out just one.
-void History::makeRoom()
+/// A movie may have brought more than fits: each picture drives out just one, unless all are too
+/// large.
+void History::makeRoom(qint64 bytes)
 {
     if (Count() >= MaxImages)
         remove(1);
+    m_hasGivenUpBytes = false;
+    while (Count() > 0 && m_ilHis.heldBytes() + bytes > MaxBytes) {
+        remove(1);
+        m_hasGivenUpBytes = true;
+    }
 }
 
 void History::add(const Still& picture, const QString& keyHead, const Origin& origin)
 {
     if (m_takesMovie) {
         m_waiting.append({picture, keyHead, origin});
+        m_waitingBytes += picture.heldBytes();
+        // Those behind it would drive it out.
+        while (m_waitingBytes > MaxBytes && m_waiting.size() > 1)
+            m_waitingBytes -= m_waiting.takeFirst().picture.heldBytes();
         return;
     }
-    makeRoom();
+    makeRoom(picture.heldBytes());
     m_ilHis.Add(picture, keyHead + QString::number(++m_keys));
     m_origins.append(origin);
     m_currentImage = Count();
@@ -49,6 +59,7 @@ bool History::endMovie()
 {
     m_takesMovie = false;
     const auto waiting = std::exchange(m_waiting, {});
+    m_waitingBytes = 0;
     for (const Waiting& one : waiting)
         add(one.picture, one.keyHead, one.origin);
     return !waiting.isEmpty();
@@ -73,6 +84,7 @@ void History::Clear()
     m_ilHis.Clear();
     m_origins.clear();
     m_waiting.clear();
+    m_waitingBytes = 0;
 }
 
 int History::back()

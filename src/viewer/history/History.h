@@ -11,9 +11,10 @@
 /// The images of this run, fetched, opened from files or loaded from a movie, and which of them
 /// is on show. Holds values and numbers only; shows nothing.
 ///
-/// Each image that joins a list of 45 or more drives out the oldest one; a movie alone may bring
-/// more. The first field of an entry's key, up to the first field separator, is the address that
-/// the image came from:
+/// Each image that joins a list of 45 or more drives out the oldest one, and as many more as have
+/// to leave so that all hold no more than 256 MiB, but never itself; a movie alone may bring more.
+/// The first field of an entry's key, up to the first field separator, is the address that the
+/// image came from:
 /// - fetched: address (FetchTarget::address()), separator, Last-Modified text, separator, and
 ///   a number that only makes the key unique;
 /// - opened from a file: separator and such a number, so that the address is empty;
@@ -24,6 +25,7 @@ class History : public QObject
 
 public:
     static constexpr int MaxImages = 45;
+    static constexpr qint64 MaxBytes = 256 * 1024 * 1024;
 
     explicit History(QObject* parent = nullptr);
 
@@ -36,7 +38,7 @@ public:
     void setCurrentImage(int n) { m_currentImage = n; }
 
     /// Keeps a fetched picture as the newest entry, which is then the current one. A full list
-    /// gives up its oldest entry first. `camera` is the camera key to fetch it anew.
+    /// gives up its oldest entries first. `camera` is the camera key to fetch it anew.
     void Append(const Still& picture, const QString& address, const QString& lastModified,
                 const QString& camera = {});
     /// The same for a picture opened from a file.
@@ -50,6 +52,12 @@ public:
     /// Keeps what has waited. False where nothing has.
     bool endMovie();
     bool isTakingMovie() const { return m_takesMovie; }
+
+    /// What its pictures hold in memory, those that wait for a movie included.
+    qint64 heldBytes() const { return m_ilHis.heldBytes() + m_waitingBytes; }
+
+    /// Whether entries had to leave for the newest because of its bytes.
+    bool hasGivenUpBytes() const { return m_hasGivenUpBytes; }
 
     /// Removes the current entry; false where CurrentImage names none. CurrentImage stays.
     bool removeCurrent();
@@ -90,7 +98,7 @@ private:
         QDateTime fetched;
     };
 
-    void makeRoom();
+    void makeRoom(qint64 bytes);
     void remove(int n);
     void add(const Still& picture, const QString& keyHead, const Origin& origin);
 
@@ -107,6 +115,8 @@ private:
     Clock m_clock = systemClock;
     bool m_takesMovie = false;
     QList<Waiting> m_waiting;
+    qint64 m_waitingBytes = 0;
+    bool m_hasGivenUpBytes = false;
     int m_currentImage = 0;
     /// How many keys have been given; the last one ends in it.
     quint64 m_keys = 0;

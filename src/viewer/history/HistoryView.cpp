@@ -83,7 +83,8 @@ void HistoryView::mirrorNewest(const Still& picture)
         m_parts.tvMain.AddImage(picture);
     // The strip is told neither of deletions nor of what made room: what it has too many of goes
     // here. Kept: a picture opened from a file does not come to it until it is shown anew.
-    while (m_parts.tvMain.ThumbCount() > std::max(m_history.Count(), History::MaxImages))
+    const int most = m_history.hasGivenUpBytes() ? 1 : History::MaxImages;
+    while (m_parts.tvMain.ThumbCount() > std::max(m_history.Count(), most))
         m_parts.tvMain.RemImage(1);
 }
 

@@ -205,6 +205,10 @@ private slots:
         row("a segment of impossible length",
             odd::jpegStart() + QByteArray("\xFF\xE0\0\0", 4) + rest, 1, 6);
         row("no end", whole.chopped(2), 1, 5);
+        for (const char marker : {'\x01', '\x02', '\x7F', '\xBF'}) {
+            row("scans behind the reserved marker " + std::to_string(uchar(marker)),
+                odd::jpegInScans(frame, 17, QByteArray("\xFF") + marker + "\xFF\xFF"), 17, 21);
+        }
     }
 
     void countsScansAsADecoderMeetsThem()
@@ -340,7 +344,7 @@ private slots:
     {
         const Rows<QByteArray, qsizetype> row("bytes", "used");
         const QByteArray bitmap = smallBitmap(40);
-        row("bitmap: all", bitmap, bitmap.size());
+        row("bitmap cut in its pixels", bitmap, bitmap.size());
 
         const QByteArray jpeg = odd::jpeg(frameOf(0xC0), "data");
         row("jpeg with something behind it", jpeg + "behind it", jpeg.size());
@@ -374,6 +378,106 @@ private slots:
         const auto header = PictureHeader::read(bytes);
         QVERIFY(header);
         QTEST(header->usedBytes, "used");
+    }
+
+    void tellsWhereTheFileEnds_data()
+    {
+        const Rows<QByteArray> row("file");
+        const QImage scenery = odd::scenery(Small);
+        for (const int bits : {1, 4, 8, 16, 24, 32}) {
+            for (const int size : {12, 40, 108, 124}) {
+                const QByteArray pixels((37 * bits + 31) / 32 * 4 * 21, 'p');
+                row("bitmap of " + std::to_string(bits) + " bits, header of " +
+                        std::to_string(size),
+                    odd::bitmap({.width = 37,
+                                 .height = size == 40 ? -21 : 21,
+                                 .bits = bits,
+                                 .headerSize = size},
+                                pixels));
+            }
+        }
+        row("bitmap of ten colours",
+            odd::bitmap({.width = 4, .height = 1, .bits = 8, .colours = 10}, "\1\2\3\4"));
+        row("bitmap with masks",
+            odd::bitmap({.width = 3, .height = 2, .bits = 32, .compression = 3},
+                        QByteArray(12 + 24, 'p')));
+        row("bitmap in runs", odd::bitmapRuns());
+        row("bitmap in runs of bytes",
+            odd::bitmap({.width = 5, .height = 3, .bits = 8, .compression = 1},
+                        QByteArray::fromHex("05010000"
+                                            "0003020202000201"
+                                            "0002020105030001")));
+        QByteArray profiled = odd::bitmap({.width = 1, .height = 1, .headerSize = 124}, "p123prof");
+        row("bitmap with a profile behind its pixels", profiled);
+        row("gif", smallGif());
+        row("gif with a text at its end",
+            smallGif().chopped(1) + QByteArray::fromHex("21fe03616263003b"));
+        const QByteArray frame = smallGif().mid(13 + 768).chopped(1);
+        row("gif of three frames, one with colours of its own", smallGif().chopped(1) + frame +
+                                                                    frame.first(9) + '\x80' +
+                                                                    "colour" + frame.mid(10) + ";");
+        row("jpeg", odd::encoded(scenery, "jpg"));
+        row("progressive jpeg", odd::encoded(scenery, "jpg", true));
+        row("png", odd::encoded(scenery, "png"));
+        row("png with a text at its end", odd::encoded(scenery, "png").chopped(12) +
+                                              odd::pngChunk("tEXt", "Title") + odd::pngEnd());
+        row("webp", smallWebp());
+        row("webp of many frames",
+            odd::webpAnimation(
+                Small, odd::webpFrame({}, Small,
+                                      odd::webpChunk("VP8L", odd::losslessWebp({.size = Small})))
+                           .repeated(3)));
+    }
+
+    void tellsWhereTheFileEnds()
+    {
+        QFETCH(QByteArray, file);
+        const auto fileBytes = [](const QByteArray& bytes) {
+            const auto header = PictureHeader::read(bytes);
+            return header && header->usedBytes <= header->fileBytes ? header->fileBytes : -1;
+        };
+        QCOMPARE(fileBytes(file), file.size());
+        for (const QByteArray& behind :
+             {QByteArray(1, 0), QByteArray(100'000, 0), QByteArray(100'000, '\xFF'),
+              QByteArray("&IMAGE&"), file, QByteArray(";;!!,,")})
+            QCOMPARE(fileBytes(file + behind), file.size());
+    }
+
+    void whatIsNoPartOfItEndsAFileWithoutEnd()
+    {
+        for (const QByteArray& file :
+             {odd::encoded(odd::scenery(Small), "png").chopped(12), smallGif().chopped(1)}) {
+            for (const char behind : {'\0', '\xFF'}) {
+                const auto header = PictureHeader::read(file + QByteArray(1'000, behind));
+                QVERIFY(header);
+                QCOMPARE(header->fileBytes, file.size());
+            }
+        }
+    }
+
+    void keepsAllWhereTheEndIsMissing_data()
+    {
+        const Rows<QByteArray> row("bytes");
+        const QImage scenery = odd::scenery(Small);
+        row("bitmap", smallBitmap(40));
+        row("bitmap cut in its colours",
+            odd::bitmap({.width = 37, .height = 21, .bits = 8}, {}).chopped(100));
+        row("bitmap of odd bits", odd::bitmap({.width = 1, .height = 1, .bits = 33}, "pixels"));
+        row("bitmap in runs", odd::bitmapRuns().chopped(3));
+        row("gif cut in its pixels", smallGif().chopped(100));
+        row("gif without a trailer", smallGif().chopped(1));
+        row("jpeg", odd::encoded(scenery, "jpg").chopped(2));
+        row("jpeg with half a segment", odd::encoded(scenery, "jpg").chopped(2) + "\xFF\xE0\x20");
+        row("png", odd::encoded(scenery, "png").chopped(12));
+        row("png cut in its end", odd::encoded(scenery, "png").chopped(1));
+    }
+
+    void keepsAllWhereTheEndIsMissing()
+    {
+        QFETCH(QByteArray, bytes);
+        const auto header = PictureHeader::read(bytes);
+        QVERIFY(header);
+        QCOMPARE(header->fileBytes, bytes.size());
     }
 };
 

@@ -120,6 +120,61 @@ private slots:
         QCOMPARE(history->ilHis().Picture(1).size().width(), 3);
     }
 
+    /// All copies share their pixels, but count each.
+    void largeImagesDriveOutTheOldest()
+    {
+        const Still quarter = Still::fromImage(QImage({4'096, 4'096}, QImage::Format_RGB32));
+        QCOMPARE(4 * quarter.heldBytes(), History::MaxBytes);
+        for (int i = 0; i < 4; ++i)
+            history->Append(quarter, "cam/a", "");
+        QCOMPARE(history->Count(), 4);
+        QVERIFY(!history->hasGivenUpBytes());
+        history->Append(still(1), "cam/b", "");
+        QCOMPARE(history->Count(), 4);
+        QVERIFY(history->hasGivenUpBytes());
+        QCOMPARE(history->CurrentImage(), 4);
+        QCOMPARE(history->newestOf("cam/b"), 4);
+        history->AppendFile(still(2));
+        QCOMPARE(history->Count(), 5);
+        QVERIFY(!history->hasGivenUpBytes());
+
+        // All leave for one that alone is too large, and it does not.
+        history->Append(Still::fromImage(QImage({8'192, 8'193}, QImage::Format_RGB32)), "cam/c",
+                        "");
+        QCOMPARE(history->Count(), 1);
+        QCOMPARE(history->CurrentImage(), 1);
+        QCOMPARE(history->addressOf(1), "cam/c");
+        history->Append(still(1), "cam/d", "");
+        QCOMPARE(history->Count(), 1);
+        QCOMPARE(history->addressOf(1), "cam/d");
+    }
+
+    void aMovieMayBeLargeAndTheNextImageMakesRoom()
+    {
+        const Still quarter = Still::fromImage(QImage({4'096, 4'096}, QImage::Format_RGB32));
+        history->beginMovie();
+        for (int i = 0; i < 6; ++i)
+            history->AppendFrame(quarter);
+        // Of what waits, the last four are all that can be kept.
+        for (int i = 0; i < 7; ++i)
+            history->Append(quarter, QString("cam/%1").arg(i), "");
+        QCOMPARE(history->Count(), 6);
+        QCOMPARE(history->heldBytes(), (6 + 4) * quarter.heldBytes());
+        QVERIFY(history->endMovie());
+        QCOMPARE(history->heldBytes(), History::MaxBytes);
+        QCOMPARE(history->Count(), 4);
+        QCOMPARE(history->addressOf(1), "cam/3");
+        QCOMPARE(history->addressOf(4), "cam/6");
+
+        history->Clear();
+        for (int i = 0; i < 6; ++i)
+            history->AppendFrame(quarter);
+        QCOMPARE(history->Count(), 6);
+        history->Append(still(1), "cam/a", "");
+        QCOMPARE(history->Count(), 4);
+        QCOMPARE(history->CurrentImage(), 4);
+    }
+
     void stepsWrapAround()
     {
         addFiles(3);
