@@ -81,6 +81,7 @@ bool TcpClient::Connect()
 
 void TcpClient::connectPlain(const QString& host)
 {
+    connect(m_connection.socket.get(), &QTcpSocket::connected, this, &TcpClient::Reached);
     connect(m_connection.socket.get(), &QTcpSocket::connected, this, &TcpClient::established);
     connect(m_connection.socket.get(), &QTcpSocket::disconnected, this, &TcpClient::peerHasClosed);
     m_connection.socket->connectToHost(host, static_cast<quint16>(m_port));
@@ -95,6 +96,7 @@ void TcpClient::connectSecure(const QString& host)
     }
     auto* socket = static_cast<QSslSocket*>(m_connection.socket.get());
     socket->setPeerVerifyMode(QSslSocket::VerifyPeer);
+    connect(socket, &QSslSocket::connected, this, &TcpClient::Reached);
     connect(socket, &QSslSocket::encrypted, this, &TcpClient::established);
     connect(socket, &QSslSocket::disconnected, this, &TcpClient::securePeerHasClosed);
     connect(socket, &QSslSocket::errorOccurred, this, [this](QAbstractSocket::SocketError error) {
