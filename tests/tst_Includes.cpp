@@ -41,7 +41,7 @@ static const QHash<QString, QSet<QString>>& mayInclude()
         {"shell",
          {"shell/parts", "shell/notices", "viewer", "camlist", "directory", "instance", "tray",
           "widgets", "settings", "network", "cameras", "shared"}},
-        {"", {"shell", "instance", "shared", "platform"}}, // main.cpp
+        {"", {"shell", "instance", "network", "shared", "platform"}}, // main.cpp
     };
     return table;
 }

@@ -16,12 +16,15 @@ namespace {
 /// One answer settles an attempt to connect; a few more are no loop yet.
 constexpr int MostConnectAnswers = 4;
 
+bool leftLookUp = false;
+
 } // namespace
 
 void TcpClient::SocketDeleter::operator()(QTcpSocket* socket) const
 {
     // It may be one of its own signals that ends it.
     socket->disconnect();
+    leftLookUp = leftLookUp || socket->state() == QAbstractSocket::HostLookupState;
     socket->abort();
     socket->deleteLater();
 }
@@ -39,6 +42,11 @@ TcpClient::TcpClient(FirstChunk firstChunk, QObject* parent)
 }
 
 TcpClient::~TcpClient() = default;
+
+bool TcpClient::hasLeftLookUp()
+{
+    return leftLookUp;
+}
 
 bool TcpClient::setRemotePort(int port)
 {

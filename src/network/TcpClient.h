@@ -74,6 +74,10 @@ public:
     /// signal of this connection follows.
     void Close();
 
+    /// Whether a connection of this run was given up while its name was looked up. The system's
+    /// look-up cannot be ended and may go on, in a thread of Qt's.
+    static bool hasLeftLookUp();
+
 signals:
     /// The peer has taken the connection. Connected follows: at once, or once it is encrypted, for
     /// which a peer may take as long as it likes.
