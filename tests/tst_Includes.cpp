@@ -223,6 +223,13 @@ private slots:
 
     void onlyReplaceFileWritesWhatMatters() { compareWords("src", writing(), mayWrite()); }
 
+    void onlyOpenAddressReachesOtherPrograms()
+    {
+        static const QRegularExpression words(
+            "\\b(QDesktopServices|setOpenExternalLinks|xdg-open|ShellExecute\\w*|gtk_show_uri)\\b");
+        compareWords("src", words, {{"widgets/OpenAddress.cpp", {"QDesktopServices"}}});
+    }
+
     void testsDoNotJudgeByTheClock() { compareWords("tests", clocks(), mayLookAtTheClock()); }
 
 private:
