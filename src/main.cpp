@@ -2,6 +2,7 @@
 #include "instance/InstanceClient.h"
 #include "instance/InstanceLock.h"
 #include "instance/InstanceServer.h"
+#include "network/TcpClient.h"
 #include "platform/TerminationSignal.h"
 #include "shared/AppFolder.h"
 #include "shell/frmMain.h"
@@ -55,6 +56,37 @@ std::optional<int> startWithoutWindow(int& argc, char* argv[], Start& start)
     return EXIT_SUCCESS;
 }
 
+/// The program with its window, until that has gone. Returns the exit status.
+int runWindow(Start& start)
+{
+    const QString folder = applicationFolder();
+    if (!start.lock)
+        start.lock.emplace(folder);
+    frmMain window({folder, QApplication::applicationDirPath()}, start.commandLine);
+    const TerminationSignal termination;
+    QObject::connect(&termination, &TerminationSignal::Received, &window, &frmMain::shutDown);
+    window.show();
+    const InstanceServer server(*start.lock, window.inbox());
+    return QApplication::exec();
+}
+
+int runApplication(int& argc, char* argv[], Start& start)
+{
+    QApplication application(argc, argv);
+    nameProgram();
+    QApplication::setDesktopFileName(QStringLiteral("pevora"));
+    QApplication::setQuitOnLastWindowClosed(false);
+    // A camera that sends no picture is told on the status line, not on the terminal.
+    QLoggingCategory::setFilterRules(QStringLiteral("qt.gui.imageio*=false"));
+
+    const int status = runWindow(start);
+    // Qt waits for look-ups when it hears that the application goes. What else it does then, as
+    // handing the clipboard on, does not hang on this signal.
+    if (TcpClient::hasLeftLookUp())
+        QObject::disconnect(&application, &QObject::destroyed, nullptr, nullptr);
+    return status;
+}
+
 } // namespace
 
 int main(int argc, char* argv[])
@@ -66,20 +98,12 @@ int main(int argc, char* argv[])
     }
     // Qt would take its own options out of what is a file name.
     int argumentsForQt = start.isRestart ? argc : qMin(argc, 1);
-    QApplication application(argumentsForQt, argv);
-    nameProgram();
-    QApplication::setDesktopFileName(QStringLiteral("pevora"));
-    QApplication::setQuitOnLastWindowClosed(false);
-    // A camera that sends no picture is told on the status line, not on the terminal.
-    QLoggingCategory::setFilterRules(QStringLiteral("qt.gui.imageio*=false"));
-
-    const QString folder = applicationFolder();
-    if (!start.lock)
-        start.lock.emplace(folder);
-    frmMain window({folder, QApplication::applicationDirPath()}, start.commandLine);
-    const TerminationSignal termination;
-    QObject::connect(&termination, &TerminationSignal::Received, &window, &frmMain::shutDown);
-    window.show();
-    const InstanceServer server(*start.lock, window.inbox());
-    return QApplication::exec();
+    const int status = runApplication(argumentsForQt, argv, start);
+    // Qt's library would wait for look-ups once more: a name server that does not answer would hold
+    // the process for a quarter of a minute. All windows have gone, and all files are written.
+    if (TcpClient::hasLeftLookUp()) {
+        std::fflush(nullptr);
+        std::_Exit(status);
+    }
+    return status;
 }

@@ -1,5 +1,6 @@
 // The whole program as a process of its own, on the display of the tests.
 
+#include "support/Paths.h"
 #include "support/Rows.h"
 #include "support/RunningProgram.h"
 #include "support/ScratchFile.h"
@@ -213,6 +214,30 @@ private slots:
         QCOMPARE(p.process.readAllStandardError(), "");
         qInfo("window at %.2f times the usual cost", seconds / usualSeconds);
         QVERIFY(usualSeconds > 0 && seconds < 6 * usualSeconds);
+    }
+
+    /// Not even a look-up that never ends holds the program, and nothing is lost by that.
+    void aLookUpWithoutAnswerDoesNotHoldTheEnd()
+    {
+        RunningProgram p;
+        const QString begun = p.home("look-up");
+        p.write("silent-resolver.so", contentOf(silentResolver()));
+        p.environment.insert("LD_PRELOAD", p.program("silent-resolver.so"));
+        p.environment.insert("PEVORA_TEST_LOOKUP", begun);
+        const QString sanitizer = p.environment.value("ASAN_OPTIONS");
+        p.environment.insert("ASAN_OPTIONS", sanitizer + ":verify_asan_link_order=0");
+        QVERIFY(p.start());
+        // A window manager that is busy drawing the frame may miss a key.
+        QTRY_VERIFY([&] {
+            p.tell("xdotool", {"windowactivate", "--sync", p.window});
+            p.tell("xdotool", {"key", "--clearmodifiers", "ctrl+a"}); // of the goto bar
+            p.tell("xdotool", {"type", "cam.example/a.jpg"});
+            p.tell("xdotool", {"key", "Return"});
+            return QFileInfo::exists(begun);
+        }());
+        QCOMPARE(p.terminated(), "0");
+        QVERIFY(p.preferences().startsWith(DesignView));
+        QVERIFY(namesIn(p.program()).contains("list.dat"));
     }
 
     void anUnwritableFolderGivesWayToTheUsersOwn()

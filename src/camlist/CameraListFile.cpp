@@ -183,6 +183,7 @@ std::optional<QByteArray> readImportedList(const QString& path)
 QString writeExportedList(const QString& path, const QList<CameraRecord>& cameras)
 {
     QString reason;
-    replaceFile(path, ImportMark + writeCameraListLine(cameras) + "\r\n", &reason);
+    replaceFile(path, ImportMark + writeCameraListLine(cameras) + "\r\n", &reason,
+                NewFile::Document);
     return reason;
 }

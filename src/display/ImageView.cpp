@@ -218,7 +218,7 @@ void ImageView::makeWallpaper()
         return;
     const QByteArray bytes = encodeBitmap(m_picO.image());
     const QString path = pathInFolder(folder, u"Pevora.bmp"_s);
-    if (!bytes.isEmpty() && replaceFile(path, bytes))
+    if (!bytes.isEmpty() && replaceFile(path, bytes, nullptr, NewFile::Document))
         SetWallpaper(path);
 }
 

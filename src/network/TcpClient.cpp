@@ -16,12 +16,15 @@ namespace {
 /// One answer settles an attempt to connect; a few more are no loop yet.
 constexpr int MostConnectAnswers = 4;
 
+bool leftLookUp = false;
+
 } // namespace
 
 void TcpClient::SocketDeleter::operator()(QTcpSocket* socket) const
 {
     // It may be one of its own signals that ends it.
     socket->disconnect();
+    leftLookUp = leftLookUp || socket->state() == QAbstractSocket::HostLookupState;
     socket->abort();
     socket->deleteLater();
 }
@@ -39,6 +42,11 @@ TcpClient::TcpClient(FirstChunk firstChunk, QObject* parent)
 }
 
 TcpClient::~TcpClient() = default;
+
+bool TcpClient::hasLeftLookUp()
+{
+    return leftLookUp;
+}
 
 bool TcpClient::setRemotePort(int port)
 {
@@ -81,6 +89,7 @@ bool TcpClient::Connect()
 
 void TcpClient::connectPlain(const QString& host)
 {
+    connect(m_connection.socket.get(), &QTcpSocket::connected, this, &TcpClient::Reached);
     connect(m_connection.socket.get(), &QTcpSocket::connected, this, &TcpClient::established);
     connect(m_connection.socket.get(), &QTcpSocket::disconnected, this, &TcpClient::peerHasClosed);
     m_connection.socket->connectToHost(host, static_cast<quint16>(m_port));
@@ -95,6 +104,7 @@ void TcpClient::connectSecure(const QString& host)
     }
     auto* socket = static_cast<QSslSocket*>(m_connection.socket.get());
     socket->setPeerVerifyMode(QSslSocket::VerifyPeer);
+    connect(socket, &QSslSocket::connected, this, &TcpClient::Reached);
     connect(socket, &QSslSocket::encrypted, this, &TcpClient::established);
     connect(socket, &QSslSocket::disconnected, this, &TcpClient::securePeerHasClosed);
     connect(socket, &QSslSocket::errorOccurred, this, [this](QAbstractSocket::SocketError error) {

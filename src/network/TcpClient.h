@@ -23,7 +23,7 @@ class QTcpSocket;
 /// A secure connection speaks TLS from its first byte. The server's certificate has to be one that
 /// the system's certificates vouch for and has to be made out to RemoteHost; else the connection
 /// is an Error that gives the reason, and nothing has been sent. It never falls back to plain text.
-/// As in plain TCP there is no time-out on connecting, the handshake included.
+/// There is no time-out on connecting beside the system's and Qt's own, and none on the handshake.
 class TcpClient : public QObject
 {
     Q_OBJECT
@@ -74,7 +74,14 @@ public:
     /// signal of this connection follows.
     void Close();
 
+    /// Whether a connection of this run was given up while its name was looked up. The system's
+    /// look-up cannot be ended and may go on, in a thread of Qt's.
+    static bool hasLeftLookUp();
+
 signals:
+    /// The peer has taken the connection. Connected follows: at once, or once it is encrypted, for
+    /// which a peer may take as long as it likes.
+    void Reached();
     void Connected();
     void DataArrival();
     /// The peer has closed, and the last DataArrival has been handled. Never after Close(). A

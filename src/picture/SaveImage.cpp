@@ -18,7 +18,7 @@ constexpr int JpegQuality = 75;
 bool writeFile(const QString& fileName, const QByteArray& bytes, QString* reason)
 {
     if (!bytes.isEmpty())
-        return replaceFile(fileName, bytes, reason);
+        return replaceFile(fileName, bytes, reason, NewFile::Document);
     if (reason)
         *reason =
             QCoreApplication::translate("SaveImage", "The picture does not fit into such a file");

@@ -1,5 +1,7 @@
 #include "shared/AppFolder.h"
 
+#include "platform/FileOwner.h"
+
 #include <QCoreApplication>
 #include <QDir>
 #include <QFileInfo>
@@ -30,7 +32,7 @@ QString applicationFolder()
 QString applicationFolder(const QString& programFolder, const QString& dataFolder)
 {
     const bool installed = QFileInfo(pathInFolder(programFolder, u"../share/pevora"_s)).isDir();
-    if (!installed && canBeWritten(programFolder))
+    if (!installed && isClosedToOthers(programFolder) && canBeWritten(programFolder))
         return programFolder;
     // One that cannot be made shows when a file is saved into it.
     QDir().mkpath(dataFolder);

@@ -8,7 +8,9 @@
 /// A portable copy keeps them beside its executable. An installed program, one with a folder
 /// `share/pevora` beside the folder of its executable (`bin`), keeps them in the user's own data
 /// folder, `pevora` in QStandardPaths::GenericDataLocation; so does a program whose folder cannot
-/// be written. The data folder is made where it is missing. Needs a QCoreApplication.
+/// be written, belongs to neither the user nor root, or can be written by anyone else (the
+/// temporary folder, for one): there others could lay links in the way of its files. The data
+/// folder is made where it is missing. Needs a QCoreApplication.
 QString applicationFolder();
 
 /// The same for an executable in `programFolder` and a user whose data folder for Pevora is

@@ -1,5 +1,6 @@
 #include "shared/ReplaceFile.h"
 
+#include "platform/FileOwner.h"
 #include "platform/SyncFile.h"
 
 #include <QCoreApplication>
@@ -26,8 +27,11 @@ QString reasonOfFailedWrite(QSaveFile& file)
 }
 
 /// Why the new bytes are not in place; nothing where they are.
-std::optional<QString> failureOfReplacing(const QString& path, const QByteArray& bytes)
+std::optional<QString> failureOfReplacing(const QString& path, const QByteArray& bytes,
+                                          NewFile newFile)
 {
+    if (!isOwnLink(path))
+        return translated("Is a link of another user");
     const QFileInfo old(path);
     if (old.isDir())
         return translated("Is a directory");
@@ -38,8 +42,13 @@ std::optional<QString> failureOfReplacing(const QString& path, const QByteArray&
         return translated("Permission denied");
 
     QSaveFile file(path);
-    if (!file.open(QIODevice::WriteOnly))
-        return file.errorString();
+    {
+        std::optional<PrivateCreation> closed;
+        if (newFile == NewFile::Private)
+            closed.emplace();
+        if (!file.open(QIODevice::WriteOnly))
+            return file.errorString();
+    }
     // QSaveFile (Qt 6.4) takes a full disk for a success where the failure comes only when its
     // buffer is flushed, and then puts an empty or cut file in the place of the old one.
     const auto cancelled = [&file](const QString& reason) {
@@ -58,9 +67,9 @@ std::optional<QString> failureOfReplacing(const QString& path, const QByteArray&
 
 } // namespace
 
-bool replaceFile(const QString& path, const QByteArray& bytes, QString* reason)
+bool replaceFile(const QString& path, const QByteArray& bytes, QString* reason, NewFile newFile)
 {
-    const std::optional<QString> failure = failureOfReplacing(path, bytes);
+    const std::optional<QString> failure = failureOfReplacing(path, bytes, newFile);
     if (reason)
         *reason = failure.value_or(QString());
     return !failure;

@@ -3,6 +3,14 @@
 #include <QByteArray>
 #include <QString>
 
+/// Who may read a file that was not there before.
+enum class NewFile {
+    /// The user alone (0600): a file of the program's own.
+    Private,
+    /// Whoever the umask lets: a document that the user saves somewhere.
+    Document,
+};
+
 /// Puts `bytes` in the place of the file `path`, as a whole: they are written to a file beside
 /// it, counted, flushed and synced, and that file takes the name. A crash, a full disk or a
 /// missing right at any point leaves the old file as it was, byte for byte. Returns whether the
@@ -10,6 +18,9 @@
 /// person and without a full stop: "No space left on device", "Permission denied".
 ///
 /// A missing file is created, a missing folder is not. The rights of an old file are kept; a
-/// symbolic link stays and its target is replaced. What is no ordinary file (a folder, a pipe, a
-/// device) or must not be written is refused, as is a folder in which no file can be created.
-bool replaceFile(const QString& path, const QByteArray& bytes, QString* reason = nullptr);
+/// symbolic link stays and its target is replaced, unless the link or its folder belongs to
+/// someone other than the user and root: such a one is refused. What is no ordinary file (a folder,
+/// a pipe, a device) or must not be written is refused, as is a folder in which no file can be
+/// created.
+bool replaceFile(const QString& path, const QByteArray& bytes, QString* reason = nullptr,
+                 NewFile newFile = NewFile::Private);

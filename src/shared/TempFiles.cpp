@@ -1,10 +1,10 @@
 #include "shared/TempFiles.h"
 
+#include "platform/FileOwner.h"
 #include "shared/AppFolder.h"
 
 #include <QDir>
 #include <QFile>
-#include <QFileInfo>
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -29,20 +29,14 @@ void tempFiles::openAnew(QFile& file, const QString& path)
     file.setFileName(path);
     file.remove();
     // NewOnly: never through whatever another program may have put in its place meanwhile.
-    (void)file.open(QIODevice::WriteOnly | QIODevice::NewOnly);
+    (void)file.open(QIODevice::WriteOnly | QIODevice::NewOnly,
+                    QFileDevice::ReadOwner | QFileDevice::WriteOwner);
 }
 
 void tempFiles::write(const QString& path, const QByteArray& bytes, OldEnd oldEnd)
 {
-    const QFileInfo old(path);
-    // Opening a pipe would wait for its reader.
-    if (old.isSymLink() || (old.exists() && !old.isFile()))
-        return;
-    QFile file(path);
-    // WriteOnly would cut an old file.
-    const auto mode = old.exists() ? QIODevice::ReadWrite | QIODevice::ExistingOnly
-                                   : QIODevice::OpenMode(QIODevice::WriteOnly | QIODevice::NewOnly);
-    if (!file.open(mode | QIODevice::Unbuffered))
+    QFile file;
+    if (!openNoLink(file, path))
         return;
     file.write(bytes);
     if (oldEnd == OldEnd::Cut)

@@ -4,8 +4,8 @@
 
 class QFile;
 
-/// The temporary files in the application folder. Each is a copy that nothing reads: one that
-/// cannot be written costs only itself and is not reported.
+/// The temporary files in the application folder. Each is a copy that nothing reads, made for
+/// the user alone (0600): one that cannot be written costs only itself and is not reported.
 namespace tempFiles {
 
 /// Of what is being fetched: "tt." and `extension`, "bmp", "gif" or "jpg" in whatever case.
@@ -25,7 +25,8 @@ enum class OldEnd {
 };
 
 /// Writes `bytes` into `path`, over what it holds from its beginning. Nothing is written through a
-/// path that is there already and is no ordinary file: a folder, a link, a pipe, a device.
+/// path that is there already and is no ordinary file of one name: a folder, a link (symbolic or
+/// hard), a pipe, a device.
 void write(const QString& path, const QByteArray& bytes, OldEnd oldEnd);
 
 /// Deletes "pvm.bmp", "tt.jpg", "tt.gif" and "tt.bmp", whatever case their names are in. A missing

@@ -1,8 +1,12 @@
 #include "shared/AppFolder.h"
+#include "support/Rows.h"
 #include "support/RunAgain.h"
 #include "support/ScratchFile.h"
 
 #include <memory>
+
+#include <sys/stat.h>
+#include <unistd.h>
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -58,6 +62,36 @@ private slots:
             QCOMPARE(applicationFolder(), scratch(u"home/pevora"_s));
             QVERIFY(QFileInfo(scratch(u"home/pevora"_s)).isDir());
         }
+    }
+
+    void aFolderThatOthersMayWriteGivesWayToTheDataFolder_data()
+    {
+        const Rows<int, QString> row("mode", "answer");
+        row("the user's alone", 0700, u"copy"_s);
+        row("readable by all", 0755, u"copy"_s);
+        row("the group writes", 0775, u"data/pevora"_s);
+        row("all write", 0757, u"data/pevora"_s);
+        row("all write, as into the temporary folder", 01777, u"data/pevora"_s);
+    }
+
+    void aFolderThatOthersMayWriteGivesWayToTheDataFolder()
+    {
+        QFETCH(int, mode);
+        QFETCH(QString, answer);
+        QVERIFY(make(u"copy"_s));
+        QCOMPARE(::chmod(QFile::encodeName(scratch(u"copy"_s)).constData(), mode_t(mode)), 0);
+        QCOMPARE(applicationFolder(scratch(u"copy"_s), scratch(u"data/pevora"_s)), scratch(answer));
+    }
+
+    /// Here the administrator is the one who could write there all the same.
+    void aFolderOfAnotherUserGivesWayToTheDataFolder()
+    {
+        QVERIFY(make(u"copy"_s));
+        const QString copy = scratch(u"copy"_s);
+        const QString data = scratch(u"data/pevora"_s);
+        if (::chown(QFile::encodeName(copy).constData(), 65534, 65534) != 0)
+            QSKIP("Only root can give a folder away.");
+        QCOMPARE(applicationFolder(copy, data), data);
     }
 
     void theProgramItselfRunsAsAPortableCopy()

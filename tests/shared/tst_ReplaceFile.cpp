@@ -6,6 +6,11 @@
 
 #include <memory>
 
+#include <sys/stat.h>
+#include <unistd.h>
+
+Q_DECLARE_METATYPE(NewFile)
+
 class ReplaceFileTest : public QObject
 {
     Q_OBJECT
@@ -70,6 +75,52 @@ private slots:
         QVERIFY(replaceFile(link, "again"));
         QVERIFY(QFileInfo(link).isSymLink());
         QCOMPARE(contentOf(target), QByteArray("again"));
+    }
+
+    void aNewFileIsTheUsersAlone_data()
+    {
+        const Rows<NewFile, int> row("newFile", "mode");
+        row("of the program", NewFile::Private, 0600);
+        row("a document", NewFile::Document, 0640);
+    }
+
+    void aNewFileIsTheUsersAlone()
+    {
+        QFETCH(NewFile, newFile);
+        const mode_t before = ::umask(027);
+        const bool replaced = replaceFile(at("new"), "text", nullptr, newFile);
+        // The umask itself is as it was: what the user's browser makes is its own business.
+        const mode_t after = ::umask(before);
+        QVERIFY(replaced);
+        QCOMPARE(int(after), 027);
+        struct stat info = {};
+        QCOMPARE(::stat(QFile::encodeName(at("new")), &info), 0);
+        QTEST(int(info.st_mode & ALLPERMS), "mode");
+    }
+
+    void aLinkOfAnotherUserIsRefused_data()
+    {
+        const Rows<bool> row("isFolder");
+        row("the link is another user's", false);
+        row("its folder is", true);
+    }
+
+    void aLinkOfAnotherUserIsRefused()
+    {
+        QFETCH(bool, isFolder);
+        constexpr uid_t Nobody = 65534;
+        QVERIFY(QDir(m_folder->path()).mkdir("theirs"));
+        const QString link = at("theirs/list.dat");
+        writeFile(at("precious"), "old");
+        QVERIFY(QFile::link(at("precious"), link));
+        const QByteArray given = QFile::encodeName(isFolder ? at("theirs") : link);
+        if (::lchown(given, Nobody, Nobody) != 0)
+            QSKIP("Only root can give a link away.");
+        QString reason;
+        QVERIFY(!replaceFile(link, "new", &reason));
+        QCOMPARE(reason, "Is a link of another user");
+        QCOMPARE(contentOf(at("precious")), QByteArray("old"));
+        QVERIFY(QFileInfo(link).isSymLink());
     }
 
     void whatIsNoOrdinaryFileIsRefused()

@@ -1,5 +1,11 @@
 #include "shared/TempFiles.h"
+#include "support/Rows.h"
 #include "support/ScratchFile.h"
+
+#include <QProcess>
+
+#include <sys/stat.h>
+#include <unistd.h>
 
 class TempFilesTest : public QObject
 {
@@ -41,6 +47,75 @@ private slots:
         QVERIFY(!QFileInfo(path("tt.jpg")).isSymLink());
         QCOMPARE(QFileInfo(path("tt.jpg")).size(), 3);
         QCOMPARE(QFileInfo(path("precious")).size(), 0);
+    }
+
+    void nothingIsWrittenThroughALink_data()
+    {
+        const Rows<bool> row("isSymbolic");
+        row("symbolic link", true);
+        row("hard link", false);
+    }
+
+    void nothingIsWrittenThroughALink()
+    {
+        QFETCH(bool, isSymbolic);
+        const QTemporaryDir folder;
+        const QString precious = folder.filePath("precious");
+        const QString path = folder.filePath("pvm.jpg");
+        writeFile(precious, "old");
+        if (isSymbolic)
+            QVERIFY(QFile::link(precious, path));
+        else
+            QCOMPARE(::link(QFile::encodeName(precious), QFile::encodeName(path)), 0);
+        tempFiles::write(path, "new bytes", tempFiles::OldEnd::Cut);
+        QCOMPARE(contentOf(precious), QByteArray("old"));
+        // A link to nothing makes nothing.
+        QVERIFY(QFile::remove(precious) && QFile::remove(path) && QFile::link(precious, path));
+        tempFiles::write(path, "new bytes", tempFiles::OldEnd::Cut);
+        QVERIFY(!QFileInfo::exists(precious));
+    }
+
+    void whatIsNoFileIsLeftAlone()
+    {
+        const QTemporaryDir folder;
+        const QString pipe = folder.filePath("pipe");
+        QCOMPARE(QProcess::execute("mkfifo", {pipe}), 0);
+        tempFiles::write(pipe, "bytes", tempFiles::OldEnd::Cut);
+        tempFiles::write(folder.path(), "bytes", tempFiles::OldEnd::Cut);
+        QVERIFY(!QFileInfo(pipe).isFile());
+        QCOMPARE(namesIn(folder.path()), QStringList("pipe"));
+    }
+
+    void theyAreTheUsersAlone()
+    {
+        const QTemporaryDir folder;
+        const mode_t before = ::umask(0);
+        QFile file;
+        tempFiles::openAnew(file, folder.filePath("tt.jpg"));
+        tempFiles::write(folder.filePath("pvm.jpg"), "bytes", tempFiles::OldEnd::Cut);
+        ::umask(before);
+        for (const char* name : {"tt.jpg", "pvm.jpg"}) {
+            struct stat info = {};
+            QCOMPARE(::stat(QFile::encodeName(folder.filePath(name)), &info), 0);
+            QCOMPARE(int(info.st_mode & ALLPERMS), 0600);
+        }
+    }
+
+    void anOldFileIsOverwrittenFromItsBeginning_data()
+    {
+        const Rows<bool, QByteArray> row("isCut", "content");
+        row("cut", true, "new");
+        row("its end stays", false, "new and longer");
+    }
+
+    void anOldFileIsOverwrittenFromItsBeginning()
+    {
+        QFETCH(bool, isCut);
+        const QTemporaryDir folder;
+        const QString path = folder.filePath("pvm.jpg");
+        writeFile(path, "old and longer");
+        tempFiles::write(path, "new", isCut ? tempFiles::OldEnd::Cut : tempFiles::OldEnd::Stays);
+        QTEST(contentOf(path), "content");
     }
 
     void aMissingFolderIsNoError()

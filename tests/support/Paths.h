@@ -8,3 +8,6 @@ QString sourcePath(const QString& relative);
 /// The program as this build made it, and the demo camera.
 QString pevoraProgram();
 QString demoCameraProgram();
+
+/// The library with which no look-up of a name ever ends (support/silent-resolver).
+QString silentResolver();

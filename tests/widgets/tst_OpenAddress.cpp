@@ -3,6 +3,12 @@
 #include "support/ScratchFile.h"
 #include "widgets/OpenAddress.h"
 
+static QStringList everyScheme()
+{
+    return {"http", "https",      "httpx", "file", "mailto",
+            "ftp",  "javascript", "data",  "smb",  "pevora-test"};
+}
+
 class OpenAddressTest : public QObject
 {
     Q_OBJECT
@@ -16,13 +22,14 @@ private slots:
         row("port", "http://127.0.0.1:8080", "http://127.0.0.1:8080");
         row("query", "http://c.example/a?b=c&d=e#f", "http://c.example/a?b=c&d=e#f");
         row("blank and quote", "http://c.example/a b\"c", "http://c.example/a%20b%22c");
+        row("mail", "mailto:me@camera.example", "mailto:me@camera.example");
         row("not ASCII", QStringLiteral("http://c.example/\u00e4"), "http://c.example/%C3%A4");
     }
 
     void webAddressesAreOpened()
     {
         QFETCH(QString, address);
-        const Browser browser({"http", "https", "file", "mailto", "ftp", "javascript"});
+        const Browser browser(everyScheme());
         QVERIFY(openAddress(address));
         QCOMPARE(browser.opened.size(), 1);
         QTEST(browser.opened.first().toEncoded(), "opened");
@@ -37,7 +44,13 @@ private slots:
         row("no host", "http://");
         row("no slashes", "http:camera.example");
         row("file", "file:///etc/passwd");
-        row("mail", "mailto:a@camera.example");
+        row("mail with a file", "mailto:a@camera.example?attach=/etc/passwd");
+        row("mail to nobody", "mailto:");
+        row("data", "data:text/html,<script>alert(1)</script>");
+        row("smb", "smb://camera.example/share");
+        row("another program's", "pevora-test://camera.example/");
+        row("script in capitals", "JavaScript:alert(1)//http://camera.example/");
+        row("blank before it", " javascript:alert(1)");
         row("ftp", "ftp://camera.example/");
         row("script", "javascript:alert(1)");
         row("path", "/usr/bin/true");
@@ -50,7 +63,7 @@ private slots:
     void everythingElseIsRefused()
     {
         QFETCH(QString, address);
-        const Browser browser({"http", "https", "file", "mailto", "ftp", "javascript"});
+        const Browser browser(everyScheme());
         QVERIFY(!openAddress(address));
         QVERIFY(browser.opened.isEmpty());
     }
@@ -76,6 +89,20 @@ private slots:
         const ScratchFile page("page.html");
         page.setContent("<p>");
         QVERIFY(!openHelpPage(page.path()));
+    }
+
+    void aFolderIsOpened()
+    {
+        const ScratchFile file("a file.html");
+        file.setContent("text");
+        const Browser browser(everyScheme());
+        QVERIFY(openFolder(file.folder()));
+        QCOMPARE(browser.opened, QList<QUrl>{QUrl::fromLocalFile(file.folder())});
+        for (const QString& other :
+             {QString(), file.path(), "file://" + file.folder(), file.folder() + "/none",
+              QString("."), QString("http://camera.example/")})
+            QVERIFY2(!openFolder(other), qPrintable(other));
+        QCOMPARE(browser.opened.size(), 1);
     }
 
     void whatIsNoHelpPageIsRefused_data()

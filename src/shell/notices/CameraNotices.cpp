@@ -5,8 +5,8 @@
 #include "camlist/Favourites.h"
 #include "shell/notices/frmSignIn.h"
 #include "viewer/WebCam.h"
+#include "widgets/OpenAddress.h"
 
-#include <QDesktopServices>
 #include <QFileInfo>
 #include <QUrl>
 
@@ -130,7 +130,7 @@ void CameraNotices::act(NoticeAction action)
         m_list.select(m_subject);
         break;
     case NoticeAction::OpenFolder:
-        QDesktopServices::openUrl(QUrl::fromLocalFile(QFileInfo(m_subject).absolutePath()));
+        openFolder(QFileInfo(m_subject).absolutePath());
         break;
     }
 }

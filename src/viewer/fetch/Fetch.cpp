@@ -30,6 +30,7 @@ Fetch::Fetch(const QString& folder, const History& history, Accept accept, QObje
     , m_tmrFalse(u"tmrFalse"_s, HideStatusMs, this)
 {
     m_client.setObjectName(u"sckMain"_s);
+    connect(&m_client, &TcpClient::Reached, this, [this] { m_tmrNoAnswer.setEnabled(true); });
     connect(&m_client, &TcpClient::Connected, this, &Fetch::connected);
     connect(&m_client, &TcpClient::DataArrival, this, &Fetch::dataArrival);
     connect(&m_client, &TcpClient::Closed, this, &Fetch::FinishFetch);
@@ -66,15 +67,21 @@ void Fetch::Refresh(const QString& url)
     if (!url.isEmpty())
         setUrl(url);
     m_camera = m_urlCamera.isEmpty() ? m_url : m_urlCamera;
-    m_misreadLocation.clear();
-    start(m_camera);
+    begin(m_camera);
 }
 
 void Fetch::follow(const QString& address)
 {
     m_camera = m_urlCamera.isEmpty() ? m_url : m_urlCamera;
+    begin(withoutHttpScheme(address));
+}
+
+/// Unlike a redirect it has nothing to do with an answer before it.
+void Fetch::begin(const QString& address)
+{
     m_misreadLocation.clear();
-    start(withoutHttpScheme(address));
+    m_redirects = 0;
+    start(address);
 }
 
 void Fetch::start(const QString& address)
@@ -135,7 +142,7 @@ void Fetch::shutDown()
 void Fetch::connected()
 {
     emit StatusText(u"  Connected!"_s);
-    m_tmrNoAnswer.setEnabled(true);
+    m_tmrNoAnswer.restart();
     m_answer.setLastModified(m_history.lastModifiedOf(address(), m_camera));
     m_client.SendData(buildRequest("GET "_L1 + m_target.sentPath(), m_client.RemoteHost(),
                                    m_newOnly ? m_answer.LastModified() : QString(),
@@ -185,6 +192,10 @@ void Fetch::dataArrival()
 /// Stop gets in between two redirects.
 void Fetch::redirect()
 {
+    if (++m_redirects >= MostRedirects) {
+        refuse(u"File not found"_s, u"  Error: File not found."_s, FetchOutcome::Kind::Circle);
+        return;
+    }
     m_tmrOut.setEnabled(false);
     m_client.Close();
     const QString target = m_answer.redirectUrl().value_or(m_camera);

@@ -17,7 +17,8 @@ class History;
 
 /// Fetches one camera image at a time: from an address to a body that its owner accepts as a
 /// picture. Owns the socket (`sckMain`), the idle time-out (`tmrOut`), the one of a server that
-/// says nothing at all (`tmrNoAnswer`), the timer that hides the status line afterwards
+/// says nothing at all, be it before a secure connection is encrypted (`tmrNoAnswer`), the timer
+/// that hides the status line afterwards
 /// (`tmrFalse`) and the temporary file. Knows no window.
 ///
 /// Everything happens in socket and timer events; Refresh() returns at once. A new Refresh() in
@@ -30,6 +31,8 @@ public:
     static constexpr int IdleTimeoutMs = 10'000;
     static constexpr int NoAnswerMs = 60'000;
     static constexpr int HideStatusMs = 1'000;
+    /// So many redirects in a row lead to no picture: the last of them is not followed.
+    static constexpr int MostRedirects = 20;
 
     /// Shows the picture that `body` holds, keeps it in the history, and gives it back. Null, and
     /// nothing changes, where it holds none.
@@ -107,6 +110,7 @@ signals:
     void Outcome(const FetchOutcome& outcome);
 
 private:
+    void begin(const QString& address);
     void start(const QString& address);
     void connected();
     void dataArrival();
@@ -158,6 +162,8 @@ private:
     /// Of the last image that was accepted, and whose it is.
     QByteArray m_previousBody;
     QString m_previousCamera;
+    /// Answers in a row that pointed elsewhere.
+    int m_redirects = 0;
     /// What came in the last body's place, where that was no picture.
     FetchOutcome::Sent m_sent = FetchOutcome::Sent::SomethingElse;
     quint64 m_run = 0;

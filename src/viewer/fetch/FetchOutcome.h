@@ -20,6 +20,8 @@ struct FetchOutcome
         Moved,
         /// The server points to `address`, which is not followed by itself.
         PointsElsewhere,
+        /// Each answer pointed elsewhere, too often in a row.
+        Circle,
         /// A name and a password are wanted.
         SignInWanted,
         /// Any other answer that is no picture; `text` is its status, "503 Service Unavailable".

@@ -74,7 +74,7 @@ MovieJob::Outcome MovieWriter::addFrame(int n)
 MovieJob::Outcome MovieWriter::write()
 {
     QString reason;
-    if (!replaceFile(m_path, m_movie, &reason))
+    if (!replaceFile(m_path, m_movie, &reason, NewFile::Document))
         return failed(reason);
     setValue(m_maximum);
     emit CaptionChanged(u"Done!"_s);

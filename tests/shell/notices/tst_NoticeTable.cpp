@@ -45,6 +45,10 @@ private slots:
             "This camera has moved to http://new.example/b.jpg.", "Use New Address");
         row("points elsewhere", outcome(Kind::PointsElsewhere), true, false,
             "cam.example points to http://new.example/b.jpg.", "Follow");
+        row("a circle", outcome(Kind::Circle), false, true, "cam.example redirects in a circle.",
+            "Try Again");
+        row("a circle, stopped", outcome(Kind::Circle), true, true,
+            "Refreshing has stopped: cam.example redirects in a circle.", stop);
         row("sign in", outcome(Kind::SignInWanted), true, false,
             "cam.example wants a name and password.", "Sign In...");
         const auto refused = outcome(Kind::Refused, "503 Service Unavailable");

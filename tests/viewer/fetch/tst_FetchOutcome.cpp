@@ -182,6 +182,39 @@ private slots:
         QCOMPARE(outcome.camera, server->url());
     }
 
+    void redirectsInACircleEnd()
+    {
+        const QByteArray there = server->url("/a.jpg").toLatin1();
+        server->play(httpAnswer({}, "Location: http://" + there + "\r\n", "302 Found"));
+        QSignalSpy errors(fetch.get(), &Fetch::Error);
+        QSignalSpy status(fetch.get(), &Fetch::StatusText);
+        // Each refresh counts anew.
+        for (int asked = 20; asked <= 40; asked += 20) {
+            const FetchOutcome outcome = outcomeOf(server->url());
+            QCOMPARE(outcome.kind, Kind::Circle);
+            QCOMPARE(outcome.camera, server->url());
+            QCOMPARE(server->requests().size(), asked);
+            QCOMPARE(errors.last().first().toString(), "File not found");
+            QCOMPARE(status.last().first().toString(), "  Error: File not found.");
+            QVERIFY(!fetch->Busy());
+        }
+        fetch->follow("http://" + server->url("/there.jpg"));
+        QTRY_COMPARE(server->requests().size(), 60);
+        QTRY_VERIFY(!fetch->Busy());
+        QCOMPARE(server->requests().size(), 60);
+    }
+
+    void aLongWayIsNoCircle()
+    {
+        for (int i = 1; i < 20; ++i) {
+            const QByteArray next = server->url('/' + QString::number(i)).toLatin1();
+            server->play(httpAnswer({}, "Location: http://" + next + "\r\n", "302 Found"));
+        }
+        server->play(pictureAnswer("picture"));
+        QCOMPARE(outcomeOf(server->url()).kind, Kind::NewPicture);
+        QVERIFY(server->requests().last().startsWith("GET /19 "));
+    }
+
     void followFetchesTheTargetThisOnce()
     {
         server->play(httpAnswer({}, {}, "404 Not Found"));
@@ -244,6 +277,20 @@ private slots:
         QCOMPARE(errors.last().first().toString(), "The server does not answer.");
         QCOMPARE(ended.last().first().toBool(), false);
         QVERIFY(!patience.Enabled());
+    }
+
+    void aHeadWithoutEndIsGivenUp()
+    {
+        server->play(Script{{"HTTP/1.0 200 OK\r\nContent-Ty"}, Script::End::KeepOpen});
+        QSignalSpy told(fetch.get(), &Fetch::Outcome);
+        fetch->Refresh(server->url());
+        Timer& header = timerOf(*fetch, "tmrHeader");
+        QTRY_VERIFY(header.Enabled());
+        header.elapse();
+        QTRY_VERIFY(timerOf(*fetch, "tmrOut").Enabled());
+        timerOf(*fetch, "tmrOut").elapse();
+        QCOMPARE(told.last().first().value<FetchOutcome>().kind, Kind::NotAPicture);
+        QTRY_COMPARE(server->openConnections(), 0);
     }
 
     void theFirstByteEndsThePatience()

@@ -248,6 +248,26 @@ private slots:
         QCOMPARE(c.trouble(), "");
     }
 
+    void aHandshakeThatNeverEndsIsGivenUp()
+    {
+        QTcpServer silent;
+        QVERIFY(silent.listen(QHostAddress::LocalHost));
+        ShownCamera& c = *m_camera;
+        Timer& patience = c.timer("tmrNoAnswer");
+        c.start(QString("https://127.0.0.1:%1/a.jpg").arg(silent.serverPort()));
+        QVERIFY(!patience.Enabled()); // connecting has no limit of ours
+        QTRY_VERIFY(silent.hasPendingConnections());
+        auto* socket = silent.nextPendingConnection();
+        QTRY_VERIFY(patience.Enabled());
+        patience.elapse();
+        QCOMPARE(c.told(), QStringList{"error The server does not answer."});
+        QCOMPARE(c.status(), "  The server does not answer.");
+        QTRY_COMPARE(socket->state(), QAbstractSocket::UnconnectedState);
+        QVERIFY(!patience.Enabled());
+        QCOMPARE(c.fetch(m_server->url("/a.jpg")).told, newImage(m_server->url("/a.jpg")));
+        QCOMPARE(c.trouble(), "");
+    }
+
     void anAddressWithoutAHostIsToldAtOnce()
     {
         ShownCamera& c = *m_camera;

@@ -1,0 +1,35 @@
+#pragma once
+
+#include <QString>
+
+class QFile;
+
+/// Whether nobody but the user and root can make, rename or replace a file in `folder`, through
+/// symbolic links: it belongs to one of the two, and neither its group nor others may write there,
+/// be it with the sticky bit, as in the temporary folder. False where it is no folder.
+///
+/// On Windows true for any folder: whoever may write into a folder is the business of its access
+/// list, and making a symbolic link takes an administrator.
+bool isClosedToOthers(const QString& folder);
+
+/// Whether the symbolic link at `path` and the folder that it lies in belong to the user or to
+/// root, so that nobody else has laid it. True for what is no link.
+bool isOwnLink(const QString& path);
+
+/// Opens `file` at `path` for writing over what is there, from its beginning; a missing file is
+/// made, for the user alone (0600). False, and nothing is opened, changed or waited for, where
+/// `path` is a symbolic link, a file with a second name (a hard link) or no ordinary file.
+bool openNoLink(QFile& file, const QString& path);
+
+/// While it lives, new files are made for the user alone (0600), whatever the umask lets through.
+/// On Windows the folder's access list decides.
+class PrivateCreation
+{
+public:
+    PrivateCreation();
+    ~PrivateCreation();
+    Q_DISABLE_COPY_MOVE(PrivateCreation)
+
+private:
+    unsigned m_before = 0;
+};
