@@ -18,7 +18,7 @@ HTTP::HTTP(QObject* parent, int port)
     m_sckMain.setRemotePort(port);
     connect(&m_sckMain, &TcpClient::Connected, this, &HTTP::sendRequest);
     connect(&m_sckMain, &TcpClient::DataArrival, this, &HTTP::receive);
-    connect(&m_sckMain, &TcpClient::Closed, this, &HTTP::finish);
+    connect(&m_sckMain, &TcpClient::Closed, this, &HTTP::peerHasClosed);
     connect(&m_sckMain, &TcpClient::Error, this,
             [this](int, const QString& description) { fail(description); });
     connect(&m_Timer1, &Timer::Tick, this, &HTTP::finish);
@@ -87,6 +87,15 @@ void HTTP::receive()
         finish();
 }
 
+/// What a reset has cut off may be anything.
+void HTTP::peerHasClosed()
+{
+    if (m_sckMain.WasReset())
+        fail(tr("The connection was reset"));
+    else
+        finish();
+}
+
 /// Whatever ends the answer closes the socket, so that nothing ends it a second time.
 void HTTP::finish()
 {
@@ -99,6 +108,7 @@ void HTTP::fail(const QString& description)
 {
     m_Timer1.setEnabled(false);
     m_sckMain.Close();
+    m_buffer.clear();
     emit Status("Error: "_L1 + description);
     emit Failed();
 }

@@ -46,7 +46,8 @@ public:
 signals:
     /// The answer is over: the server closed, nothing came for EndOfDataMs, a chunk held "</html>",
     /// or MaxAnswerBytes have come. All the bytes of it; they are split into fields as bytes, so
-    /// they are not text yet. Once for each fetch at most, and never after an error.
+    /// they are not text yet. Once for each fetch at most, and never after an error, such as a
+    /// connection that the server has reset.
     void Finished(const QByteArray& data);
     /// What the fetch does, for a status line: "Connecting", "Connected", "Receiving Data" with
     /// each chunk, "Error: " and the socket's description.
@@ -61,6 +62,7 @@ signals:
 private:
     void sendRequest();
     void receive();
+    void peerHasClosed();
     void finish();
     void fail(const QString& description);
 

@@ -370,6 +370,30 @@ private slots:
         QCOMPARE(c.finished(), 0);
     }
 
+    void anAnswerThatIsResetIsAnError_data()
+    {
+        const Rows<QList<QByteArray>> row("pieces");
+        row("before its first byte", {});
+        row("in its header", {"HTTP/1.0 200"});
+        row("with all of its pieces", {Start, "part"});
+    }
+
+    void anAnswerThatIsResetIsAnError()
+    {
+        QFETCH(QList<QByteArray>, pieces);
+        Client c;
+        c.server.play(Script{pieces, Script::End::Reset});
+        c.http->Retrieve("127.0.0.1");
+        QTRY_COMPARE(c.told.last(), "failed");
+        QCOMPARE(c.told[c.told.size() - 2], "Error: The connection was reset");
+        QCOMPARE(c.finished(), 0);
+        QVERIFY(!c.timer().Enabled());
+        c.server.play(Start + "next");
+        c.http->Retrieve("127.0.0.1");
+        QTRY_COMPARE(c.finished(), 1);
+        QCOMPARE(c.answer, Start + "next");
+    }
+
     void theNextFetchMayBeginAsSoonAsOneHasFinished()
     {
         Client c;
