@@ -80,6 +80,10 @@ private slots:
         row("a status line alone", "HTTP/1.0 500 Oh no\r\n", "Error: 500 Oh no");
         row("a status as long as a page", httpAnswer({}, {}, "500 " + QByteArray(5000, 'x')),
             "Error: 500 " + QString(76, 'x'));
+        row("a status of markup and control characters",
+            httpAnswer({}, {}, "500 <b>x</b>\x1b[1m\xE2\x80\xA8y\x7f&amp;\tz"),
+            "Error: 500 <b>x</b>[1m y&amp;z");
+        row("cut in its first word", "HTT", incomplete);
         row("fewer bytes", httpAnswer(Two, length), incomplete);
         row("none at all", httpAnswer({}, length), incomplete);
         row("cut in its header", "HTTP/1.0 200 OK\r\n" + length + "X: y", incomplete);
@@ -162,6 +166,10 @@ private slots:
         row("bare line feeds, in chunks",
             "HTTP/1.1 200 OK\nTransfer-Encoding: chunked\n\n" + inChunks(Two, 16, "\n") + "0\n\n");
         row("no reason", httpAnswer(Two, {}, "200"));
+        row("a byte order mark", httpAnswer("\xEF\xBB\xBF" + Two));
+        row("a byte order mark, in chunks",
+            httpAnswer(inChunks("\xEF\xBB\xBF" + Two, 2, "\r\n") + "0\r\n\r\n",
+                       "Transfer-Encoding: chunked\r\n"));
     }
 
     void answersInOtherForms()
@@ -173,6 +181,9 @@ private slots:
         QCOMPARE(d.status(), "Finished [Found 2 Cams]");
         QCOMPARE(d.rows(), TwoRows);
         QCOMPARE(d.key(1), "rome.example");
+        d.check(0);
+        d.press("cmdAdd");
+        QCOMPARE(d.imports, QList<QByteArray>{"CAMZSights\xFFTower\xFFtower.example\r\n"});
     }
 
     void stopEndsAQuery()
