@@ -30,7 +30,8 @@ public:
     /// Starts to fetch `url`, host and path with or without "http://" (in lower case) before them,
     /// and drops the fetch that runs, if one does. The url names no port: a colon is part of the
     /// host's name. A line break ends the host, or the path, that it stands in. Nothing is
-    /// escaped; what is not ASCII goes out as shared/DiskText.h has it. An empty url does nothing.
+    /// escaped; what is not ASCII goes out as shared/DiskText.h has it, each field of a query (what
+    /// stands between "?", "&", "=" and the header mark) on its own. An empty url does nothing.
     ///
     /// Then comes either Finished, or Failed, which may come before this returns; or neither, from
     /// a server that stays silent.
