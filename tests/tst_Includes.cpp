@@ -18,7 +18,7 @@ static const QHash<QString, QSet<QString>>& mayInclude()
         {"shared", {"platform"}},
         {"cameras", {"shared"}},
         // Qt Network and Qt Gui
-        {"network", {"cameras", "shared"}},
+        {"network", {"cameras", "shared", "platform"}},
         {"picture/headers", {"shared"}},
         {"picture", {"picture/headers", "shared"}},
         // Qt Widgets

@@ -3,12 +3,15 @@
 #include "network/AnswerHead.h"
 #include "network/BodyFraming.h"
 #include "network/HeaderEnd.h"
+#include "shared/DiskText.h"
 
-#include <algorithm>
 #include <utility>
 
 namespace {
 
+using Kind = DirectoryFault::Kind;
+
+constexpr QByteArrayView HeadStart = "HTTP/";
 constexpr int Ok = 200;
 constexpr qsizetype LongestStatus = 80;
 
@@ -22,43 +25,35 @@ qsizetype bodyStart(const QByteArray& answer, const AnswerHead& head)
     return found < 0 ? -1 : found + end.size();
 }
 
-QByteArray bodyOf(const QByteArray& answer)
-{
-    const AnswerHead head(answer);
-    const auto start = bodyStart(answer, head);
-    // Kept: where no header ends, the body begins with the fourth byte.
-    if (start < 0)
-        return answer.mid(3);
-    BodyFraming framing;
-    framing.begin(head);
-    const QByteArray body = answer.mid(start);
-    return framing.isChunked() ? framing.picture(body) : body;
-}
-
-bool isWhole(const QByteArray& answer, const AnswerHead& head)
-{
-    if (head.isNull())
-        return true;
-    const auto start = bodyStart(answer, head);
-    if (start < 0)
-        return false;
-    const QByteArray body = answer.mid(start);
-    BodyFraming framing;
-    framing.begin(head);
-    if (framing.isChunked())
-        return framing.isWhole(body);
-    return body.size() >= head.contentLength().value_or(0);
-}
-
 } // namespace
 
-std::optional<QList<CameraRecord>> readDirectoryAnswer(const QByteArray& answer)
+DirectoryAnswer::DirectoryAnswer(const QByteArray& bytes)
 {
-    const QByteArray body = bodyOf(answer);
-    if (body.contains("No Luck090877"))
+    const AnswerHead head(bytes);
+    const auto start = bodyStart(bytes, head);
+    // Kept: where no header ends, the body begins with the fourth byte.
+    m_body = bytes.mid(start < 0 ? 3 : start);
+    BodyFraming framing;
+    framing.begin(head);
+    bool isWhole = m_body.size() >= head.contentLength().value_or(0);
+    if (start >= 0 && framing.isChunked()) {
+        isWhole = framing.isWhole(m_body);
+        m_body = framing.picture(m_body);
+    }
+    if (bytes.isEmpty())
+        m_fault = {Kind::Nothing};
+    else if (head.code() != 0 && head.code() != Ok)
+        m_fault = {Kind::OtherStatus, head.status().left(LongestStatus)};
+    else if ((start < 0 && !head.isNull()) || !isWhole || HeadStart.startsWith(bytes))
+        m_fault = {Kind::Incomplete};
+}
+
+std::optional<QList<CameraRecord>> DirectoryAnswer::cameras() const
+{
+    if (m_body.contains("No Luck090877"))
         return std::nullopt;
     QList<CameraRecord> cameras;
-    CameraListReader reader(withoutLineEnd(body));
+    CameraListReader reader(withoutLineEnd(withoutByteOrderMark(m_body)));
     while (cameras.size() < MostFoundCameras) {
         auto camera = reader.next();
         if (!camera)
@@ -66,16 +61,4 @@ std::optional<QList<CameraRecord>> readDirectoryAnswer(const QByteArray& answer)
         cameras.append(std::move(*camera));
     }
     return cameras;
-}
-
-std::optional<DirectoryFault> faultOfDirectoryAnswer(const QByteArray& answer)
-{
-    if (answer.isEmpty())
-        return DirectoryFault{DirectoryFault::Kind::Nothing};
-    const AnswerHead head(answer);
-    if (head.code() != 0 && head.code() != Ok)
-        return DirectoryFault{DirectoryFault::Kind::OtherStatus, head.status().left(LongestStatus)};
-    if (!isWhole(answer, head))
-        return DirectoryFault{DirectoryFault::Kind::Incomplete};
-    return std::nullopt;
 }

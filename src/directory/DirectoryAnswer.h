@@ -9,12 +9,6 @@
 /// More cameras are not taken from one answer.
 inline constexpr qsizetype MostFoundCameras = 100'000;
 
-/// The cameras in `answer`, what the directory's server sent from its status line on: its body,
-/// which may be chunked, is a camera list line, perhaps with a line end behind it. Nothing where
-/// the directory says that it found none; an empty list for a body that holds no whole camera, such
-/// as a page of HTML. The status is not looked at. The same camera may be there more than once.
-std::optional<QList<CameraRecord>> readDirectoryAnswer(const QByteArray& answer);
-
 /// Why an answer is not to be read.
 struct DirectoryFault
 {
@@ -34,5 +28,22 @@ struct DirectoryFault
     bool operator==(const DirectoryFault&) const = default;
 };
 
-/// Nothing where there is no fault in `answer`.
-std::optional<DirectoryFault> faultOfDirectoryAnswer(const QByteArray& answer);
+/// What the directory's server sent, from its status line on: its body, which may be chunked, is a
+/// camera list line, perhaps with a UTF-8 byte order mark before it and a line end behind it.
+class DirectoryAnswer
+{
+public:
+    explicit DirectoryAnswer(const QByteArray& bytes);
+
+    /// Nothing where there is no fault in the answer.
+    const std::optional<DirectoryFault>& fault() const { return m_fault; }
+
+    /// The cameras of its body, whatever fault it has. Nothing where the directory says that it
+    /// found none; an empty list for a body that holds no whole camera, such as a page of HTML. The
+    /// same camera may be there more than once.
+    std::optional<QList<CameraRecord>> cameras() const;
+
+private:
+    std::optional<DirectoryFault> m_fault;
+    QByteArray m_body;
+};

@@ -2,6 +2,7 @@
 
 #include "cameras/CameraKey.h"
 #include "cameras/EnteredCamera.h"
+#include "shared/InputText.h"
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -14,10 +15,10 @@ QString EscapeQueryValue(const QString& value)
 
 QString submissionUrl(const QString& base, const EnteredCamera& camera)
 {
-    QString url = base + "/pevora/?n="_L1 + EscapeQueryValue(camera.name) + "&a="_L1 +
-                  EscapeQueryValue(camera.url);
+    // A line break ends its own field, not the request with the fields behind it.
+    const auto field = [](const QString& value) { return EscapeQueryValue(firstLineOf(value)); };
+    QString url = base + "/pevora/?n="_L1 + field(camera.name) + "&a="_L1 + field(camera.url);
     if (!camera.extraHeader.isEmpty())
         url += HeaderMark;
-    return url + EscapeQueryValue(camera.extraHeader) + "&c="_L1 +
-           EscapeQueryValue(camera.category);
+    return url + field(camera.extraHeader) + "&c="_L1 + field(camera.category);
 }

@@ -9,5 +9,5 @@ struct EnteredCamera;
 QString EscapeQueryValue(const QString& value);
 
 /// The address that hands the camera to the directory at `base` (scheme and host, no "/" at the
-/// end).
+/// end). No field ends another: one that holds a line break ends there.
 QString submissionUrl(const QString& base, const EnteredCamera& camera);

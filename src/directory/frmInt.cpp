@@ -241,16 +241,17 @@ void frmInt::stop()
     queryEnded();
 }
 
-void frmInt::showAnswer(const QByteArray& answer)
+void frmInt::showAnswer(const QByteArray& bytes)
 {
     queryEnded();
-    if (const auto fault = faultOfDirectoryAnswer(answer)) {
+    const DirectoryAnswer answer(bytes);
+    if (const auto& fault = answer.fault()) {
         tellState(u"Error: "_s + reasonOf(*fault));
         if (fault->kind != DirectoryFault::Kind::Incomplete)
             tellNoDirectory();
         return;
     }
-    const auto cameras = readDirectoryAnswer(answer);
+    const auto cameras = answer.cameras();
     m_found->replaceAll(cameras.value_or(QList<CameraRecord>()));
     m_lvwList->setCurrentIndex(m_found->index(0, 0));
     // Kept: one camera is "1 Cams" too.
@@ -258,10 +259,12 @@ void frmInt::showAnswer(const QByteArray& answer)
                       : u"Finished [No Cams Found]"_s);
 }
 
+/// `text` may be the server's own.
 void frmInt::tellState(const QString& text)
 {
-    setWindowTitle(text);
-    m_lblStatus->ShowStatusText(text);
+    const QString line = shownLine(text);
+    setWindowTitle(line);
+    m_lblStatus->ShowStatusText(line);
 }
 
 void frmInt::tellNoDirectory()

@@ -59,7 +59,7 @@ private:
     void askForTerms();
     void query(const QString& queryString, bool sorted);
     void stop();
-    void showAnswer(const QByteArray& answer);
+    void showAnswer(const QByteArray& bytes);
     static QString reasonOf(const DirectoryFault& fault);
     void tellState(const QString& text);
     void tellNoDirectory();

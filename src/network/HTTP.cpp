@@ -1,5 +1,6 @@
 #include "network/HTTP.h"
 
+#include "cameras/CameraKey.h"
 #include "shared/DiskText.h"
 #include "shared/InputText.h"
 
@@ -8,6 +9,28 @@
 #include <utility>
 
 using namespace Qt::Literals::StringLiterals;
+
+namespace {
+
+/// A server splits the bytes of a query before it reads them as text, so that the text of one field
+/// must not decide on the bytes of another.
+QByteArray fieldByField(const QString& path)
+{
+    const auto endsField = [](QChar one) {
+        return one == u'?' || one == u'&' || one == u'=' || one == HeaderMark;
+    };
+    QByteArray bytes;
+    qsizetype start = 0;
+    for (qsizetype i = 0; i < path.size(); ++i) {
+        if (!endsField(path[i]))
+            continue;
+        bytes += toDisk(path.mid(start, i - start)) + path[i].toLatin1();
+        start = i + 1;
+    }
+    return bytes + toDisk(path.mid(start));
+}
+
+} // namespace
 
 HTTP::HTTP(QObject* parent, int port)
     : QObject(parent)
@@ -18,7 +41,7 @@ HTTP::HTTP(QObject* parent, int port)
     m_sckMain.setRemotePort(port);
     connect(&m_sckMain, &TcpClient::Connected, this, &HTTP::sendRequest);
     connect(&m_sckMain, &TcpClient::DataArrival, this, &HTTP::receive);
-    connect(&m_sckMain, &TcpClient::Closed, this, &HTTP::finish);
+    connect(&m_sckMain, &TcpClient::Closed, this, &HTTP::peerHasClosed);
     connect(&m_sckMain, &TcpClient::Error, this,
             [this](int, const QString& description) { fail(description); });
     connect(&m_Timer1, &Timer::Tick, this, &HTTP::finish);
@@ -47,8 +70,7 @@ void HTTP::Retrieve(const QString& url)
 void HTTP::sendRequest()
 {
     emit Status(u"Connected"_s);
-    const QStringList lines = {
-        "GET "_L1 + m_tag + " HTTP/1.0"_L1,
+    const QStringList headers = {
         u"Referer: HTTP ActiveX Control"_s,
         u"Connection: Keep-Alive"_s,
         u"User-Agent: Default"_s,
@@ -56,9 +78,9 @@ void HTTP::sendRequest()
         u"Accept: */*"_s,
         u"Accept-Language: en"_s,
     };
-    QByteArray request;
-    for (const QString& line : lines)
-        request += toDisk(line) + "\r\n";
+    QByteArray request = "GET " + fieldByField(m_tag) + " HTTP/1.0\r\n";
+    for (const QString& header : headers)
+        request += toDisk(header) + "\r\n";
     m_sckMain.SendData(request + "\r\n");
     emit Connected();
 }
@@ -87,6 +109,15 @@ void HTTP::receive()
         finish();
 }
 
+/// What a reset has cut off may be anything.
+void HTTP::peerHasClosed()
+{
+    if (m_sckMain.WasReset())
+        fail(tr("The connection was reset"));
+    else
+        finish();
+}
+
 /// Whatever ends the answer closes the socket, so that nothing ends it a second time.
 void HTTP::finish()
 {
@@ -99,6 +130,7 @@ void HTTP::fail(const QString& description)
 {
     m_Timer1.setEnabled(false);
     m_sckMain.Close();
+    m_buffer.clear();
     emit Status("Error: "_L1 + description);
     emit Failed();
 }

@@ -30,7 +30,8 @@ public:
     /// Starts to fetch `url`, host and path with or without "http://" (in lower case) before them,
     /// and drops the fetch that runs, if one does. The url names no port: a colon is part of the
     /// host's name. A line break ends the host, or the path, that it stands in. Nothing is
-    /// escaped; what is not ASCII goes out as shared/DiskText.h has it. An empty url does nothing.
+    /// escaped; what is not ASCII goes out as shared/DiskText.h has it, each field of a query (what
+    /// stands between "?", "&", "=" and the header mark) on its own. An empty url does nothing.
     ///
     /// Then comes either Finished, or Failed, which may come before this returns; or neither, from
     /// a server that stays silent.
@@ -46,7 +47,8 @@ public:
 signals:
     /// The answer is over: the server closed, nothing came for EndOfDataMs, a chunk held "</html>",
     /// or MaxAnswerBytes have come. All the bytes of it; they are split into fields as bytes, so
-    /// they are not text yet. Once for each fetch at most, and never after an error.
+    /// they are not text yet. Once for each fetch at most, and never after an error, such as a
+    /// connection that the server has reset.
     void Finished(const QByteArray& data);
     /// What the fetch does, for a status line: "Connecting", "Connected", "Receiving Data" with
     /// each chunk, "Error: " and the socket's description.
@@ -61,6 +63,7 @@ signals:
 private:
     void sendRequest();
     void receive();
+    void peerHasClosed();
     void finish();
     void fail(const QString& description);
 

@@ -1,6 +1,8 @@
 #include "network/TcpClient.h"
 
 #include "network/HeaderEnd.h"
+#include "platform/BrokenConnection.h"
+
 #include <QChildEvent>
 #include <QNetworkProxy>
 #include <QSslSocket>
@@ -59,6 +61,7 @@ bool TcpClient::setRemotePort(int port)
 bool TcpClient::Connect()
 {
     Close();
+    m_wasReset = false;
     QString host = m_host;
     if (host.startsWith(u'[') && host.endsWith(u']'))
         host = host.mid(1, host.size() - 2);
@@ -123,7 +126,8 @@ void TcpClient::established()
 
 /// Where the peer breaks a connection off before the program hears of it, QTcpSocket connects anew,
 /// as often as that happens: tens of thousands of times a second, until its own time-out. So the
-/// answers to an attempt, which come to socket notifiers below the socket, are counted.
+/// answers to an attempt, which come to socket notifiers below the socket, are counted. A reset
+/// is seen here alone: the socket tells it as a close, and by then its descriptor is gone.
 bool TcpClient::eventFilter(QObject* watched, QEvent* event)
 {
     if (event->type() == QEvent::ChildAdded) {
@@ -135,6 +139,9 @@ bool TcpClient::eventFilter(QObject* watched, QEvent* event)
         if (!m_connection.failure)
             failed(QAbstractSocket::ConnectionRefusedError, QTcpSocket::tr("Connection refused"));
         return true;
+    } else if (event->type() == QEvent::SockAct && m_connection.established &&
+               isResetByPeer(m_connection.socket->socketDescriptor())) {
+        m_connection.reset = true;
     }
     return QObject::eventFilter(watched, event);
 }
@@ -237,6 +244,7 @@ void TcpClient::deliverNext()
         return;
 
     const auto failure = now.failure;
+    m_wasReset = now.reset;
     Close();
     if (failure)
         emit Error(failure->number, failure->description);

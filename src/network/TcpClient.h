@@ -70,6 +70,10 @@ public:
     /// The chunk that the last DataArrival announced; empty when it has been taken.
     QByteArray GetData();
 
+    /// Whether the peer's close that Closed has told last was a reset, by which it may have thrown
+    /// away what it had still to send. False from the next Connect() on.
+    bool WasReset() const { return m_wasReset; }
+
     /// Ends the connection at once. What has come and was not delivered is dropped, and no
     /// signal of this connection follows.
     void Close();
@@ -86,7 +90,8 @@ signals:
     void DataArrival();
     /// The peer has closed, and the last DataArrival has been handled. Never after Close(). A
     /// secure peer that closes without close_notify (RFC 8446, 6.1) has closed too, as cameras'
-    /// servers do: whether all has come is for the reader of the bytes to judge.
+    /// servers do: whether all has come is for the reader of the bytes to judge. A reset is a
+    /// close, too: see WasReset().
     void Closed();
     /// The connection failed or broke. `number` is a QAbstractSocket::SocketError, `description`
     /// a text for the user, one line. The peer's close is never an Error, but for one that comes
@@ -142,6 +147,8 @@ private:
         bool firstDelivered = false;
         bool waitedEnough = false;
         bool peerClosed = false;
+        /// The peer has broken it off.
+        bool reset = false;
         std::optional<Failure> failure;
         /// How often the system has answered the attempt to connect to one address.
         int connectAnswers = 0;
@@ -153,6 +160,7 @@ private:
 
     Timer m_headerWait;
     Connection m_connection;
+    bool m_wasReset = false;
     /// Also across connections: the next event is on its way.
     bool m_scheduled = false;
 };

@@ -12,7 +12,7 @@ const QByteArray Chunked = "HTTP/1.1 200 OK\r\nTransfer-Encoding: chunked\r\n\r\
 /// The cameras as "category|name|key"; "none" where the directory found none.
 QStringList read(const QByteArray& answer)
 {
-    const auto cameras = readDirectoryAnswer(answer);
+    const auto cameras = DirectoryAnswer(answer).cameras();
     if (!cameras)
         return {"none"};
     QStringList rows;
@@ -58,6 +58,18 @@ private slots:
         row("the parts of a stream are its body",
             "HTTP/1.0 200 OK\r\nContent-Type: multipart/mixed\r\n\r\n--x\r\n\r\na\377b\377c",
             {"--x\r\n\r\na|b|c"});
+        row("a byte order mark", Header + "\xEF\xBB\xBF" + one, {rome});
+        row("a byte order mark in chunks",
+            Chunked + "1\r\n\xEF\r\n9\r\n\xBB\xBF"
+                      "Cities\xFF\r\n"
+                      "17\r\nRome\xFFrome.example/a.jpg\r\n0\r\n\r\n",
+            {rome});
+        row("a byte order mark alone", Header + "\xEF\xBB\xBF", {});
+        row("half a byte order mark is text", Header + "\xEF\xBB" + one,
+            {QStringLiteral("\u00EF\u00BBCities|Rome|rome.example/a.jpg")});
+        row("a second one is text", Header + "\xEF\xBB\xBF\xEF\xBB\xBF" + one,
+            {QStringLiteral("\uFEFFCities|Rome|rome.example/a.jpg")});
+        row("no luck behind a byte order mark", Header + "\xEF\xBB\xBFNo Luck090877", {"none"});
         row("no luck", Header + "No Luck090877", {"none"});
         row("no luck anywhere", Header + one + "<No Luck090877>\r\n", {"none"});
         row("no luck in the header is nothing", "X: No Luck090877\r\n\r\n" + one, {rome});
@@ -100,6 +112,11 @@ private slots:
         incomplete("shorter", "HTTP/1.0 200 OK\r\nContent-Length: 4\r\n\r\nabc");
         incomplete("shorter, bare line feeds", "HTTP/1.0 200 OK\nContent-Length: 4\n\nabc");
         incomplete("no end of the head", "HTTP/1.0 200 OK\r\nContent-Length: 4\r\nabcdefg");
+        incomplete("in its first word", "HTT");
+        incomplete("behind its first word", "HTTP/");
+        incomplete("no end of a chunked answer's head", Chunked.chopped(2));
+        incomplete("a chunk without a size", Chunked + "x\r\na\r\n0\r\n\r\n");
+        good("other bytes than a head", "HTML");
         incomplete("no last chunk", Chunked + "1\r\na\r\n");
         incomplete("no chunk", Chunked);
     }
@@ -108,7 +125,7 @@ private slots:
     {
         QFETCH(QByteArray, answer);
         QFETCH(std::optional<DirectoryFault>, fault);
-        QVERIFY(faultOfDirectoryAnswer(answer) == fault);
+        QVERIFY(DirectoryAnswer(answer).fault() == fault);
     }
 
     void textIsReadFieldByField()
@@ -134,9 +151,9 @@ private slots:
     void aFloodOfChunksIsBounded()
     {
         const double times = growth(HTTP::MaxAnswerBytes / 6 / 10, [](int chunks) {
-            const QByteArray answer = Chunked + QByteArray("1\r\na\r\n").repeated(chunks);
-            QVERIFY(faultOfDirectoryAnswer(answer));
-            QCOMPARE(readDirectoryAnswer(answer)->size(), 0);
+            const DirectoryAnswer answer(Chunked + QByteArray("1\r\na\r\n").repeated(chunks));
+            QVERIFY(answer.fault());
+            QCOMPARE(answer.cameras()->size(), 0);
         });
         qInfo("ten times as many at %.1f times the cost", times);
         QVERIFY(times < MostGrowth);
@@ -145,11 +162,11 @@ private slots:
     void aFloodIsBounded()
     {
         QFETCH(QByteArray, body);
-        const auto cameras = readDirectoryAnswer(Header + body);
+        const auto cameras = DirectoryAnswer(Header + body).cameras();
         QVERIFY(cameras);
         QTEST(cameras->size(), "rows");
         const double times =
-            timesTheCost([&] { readDirectoryAnswer(Header + body); }, decodeTwelveMegapixels);
+            timesTheCost([&] { DirectoryAnswer(Header + body).cameras(); }, decodeTwelveMegapixels);
         qInfo("%.2f times the cost of a large picture", times);
         QVERIFY(times < 20);
     }

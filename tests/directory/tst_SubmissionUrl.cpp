@@ -43,6 +43,22 @@ private slots:
                             {"Big Ben", "http://h/a.jpg?x=1&y", header, "My Sights"}),
               "address");
     }
+
+    void noFieldEndsAnother_data()
+    {
+        const Rows<EnteredCamera, QString> row("camera", "fields");
+        row("in the name", {"a&c=x\r\nb", "h/a", "", "c"}, "n=a%26c%3Dx&a=h/a&c=c");
+        row("in the address", {"n", "h/?x=1&c=2\nb", "", "c"}, "n=n&a=h/?x%3D1%26c%3D2&c=c");
+        row("in the header", {"n", "h/a", "X: 1&c=2\rY: 2", "c"}, "n=n&a=h/a\1X:+1%26c%3D2&c=c");
+        row("in the category", {"n", "h/a", "", "c HTTP/1.0\r\nX: y"}, "n=n&a=h/a&c=c+HTTP/1.0");
+    }
+
+    void noFieldEndsAnother()
+    {
+        QFETCH(EnteredCamera, camera);
+        QFETCH(QString, fields);
+        QCOMPARE(submissionUrl("http://localhost", camera), "http://localhost/pevora/?" + fields);
+    }
 };
 
 QTEST_GUILESS_MAIN(SubmissionUrlTest)

@@ -98,6 +98,11 @@ private slots:
         row("text of the code page", u"http://127.0.0.1/?q=Zürich"_s, "/?q=Z\xFCrich");
         row("other text", u"http://127.0.0.1/?q=東京 ü"_s, "/?q=\xE6\x9D\xB1\xE4\xBA\xAC \xC3\xBC");
         row("text that would read as UTF-8", u"http://127.0.0.1/?q=Ã¼"_s, "/?q=\xC3\x83\xC2\xBC");
+        // A name of the code page beside others: neither decides on the other's bytes.
+        row("each field is a text of its own", u"http://127.0.0.1/ü?n=ü&a=東京\u0001Ã¼&c=Ã¼+%26"_s,
+            "/\xFC?n=\xFC&a=\xE6\x9D\xB1\xE4\xBA\xAC\x01\xC3\x83\xC2\xBC&c=\xC3\x83\xC2\xBC+"
+            "%26");
+        row("fields without text", u"http://127.0.0.1/?=&&ü=?"_s, "/?=&&\xFC=?");
         row("a line break in the path", "http://127.0.0.1/a\r\nX: y", "/a");
         row("half a line break in the path", "http://127.0.0.1/a\nX: y", "/a");
         row("a return in the path", "http://127.0.0.1/a\rX: y", "/a");
@@ -368,6 +373,30 @@ private slots:
         QVERIFY(!c.timer().Enabled());
         QTRY_COMPARE(c.server.openConnections(), 0);
         QCOMPARE(c.finished(), 0);
+    }
+
+    void anAnswerThatIsResetIsAnError_data()
+    {
+        const Rows<QList<QByteArray>> row("pieces");
+        row("before its first byte", {});
+        row("in its header", {"HTTP/1.0 200"});
+        row("with all of its pieces", {Start, "part"});
+    }
+
+    void anAnswerThatIsResetIsAnError()
+    {
+        QFETCH(QList<QByteArray>, pieces);
+        Client c;
+        c.server.play(Script{pieces, Script::End::Reset});
+        c.http->Retrieve("127.0.0.1");
+        QTRY_COMPARE(c.told.last(), "failed");
+        QCOMPARE(c.told[c.told.size() - 2], "Error: The connection was reset");
+        QCOMPARE(c.finished(), 0);
+        QVERIFY(!c.timer().Enabled());
+        c.server.play(Start + "next");
+        c.http->Retrieve("127.0.0.1");
+        QTRY_COMPARE(c.finished(), 1);
+        QCOMPARE(c.answer, Start + "next");
     }
 
     void theNextFetchMayBeginAsSoonAsOneHasFinished()

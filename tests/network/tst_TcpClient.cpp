@@ -1,4 +1,5 @@
 #include "network/TcpClient.h"
+#include "support/Rows.h"
 #include "support/ScriptedServer.h"
 #include "support/TcpListener.h"
 #include "support/TimeSeam.h"
@@ -155,6 +156,31 @@ private slots:
         Scene s(Script{{"a\r\n\r\nb"}, Script::End::Abort});
         QTRY_COMPARE(s.last(), u"Closed"_s);
         QVERIFY(!s.listener.told.contains("Error"));
+    }
+
+    void aCloseSaysWhetherItWasAReset_data()
+    {
+        const Rows<Script, QList<QByteArray>, bool> row("script", "chunks", "reset");
+        const QByteArray answer = "a\r\n\r\nb";
+        using enum Script::End;
+        row("a close", Script{{answer}, Close}, {answer}, false);
+        row("a close without a word", Script{{}, Close}, {}, false);
+        row("a reset", Script{{answer}, Reset}, {answer}, true);
+        row("a reset in the header", Script{{"a\r\n"}, Reset}, {"a\r\n"}, true);
+        row("a reset without a word", Script{{}, Reset}, {}, true);
+    }
+
+    void aCloseSaysWhetherItWasAReset()
+    {
+        QFETCH(Script, script);
+        Scene s(script);
+        QTRY_COMPARE(s.last(), u"Closed"_s);
+        QVERIFY(!s.listener.told.contains("Error"));
+        QTEST(s.listener.chunks, "chunks");
+        QTEST(s.client.WasReset(), "reset");
+        // The next connection begins without.
+        s.client.Connect();
+        QVERIFY(!s.client.WasReset());
     }
 
     void connectsToAnIpv6AddressInBrackets()

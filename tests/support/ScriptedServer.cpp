@@ -5,10 +5,23 @@
 #include <QTcpSocket>
 #include <QTimer>
 
+#include <sys/socket.h>
+
 #include <algorithm>
 #include <utility>
 
 namespace {
+
+void reset(QTcpSocket* socket)
+{
+    while (socket->bytesToWrite() > 0 && socket->waitForBytesWritten()) {
+    }
+    const linger atOnce{.l_onoff = 1, .l_linger = 0};
+    if (setsockopt(static_cast<int>(socket->socketDescriptor()), SOL_SOCKET, SO_LINGER, &atOnce,
+                   sizeof(atOnce)) != 0)
+        qFatal("cannot reset");
+    socket->abort();
+}
 
 QTcpServer* tlsServer(const QSslConfiguration& tls)
 {
@@ -84,6 +97,8 @@ void ScriptedServer::playTo(QTcpSocket* socket, const Script& script)
             socket->disconnectFromHost();
         else if (script.end == Script::End::Abort)
             socket->abort();
+        else if (script.end == Script::End::Reset)
+            reset(socket);
         return;
     }
     socket->write(script.pieces.first());

@@ -20,6 +20,8 @@ struct Script
         KeepOpen,
         /// Breaks the connection off.
         Abort,
+        /// Breaks it off by a TCP reset, once the last piece is on its way.
+        Reset,
     };
 
     /// Sent one after the other, each in an event of its own.
