@@ -23,17 +23,6 @@ namespace {
 /// A tree of so many cameras is shown open when the program starts: each is one click away.
 constexpr int MostShownOpen = 50;
 
-/// The cameras of a list that was read; those of a new list where it is empty. `line` has to live
-/// as long as the result.
-CameraTreeModel::Source camerasOf(const QByteArray& line)
-{
-    if (!line.isEmpty())
-        return [reader = CameraListReader(line)]() mutable { return reader.next(); };
-    return [cameras = defaultCameras()]() mutable -> std::optional<CameraRecord> {
-        return cameras.isEmpty() ? std::nullopt : std::optional(cameras.takeFirst());
-    };
-}
-
 MessageQueue::Message alreadyListed()
 {
     return {QMessageBox::Information, u"Pevora"_s, u"Cam is already in your list."_s};
@@ -47,6 +36,7 @@ CamList::CamList(const QString& folder, QWidget* parent)
     , m_tree(new CameraTreeModel(this))
     , m_tvwCat(new CameraTreeView(this))
     , m_mnu(new QMenu(this))
+    , m_tmrSave(u"tmrSave"_s, SaveMs, this)
     , m_messages(new MessageQueue(this))
 {
     m_tvwCat->setModel(m_tree);
@@ -58,6 +48,11 @@ CamList::CamList(const QString& folder, QWidget* parent)
     });
     connect(m_tvwCat, &CameraTreeView::MenuWanted, m_mnu,
             [this](const QPoint& at) { m_mnu->popup(at); });
+    connect(m_tree, &QAbstractItemModel::rowsInserted, this, &CamList::changed);
+    connect(m_tree, &QAbstractItemModel::rowsRemoved, this, &CamList::changed);
+    connect(m_tree, &QAbstractItemModel::dataChanged, this, &CamList::changed);
+    connect(m_tree, &QAbstractItemModel::modelReset, this, &CamList::changed);
+    connect(&m_tmrSave, &Timer::Tick, this, &CamList::SaveFile);
 }
 
 CamList::~CamList() = default;
@@ -133,7 +128,8 @@ void CamList::askToRemove(const QModelIndex& category)
 {
     m_messages->ask(
         {QMessageBox::Question, u"Remove"_s, u"Remove Category and all its contents?"_s},
-        [this, category = QPersistentModelIndex(category)] { remove(category); });
+        // By its name: a save may merge in what another instance wrote, and all nodes are new.
+        [this, name = m_tree->record(category).name] { remove(m_tree->category(name)); });
 }
 
 void CamList::remove(const QModelIndex& node)
@@ -143,7 +139,7 @@ void CamList::remove(const QModelIndex& node)
     const QString name = m_tree->record(node).name;
     m_before = m_tree->cameras();
     m_tree->remove(node);
-    m_after = m_tree->cameras();
+    m_after = m_tree->revision();
     emit Removed(name);
 }
 
@@ -152,12 +148,9 @@ void CamList::undo()
     // Else the second undo of what changed nothing would leave an empty list.
     if (m_before.isEmpty())
         return;
-    const auto source = [cameras = std::exchange(m_before, {}),
-                         next = qsizetype(0)]() mutable -> std::optional<CameraRecord> {
-        return next < cameras.size() ? std::optional(cameras[next++]) : std::nullopt;
-    };
+    const auto source = CameraTreeModel::sourceOf(std::exchange(m_before, {}));
     // In their old places where nothing else has changed since, else behind what there is.
-    if (m_tree->cameras() != m_after) {
+    if (m_tree->revision() != m_after) {
         m_tree->addAll(source);
         return;
     }
@@ -205,76 +198,6 @@ void CamList::select(const QString& key)
         m_tvwCat->select(camera);
 }
 
-void CamList::LoadFile(const QString& path)
-{
-    if (path.isEmpty())
-        reload();
-    else
-        import(path);
-}
-
-void CamList::Reload()
-{
-    if (!reloadingLosesChanges()) {
-        reload();
-        return;
-    }
-    m_messages->ask({QMessageBox::Question, u"Reload List"_s,
-                     tr("The list has changes that are not saved. Load list.dat again and lose "
-                        "them?")},
-                    [this] { reload(); });
-}
-
-/// Categories without a camera are not counted: no file keeps them.
-bool CamList::reloadingLosesChanges() const
-{
-    const QList<CameraRecord> cameras = m_tree->cameras();
-    if (cameras == m_loaded)
-        return false;
-    const auto line = m_file.peek();
-    CameraTreeModel loaded;
-    if (line)
-        loaded.replaceAll(camerasOf(*line));
-    return loaded.cameras() != cameras;
-}
-
-void CamList::reload()
-{
-    const auto line = m_file.read();
-    m_before = m_tree->cameras();
-    const QStringList open = m_tvwCat->openCategories();
-    // A list that cannot be read is not an empty one: nothing takes its place.
-    const auto none = [] { return std::optional<CameraRecord>(); };
-    tellAlreadyListed(m_tree->replaceAll(line ? camerasOf(*line) : none));
-    // Whatever it is, it is not the list of somebody who removed the last camera.
-    if (line && !line->isEmpty() && m_tree->cameraCount() == 0)
-        m_file.distrust();
-    showOpen(open);
-    m_loaded = m_after = m_tree->cameras();
-    emit Reloaded(m_tree->cameraCount());
-}
-
-void CamList::import(const QString& path)
-{
-    const auto line = readImportedList(path);
-    if (!line) {
-        // Kept: one that cannot be read is told of as one that is no list.
-        tellNotValid();
-        return;
-    }
-    const qsizetype before = m_tree->cameraCount();
-    // Kept: "CAMZ" alone brings the cameras of a new list.
-    const qsizetype refused = m_tree->addAll(camerasOf(*line));
-    tellAlreadyListed(refused);
-    const QList<CameraRecord> cameras = m_tree->cameras();
-    QSet<QString> gaining;
-    for (const CameraRecord& camera : cameras.sliced(before))
-        gaining.insert(camera.category);
-    for (const QString& category : std::as_const(gaining))
-        m_tvwCat->expand(m_tree->category(category));
-    emit Added(cameras.size() - before, refused, cameras.value(before).key);
-}
-
 /// Not at once: while the program starts, its window comes first. The same below.
 void CamList::tellNotValid()
 {
@@ -299,20 +222,6 @@ void CamList::followCamera(const QString& key)
 {
     if (std::exchange(m_followed, key) != key)
         select(key);
-}
-
-void CamList::ExportFile(const QString& path)
-{
-    const QList<CameraRecord> cameras = m_tree->cameras();
-    // "CAMZ" alone would bring the cameras of a new list to whoever imports it.
-    const QString reason =
-        cameras.isEmpty() ? tr("the list has no cameras") : writeExportedList(path, cameras);
-    emit Exported(path, reason);
-}
-
-void CamList::SaveFile()
-{
-    m_file.write(writeCameraListLine(m_tree->cameras()));
 }
 
 void CamList::endMessages()
@@ -350,20 +259,19 @@ bool CamList::add(const CameraRecord& camera)
 
 void CamList::editSelected()
 {
-    const QModelIndex camera = m_tvwCat->selected();
+    m_edited = m_tvwCat->selected();
     auto* editor = new frmEdit(categories(), window());
-    connect(editor, &frmEdit::Updated, this,
-            [this, editor, camera = QPersistentModelIndex(camera)](const CameraRecord& updated) {
-                if (!m_tree->canTake(updated, camera)) {
-                    editor->refuse(alreadyListed());
-                    return;
-                }
-                // Kept: it moves to the end of its category, whatever was edited.
-                m_tree->remove(camera);
-                add(updated);
-                editor->accept();
-            });
-    editor->edit(m_tree->record(camera));
+    connect(editor, &frmEdit::Updated, this, [this, editor](const CameraRecord& updated) {
+        if (!m_tree->canTake(updated, m_edited)) {
+            editor->refuse(alreadyListed());
+            return;
+        }
+        // Kept: it moves to the end of its category, whatever was edited.
+        m_tree->remove(m_edited);
+        add(updated);
+        editor->accept();
+    });
+    editor->edit(m_tree->record(m_edited));
 }
 
 void CamList::resizeEvent(QResizeEvent* /*event*/)

@@ -2,7 +2,10 @@
 
 #include "cameras/CameraListLine.h"
 #include "camlist/CameraListFile.h"
+#include "shared/SaveOutcome.h"
+#include "shared/Timer.h"
 
+#include <QPersistentModelIndex>
 #include <QWidget>
 
 class CameraTreeModel;
@@ -14,7 +17,13 @@ class QMenu;
 class QModelIndex;
 
 /// The camera list: a tree (`tvwCat`) of categories and the cameras in them, its file, and what the
-/// user does with it. The tree's nodes are the only store; nothing is written but by SaveFile.
+/// user does with it. The tree's nodes are the only store.
+///
+/// A change is in list.dat a few seconds after it was made (timer "tmrSave"), and so outlives a
+/// crash. "Exit Without Saving" then takes the changes of this run back out of the file (see
+/// dropChanges()). A list that nobody changed here is never written, so that an instance that only
+/// looks on undoes nothing; what another instance wrote meanwhile is merged in, and the tree shows
+/// what is in the file then.
 class CamList : public QWidget
 {
     Q_OBJECT
@@ -36,11 +45,11 @@ public:
     void Remove();
 
     /// Without a path: empties the tree and loads list.dat anew, or the default cameras where that
-    /// is missing or empty. One that is there but cannot be read leaves the tree empty, without a
-    /// word. With a path: adds the cameras of that file, see readImportedList(), the default
-    /// cameras where it is a "CAMZ" file that holds none, and opens their categories; says so where
-    /// it is no such file or cannot be read. Either says once for every camera that the tree has it
-    /// already.
+    /// is missing or empty. One that is there but cannot be read, or is no list (isTrustedLine()),
+    /// leaves the tree empty, and is told of once. With a path: adds the cameras of that file, see
+    /// readImportedList(), the default cameras where it is a "CAMZ" file that holds none, and opens
+    /// their categories; says so where it is no such file or cannot be read. Either says once for
+    /// every camera that the tree has it already.
     void LoadFile(const QString& path = {});
 
     /// LoadFile() without a path. Asks before, where the cameras of the tree have changed since
@@ -71,11 +80,18 @@ public:
     /// since then stays. Nothing where there was none, or it was undone.
     void undo();
 
-    /// Writes the tree into list.dat, in the order in which the cameras were added. Categories
-    /// without a camera are not written; without any camera the file is removed. A list.dat that
-    /// could not be read, or that another instance changed since, is kept as list.dat.bak (see
-    /// CameraListFile). Where it cannot be written the old one stays, without a word.
-    void SaveFile();
+    static constexpr int SaveMs = 3'000;
+
+    /// Writes the tree into list.dat, in the order in which the cameras were added, where it was
+    /// changed since it was loaded or saved; the default cameras of a new list also unchanged.
+    /// Categories without a camera are not written; without any camera the file is removed. What
+    /// another instance wrote since is merged with it, and shown; what cannot be merged is kept as
+    /// list.dat.bak (see CameraListFile), and KeptBeside tells of it. Where it cannot be written
+    /// the old one stays; nobody is told but by the outcome.
+    SaveOutcome SaveFile();
+
+    /// Takes what this run changed back out of list.dat; the tree stays. For a program that ends.
+    SaveOutcome dropChanges();
 
     /// The program ends: no message of this list opens any more.
     void endMessages();
@@ -103,6 +119,8 @@ signals:
     void Added(qsizetype added, qsizetype refused, const QString& firstKey);
     /// The cameras were written to `path`; `reason`, where it is not empty, says why they were not.
     void Exported(const QString& path, const QString& reason);
+    /// A save kept at `path` what was in list.dat, because not all of it is in the list now.
+    void KeptBeside(const QString& path);
 
 protected:
     void resizeEvent(QResizeEvent* event) override;
@@ -112,6 +130,9 @@ private:
     void updateMenu();
     void reload();
     bool reloadingLosesChanges() const;
+    void changed();
+    void showMerged(const QByteArray& line);
+    void tellTrouble();
     void import(const QString& path);
     void tellNotValid();
     void tellAlreadyListed(qsizetype cameras);
@@ -128,10 +149,14 @@ private:
     QAction* m_mnuEdit = nullptr;
     /// The key of the camera on show.
     QString m_followed;
-    /// All cameras before and after the last change that can be undone.
+    /// All cameras before the last change that can be undone, and the tree's revision after it.
     QList<CameraRecord> m_before;
-    QList<CameraRecord> m_after;
-    /// All cameras when list.dat was last loaded.
-    QList<CameraRecord> m_loaded;
+    quint64 m_after = 0;
+    /// The tree's revision when it was as list.dat.
+    quint64 m_saved = 0;
+    /// The camera that the editor, of which there is one at a time, was opened for.
+    QPersistentModelIndex m_edited;
+    CameraListFile::Trouble m_told = CameraListFile::Trouble::None;
+    Timer m_tmrSave;
     MessageQueue* m_messages;
 };

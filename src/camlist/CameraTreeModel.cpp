@@ -2,6 +2,8 @@
 
 #include "cameras/CameraKey.h"
 #include "cameras/CameraTexts.h"
+#include "camlist/CameraListFile.h"
+#include "shared/DiskText.h"
 #include "shared/InputText.h"
 #include "widgets/SymbolIcon.h"
 
@@ -40,6 +42,32 @@ bool beginsWith(QStringView texts, QStringView name)
     return true;
 }
 
+/// Whether no list may hold it.
+bool isForbidden(QChar one)
+{
+    return (one < u' ' && one != HeaderMark && one != u'\t' && one != u'\r' && one != u'\n') ||
+           one == u'\x7F';
+}
+
+/// `text` as the tree keeps it; see CameraTreeModel::add().
+QString listText(const QString& text)
+{
+    const auto needsCare = [](QChar one) { return one == FieldSeparator || isForbidden(one); };
+    const auto isLong = [](const QString& one) {
+        return one.size() > CameraTreeModel::LongestText && toDiskField(one).size() > LongestField;
+    };
+    if (std::none_of(text.begin(), text.end(), needsCare) && !isLong(text))
+        return text;
+    QString kept = withoutSeparator(text);
+    kept.removeIf(isForbidden);
+    if (!isLong(kept))
+        return kept;
+    kept.truncate(CameraTreeModel::LongestText);
+    if (!kept.isEmpty() && kept.back().isHighSurrogate())
+        kept.chop(1);
+    return kept;
+}
+
 } // namespace
 
 CameraTreeModel::CameraTreeModel(QObject* parent)
@@ -50,6 +78,13 @@ CameraTreeModel::CameraTreeModel(QObject* parent)
 }
 
 CameraTreeModel::~CameraTreeModel() = default;
+
+CameraTreeModel::Source CameraTreeModel::sourceOf(const QList<CameraRecord>& cameras)
+{
+    return [cameras, next = qsizetype(0)]() mutable -> std::optional<CameraRecord> {
+        return next < cameras.size() ? std::optional(cameras[next++]) : std::nullopt;
+    };
+}
 
 qsizetype CameraTreeModel::addAll(const Source& source)
 {
@@ -63,6 +98,7 @@ qsizetype CameraTreeModel::replaceAll(const Source& source)
 {
     beginResetModel();
     m_resetting = true;
+    ++m_revision;
     m_byKey.clear();
     m_categories.clear();
     m_nodes.clear();
@@ -76,18 +112,17 @@ qsizetype CameraTreeModel::replaceAll(const Source& source)
 QModelIndex CameraTreeModel::add(const CameraRecord& camera)
 {
     // Kept: a category that is made here stays when the camera is refused.
-    Node* category = ensureCategory(withoutSeparator(camera.category));
+    Node* category = ensureCategory(listText(camera.category));
     if (!category)
         return {};
-    Node* const added =
-        insert(withoutSeparator(camera.name), withoutSeparator(camera.key), category);
+    Node* const added = insert(listText(camera.name), listText(camera.key), category);
     return added ? indexOf(added) : QModelIndex();
 }
 
 bool CameraTreeModel::canTake(const CameraRecord& camera, const QModelIndex& instead) const
 {
-    const QString category = withoutSeparator(camera.category);
-    const QString key = withoutSeparator(camera.key);
+    const QString category = listText(camera.category);
+    const QString key = listText(camera.key);
     const Node* const gone = nodeOf(instead);
     const Node* const ofCategory = m_byKey.value(category);
     const Node* const ofKey = m_byKey.value(key);
@@ -121,6 +156,7 @@ CameraTreeModel::Node* CameraTreeModel::insert(const QString& text, const QStrin
     place = node;
     row.push_back(node);
     appendText(*node);
+    ++m_revision;
     if (!m_resetting)
         endInsertRows();
     return node;
@@ -138,6 +174,7 @@ void CameraTreeModel::remove(const QModelIndex& index)
     for (auto later = row.begin() + at; later != row.end(); ++later)
         --(*later)->row;
     forget(node);
+    ++m_revision;
     endRemoveRows();
 }
 
@@ -164,12 +201,13 @@ void CameraTreeModel::appendText(const Node& node)
 bool CameraTreeModel::setKey(const QModelIndex& camera, const QString& key)
 {
     Node* const node = nodeOf(camera);
-    const QString newKey = withoutSeparator(key);
+    const QString newKey = listText(key);
     if (!node || !node->category || m_byKey.contains(newKey))
         return false;
     m_byKey.remove(node->key);
     m_byKey.insert(newKey, node);
     node->key = newKey;
+    ++m_revision;
     emit dataChanged(camera, camera);
     return true;
 }
@@ -182,6 +220,12 @@ QModelIndex CameraTreeModel::find(const QString& key) const
             return indexOf(node.get());
     }
     return {};
+}
+
+QModelIndex CameraTreeModel::camera(const QString& key) const
+{
+    const Node* const node = m_byKey.value(key);
+    return node && node->category ? indexOf(node) : QModelIndex();
 }
 
 QModelIndex CameraTreeModel::category(const QString& name) const

@@ -29,6 +29,8 @@ public:
     /// Gives one camera after the other, and nothing behind the last.
     using Source = std::function<std::optional<CameraRecord>()>;
 
+    static Source sourceOf(const QList<CameraRecord>& cameras);
+
     /// Adds the cameras of `source` as add() does; returns how many were refused.
     qsizetype addAll(const Source& source);
 
@@ -37,19 +39,27 @@ public:
 
     /// Adds a camera at the end of its category, which is added before where it is missing. Adds
     /// nothing where the key is there already, but keeps a category added for it. Returns its
-    /// index, or an invalid one. A field separator in a text becomes what looks the same.
+    /// index, or an invalid one. A text becomes what the file can hold (CameraListFile.h): a field
+    /// separator becomes what looks the same, control characters but 1 and white space go, and
+    /// of a text that is longer than a field may be LongestText characters stay.
     QModelIndex add(const CameraRecord& camera);
 
     /// Whether add() would take `camera` were the camera at `instead` gone, which may be an invalid
     /// index.
     bool canTake(const CameraRecord& camera, const QModelIndex& instead) const;
 
-    /// Gives a camera another key; false, and nothing changes, where `key` is there already. A
-    /// field separator becomes what looks the same.
+    /// Gives a camera another key; false, and nothing changes, where `key` is there already. It
+    /// becomes what the file can hold, as above.
     bool setKey(const QModelIndex& camera, const QString& key);
 
     /// Removes a camera, or a category with its cameras.
     void remove(const QModelIndex& node);
+
+    /// In the field of a list at most LongestField bytes, whatever they are.
+    static constexpr qsizetype LongestText = 21'000;
+
+    /// Another number after every change; the same means that nothing has changed.
+    quint64 revision() const { return m_revision; }
 
     /// All cameras, in the order in which they were added.
     QList<CameraRecord> cameras() const;
@@ -66,6 +76,9 @@ public:
     /// The camera of that key, with or without the "http://" that goes without saying; invalid
     /// where there is none.
     QModelIndex find(const QString& key) const;
+
+    /// The camera of exactly that key; invalid where there is none.
+    QModelIndex camera(const QString& key) const;
 
     /// The category of that name; invalid where there is none.
     QModelIndex category(const QString& name) const;
@@ -102,5 +115,6 @@ private:
     QString m_texts;
     QIcon m_cameraPicture;
     QIcon m_categoryPicture;
+    quint64 m_revision = 0;
     bool m_resetting = false;
 };

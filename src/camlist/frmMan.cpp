@@ -1,6 +1,7 @@
 #include "camlist/frmMan.h"
 
 #include "camlist/FavouritesModel.h"
+#include "camlist/MergedLists.h"
 #include "widgets/CheckBoxDelegate.h"
 #include "widgets/CheckedListView.h"
 #include "widgets/Twips.h"
@@ -55,6 +56,7 @@ QPushButton* managerButton(const QString& name, const QString& caption, QWidget*
 frmMan::frmMan(Favourites* favourites, QWidget* parent)
     : QDialog(parent)
     , m_favourites(favourites)
+    , m_opened(favourites->entries())
     , m_items(new FavouritesModel(favourites->entries(), this))
 {
     setObjectName(u"frmMan"_s);
@@ -137,7 +139,9 @@ void frmMan::layOut()
 
 void frmMan::accept()
 {
-    m_favourites->replaceAll(m_items->favourites());
+    // Meanwhile a save may have brought favourites of another instance.
+    m_favourites->replaceAll(
+        mergedFavourites(m_opened, m_items->favourites(), m_favourites->entries()));
     QDialog::accept();
 }
 

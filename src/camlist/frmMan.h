@@ -1,10 +1,11 @@
 #pragma once
 
+#include "camlist/Favourites.h"
+
 #include <QDialog>
 
 class CheckedListView;
 class FavouritesModel;
-class Favourites;
 class QPushButton;
 
 /// The window "Manage Favorites": removes and sorts favourites. It works on a copy of them, and
@@ -33,6 +34,8 @@ private:
     void setUsable(QPushButton* button, bool usable);
 
     Favourites* m_favourites;
+    /// As they were when the window opened.
+    QList<Favourite> m_opened;
     FavouritesModel* m_items;
     CheckedListView* m_lvwList;
     QPushButton* m_cmdRem;

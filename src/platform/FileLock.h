@@ -23,6 +23,10 @@ public:
     /// already.
     Result take(const QString& path);
 
+    /// The same on a folder itself, for those who write files in it. On Linux nothing is made in
+    /// it; on Windows a hidden file lies there while the lock is held.
+    Result takeFolder(const QString& folder);
+
     /// Gives it back; does nothing where it is not held.
     void release();
 

@@ -43,14 +43,22 @@ QString firstCharacters(const QString& text, qsizetype count)
 
 QString GetFromINI(const QString& section, const QString& key, const QString& path)
 {
-    const QString value =
-        withCache([&](IniCache& cache) { return cache.value(section, key.toLower(), path); });
-    return firstCharacters(value, LongestValue);
+    return firstCharacters(GetWholeFromINI(section, key, path), LongestValue);
 }
 
-qsizetype CountKeysInINI(const QString& section, const QString& path)
+QString GetWholeFromINI(const QString& section, const QString& key, const QString& path)
 {
-    return withCache([&](IniCache& cache) { return cache.countKeys(section, path); });
+    return withCache([&](IniCache& cache) { return cache.value(section, key.toLower(), path); });
+}
+
+QStringList KeysInINI(const QString& section, const QString& path)
+{
+    return withCache([&](IniCache& cache) { return cache.keys(section, path); });
+}
+
+void RefreshINI(const QString& path)
+{
+    withCache([&](IniCache& cache) { cache.refresh(path); });
 }
 
 void WriteToINI(const QString& section, const QString& key, const QString& value,
@@ -67,8 +75,8 @@ void RemoveFromINI(const QString& section, const QString& key, const QString& pa
     withCache([&](IniCache& cache) { cache.removeKey(section, key, path); });
 }
 
-bool FlushINI()
+bool FlushINI(QString* reason)
 {
     auto* cache = findCache();
-    return !cache || cache->flush();
+    return !cache || cache->flush(reason);
 }

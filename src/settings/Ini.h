@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QString>
+#include <QStringList>
 
 /// The program's only access to its ini files: pref.ini with the preferences and favourites, and
 /// lan.ini with the captions of a language. The format is described in settings/IniFile.h, and
@@ -15,8 +16,17 @@
 /// other spelling.
 QString GetFromINI(const QString& section, const QString& key, const QString& path);
 
-/// How many keys the section of that file has: an upper bound for a count that the file announces.
-qsizetype CountKeysInINI(const QString& section, const QString& path);
+/// The same whole, however long it is: for what would be lost for good if it were cut and written
+/// again.
+QString GetWholeFromINI(const QString& section, const QString& key, const QString& path);
+
+/// The keys that the section of that file has, in small letters and in no particular order.
+QStringList KeysInINI(const QString& section, const QString& path);
+
+/// Reads the file anew, because another instance of the program may have changed it; what was
+/// written or removed here and is not on the disk yet is on top of that. For who holds the lock of
+/// its folder (shared/FolderLock.h), so that nothing comes between this and FlushINI().
+void RefreshINI(const QString& path);
 
 /// Sets a key, spelt in capitals in the file; file and section are created where missing, a folder
 /// is not. The file is written a little later, see FlushINI, but every reader here sees the value
@@ -28,6 +38,8 @@ void WriteToINI(const QString& section, const QString& key, const QString& value
 /// Removes a key, if it is there. Handles no events.
 void RemoveFromINI(const QString& section, const QString& key, const QString& path);
 
-/// Puts everything that was written or removed on the disk now. Returns false where a file could
-/// not be written; it is as it was then, and what was to be written is dropped.
-bool FlushINI();
+/// Puts everything that was written or removed on the disk now. What another instance wrote
+/// meanwhile stays, but for the same keys. Returns false where a file could not be written; it is
+/// as it was then, what was to be written is dropped, and `reason`, if given, says why, as
+/// replaceFile() does.
+bool FlushINI(QString* reason = nullptr);

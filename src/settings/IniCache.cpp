@@ -1,5 +1,6 @@
 #include "settings/IniCache.h"
 
+#include "shared/FolderLock.h"
 #include "shared/ReadFile.h"
 #include "shared/ReplaceFile.h"
 
@@ -37,9 +38,9 @@ IniCache::IniCache(QObject* parent)
     : QObject(parent)
     , m_timer(u"tmrIniFlush"_s, QuietMs, this)
 {
-    connect(&m_timer, &Timer::Tick, this, &IniCache::flush);
+    connect(&m_timer, &Timer::Tick, this, [this] { flush(); });
     if (auto* application = QCoreApplication::instance())
-        connect(application, &QCoreApplication::aboutToQuit, this, &IniCache::flush);
+        connect(application, &QCoreApplication::aboutToQuit, this, [this] { flush(); });
 }
 
 IniCache::~IniCache()
@@ -52,9 +53,9 @@ QString IniCache::value(const QString& section, const QString& key, const QStrin
     return upToDate(path).ini.value(section, key);
 }
 
-qsizetype IniCache::countKeys(const QString& section, const QString& path)
+QStringList IniCache::keys(const QString& section, const QString& path)
 {
-    return upToDate(path).ini.countKeys(section);
+    return upToDate(path).ini.keys(section);
 }
 
 IniCache::File& IniCache::upToDate(const QString& path)
@@ -68,22 +69,49 @@ IniCache::File& IniCache::upToDate(const QString& path)
 void IniCache::setValue(const QString& section, const QString& key, const QString& value,
                         const QString& path)
 {
-    change(path, [&](IniFile& ini) { return ini.setValue(section, key, value); });
+    change(path, {section, key, value});
 }
 
 void IniCache::removeKey(const QString& section, const QString& key, const QString& path)
 {
-    change(path, [&](IniFile& ini) { return ini.removeKey(section, key); });
+    change(path, {section, key, std::nullopt});
 }
 
-bool IniCache::flush()
+void IniCache::refresh(const QString& path)
+{
+    File& file = fileOf(path);
+    if (file.inRun)
+        refreshRun(path, file);
+}
+
+void IniCache::refreshRun(const QString& path, File& file)
+{
+    // Without the file, what this run has seen of it is all that is left.
+    const std::optional<QByteArray> bytes = readFile(path, MaxBytes);
+    IniFile ini;
+    if (!bytes || *bytes == file.bytes || !ini.parse(*bytes))
+        return;
+    file.ini = ini;
+    file.bytes = *bytes;
+    file.changed = false;
+    for (const Change& change : file.changes) {
+        if (apply(file.ini, change))
+            file.changed = true;
+    }
+}
+
+bool IniCache::flush(QString* reason)
 {
     m_timer.setEnabled(false);
     bool allWritten = true;
     for (auto& [path, file] : m_files) {
         if (file.inRun && file.changed) {
+            const FolderLock lock(QFileInfo(path).path());
+            refreshRun(path, file);
             file.bytes = file.ini.bytes();
-            if (replaceFile(path, file.bytes)) {
+            if (replaceFile(path, file.bytes, reason)) {
+                if (lock.isHeld())
+                    removeLeftovers(path);
                 file.stamp = fileStamp(path);
                 file.settled = false;
             } else {
@@ -93,6 +121,7 @@ bool IniCache::flush()
         }
         file.inRun = false;
         file.changed = false;
+        file.changes.clear();
     }
     return allWritten;
 }
@@ -134,7 +163,13 @@ void IniCache::bringUpToDate(const QString& path, File& file, bool anew)
     file.known = true;
 }
 
-void IniCache::change(const QString& path, const std::function<bool(IniFile&)>& edit)
+bool IniCache::apply(IniFile& ini, const Change& change)
+{
+    return change.value ? ini.setValue(change.section, change.key, *change.value)
+                        : ini.removeKey(change.section, change.key);
+}
+
+void IniCache::change(const QString& path, const Change& change)
 {
     File& file = fileOf(path);
     if (!file.inRun) {
@@ -144,7 +179,8 @@ void IniCache::change(const QString& path, const std::function<bool(IniFile&)>& 
             return;
         file.inRun = true;
     }
-    if (edit(file.ini))
+    file.changes.push_back(change);
+    if (apply(file.ini, change))
         file.changed = true;
     // Without an application there are no timers; the cache is then gone in a moment anyway.
     if (QCoreApplication::instance())

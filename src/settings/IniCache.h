@@ -6,8 +6,9 @@
 
 #include <QObject>
 
-#include <functional>
 #include <map>
+#include <optional>
+#include <vector>
 
 /// The ini files that were used of late, so that many reads or many writes in a row touch the disk
 /// once.
@@ -15,9 +16,10 @@
 /// The first change of a file begins a run: the file is read anew, because another instance of
 /// the program may have written it, and stays in memory with all changes of the run. The run ends
 /// after 200 ms without a change (timer "tmrIniFlush"), with flush(), when the application quits,
-/// and with the cache itself; the file is then replaced as a whole, where a byte of it changed. A
-/// read sees the changes of a run at once. Between two runs a read notices when somebody else
-/// changed the file.
+/// and with the cache itself; the file is then replaced as a whole, where a byte of it changed,
+/// with what another instance wrote since the run began, but for the keys of the run. A read sees
+/// the changes of a run at once. Between two runs a read notices when somebody else changed the
+/// file.
 ///
 /// A file that cannot be read (a folder, a pipe, no right to, over MaxBytes, see also
 /// IniFile::MaxLines) has no keys and is never written. A file that cannot be written stays as it
@@ -35,13 +37,18 @@ public:
 
     /// As in IniFile, for the file `path`.
     QString value(const QString& section, const QString& key, const QString& path);
-    qsizetype countKeys(const QString& section, const QString& path);
+    QStringList keys(const QString& section, const QString& path);
     void setValue(const QString& section, const QString& key, const QString& value,
                   const QString& path);
     void removeKey(const QString& section, const QString& key, const QString& path);
 
-    /// Ends all runs. Returns false where a file with changes could not be written.
-    bool flush();
+    /// In a run, the file is read anew, and the changes of the run are made once more in what is
+    /// there now. A file that is gone, or that cannot be read any more, changes nothing here.
+    void refresh(const QString& path);
+
+    /// Ends all runs, each with refresh() and under the lock of the file's folder. Returns false
+    /// where a file with changes could not be written; `reason`, if given, says why.
+    bool flush(QString* reason = nullptr);
 
     /// Lets the events that wait be handled once. Does nothing when called from such an event: a
     /// handler that writes in its turn would else handle the events behind it first, and those
@@ -49,9 +56,18 @@ public:
     void letEventsRun();
 
 private:
+    /// Of a run: a key that was set, or without a value one that was removed.
+    struct Change
+    {
+        QString section;
+        QString key;
+        std::optional<QString> value;
+    };
+
     struct File
     {
         IniFile ini;
+        std::vector<Change> changes;
         QByteArray bytes; // what `ini` was read from or written as
         FileStamp stamp;
         bool known = false;   // read before, and `stamp` is of that time
@@ -64,7 +80,9 @@ private:
     File& fileOf(const QString& path);
     File& upToDate(const QString& path);
     static void bringUpToDate(const QString& path, File& file, bool anew);
-    void change(const QString& path, const std::function<bool(IniFile&)>& edit);
+    void change(const QString& path, const Change& change);
+    static bool apply(IniFile& ini, const Change& change);
+    static void refreshRun(const QString& path, File& file);
 
     std::map<QString, File> m_files; // by absolute path
     Timer m_timer;

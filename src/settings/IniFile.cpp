@@ -151,10 +151,10 @@ QString IniFile::value(const QString& section, const QString& key) const
     return line == found.keys.constEnd() ? QString() : fromDisk(valueOf(found.lines[*line].bytes));
 }
 
-qsizetype IniFile::countKeys(const QString& section) const
+QStringList IniFile::keys(const QString& section) const
 {
     const std::size_t index = indexOf(section);
-    return index == None ? 0 : m_sections[index].keys.size();
+    return index == None ? QStringList() : QStringList(m_sections[index].keys.keys());
 }
 
 bool IniFile::setValue(const QString& section, const QString& key, const QString& value)

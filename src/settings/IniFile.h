@@ -3,6 +3,7 @@
 #include <QByteArray>
 #include <QHash>
 #include <QString>
+#include <QStringList>
 
 #include <vector>
 
@@ -36,8 +37,9 @@ public:
     /// The value of a key, whole; empty where there is no such section or key.
     QString value(const QString& section, const QString& key) const;
 
-    /// How many different keys the section has; 0 where there is none of that name.
-    qsizetype countKeys(const QString& section) const;
+    /// The different keys of the section, in no particular order and in small letters; none where
+    /// there is no section of that name.
+    QStringList keys(const QString& section) const;
 
     /// Sets a key, creates it and its section where they are missing, and writes the key as it is
     /// spelt here. Returns whether that changed a byte of the file. A section or key that could

@@ -1,12 +1,16 @@
 #include "shared/ReplaceFile.h"
 
 #include "platform/FileOwner.h"
+#include "platform/OwnFile.h"
 #include "platform/SyncFile.h"
 
 #include <QCoreApplication>
+#include <QDir>
+#include <QFile>
 #include <QFileInfo>
 #include <QSaveFile>
 
+#include <algorithm>
 #include <optional>
 
 namespace {
@@ -65,7 +69,36 @@ std::optional<QString> failureOfReplacing(const QString& path, const QByteArray&
     return file.commit() ? std::nullopt : std::optional(file.errorString());
 }
 
+/// Whether QSaveFile made up `ending`, and no person did.
+bool isMadeUp(QStringView ending)
+{
+    constexpr qsizetype length = 6;
+    const auto isSmall = [](QChar one) { return one >= u'a' && one <= u'z'; };
+    const auto isCapital = [](QChar one) { return one >= u'A' && one <= u'Z'; };
+    if (ending.size() != length || !std::all_of(ending.begin(), ending.end(), [&](QChar one) {
+            return isSmall(one) || isCapital(one);
+        }))
+        return false;
+    // A word begins with a capital at the most, or has nothing else.
+    const QStringView rest = ending.sliced(1);
+    return std::any_of(rest.begin(), rest.end(), isCapital) &&
+           std::any_of(ending.begin(), ending.end(), isSmall);
+}
+
 } // namespace
+
+void removeLeftovers(const QString& path)
+{
+    const QFileInfo file(path);
+    const QString beginning = file.fileName() + QLatin1Char('.');
+    const QDir folder = file.dir();
+    for (const QString& name : folder.entryList(QDir::Files | QDir::Hidden | QDir::System)) {
+        const QString other = folder.filePath(name);
+        if (name.startsWith(beginning) && isMadeUp(QStringView(name).sliced(beginning.size())) &&
+            isOwnFile(other))
+            QFile::remove(other);
+    }
+}
 
 bool replaceFile(const QString& path, const QByteArray& bytes, QString* reason, NewFile newFile)
 {

@@ -24,3 +24,10 @@ enum class NewFile {
 /// created.
 bool replaceFile(const QString& path, const QByteArray& bytes, QString* reason = nullptr,
                  NewFile newFile = NewFile::Private);
+
+/// Removes what replaceFile() left beside `path` where it was killed: files of its name, a full
+/// stop and six letters, small and capital ones mixed (one such name in twenty is not removed,
+/// because it reads as a word, like the "list.dat.backup" of a person). Only ordinary files of
+/// this user, and only beside `path` itself, not beside the target of a link. For whoever holds the
+/// lock on the folder (FolderLock): else it could be the file of one who writes just now.
+void removeLeftovers(const QString& path);

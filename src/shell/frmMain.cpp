@@ -202,6 +202,21 @@ void frmMain::closeEvent(QCloseEvent* event)
     event->accept();
 }
 
+/// The list on disk is what it was at the start, where that is wanted.
+void frmMain::saveList()
+{
+    CamList& list = m_left->cList();
+    // No notice is seen any more.
+    connect(&list, &CamList::KeptBeside, this, [](const QString& path) {
+        qWarning("Another window changed the camera list, too. It is kept as %s.",
+                 qUtf8Printable(path));
+    });
+    if (m_exitWithoutSaving)
+        list.dropChanges();
+    else
+        list.SaveFile();
+}
+
 void frmMain::shutDown()
 {
     if (std::exchange(m_shutDown, true))
@@ -219,8 +234,7 @@ void frmMain::shutDown()
     m_cam->CleanUp();
     FlushINI();
     m_tray->unload();
-    if (!m_exitWithoutSaving)
-        m_left->cList().SaveFile();
+    saveList();
     QCoreApplication::quit();
     // A window that refused to close would have kept the program without its main window.
     if (QThread::currentThread()->loopLevel() > 0)

@@ -66,6 +66,7 @@ private:
     void showListPage();
     void openHelp(const QString& site, const QString& page);
     void askExitWithoutSaving();
+    void saveList();
     QString preferencesPath() const;
 
     Folders m_folders;
@@ -82,7 +83,8 @@ private:
     ViewPreferences* m_preferences;
     WindowPreferences* m_windowPreferences = nullptr;
     CameraNotices* m_notices = nullptr;
-    /// Set by Exit Without Saving alone, and never cleared: the camera list is not saved.
+    /// Set by Exit Without Saving alone, and never cleared: the camera list on disk is what it was
+    /// at the start.
     bool m_exitWithoutSaving = false;
     bool m_shutDown = false;
 };

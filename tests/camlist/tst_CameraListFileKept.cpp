@@ -3,6 +3,7 @@
 #include "support/RunAgain.h"
 #include "support/ScratchFile.h"
 
+#include <algorithm>
 #include <cerrno>
 #include <cstddef>
 #include <iterator>
@@ -118,7 +119,7 @@ private slots:
         m_file->setContent("their second\r\n");
         QVERIFY(m_list->write({}));
         QCOMPARE(backup(), QByteArray("their second\r\n"));
-        QCOMPARE(names(), QStringList("list.dat.bak"));
+        QCOMPARE(names(), QStringList({"list.dat.bak", "list.dat.bak.1"}));
         // One that another removed leaves nothing to keep.
         QVERIFY(m_list->write("ours"));
         QVERIFY(QFile::remove(m_file->path()));
@@ -163,14 +164,35 @@ private slots:
         QVERIFY(sameTime > 0); // or it was no test
     }
 
-    void theNewestIsKept()
+    void sixAreKeptAndTheOldestLeaves()
     {
-        for (const QByteArray& theirs : QByteArrayList{"one, the longest", "two", "three"}) {
+        QByteArrayList kept;
+        QStringList expected("list.dat");
+        for (int round = 0; round < 9; ++round) {
+            const QByteArray theirs = "theirs of round " + QByteArray::number(round);
             m_file->setContent(theirs);
             QVERIFY(m_list->write("ours"));
-            QCOMPARE(backup(), theirs);
-            QCOMPARE(names(), Both);
+            kept.prepend(theirs);
+            kept = kept.first(std::min<qsizetype>(kept.size(), 6));
+            if (expected.size() <= 6)
+                expected << nameOfBackup(int(kept.size()) - 1);
+            QCOMPARE(names(), expected);
+            for (int i = 0; i < kept.size(); ++i)
+                QCOMPARE(contentOf(m_file->folder() + "/" + nameOfBackup(i)), kept[i]);
         }
+    }
+
+    /// A killed program may leave one: those above it stay where they are.
+    void aGapInTheNumbersIsFilled()
+    {
+        m_file->setContent("theirs");
+        for (const char* name : {"list.dat.bak", "list.dat.bak.1", "list.dat.bak.3"})
+            writeFile(m_file->folder() + "/" + name, name);
+        QVERIFY(m_list->write("ours"));
+        QCOMPARE(backup(), QByteArray("theirs"));
+        QCOMPARE(contentOf(m_file->path() + ".bak.1"), QByteArray("list.dat.bak"));
+        QCOMPARE(contentOf(m_file->path() + ".bak.2"), QByteArray("list.dat.bak.1"));
+        QCOMPARE(contentOf(m_file->path() + ".bak.3"), QByteArray("list.dat.bak.3"));
     }
 
     void aCopyHasTheRightsOfTheList()
@@ -243,8 +265,8 @@ private slots:
             QVERIFY(QFile::setPermissions(path, QFile::ReadOwner));
             QCOMPARE(backup(), old);
             QVERIFY(QFile::setPermissions(path, {}));
-            QCOMPARE(names(), Both);
         }
+        QCOMPARE(names(), Both + QStringList("list.dat.bak.1"));
         // A copy, too, takes its place.
         m_file->setContent("theirs\r\n");
         QVERIFY(m_list->write("new"));
@@ -277,6 +299,7 @@ private slots:
     {
         const QString bystander = m_file->folder() + "/bystander";
         writeFile(bystander, {});
+        QStringList expected = QStringList{"bystander"} + Both;
         for (const bool readable : {true, false}) {
             QVERIFY(QFile::link(bystander, m_file->path() + ".new"));
             if (readable)
@@ -288,24 +311,30 @@ private slots:
             QVERIFY(!QFileInfo(m_file->path()).isSymLink());
             QVERIFY(!QFileInfo(m_file->path() + ".bak").isSymLink());
             QCOMPARE(contentOf(bystander), QByteArray());
-            QCOMPARE(names(), QStringList{"bystander"} + Both);
+            QCOMPARE(names(), expected);
+            expected << "list.dat.bak.1";
         }
     }
 
     void withoutABackupTheOldListStays_data()
     {
-        const Rows<QString, bool> row("inTheWay", "readable");
-        row("no name for the backup, another's", "list.dat.bak", true);
-        row("no place to make it, another's", "list.dat.new", true);
-        row("no name for the backup, unreadable", "list.dat.bak", false);
-        row("no place to make it, unreadable", "list.dat.new", false);
+        const Rows<QStringList, bool> row("inTheWay", "readable");
+        QStringList all;
+        for (int i = 0; i < 6; ++i)
+            all << nameOfBackup(i);
+        row("no name for the backup, another's", all, true);
+        row("no place to make it, another's", {"list.dat.new"}, true);
+        row("no name for the backup, unreadable", all, false);
+        row("no place to make it, unreadable", {"list.dat.new"}, false);
     }
 
     void withoutABackupTheOldListStays()
     {
-        QFETCH(QString, inTheWay);
+        QFETCH(QStringList, inTheWay);
         QFETCH(bool, readable);
-        QVERIFY(QDir(m_file->folder()).mkpath(inTheWay + "/inner"));
+        // None of these folders can be removed, and the last name is the one to leave.
+        for (const QString& name : inTheWay)
+            QVERIFY(QDir(m_file->folder()).mkpath(name + "/inner"));
         if (readable)
             m_file->setContent("theirs\r\n");
         else
@@ -313,18 +342,20 @@ private slots:
         const quint64 number = numberOf(m_file->path());
         for (const QByteArray& line : {QByteArray("new"), QByteArray()}) {
             // A removed list needs no place to make a copy.
-            if (line.isEmpty() && readable && inTheWay == "list.dat.new")
+            if (line.isEmpty() && readable && inTheWay == QStringList("list.dat.new"))
                 break;
-            QVERIFY(!m_list->write(line));
+            const SaveOutcome outcome = m_list->write(line);
+            QVERIFY(!outcome);
+            QVERIFY(!outcome.reason.isEmpty());
             QCOMPARE(numberOf(m_file->path()), number);
             QVERIFY(!readable || content() == "theirs\r\n");
-            QCOMPARE(names(), QStringList({"list.dat", inTheWay}));
+            QCOMPARE(names(), QStringList("list.dat") + inTheWay);
         }
         // A failure forgets nothing: it is kept as soon as it can be.
-        QVERIFY(QDir(m_file->folder() + "/" + inTheWay).removeRecursively());
+        QVERIFY(QDir(m_file->folder() + "/" + inTheWay.last()).removeRecursively());
         QVERIFY(m_list->write("new"));
         QCOMPARE(numberOf(m_file->path() + ".bak") == number, !readable);
-        QCOMPARE(names(), Both);
+        QVERIFY(names().contains("list.dat.bak"));
     }
 
 private:
@@ -332,9 +363,16 @@ private:
     QByteArray backup() const { return contentOf(m_file->path() + ".bak"); }
     QStringList names() const { return m_file->names(); }
 
+    static QString nameOfBackup(int i)
+    {
+        return i == 0 ? "list.dat.bak" : QString("list.dat.bak.%1").arg(i);
+    }
+
     void keepsWhatCannotBeRead(const QByteArray& kind)
     {
         // Once without an older backup, once with one.
+        quint64 before = 0;
+        QStringList expected = Both;
         for (const QByteArray& line : QByteArrayList{"first", "second"}) {
             QFile::remove(m_file->path());
             if (kind == "folder")
@@ -349,12 +387,13 @@ private:
             QVERIFY(m_list->write(line));
             QCOMPARE(content(), line + "\r\n");
             QCOMPARE(numberOf(m_file->path() + ".bak"), number);
-            QCOMPARE(names(), Both);
+            QCOMPARE(numberOf(m_file->path() + ".bak.1"), before);
+            QCOMPARE(names(), expected);
+            expected << "list.dat.bak.1";
+            before = number;
             // From here on it is a list like any other.
             QVERIFY(m_list->write("more"));
             QCOMPARE(numberOf(m_file->path() + ".bak"), number);
-            if (kind == "folder") // which nothing removes by itself
-                QVERIFY(QDir(m_file->path() + ".bak").removeRecursively());
         }
     }
 

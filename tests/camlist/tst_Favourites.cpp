@@ -58,7 +58,6 @@ private slots:
         row("absent", {});
         row("empty", "COUNT=\r\n");
         row("zero", "COUNT=0\r\n");
-        row("word", "COUNT=two\r\n");
         row("negative", "COUNT=-1\r\n");
     }
 
@@ -69,6 +68,55 @@ private slots:
         favourites.load(file("[FAVORITES]\r\nNAME[0]=a\r\nURL[0]=b\r\n" + count));
         QCOMPARE(favourites.entries().size(), 1);
         QVERIFY(favourites.isHidden(0));
+    }
+
+    void eachBelowTheCountIsTaken_data()
+    {
+        const Rows<QByteArray, QStringList> row("content", "keys");
+        const QByteArray gap = "NAME[0]=a\r\nURL[0]=k0\r\nURL[100]=k100\r\nNAME[100]=b\r\n"
+                               "NAME[7]=c\r\nURL[7]=k7\r\n";
+        row("behind a gap", gap + "COUNT=101\r\n", {"k0", "k7", "k100"});
+        row("the last beyond", gap + "COUNT=100\r\n", {"k0", "k7"});
+        row("a word", gap + "COUNT=many\r\n", {"k0", "k7", "k100"});
+        row("too great", gap + "COUNT=99999999999999999999\r\n", {"k0", "k7", "k100"});
+        row("odd numbers",
+            "NAME[0]=a\r\nURL[0]=k0\r\nNAME[01]=b\r\nURL[01]=k1\r\nNAME[-1]=c\r\n"
+            "URL[-1]=k-1\r\nNAMEx=d\r\nCOUNT=?\r\n",
+            {"k0"});
+    }
+
+    void eachBelowTheCountIsTaken()
+    {
+        QFETCH(QByteArray, content);
+        const QString path = file("[FAVORITES]\r\n" + content);
+        Favourites favourites;
+        favourites.load(path);
+        QTEST(keysOf(favourites), "keys");
+        // And none is lost by the next save.
+        QVERIFY(favourites.save(path));
+        Favourites next;
+        next.load(path);
+        QTEST(keysOf(next), "keys");
+    }
+
+    void longTextsAreKeptWhole()
+    {
+        const QString key =
+            "cam.example/" + QString(5'000, u'k') + QChar(1) + "Cookie: " + QString(5'000, u'c');
+        const QString name(2'000, QChar(0x6771));
+        const QString path = file({});
+        Favourites first;
+        first.replaceAll({{name, key}, {"short", "k"}});
+        QVERIFY(first.save(path));
+        for (int run = 0; run < 2; ++run) {
+            QVERIFY(FlushINI());
+            Favourites next;
+            next.load(path);
+            QCOMPARE(next.entries().size(), 2);
+            QCOMPARE(next.entries()[0].name, name);
+            QCOMPARE(next.entries()[0].key, key);
+            QVERIFY(next.save(path));
+        }
     }
 
     void aCountBeyondTheFileMakesNoEntries()
@@ -296,6 +344,16 @@ private slots:
     }
 
 private:
+    static QStringList keysOf(const Favourites& favourites)
+    {
+        QStringList keys;
+        for (const Favourite& one : favourites.entries()) {
+            if (one.isWhole())
+                keys << one.key;
+        }
+        return keys;
+    }
+
     QString file(const QByteArray& content)
     {
         const QString path = m_folder.filePath(QString("pref%1.ini").arg(++m_files));

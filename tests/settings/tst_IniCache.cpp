@@ -241,6 +241,61 @@ private slots:
         QCOMPARE(content(), QByteArray("[S]\r\nMINE=3\r\nTHEIRS=2\r\n"));
     }
 
+    void anotherInstancesWriteDuringARunIsKept()
+    {
+        setContent("[S]\r\nOLD=1\r\nGONE=1\r\nBOTH=1\r\n");
+        WriteToINI("S", "MINE", "1", m_path);
+        WriteToINI("S", "BOTH", "mine", m_path);
+        RemoveFromINI("S", "GONE", m_path);
+        setContent("[S]\r\nOLD=2\r\nGONE=2\r\nBOTH=theirs\r\nTHEIRS=2\r\n");
+        QVERIFY(FlushINI());
+        QCOMPARE(content(), QByteArray("[S]\r\nOLD=2\r\nBOTH=mine\r\nTHEIRS=2\r\nMINE=1\r\n"));
+        QCOMPARE(GetFromINI("S", "OLD", m_path), "2");
+    }
+
+    void whatAnotherInstanceRemovedWithTheFileIsWrittenAgain()
+    {
+        setContent("[S]\r\nOLD=1\r\n");
+        WriteToINI("S", "MINE", "1", m_path);
+        QVERIFY(QFile::remove(m_path));
+        QVERIFY(FlushINI());
+        QCOMPARE(content(), QByteArray("[S]\r\nOLD=1\r\nMINE=1\r\n"));
+    }
+
+    void aRunIsReadAnewWhenAsked()
+    {
+        setContent("[S]\r\nOLD=1\r\n");
+        WriteToINI("S", "MINE", "1", m_path);
+        setContent("[S]\r\nOLD=2\r\n");
+        QCOMPARE(GetFromINI("S", "OLD", m_path), "1");
+        RefreshINI(m_path);
+        QCOMPARE(GetFromINI("S", "OLD", m_path), "2");
+        QCOMPARE(GetFromINI("S", "MINE", m_path), "1");
+    }
+
+    void whatAKilledSaveLeftIsRemoved()
+    {
+        setContent("[S]\r\nA=1\r\n");
+        writeFile(m_path + ".aBcDeF", "half");
+        WriteToINI("S", "A", "1", m_path);
+        QVERIFY(FlushINI());
+        QVERIFY(QFile::exists(m_path + ".aBcDeF")); // nothing was written
+        WriteToINI("S", "A", "2", m_path);
+        QVERIFY(FlushINI());
+        QCOMPARE(m_file->names(), QStringList("pref.ini"));
+    }
+
+    void aFailedFlushSaysWhy()
+    {
+        QString reason = "none";
+        WriteToINI("S", "A", "1", m_path);
+        QVERIFY(FlushINI(&reason));
+        QCOMPARE(reason, "");
+        WriteToINI("S", "A", "1", m_path + "/none/pref.ini");
+        QVERIFY(!FlushINI(&reason));
+        QVERIFY(!reason.isEmpty());
+    }
+
     void waitingEventsRunOnceBeforeAWriteReturns()
     {
         int ran = 0;

@@ -85,7 +85,7 @@ private slots:
             keys << line.section('=', 0, 0);
         }
         QCOMPARE(keys, tableKeys());
-        QCOMPARE(CountKeysInINI("MAIN", LanguagesFolder + '/' + language + "/lan.ini"),
+        QCOMPARE(KeysInINI("MAIN", LanguagesFolder + '/' + language + "/lan.ini").size(),
                  keys.size());
     }
 

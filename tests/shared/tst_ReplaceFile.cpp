@@ -4,6 +4,8 @@
 #include "support/RunAgain.h"
 #include "support/ScratchFile.h"
 
+#include <QTemporaryFile>
+
 #include <memory>
 
 #include <sys/stat.h>
@@ -56,6 +58,53 @@ private slots:
         const auto before = QFile::permissions(path);
         QVERIFY(replaceFile(path, "new"));
         QCOMPARE(QFile::permissions(path), before);
+    }
+
+    void whatAKilledWriterLeftIsRemoved()
+    {
+        // Of its pattern, which these are: as QSaveFile names them, in a process that is killed.
+        for (const char* name : {"a.dat.aBcDeF", "a.dat.XYZabc", "a.dat.zzzzzZ"})
+            writeFile(at(name), "half");
+        const QStringList others{"a.dat",        "a.dat.Backup",  "a.dat.backup", "a.dat.BACKUP",
+                                 "a.dat.aBcDe",  "a.dat.aBcDeFg", "a.dat.aBcDe1", "a.dat.aBcD.f",
+                                 "b.dat.aBcDeF", "a.datxaBcDeF",  "xa.dat.aBcDeF"};
+        for (const QString& name : others)
+            writeFile(at(qPrintable(name)), "mine");
+        QVERIFY(QFile::link(at("a.dat"), at("a.dat.liNkto")));
+        QVERIFY(QDir(m_folder->path()).mkdir("a.dat.foLder"));
+        writeFile(at("a.dat.hardLi"), "two names");
+        QVERIFY(QProcess::execute("ln", {at("a.dat.hardLi"), at("c")}) == 0);
+        removeLeftovers(at("a.dat"));
+        QStringList expected =
+            others + QStringList{"a.dat.liNkto", "a.dat.foLder", "a.dat.hardLi", "c"};
+        QStringList found = namesIn(m_folder->path());
+        expected.sort();
+        found.sort();
+        QCOMPARE(found, expected);
+        removeLeftovers(at("none/a.dat"));
+    }
+
+    /// Nearly all: some of the names that Qt makes up read as words.
+    void whatQtsWriterLeavesIsRemoved()
+    {
+        for (int i = 0; i < 40; ++i) {
+            QTemporaryFile file(at("a.dat.XXXXXX"));
+            file.setAutoRemove(false);
+            QVERIFY(file.open() && file.fileName().startsWith(at("a.dat.")));
+        }
+        QCOMPARE(namesIn(m_folder->path()).size(), 40);
+        removeLeftovers(at("a.dat"));
+        QVERIFY(namesIn(m_folder->path()).size() < 15);
+    }
+
+    void whatIsAnothersStays()
+    {
+        if (geteuid() != 0)
+            QSKIP("only root has files of others");
+        writeFile(at("a.dat.aBcDeF"), "theirs");
+        QCOMPARE(chown(qPrintable(at("a.dat.aBcDeF")), 65534, 65534), 0);
+        removeLeftovers(at("a.dat"));
+        QVERIFY(QFile::exists(at("a.dat.aBcDeF")));
     }
 
     void aLinkStaysAndItsTargetIsReplaced()

@@ -58,6 +58,8 @@ CameraNotices::CameraNotices(WebCam& cam, CamList& list, Favourites& favourites,
     connect(&m_list, &CamList::Exported, this, [this](const QString& path, const QString& reason) {
         tell(noticeOfSave(path, reason), path);
     });
+    connect(&m_list, &CamList::KeptBeside, this,
+            [this](const QString& path) { tell(noticeOfKeptList(path), path); });
 }
 
 void CameraNotices::cameraChosen(const QString& key)

@@ -236,3 +236,12 @@ Notice::Message noticeOfSave(const QString& path, const QString& reason)
                 .arg(name, shortened(withoutFullStop(reason))),
             {}};
 }
+
+Notice::Message noticeOfKeptList(const QString& path)
+{
+    return {Notice::Icon::Warning,
+            translated(QT_TRANSLATE_NOOP("Notice", "Another window changed the list, too: its list "
+                                                   "is kept as \"%1\"."))
+                .arg(shortened(QFileInfo(path).fileName())),
+            buttonsOf({Action::OpenFolder})};
+}

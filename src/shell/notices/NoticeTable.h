@@ -43,3 +43,6 @@ Notice::Message noticeOfAddition(qsizetype added, qsizetype refused);
 
 /// The file at `path` was saved. `reason`, where it is not empty, says why it was not.
 Notice::Message noticeOfSave(const QString& path, const QString& reason = {});
+
+/// Another instance changed the list, and what did not go together with it is kept at `path`.
+Notice::Message noticeOfKeptList(const QString& path);
