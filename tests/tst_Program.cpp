@@ -251,6 +251,26 @@ private slots:
         QVERIFY(QFileInfo(p.home("data/pevora/pref.ini")).isFile());
     }
 
+    void aSignalLosesNothingWhereTheFolderRefuses()
+    {
+        RunningProgram p;
+        p.write("list.dat", "Odd\xFF"
+                            "Clock\xFF"
+                            "cam.example/clock.jpg\r\n");
+        p.writePreferences("[DIRECTORY]\r\nHOST=directory.example\r\n");
+        QVERIFY(p.start());
+        QVERIFY(QFile::setPermissions(p.program(), QFile::Permissions(0x5555)));
+        QCOMPARE(p.terminated(), "1");
+        const QByteArray told = p.process.readAllStandardError();
+        QVERIFY2(told.contains("Not saved: " + p.program("pref.ini").toUtf8()), told);
+        // Nobody changed the list, so that is no loss.
+        QVERIFY2(!told.contains("list.dat"), told);
+        const QString copy = p.home(".local/share/pevora/pref.ini");
+        QVERIFY2(told.contains("A copy is in " + copy.toUtf8()), told);
+        QVERIFY(contentOf(copy).contains("HOST=directory.example"));
+        QVERIFY(contentOf(copy).contains("TRAY=True"));
+    }
+
     void tenThousandFavouritesCostNoMoreThanAFewStarts()
     {
         const double usualSeconds = secondsOfAStart();

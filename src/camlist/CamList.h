@@ -90,6 +90,9 @@ public:
     /// the old one stays; nobody is told but by the outcome.
     SaveOutcome SaveFile();
 
+    /// Writes the tree to `path`, as list.dat has it.
+    SaveOutcome saveCopy(const QString& path) const;
+
     /// Takes what this run changed back out of list.dat; the tree stays. For a program that ends.
     SaveOutcome dropChanges();
 

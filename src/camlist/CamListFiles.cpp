@@ -5,6 +5,7 @@
 #include "camlist/CameraTreeModel.h"
 #include "camlist/CameraTreeView.h"
 #include "camlist/DefaultCameras.h"
+#include "shared/ReplaceFile.h"
 #include "widgets/MessageQueue.h"
 
 #include <QSet>
@@ -174,6 +175,14 @@ SaveOutcome CamList::SaveFile()
     if (!saved.keptAs.isEmpty())
         emit KeptBeside(saved.keptAs);
     return saved;
+}
+
+SaveOutcome CamList::saveCopy(const QString& path) const
+{
+    SaveOutcome outcome;
+    outcome.isDone =
+        replaceFile(path, writeCameraListLine(m_tree->cameras()) + "\r\n", &outcome.reason);
+    return outcome;
 }
 
 SaveOutcome CamList::dropChanges()

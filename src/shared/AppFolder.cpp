@@ -22,11 +22,15 @@ bool canBeWritten(const QString& folder)
 
 } // namespace
 
-QString applicationFolder()
+QString userDataFolder()
 {
     const QString dataRoot = QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation);
-    return applicationFolder(QCoreApplication::applicationDirPath(),
-                             pathInFolder(dataRoot, u"pevora"_s));
+    return pathInFolder(dataRoot, u"pevora"_s);
+}
+
+QString applicationFolder()
+{
+    return applicationFolder(QCoreApplication::applicationDirPath(), userDataFolder());
 }
 
 QString applicationFolder(const QString& programFolder, const QString& dataFolder)

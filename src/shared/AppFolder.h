@@ -17,6 +17,10 @@ QString applicationFolder();
 /// `dataFolder`. Leaves no file behind in either.
 QString applicationFolder(const QString& programFolder, const QString& dataFolder);
 
+/// The user's own data folder for Pevora, whether or not the program keeps its files there. It may
+/// be missing.
+QString userDataFolder();
+
 /// The path of a file in a folder, with a separator between them unless `folder` ends in one.
 QString pathInFolder(const QString& folder, const QString& fileName);
 

@@ -4,11 +4,11 @@
 #include "camlist/Favourites.h"
 #include "instance/CommandLine.h"
 #include "instance/FileInbox.h"
-#include "settings/Ini.h"
 #include "settings/LanguageCaptions.h"
 #include "shared/AppFolder.h"
 #include "shared/BuildSettings.h"
 #include "shared/HelpPages.h"
+#include "shell/LastSave.h"
 #include "shell/SecondaryWindows.h"
 #include "shell/ViewPreferences.h"
 #include "shell/WindowPreferences.h"
@@ -198,29 +198,32 @@ void frmMain::keyPressEvent(QKeyEvent* event)
 
 void frmMain::closeEvent(QCloseEvent* event)
 {
-    shutDown();
-    event->accept();
-}
-
-/// The list on disk is what it was at the start, where that is wanted.
-void frmMain::saveList()
-{
-    CamList& list = m_left->cList();
-    // No notice is seen any more.
-    connect(&list, &CamList::KeptBeside, this, [](const QString& path) {
-        qWarning("Another window changed the camera list, too. It is kept as %s.",
-                 qUtf8Printable(path));
-    });
-    if (m_exitWithoutSaving)
-        list.dropChanges();
-    else
-        list.SaveFile();
+    if (!std::exchange(m_shutDown, true)) {
+        finishWork();
+        saveAll();
+        if (m_lastSave->isDone())
+            quit();
+        else
+            m_lastSave->ask();
+    }
+    event->setAccepted(m_ended);
 }
 
 void frmMain::shutDown()
 {
-    if (std::exchange(m_shutDown, true))
+    if (m_ended)
         return;
+    if (!std::exchange(m_shutDown, true)) {
+        finishWork();
+        saveAll();
+    }
+    if (!m_lastSave->isDone())
+        m_lastSave->rescue();
+    quit();
+}
+
+void frmMain::finishWork()
+{
     m_cam->shutDown();
     m_windows->shutDown();
     m_left->cList().endMessages();
@@ -228,13 +231,33 @@ void frmMain::shutDown()
         m_left->cList().LoadFile(list);
     // Events run while the preferences are written: no key or click may start anything now.
     setEnabled(false);
-    m_preferences->save(preferencesPath());
-    m_favourites->save(preferencesPath());
-    m_windowPreferences->save(preferencesPath());
+}
+
+void frmMain::saveAll()
+{
+    CamList& list = m_left->cList();
+    // No notice is seen any more.
+    connect(&list, &CamList::KeptBeside, this, [](const QString& path) {
+        qWarning("Another window changed the camera list, too. It is kept as %s.",
+                 qUtf8Printable(path));
+    });
+    m_lastSave = new LastSave(m_folders.application,
+                              {*m_preferences, *m_windowPreferences, *m_favourites, list}, *this);
+    connect(m_lastSave, &LastSave::Ended, this, &frmMain::quit);
+    m_lastSave->savePreferences();
     m_cam->CleanUp();
-    FlushINI();
     m_tray->unload();
-    saveList();
+    m_lastSave->saveList(m_exitWithoutSaving ? LastSave::List::AsAtStart : LastSave::List::Saved);
+}
+
+void frmMain::quit()
+{
+    m_ended = true;
+    if (!m_lastSave->isDone()) {
+        hide();
+        QCoreApplication::exit(EXIT_FAILURE);
+        return;
+    }
     QCoreApplication::quit();
     // A window that refused to close would have kept the program without its main window.
     if (QThread::currentThread()->loopLevel() > 0)

@@ -8,6 +8,7 @@ class CameraNotices;
 class FileInbox;
 class Favourites;
 class GotoBar;
+class LastSave;
 class LeftPanel;
 class MainArea;
 class MessageQueue;
@@ -39,9 +40,12 @@ public:
     frmMain(const Folders& folders, const QString& commandLine);
     ~frmMain() override;
 
-    /// Writes preferences, favourites and the camera list back, cleans up, and ends the program.
-    /// Only the first call does anything. Closing the window, Exit, the end of the desktop session
-    /// and SIGTERM all come here.
+    /// Writes preferences, favourites and the camera list back, cleans up, and ends the program, at
+    /// once: for the end of the desktop session and SIGTERM. What cannot be written is copied
+    /// elsewhere, see LastSave::rescue(), and the program's exit status is 1 then.
+    ///
+    /// Closing the window and Exit do the same but for this: what cannot be written is asked about,
+    /// and the window stays until that is answered. Whatever comes first counts.
     void shutDown();
 
     /// Takes the files that other instances hand over. Each is opened when nothing that takes long
@@ -66,8 +70,10 @@ private:
     void showListPage();
     void openHelp(const QString& site, const QString& page);
     void askExitWithoutSaving();
-    void saveList();
     QString preferencesPath() const;
+    void finishWork();
+    void saveAll();
+    void quit();
 
     Folders m_folders;
     MainMenu* m_menu;
@@ -87,4 +93,7 @@ private:
     /// at the start.
     bool m_exitWithoutSaving = false;
     bool m_shutDown = false;
+    LastSave* m_lastSave = nullptr;
+    /// The event loop has been asked to end.
+    bool m_ended = false;
 };

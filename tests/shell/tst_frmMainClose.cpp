@@ -305,15 +305,6 @@ private slots:
         QVERIFY(waitForExposed(&other));
         QCOMPARE(codeOfShutDown(m), 0);
     }
-
-    void aFolderThatIsGoneDoesNoHarm()
-    {
-        OpenMain m;
-        QVERIFY(QDir(m.path(".")).removeRecursively());
-        m.made().close();
-        QVERIFY(!m.made().isVisible());
-        QVERIFY(!QFileInfo::exists(m.path(".")));
-    }
 };
 
 QTEST_MAIN(frmMainCloseTest)
