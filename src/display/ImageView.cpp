@@ -1,7 +1,7 @@
 #include "display/ImageView.h"
 
 #include "display/PictureCanvas.h"
-#include "picture/EncodeBitmap.h"
+#include "picture/BitmapFile.h"
 #include "platform/Wallpaper.h"
 #include "shared/AppFolder.h"
 #include "shared/ReplaceFile.h"
@@ -216,9 +216,9 @@ void ImageView::makeWallpaper()
     const QString folder = wallpaperFolder();
     if (folder.isEmpty())
         return;
-    const QByteArray bytes = encodeBitmap(m_picO.image());
+    const BitmapFile file(m_picO.image());
     const QString path = pathInFolder(folder, u"Pevora.bmp"_s);
-    if (!bytes.isEmpty() && replaceFile(path, bytes, nullptr, NewFile::Document))
+    if (!file.bytes().isEmpty() && replaceFile(path, file.bytes(), nullptr, NewFile::Document))
         SetWallpaper(path);
 }
 

@@ -14,6 +14,10 @@
 
 namespace {
 
+/// Device pixels: more than the largest screens have. So many of a picture at its own size would
+/// take a gigabyte on a screen of two device pixels to a logical one.
+constexpr qint64 MostOfAScreen = 36'000'000;
+
 /// Draws `source` (in pixels of `picture`) over `target` (in pixels of `onto`). The painter blends
 /// four pixels for each of its own, so what shrinks is first brought to about its size by means
 /// over all of its pixels.
@@ -49,14 +53,14 @@ PictureCanvas::PictureCanvas(QWidget* parent)
 void PictureCanvas::showRegion(const Still& picture, const QRectF& region, const QImage& decoded)
 {
     const bool wasEmpty = m_picture.isNull();
-    const bool isPart = !region.contains(ZoomRegion::WholePicture);
-    if (!isPart || !m_picture.isSameAs(picture))
-        m_whole = {};
-    if (isPart && decoded.size() == picture.size())
-        m_whole = decoded;
+    const bool isSame = m_picture.isSameAs(picture);
     m_picture = picture;
     m_region = region;
     m_shown = {};
+    if (!needsWhole() || !isSame)
+        m_whole = {};
+    if (needsWhole() && decoded.size() == picture.size())
+        m_whole = decoded;
     if (!decoded.isNull())
         render(decoded);
     if (wasEmpty != m_picture.isNull())
@@ -76,20 +80,44 @@ void PictureCanvas::describe()
     setAccessibleDescription(m_picture.isNull() ? m_caption : QString());
 }
 
-void PictureCanvas::render(const QImage& decoded)
+bool PictureCanvas::isBeyondScreens() const
 {
-    const QSize device = size() * devicePixelRatioF();
+    const QSize device = sizeInDevicePixels();
+    return qint64(device.width()) * device.height() > MostOfAScreen;
+}
+
+bool PictureCanvas::needsWhole() const
+{
+    return !m_region.contains(ZoomRegion::WholePicture) || isBeyondScreens();
+}
+
+/// All device pixels that have a part in it.
+QRect PictureCanvas::inDevicePixels(const QRect& rect) const
+{
+    const double ratio = devicePixelRatioF();
+    return QRectF(QPointF(rect.topLeft()) * ratio, QSizeF(rect.size()) * ratio).toAlignedRect();
+}
+
+/// At least `wanted`, in device pixels.
+void PictureCanvas::render(const QImage& decoded, const QRect& wanted)
+{
+    const QSize device = sizeInDevicePixels();
     if (m_picture.isNull() || device.isEmpty())
         return;
-    m_shown = m_region.contains(ZoomRegion::WholePicture) ? wholePicture(decoded, device)
-                                                          : regionOfPicture(device);
+    const QRect all({}, device);
+    m_shownAt =
+        isBeyondScreens() ? (wanted | inDevicePixels(visibleRegion().boundingRect())) & all : all;
+    m_shownOf = device;
+    if (m_shownAt.isEmpty())
+        return; // It is rendered when something of it is painted.
+    m_shown = needsWhole() ? partOfPicture(m_shownAt) : wholePicture(decoded, device);
     m_shown.setDevicePixelRatio(devicePixelRatioF());
 }
 
 /// In device pixels, whole ones, so that its edges are sharp.
 QRect PictureCanvas::placeOfWhole(const QRectF& region) const
 {
-    const QSizeF device = size() * devicePixelRatioF();
+    const QSizeF device = sizeInDevicePixels();
     const double perX = device.width() / region.width();
     const double perY = device.height() / region.height();
     return {qRound(-region.x() * perX), qRound(-region.y() * perY), std::max(1, qRound(perX)),
@@ -115,22 +143,26 @@ QPixmap PictureCanvas::wholePicture(const QImage& decoded, QSize device) const
     return whole;
 }
 
-/// Drawn from the unscaled picture, so that a zoom gains detail.
-QPixmap PictureCanvas::regionOfPicture(QSize device)
+/// What of the region lies in `part` of the canvas (in device pixels). Drawn from the unscaled
+/// picture, so that a zoom gains detail.
+QPixmap PictureCanvas::partOfPicture(const QRect& part)
 {
     if (m_whole.isNull())
         m_whole = m_picture.image();
-    QImage image(device, QImage::Format_RGB32);
+    QImage image(part.size(), QImage::Format_RGB32);
     image.fill(palette().color(QPalette::Window));
-    const QRectF source(m_region.x() * m_whole.width(), m_region.y() * m_whole.height(),
-                        m_region.width() * m_whole.width(), m_region.height() * m_whole.height());
+    // So many pixels of the picture are one of the canvas.
+    const QSizeF device = sizeInDevicePixels();
+    const double perX = m_region.width() * m_whole.width() / device.width();
+    const double perY = m_region.height() * m_whole.height() / device.height();
+    const QRectF source(m_region.x() * m_whole.width() + part.x() * perX,
+                        m_region.y() * m_whole.height() + part.y() * perY, part.width() * perX,
+                        part.height() * perY);
     // Only what the picture has is drawn, to where it belongs.
     const QRectF inside = source & QRectF(m_whole.rect());
     if (!inside.isEmpty()) {
-        const double scaleX = device.width() / source.width();
-        const double scaleY = device.height() / source.height();
-        const QRectF target((inside.x() - source.x()) * scaleX, (inside.y() - source.y()) * scaleY,
-                            inside.width() * scaleX, inside.height() * scaleY);
+        const QRectF target((inside.x() - source.x()) / perX, (inside.y() - source.y()) / perY,
+                            inside.width() / perX, inside.height() / perY);
         drawSmoothly(image, target, m_whole, inside);
     }
     return QPixmap::fromImage(std::move(image));
@@ -138,14 +170,14 @@ QPixmap PictureCanvas::regionOfPicture(QSize device)
 
 void PictureCanvas::paintEvent(QPaintEvent* event)
 {
-    const QSize device = size() * devicePixelRatioF();
-    if (m_shown.size() != device)
-        render({});
+    const QRect wanted = inDevicePixels(event->rect()) & QRect({}, sizeInDevicePixels());
+    if (m_shown.isNull() || m_shownOf != sizeInDevicePixels() || !m_shownAt.contains(wanted))
+        render({}, wanted);
     QPainter painter(this);
     if (m_shown.isNull() || m_shown.hasAlphaChannel())
         painter.fillRect(event->rect(), palette().window());
     if (!m_shown.isNull())
-        painter.drawPixmap(0, 0, m_shown);
+        painter.drawPixmap(QPointF(m_shownAt.topLeft()) / devicePixelRatioF(), m_shown);
     if (m_picture.isNull())
         paintCaption(painter);
 }

@@ -22,7 +22,8 @@ public:
 
     /// Shows `region` (fractions of the picture's size; what lies outside of it stays empty).
     /// `decoded` may hold the picture's pixels, no fewer than are shown of it; they are used at
-    /// once and kept only while a part of the picture is shown.
+    /// once and kept only while a part of the picture is shown, or where the canvas is larger than
+    /// any screen: what is seen of it is then rendered alone.
     void showRegion(const Still& picture, const QRectF& region, const QImage& decoded = {});
 
     /// How large the whole picture is in `region`, in device pixels.
@@ -54,10 +55,14 @@ protected:
     void wheelEvent(QWheelEvent* event) override;
 
 private:
-    void render(const QImage& decoded);
+    QSize sizeInDevicePixels() const { return size() * devicePixelRatioF(); }
+    bool isBeyondScreens() const;
+    bool needsWhole() const;
+    QRect inDevicePixels(const QRect& rect) const;
+    void render(const QImage& decoded, const QRect& wanted = {});
     QRect placeOfWhole(const QRectF& region) const;
     QPixmap wholePicture(const QImage& decoded, QSize device) const;
-    QPixmap regionOfPicture(QSize device);
+    QPixmap partOfPicture(const QRect& part);
     void paintCaption(QPainter& painter) const;
     void describe();
     void drag(const QMouseEvent& event);
@@ -67,7 +72,10 @@ private:
     QString m_caption;
     /// What is on show, in device pixels; rendered when it is first painted.
     QPixmap m_shown;
-    /// The unscaled pixels, kept only while a part of the picture is shown.
+    /// Where that is, and of which size the canvas was then, in device pixels.
+    QRect m_shownAt;
+    QSize m_shownOf;
+    /// The unscaled pixels, kept only as long as needsWhole().
     QImage m_whole;
     /// Where on the screen the left button was pressed, or was when Dragged was last told.
     QPoint m_dragFrom;

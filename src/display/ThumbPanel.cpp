@@ -18,6 +18,20 @@ namespace {
 constexpr QSize CaptionSizePx(ThumbPanel::ColumnStepPx - ThumbPanel::CaptionOffsetPx.x(),
                               ThumbPanel::RowStepPx - ThumbPanel::CaptionOffsetPx.y());
 
+/// Whether that event does nothing to a thumbnail or a caption but to have it painted.
+bool isPaintedFor(QEvent::Type type)
+{
+    switch (type) {
+    case QEvent::UpdateLater:
+    case QEvent::EnabledChange:
+    case QEvent::WindowActivate:
+    case QEvent::WindowDeactivate:
+        return true;
+    default:
+        return false;
+    }
+}
+
 } // namespace
 
 ThumbPanel::ThumbPanel(QWidget* parent)
@@ -148,8 +162,9 @@ void ThumbPanel::setCaptionFont(const QFont& font)
 }
 
 /// What is shown asks to be painted, wherever it is, and is then sought among all the others,
-/// which takes seconds with thousands of them. What is out of view need not ask: it is painted
-/// when it comes into view.
+/// which takes seconds with thousands of them: when the window is disabled because it closes, half
+/// a minute. What is out of view need not ask: it is painted, as it is by then, when it comes into
+/// view.
 bool ThumbPanel::eventFilter(QObject* watched, QEvent* event)
 {
     if (event->type() == QEvent::ToolTip) {
@@ -160,7 +175,7 @@ bool ThumbPanel::eventFilter(QObject* watched, QEvent* event)
         }
         return true;
     }
-    if (event->type() != QEvent::UpdateLater)
+    if (!isPaintedFor(event->type()))
         return QWidget::eventFilter(watched, event);
     const QRect place = static_cast<QWidget*>(watched)->geometry().translated(pos());
     return !place.intersects(parentWidget()->rect());

@@ -8,6 +8,7 @@
 
 #include <algorithm>
 #include <memory>
+#include <utility>
 #include <vector>
 
 namespace {
@@ -55,11 +56,11 @@ bool putPixels(GifFileType* file, const QImage& image)
 
 } // namespace
 
-QByteArray encodeGif(const QImage& image)
+QByteArray encodeGif(QImage image)
 {
     if (image.width() > MaxGifSide || image.height() > MaxGifSide)
         return {};
-    const QImage pixels = flattenedOnWhite(image);
+    const QImage pixels = flattenedOnWhite(std::move(image));
     if (pixels.isNull())
         return {};
     QByteArray bytes;

@@ -7,4 +7,4 @@
 /// the nearest of its colours, without dithering. Transparent parts are put over white. Empty for
 /// a null image, one of more than 65535 pixels in a direction (a GIF cannot tell its size), or
 /// where the encoder fails.
-QByteArray encodeGif(const QImage& image);
+QByteArray encodeGif(QImage image);

@@ -1,6 +1,6 @@
 #include "picture/SaveImage.h"
 
-#include "picture/EncodeBitmap.h"
+#include "picture/BitmapFile.h"
 #include "picture/FlattenedOnWhite.h"
 #include "picture/GifWriter.h"
 #include "shared/ReplaceFile.h"
@@ -8,6 +8,8 @@
 #include <QBuffer>
 #include <QCoreApplication>
 #include <QImageWriter>
+
+#include <utility>
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -27,9 +29,9 @@ bool writeFile(const QString& fileName, const QByteArray& bytes, QString* reason
 
 } // namespace
 
-QByteArray encodeJpeg(const QImage& image)
+QByteArray encodeJpeg(QImage image)
 {
-    const QImage opaque = flattenedOnWhite(image);
+    const QImage opaque = flattenedOnWhite(std::move(image));
     if (opaque.isNull())
         return {};
     QByteArray bytes;
@@ -43,8 +45,9 @@ QByteArray encodeJpeg(const QImage& image)
 bool SaveImage(const QString& FileName, const Still& picture, const QString& TypeWord,
                QString* reason)
 {
-    const QImage image = picture.image();
-    return writeFile(FileName, TypeWord == "jpg"_L1 ? encodeJpeg(image) : encodeGif(image), reason);
+    const bool isJpeg = TypeWord == "jpg"_L1;
+    return writeFile(FileName, isJpeg ? encodeJpeg(picture.image()) : encodeGif(picture.image()),
+                     reason);
 }
 
 bool savePicture(const QString& fileName, const Still& picture, QString* reason)
@@ -53,5 +56,5 @@ bool savePicture(const QString& fileName, const Still& picture, QString* reason)
     const QString last = fileName.right(3).toLower();
     if (last == "gif"_L1 || last == "jpg"_L1)
         return SaveImage(fileName, picture, last, reason);
-    return writeFile(fileName, encodeBitmap(picture.image()), reason);
+    return writeFile(fileName, BitmapFile(picture.image()).bytes(), reason);
 }

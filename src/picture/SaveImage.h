@@ -7,7 +7,7 @@
 
 /// `image` as a JPEG file (JFIF) of 24 bits a pixel and quality 75. Empty for a null image, or
 /// where the encoder fails.
-QByteArray encodeJpeg(const QImage& image);
+QByteArray encodeJpeg(QImage image);
 
 /// Writes `picture`, at its own size, as the file `FileName`: a JPEG of 24 bits and quality 75,
 /// always encoded anew, where `TypeWord` is "jpg", a GIF where it is any other word. Transparent

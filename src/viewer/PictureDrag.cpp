@@ -1,6 +1,7 @@
 #include "viewer/PictureDrag.h"
 
-#include "picture/EncodeBitmap.h"
+#include "picture/BitmapFile.h"
+#include "picture/SmoothScale.h"
 #include "picture/Still.h"
 #include "shared/TempFiles.h"
 
@@ -48,7 +49,7 @@ QString PictureDrag::fileOf(const Still& picture, const QString& name)
     const bool asItCame = type.name().startsWith("image/"_L1);
     const QString ending = asItCame ? type.preferredSuffix() : u"bmp"_s;
     const QString path = m_folder->filePath(fileName(name) + u'.' + ending);
-    tempFiles::write(path, asItCame ? picture.bytes() : encodeBitmap(picture.image()),
+    tempFiles::write(path, asItCame ? picture.bytes() : BitmapFile(picture.image()).bytes(),
                      tempFiles::OldEnd::Cut);
     return path;
 }
@@ -65,7 +66,7 @@ void PictureDrag::drag(const Still& picture, const QString& name)
     const QImage small = picture.imageNoSmallerThan(ThumbnailPx);
     auto* drag = new QDrag(m_viewer); // deletes itself when it is over
     drag->setMimeData(data.release());
-    drag->setPixmap(QPixmap::fromImage(
-        small.scaled(ThumbnailPx, Qt::KeepAspectRatio, Qt::SmoothTransformation)));
+    const QSize size = small.size().scaled(ThumbnailPx, Qt::KeepAspectRatio);
+    drag->setPixmap(QPixmap::fromImage(smoothlyScaled(small, size.expandedTo({1, 1}))));
     drag->exec(Qt::CopyAction);
 }

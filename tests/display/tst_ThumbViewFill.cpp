@@ -322,6 +322,68 @@ private slots:
         for (const double times : {shown, again, resized})
             QVERIFY(times < MostGrowth);
     }
+
+    void whatChangesAllOfThousandsCostsEachTheSame_data()
+    {
+        QTest::addColumn<bool>("disabled");
+        QTest::newRow("disabled, as when the window closes") << true;
+        QTest::newRow("another window is active") << false;
+    }
+
+    void whatChangesAllOfThousandsCostsEachTheSame()
+    {
+        QFETCH(bool, disabled);
+        constexpr int few = 400;
+        ShownStrip strip({900, 560});
+        // Else a window that is not active looks like one that is.
+        QPalette palette = strip.window.palette();
+        palette.setColor(QPalette::Inactive, QPalette::Text, Qt::darkGray);
+        strip.window.setPalette(palette);
+        const auto costOfChange = [&](int count) {
+            strip.view.ShowImages(numberedList(1, count));
+            turn();
+            return costOf([&] {
+                for (const bool isFirst : {true, false}) {
+                    QEvent event(isFirst ? QEvent::WindowDeactivate : QEvent::WindowActivate);
+                    if (disabled)
+                        strip.window.setEnabled(!isFirst);
+                    else
+                        QCoreApplication::sendEvent(&strip.window, &event);
+                    turn();
+                }
+            });
+        };
+        const double ofFew = std::max(costOfChange(few), costOf(decodeTwelveMegapixels) / 100);
+        const double times = costOfChange(10 * few) / ofFew;
+        qInfo("ten times as many: %.1f times", times);
+        QVERIFY(times < MostGrowth);
+    }
+
+    void whatComesIntoViewIsAsItIsByThen()
+    {
+        ShownStrip strip({200, 300});
+        strip.add(1, 60);
+        const auto lastCaption = [&] {
+            strip.bar().setValue(strip.bar().maximum());
+            turn();
+            const QRect place(strip.lbl(59).mapTo(&strip.window, QPoint()), strip.lbl(59).size());
+            const QImage seen = strip.window.screen()
+                                    ->grabWindow(strip.window.winId(), place.x(), place.y(),
+                                                 place.width(), place.height())
+                                    .toImage();
+            strip.bar().setValue(0);
+            turn();
+            return seen;
+        };
+        const QImage enabled = lastCaption();
+        QVERIFY(!enabled.isNull());
+        strip.window.setEnabled(false);
+        turn();
+        QVERIFY(lastCaption() != enabled);
+        strip.window.setEnabled(true);
+        turn();
+        QCOMPARE(lastCaption(), enabled);
+    }
 };
 
 QTEST_MAIN(ThumbViewFillTest)
