@@ -54,9 +54,9 @@ InstanceClient::Result InstanceClient::handOver(const QString& name, int patienc
 
 QString InstanceClient::nameForServer(const QString& name)
 {
-    // Kept: a name that is nothing but the ending is no movie for the instance that runs, which
-    // it would be behind a folder.
-    if (name.isEmpty() || name == ".pvm"_L1)
+    // Kept: a name that is nothing but the ending, in whatever letter case, is no movie for the
+    // instance that runs, which it would be behind a folder.
+    if (name.isEmpty() || name.toLower() == ".pvm"_L1)
         return name;
     return QDir::current().absoluteFilePath(name);
 }

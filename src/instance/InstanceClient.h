@@ -29,7 +29,7 @@ public:
     Result handOver(const QString& name, int patienceMs = PatienceMs);
 
     /// `name` as another instance, in another working folder, has to be told of it: absolute.
-    /// Empty stays empty, and ".pvm" stays as it is.
+    /// Empty stays empty, and ".pvm", in whatever letter case, stays as it is.
     static QString nameForServer(const QString& name);
 
 private:

@@ -224,7 +224,8 @@ private slots:
         row("a blank", " ", here + "/ ");
         row("an option", "--foo", here + "/--foo");
         row("the ending alone", ".pvm", ".pvm");
-        row("the ending in capitals", ".PVM", here + "/.PVM");
+        row("the ending in capitals", ".PVM", ".PVM");
+        row("the ending in mixed letters", ".Pvm", ".Pvm");
         row("nothing", "", "");
     }
 

@@ -193,11 +193,36 @@ private slots:
         QCOMPARE(m.sentence(), "1 camera added.");
     }
 
-    void importTellsWhatIsNoList()
+    void aCancelledImportSaysNothing()
     {
         Listed m;
-        m.write("notes.dat", "Sights\xFF"
+        m.choose("mnuOpt", "mnuOptImport");
+        auto* dialog = openDialog<QFileDialog>();
+        QVERIFY(dialog);
+        QSignalSpy gone(dialog, &QObject::destroyed);
+        QTest::keyClick(dialog, Qt::Key_Escape);
+        QTRY_COMPARE(gone.count(), 1);
+        // A message would be told by an event of its own: one that comes later is the first.
+        m.list().LoadFile(m.path("list.dat"));
+        QCOMPARE(answerMessage(QMessageBox::Ok).text, "Cam is already in your list.");
+        QCOMPARE(m.cameras(), (QStringList{"Harbour", "Tower"}));
+    }
+
+    void importTellsWhatIsNoList_data()
+    {
+        const Rows<QByteArray> row("content");
+        row("half a camera", "Sights\xFF"
                              "Bridge\r\n");
+        row("text", "Shopping: bread, milk\r\n");
+        row("the mark in small letters", "camz" + Bridge + "\r\n");
+        row("nothing", {});
+    }
+
+    void importTellsWhatIsNoList()
+    {
+        QFETCH(QByteArray, content);
+        Listed m;
+        m.write("notes.dat", content);
         m.chooseFile("mnuOptImport", m.path("notes.dat"));
         const auto message = answerMessage(QMessageBox::Ok);
         QCOMPARE(message.text, "Not a valid Zipped Cam List.");
