@@ -132,6 +132,9 @@ void CameraNotices::act(NoticeAction action)
     case NoticeAction::OpenFolder:
         QDesktopServices::openUrl(QUrl::fromLocalFile(QFileInfo(m_subject).absolutePath()));
         break;
+    case NoticeAction::OfferAgain:
+        emit OfferWanted();
+        break;
     }
 }
 

@@ -86,6 +86,7 @@ const char* captionOf(Action action)
         {Action::Undo, QT_TRANSLATE_NOOP("Notice", "Undo")},
         {Action::Show, QT_TRANSLATE_NOOP("Notice", "Show")},
         {Action::OpenFolder, QT_TRANSLATE_NOOP("Notice", "Open Folder")},
+        {Action::OfferAgain, QT_TRANSLATE_NOOP("Notice", "Try Again")},
     };
     for (const auto& row : captions) {
         if (row.action == action)
@@ -231,4 +232,17 @@ Notice::Message noticeOfSave(const QString& path, const QString& reason)
             translated(QT_TRANSLATE_NOOP("Notice", "\"%1\" was not saved: %2."))
                 .arg(name, shortened(withoutFullStop(reason))),
             {}};
+}
+
+Notice::Message noticeOfFailedOffers(const QStringList& names, const QString& reason)
+{
+    const bool isOne = names.size() == 1;
+    const QString sentence = translated(
+        isOne
+            ? QT_TRANSLATE_NOOP("Notice", "\"%1\" could not be added to the internet database: %2.")
+            : QT_TRANSLATE_NOOP("Notice",
+                                "%1 cameras could not be added to the internet database: %2."));
+    const QString which = isOne ? shortened(names.first()) : QString::number(names.size());
+    return {Notice::Icon::Warning, sentence.arg(which, shortened(withoutFullStop(reason))),
+            buttonsOf({Action::OfferAgain})};
 }
