@@ -222,18 +222,6 @@ Notice::Message noticeOfAddition(qsizetype added, qsizetype refused)
     return information(sentence + u'.', added > 0 ? QList{Action::Show} : QList<Action>());
 }
 
-Notice::Message noticeOfSave(const QString& path, const QString& reason)
-{
-    const QString name = shortened(QFileInfo(path).fileName());
-    if (reason.isEmpty())
-        return information(translated(QT_TRANSLATE_NOOP("Notice", "Saved \"%1\".")).arg(name),
-                           {Action::OpenFolder});
-    return {Notice::Icon::Warning,
-            translated(QT_TRANSLATE_NOOP("Notice", "\"%1\" was not saved: %2."))
-                .arg(name, shortened(withoutFullStop(reason))),
-            {}};
-}
-
 Notice::Message noticeOfFailedOffers(const QStringList& names, const QString& reason)
 {
     const bool isOne = names.size() == 1;
@@ -245,4 +233,16 @@ Notice::Message noticeOfFailedOffers(const QStringList& names, const QString& re
     const QString which = isOne ? shortened(names.first()) : QString::number(names.size());
     return {Notice::Icon::Warning, sentence.arg(which, shortened(withoutFullStop(reason))),
             buttonsOf({Action::OfferAgain})};
+}
+
+Notice::Message noticeOfSave(const QString& path, const QString& reason)
+{
+    const QString name = shortened(QFileInfo(path).fileName());
+    if (reason.isEmpty())
+        return information(translated(QT_TRANSLATE_NOOP("Notice", "Saved \"%1\".")).arg(name),
+                           {Action::OpenFolder});
+    return {Notice::Icon::Warning,
+            translated(QT_TRANSLATE_NOOP("Notice", "\"%1\" was not saved: %2."))
+                .arg(name, shortened(withoutFullStop(reason))),
+            {}};
 }

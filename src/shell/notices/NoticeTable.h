@@ -44,9 +44,9 @@ Notice::Message noticeOfReload(qsizetype cameras);
 /// `added` cameras joined the list, which had `refused` others already.
 Notice::Message noticeOfAddition(qsizetype added, qsizetype refused);
 
-/// The file at `path` was saved. `reason`, where it is not empty, says why it was not.
-Notice::Message noticeOfSave(const QString& path, const QString& reason = {});
-
 /// The cameras of these names could not be offered to the directory; `reason` is why the last of
 /// them could not.
 Notice::Message noticeOfFailedOffers(const QStringList& names, const QString& reason);
+
+/// The file at `path` was saved. `reason`, where it is not empty, says why it was not.
+Notice::Message noticeOfSave(const QString& path, const QString& reason = {});
