@@ -132,7 +132,7 @@ void HTTP::fail(const QString& description)
     m_sckMain.Close();
     m_buffer.clear();
     emit Status("Error: "_L1 + description);
-    emit Failed();
+    emit Failed(description);
 }
 
 QString HTTP::StripHTML(const QString& text)

@@ -53,8 +53,8 @@ signals:
     /// What the fetch does, for a status line: "Connecting", "Connected", "Receiving Data" with
     /// each chunk, "Error: " and the socket's description.
     void Status(const QString& text);
-    /// There will be no answer; Status has just said why.
-    void Failed();
+    /// There will be no answer, and why, as Status has just said; one line.
+    void Failed(const QString& description);
     /// There is a connection, and the request is on its way.
     void Connected();
     /// A chunk of the answer has come.

@@ -1,7 +1,7 @@
 #include "shell/SecondaryWindows.h"
 
 #include "directory/DirectoryAddress.h"
-#include "directory/SubmissionUrl.h"
+#include "directory/Offers.h"
 #include "directory/frmInt.h"
 #include "shared/AppFolder.h"
 #include "shared/BuildSettings.h"
@@ -20,9 +20,9 @@ SecondaryWindows::SecondaryWindows(QWidget* form, const QString& folder, int por
     , m_folder(folder)
     , m_port(port)
     , m_messages(new MessageQueue(form))
-    , m_HTTP1(std::make_unique<HTTP>(this, port))
+    , m_offers(std::make_unique<Offers>(port, this))
 {
-    m_HTTP1->setObjectName(u"HTTP1"_s);
+    connect(m_offers.get(), &Offers::Failed, this, &SecondaryWindows::OfferFailed);
 }
 
 SecondaryWindows::~SecondaryWindows()
@@ -55,7 +55,7 @@ void SecondaryWindows::shutDown()
 {
     // At once, with the query that runs: no event deletes it any more.
     const std::unique_ptr<frmInt> last(m_frmInt);
-    m_HTTP1.reset();
+    m_offers.reset();
 }
 
 void SecondaryWindows::askForList()
@@ -105,8 +105,14 @@ void SecondaryWindows::showAbout(bool topmost)
 
 void SecondaryWindows::submit(const EnteredCamera& camera)
 {
-    if (m_HTTP1)
-        m_HTTP1->Retrieve(submissionUrl(directory(), camera));
+    if (m_offers)
+        m_offers->add(directory(), camera);
+}
+
+void SecondaryWindows::submitFailed()
+{
+    if (m_offers)
+        m_offers->addFailed();
 }
 
 QString SecondaryWindows::directory() const

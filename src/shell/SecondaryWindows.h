@@ -8,6 +8,7 @@
 #include <memory>
 
 class MessageQueue;
+class Offers;
 class frmInt;
 struct EnteredCamera;
 
@@ -31,7 +32,7 @@ public:
     /// or it would lie below.
     void setListTopmost(bool topmost);
 
-    /// The program ends: closes the internet list, and drops the offer that runs.
+    /// The program ends: closes the internet list, and drops the offers that are not over.
     void shutDown();
 
     /// Asks for a list to import. Cancelled, it ends without a word.
@@ -44,13 +45,18 @@ public:
     /// Shows the about window, above all others where the main window is.
     void showAbout(bool topmost);
 
-    /// Offers a camera to the directory. Nobody hears what becomes of it.
+    /// Offers a camera to the directory, when its turn comes (see directory/Offers.h). Only one
+    /// that fails is heard of.
     void submit(const EnteredCamera& camera);
+    /// Offers those that have failed anew.
+    void submitFailed();
 
 signals:
     void Preview(const QString& key);
     void Import(const QString& path);
     void Export(const QString& path);
+    /// These cameras could not be offered; `reason` is why the last of them could not.
+    void OfferFailed(const QStringList& names, const QString& reason);
 
 private:
     QString directory() const;
@@ -60,6 +66,7 @@ private:
     QString m_folder;
     int m_port;
     MessageQueue* m_messages;
-    std::unique_ptr<HTTP> m_HTTP1;
+    /// Null from the end of the program on.
+    std::unique_ptr<Offers> m_offers;
     QPointer<frmInt> m_frmInt;
 };

@@ -111,6 +111,11 @@ void frmMain::startUp(const QString& commandLine)
     m_notices = new CameraNotices(*m_cam, m_left->cList(), *m_favourites, this);
     connect(m_notices, &CameraNotices::CameraWanted, this, &frmMain::openCamera);
     connect(m_notices, &CameraNotices::ListWanted, this, &frmMain::showListPage);
+    connect(m_notices, &CameraNotices::OfferWanted, m_windows, &SecondaryWindows::submitFailed);
+    connect(m_windows, &SecondaryWindows::OfferFailed, m_notices,
+            [this](const QStringList& names, const QString& reason) {
+                m_notices->tell(noticeOfFailedOffers(names, reason));
+            });
     openFile(readCommandLine(commandLine));
     applyCaptions();
     m_preferences->load(preferencesPath());

@@ -304,6 +304,7 @@ private slots:
         QCOMPARE(status.size(), 2);
         QCOMPARE(status[0][0], "Connecting");
         QCOMPARE(status[1][0], "Error: Connection refused");
+        QCOMPARE(failed[0][0], "Connection refused");
         QCOMPARE(finished.size(), 0);
         QVERIFY(!timerOf(http, "Timer1").Enabled());
     }

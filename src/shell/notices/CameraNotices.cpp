@@ -134,6 +134,9 @@ void CameraNotices::act(NoticeAction action)
     case NoticeAction::OpenFolder:
         openFolder(QFileInfo(m_subject).absolutePath());
         break;
+    case NoticeAction::OfferAgain:
+        emit OfferWanted();
+        break;
     }
 }
 

@@ -37,6 +37,8 @@ signals:
     void CameraWanted(const QString& key);
     /// The list should be seen.
     void ListWanted();
+    /// What the directory has not got should be offered anew.
+    void OfferWanted();
 
 private:
     void fetchEnded(const FetchOutcome& outcome);

@@ -90,6 +90,7 @@ const char* captionOf(Action action)
         {Action::Undo, QT_TRANSLATE_NOOP("Notice", "Undo")},
         {Action::Show, QT_TRANSLATE_NOOP("Notice", "Show")},
         {Action::OpenFolder, QT_TRANSLATE_NOOP("Notice", "Open Folder")},
+        {Action::OfferAgain, QT_TRANSLATE_NOOP("Notice", "Try Again")},
     };
     for (const auto& row : captions) {
         if (row.action == action)
@@ -223,6 +224,19 @@ Notice::Message noticeOfAddition(qsizetype added, qsizetype refused)
         sentence +=
             translated(QT_TRANSLATE_NOOP("Notice", ", %1 were in the list already")).arg(refused);
     return information(sentence + u'.', added > 0 ? QList{Action::Show} : QList<Action>());
+}
+
+Notice::Message noticeOfFailedOffers(const QStringList& names, const QString& reason)
+{
+    const bool isOne = names.size() == 1;
+    const QString sentence = translated(
+        isOne
+            ? QT_TRANSLATE_NOOP("Notice", "\"%1\" could not be added to the internet database: %2.")
+            : QT_TRANSLATE_NOOP("Notice",
+                                "%1 cameras could not be added to the internet database: %2."));
+    const QString which = isOne ? shortened(names.first()) : QString::number(names.size());
+    return {Notice::Icon::Warning, sentence.arg(which, shortened(withoutFullStop(reason))),
+            buttonsOf({Action::OfferAgain})};
 }
 
 Notice::Message noticeOfSave(const QString& path, const QString& reason)

@@ -4,6 +4,7 @@
 #include "widgets/Notice.h"
 
 #include <QString>
+#include <QStringList>
 
 /// What a notice offers. Its buttons have these numbers.
 enum class NoticeAction {
@@ -24,6 +25,8 @@ enum class NoticeAction {
     /// Shows in the list what has been added.
     Show,
     OpenFolder,
+    /// Offers the cameras anew that the directory has not got.
+    OfferAgain,
 };
 
 /// What a person is told about a fetch that brought no whole picture, or after which refreshing
@@ -40,6 +43,10 @@ Notice::Message noticeOfReload(qsizetype cameras);
 
 /// `added` cameras joined the list, which had `refused` others already.
 Notice::Message noticeOfAddition(qsizetype added, qsizetype refused);
+
+/// The cameras of these names could not be offered to the directory; `reason` is why the last of
+/// them could not.
+Notice::Message noticeOfFailedOffers(const QStringList& names, const QString& reason);
 
 /// The file at `path` was saved. `reason`, where it is not empty, says why it was not.
 Notice::Message noticeOfSave(const QString& path, const QString& reason = {});

@@ -130,6 +130,13 @@ private slots:
             "Saved \"Clock 2026-11-21.jpg\".", "Open Folder");
         row("not saved", noticeOfSave("/root/a.jpg", "Permission denied."),
             "\"a.jpg\" was not saved: Permission denied.", "");
+        row("an offer failed", noticeOfFailedOffers({"Clock"}, "Connection refused."),
+            "\"Clock\" could not be added to the internet database: Connection refused.",
+            "Try Again");
+        row("offers failed", noticeOfFailedOffers({"Clock", "Tower"}, "404 Not Found"),
+            "2 cameras could not be added to the internet database: 404 Not Found.", "Try Again");
+        row("an offer of an odd name failed", noticeOfFailedOffers({"%2\n<b>"}, "%1\x1b"),
+            "\"%2 <b>\" could not be added to the internet database: %1 .", "Try Again");
     }
 
     void listsAndFiles()
