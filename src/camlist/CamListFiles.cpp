@@ -2,6 +2,7 @@
 
 #include "camlist/CamList.h"
 
+#include "cameras/CameraKey.h"
 #include "camlist/CameraTreeModel.h"
 #include "camlist/CameraTreeView.h"
 #include "camlist/DefaultCameras.h"
@@ -74,7 +75,8 @@ void CamList::reload()
     const QStringList open = m_tvwCat->openCategories();
     // A list that cannot be read is not an empty one: nothing takes its place.
     const auto none = [] { return std::optional<CameraRecord>(); };
-    tellAlreadyListed(m_tree->replaceAll(isList ? camerasOf(*line) : none));
+    const auto expected = line ? line->count(FieldSeparator.toLatin1()) / 3 + 1 : 0;
+    tellAlreadyListed(m_tree->replaceAll(isList ? camerasOf(*line) : none, expected));
     // Whatever it is, it is not the list of somebody who removed the last camera.
     if (isList && m_tree->cameraCount() == 0)
         m_file.distrust();

@@ -11,13 +11,16 @@
 
 using namespace Qt::Literals::StringLiterals;
 
+/// There may be millions: what a list of 60 MB needs is mostly these.
 struct CameraTreeModel::Node
 {
-    QString text;
     QString key;
-    Node* category; ///< null for a category
-    int row;        ///< among its siblings
-    std::vector<Node*> cameras;
+    Node* category;   ///< null for a category
+    qsizetype textAt; ///< in m_texts
+    int textSize;
+    int row; ///< among its siblings
+    /// Of a category alone.
+    std::unique_ptr<std::vector<Node*>> cameras;
 };
 
 namespace {
@@ -94,14 +97,17 @@ qsizetype CameraTreeModel::addAll(const Source& source)
     return refused;
 }
 
-qsizetype CameraTreeModel::replaceAll(const Source& source)
+qsizetype CameraTreeModel::replaceAll(const Source& source, qsizetype expected)
 {
     beginResetModel();
     m_resetting = true;
     ++m_revision;
+    m_lastCategory = nullptr;
     m_byKey.clear();
+    m_byKey.reserve(expected);
     m_categories.clear();
     m_nodes.clear();
+    m_nodes.reserve(static_cast<std::size_t>(expected));
     m_texts.clear();
     const qsizetype refused = addAll(source);
     m_resetting = false;
@@ -133,11 +139,14 @@ bool CameraTreeModel::canTake(const CameraRecord& camera, const QModelIndex& ins
 
 CameraTreeModel::Node* CameraTreeModel::ensureCategory(const QString& name)
 {
+    // Most cameras stand beside others of their category.
+    if (m_lastCategory && m_lastCategory->key == name)
+        return m_lastCategory;
     Node* const found = m_byKey.value(name);
     if (!found)
-        return insert(name, name, nullptr);
+        return m_lastCategory = insert(name, name, nullptr);
     // A camera may have the name for its key; then there can be no such category.
-    return found->category ? nullptr : found;
+    return found->category ? nullptr : m_lastCategory = found;
 }
 
 /// Null where the key is there already.
@@ -151,11 +160,15 @@ CameraTreeModel::Node* CameraTreeModel::insert(const QString& text, const QStrin
     const int at = static_cast<int>(row.size());
     if (!m_resetting)
         beginInsertRows(category ? indexOf(category) : QModelIndex(), at, at);
-    m_nodes.push_back(std::make_unique<Node>(Node{text, key, category, at, {}}));
+    auto made = std::make_unique<Node>(
+        Node{key, category, m_texts.size(), static_cast<int>(text.size()), at, nullptr});
+    if (!category)
+        made->cameras = std::make_unique<std::vector<Node*>>();
+    m_nodes.push_back(std::move(made));
     Node* const node = m_nodes.back().get();
     place = node;
     row.push_back(node);
-    appendText(*node);
+    m_texts.append(text).append(FieldSeparator);
     ++m_revision;
     if (!m_resetting)
         endInsertRows();
@@ -184,18 +197,26 @@ void CameraTreeModel::forget(const Node* node)
     const auto goes = [node](const auto& one) {
         return one.get() == node || one->category == node;
     };
-    for (const Node* camera : node->cameras)
-        m_byKey.remove(camera->key);
+    m_lastCategory = nullptr;
+    if (node->cameras) {
+        for (const Node* camera : *node->cameras)
+            m_byKey.remove(camera->key);
+    }
     m_byKey.remove(node->key);
     m_nodes.erase(std::remove_if(m_nodes.begin(), m_nodes.end(), goes), m_nodes.end());
-    m_texts.clear();
-    for (const auto& left : m_nodes)
-        appendText(*left);
+    QString texts;
+    for (const auto& left : m_nodes) {
+        const QString text = textOf(*left);
+        left->textAt = texts.size();
+        texts.append(text).append(FieldSeparator);
+    }
+    m_texts = texts;
 }
 
-void CameraTreeModel::appendText(const Node& node)
+QString CameraTreeModel::textOf(const Node& node) const
 {
-    m_texts.append(node.text).append(FieldSeparator);
+    // Shared, because every camera names its category.
+    return node.category ? m_texts.mid(node.textAt, node.textSize) : node.key;
 }
 
 bool CameraTreeModel::setKey(const QModelIndex& camera, const QString& key)
@@ -215,8 +236,11 @@ bool CameraTreeModel::setKey(const QModelIndex& camera, const QString& key)
 QModelIndex CameraTreeModel::find(const QString& key) const
 {
     const QString wanted = comparableKey(key);
+    // Without its scheme it has the same end: of a long list nearly all need no other look.
+    const QString end = isSecureAddress(wanted) ? wanted.mid(SecureScheme.size()) : wanted;
     for (const auto& node : m_nodes) {
-        if (node->category && comparableKey(node->key) == wanted)
+        if (node->category && node->key.size() <= end.size() + SecureScheme.size() &&
+            node->key.endsWith(end) && comparableKey(node->key) == wanted)
             return indexOf(node.get());
     }
     return {};
@@ -240,7 +264,7 @@ QList<CameraRecord> CameraTreeModel::cameras() const
     found.reserve(cameraCount());
     for (const auto& node : m_nodes) {
         if (node->category)
-            found.append({node->category->text, node->text, node->key});
+            found.append({node->category->key, textOf(*node), node->key});
     }
     return found;
 }
@@ -254,7 +278,7 @@ QStringList CameraTreeModel::categories() const
 {
     QStringList names;
     for (const Node* category : m_categories)
-        names.append(category->text);
+        names.append(category->key);
     return names;
 }
 
@@ -267,8 +291,8 @@ QModelIndex CameraTreeModel::firstMatch(const QString& name) const
     for (const auto& node : m_nodes) {
         // Kept: a category without cameras is found as a camera is.
         // The second look is for a capital "ÿ", which is the separator but for its case.
-        if (beginsWith(texts.sliced(start), name) && node->cameras.empty() &&
-            beginsWith(node->text, name))
+        if (beginsWith(texts.sliced(start), name) && (!node->cameras || node->cameras->empty()) &&
+            beginsWith(textOf(*node), name))
             return indexOf(node.get());
         start = texts.indexOf(FieldSeparator, start) + 1;
     }
@@ -280,7 +304,8 @@ CameraRecord CameraTreeModel::record(const QModelIndex& index) const
     const Node* const node = nodeOf(index);
     if (!node)
         return {};
-    return {node->category ? node->category->text : node->text, node->text, node->key};
+    const QString text = textOf(*node);
+    return {node->category ? node->category->key : text, text, node->key};
 }
 
 CameraTreeModel::Node* CameraTreeModel::nodeOf(const QModelIndex& index) const
@@ -295,14 +320,14 @@ QModelIndex CameraTreeModel::indexOf(const Node* node) const
 
 std::vector<CameraTreeModel::Node*>& CameraTreeModel::siblings(Node* category)
 {
-    return category ? category->cameras : m_categories;
+    return category ? *category->cameras : m_categories;
 }
 
 QModelIndex CameraTreeModel::index(int row, int column, const QModelIndex& parent) const
 {
     if (!hasIndex(row, column, parent))
         return {};
-    const auto& nodes = parent.isValid() ? nodeOf(parent)->cameras : m_categories;
+    const auto& nodes = parent.isValid() ? *nodeOf(parent)->cameras : m_categories;
     return indexOf(nodes[static_cast<std::size_t>(row)]);
 }
 
@@ -314,8 +339,10 @@ QModelIndex CameraTreeModel::parent(const QModelIndex& child) const
 
 int CameraTreeModel::rowCount(const QModelIndex& parent) const
 {
-    const auto& nodes = parent.isValid() ? nodeOf(parent)->cameras : m_categories;
-    return static_cast<int>(nodes.size());
+    const Node* const node = nodeOf(parent);
+    if (node && !node->cameras)
+        return 0;
+    return static_cast<int>((node ? *node->cameras : m_categories).size());
 }
 
 int CameraTreeModel::columnCount(const QModelIndex& /*parent*/) const
@@ -330,11 +357,11 @@ QVariant CameraTreeModel::data(const QModelIndex& index, int role) const
         return {};
     switch (role) {
     case Qt::DisplayRole:
-        return shownLine(node->text);
+        return shownLine(textOf(*node));
     case Qt::DecorationRole:
         return node->category ? m_cameraPicture : m_categoryPicture;
     case Qt::ToolTipRole:
-        return node->category ? cameraToolTip(node->text, node->key) : shownToolTip(node->text);
+        return node->category ? cameraToolTip(textOf(*node), node->key) : shownToolTip(node->key);
     default:
         return {};
     }

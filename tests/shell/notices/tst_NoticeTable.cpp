@@ -128,6 +128,9 @@ private slots:
             "");
         row("saved", noticeOfSave("/home/me/Clock 2026-11-21.jpg"),
             "Saved \"Clock 2026-11-21.jpg\".", "Open Folder");
+        row("kept beside", noticeOfKeptList("/home/me/list.dat.bak"),
+            "Another window changed the list, too: its list is kept as \"list.dat.bak\".",
+            "Open Folder");
         row("not saved", noticeOfSave("/root/a.jpg", "Permission denied."),
             "\"a.jpg\" was not saved: Permission denied.", "");
         row("an offer failed", noticeOfFailedOffers({"Clock"}, "Connection refused."),
