@@ -5,12 +5,17 @@
 class QFile;
 
 /// Whether nobody but the user and root can make, rename or replace a file in `folder`, through
-/// symbolic links: it belongs to one of the two, and neither its group nor others may write there,
-/// be it with the sticky bit, as in the temporary folder. False where it is no folder.
+/// symbolic links: it belongs to one of the two, and neither others nor its group may write there,
+/// be it with the sticky bit, as in the temporary folder. A group in which nobody but the user is
+/// counts as the user. False where it is no folder.
 ///
 /// On Windows true for any folder: whoever may write into a folder is the business of its access
 /// list, and making a symbolic link takes an administrator.
 bool isClosedToOthers(const QString& folder);
+
+/// Whether `path` is an ordinary file of the user who runs the program: no link, no folder, and
+/// under no other name beside. False, too, where that cannot be told.
+bool isOwnFile(const QString& path);
 
 /// Whether the symbolic link at `path` and the folder that it lies in belong to the user or to
 /// root, so that nobody else has laid it. True for what is no link.

@@ -8,6 +8,13 @@ bool isClosedToOthers(const QString& folder)
     return QFileInfo(folder).isDir();
 }
 
+/// What lies in the user's own folder is the user's here: Windows gives a file to a group as often.
+bool isOwnFile(const QString& path)
+{
+    const QFileInfo info(path);
+    return info.isFile() && !info.isSymLink() && !info.isJunction();
+}
+
 bool isOwnLink(const QString& path)
 {
     Q_UNUSED(path)

@@ -1,7 +1,6 @@
 #include "shared/ReplaceFile.h"
 
 #include "platform/FileOwner.h"
-#include "platform/OwnFile.h"
 #include "platform/SyncFile.h"
 
 #include <QCoreApplication>
