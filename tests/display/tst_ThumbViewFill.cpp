@@ -338,9 +338,11 @@ private slots:
         // Else a window that is not active looks like one that is.
         QPalette palette = strip.window.palette();
         palette.setColor(QPalette::Inactive, QPalette::Text, Qt::darkGray);
-        strip.window.setPalette(palette);
         const auto costOfChange = [&](int count) {
             strip.view.ShowImages(numberedList(1, count));
+            strip.view.hide(); // Other colours, too, are slow where thousands are on show.
+            strip.window.setPalette(palette);
+            strip.view.show();
             turn();
             return costOf([&] {
                 for (const bool isFirst : {true, false}) {
