@@ -226,6 +226,8 @@ CameraListFile::Saved CameraListFile::saveMerged(const QByteArray& line)
         saved = merge(*now, line);
     else
         static_cast<SaveOutcome&>(saved) = put(now, line);
+    if (saved && lock.isHeld())
+        removeLeftovers(m_path);
     if (m_backups.made() != kept)
         saved.keptAs = m_backups.path();
     return saved;
@@ -331,10 +333,8 @@ SaveOutcome CameraListFile::replace(const std::optional<QByteArray>& now, const 
     SaveOutcome outcome;
     if (now && isAnothers(*now))
         outcome = m_backups.keepCopy(*now);
-    if (outcome) {
+    if (outcome)
         outcome.isDone = replaceFile(m_path, bytes, &outcome.reason);
-        removeLeftovers(m_path);
-    }
     return outcome;
 }
 
