@@ -16,7 +16,7 @@ struct ShownText
 {
     /// The window, or the part of one in which the control is looked for.
     const char* place;
-    /// The control's object name; empty for the place itself.
+    /// The control's object name, or its class where it has none; empty for the place itself.
     const char* control;
     /// "text", "title", "tip", "menu", "entries", "columns", "tabs", "label" (before a box),
     /// "cameras", "filters", "prompt". What has several parts has "|" between them.
@@ -53,6 +53,7 @@ inline const QList<ShownText>& shownTexts()
         {"menu bar", "mnuOptInt", "text", "Internet List"},
         {"menu bar", "mnuOptImport", "text", "Import List"},
         {"menu bar", "mnuOptReload", "text", "Reload List"},
+        {"menu bar", "mnuOptExport", "text", "Export List"},
         {"menu bar", "mnuOptExit", "text", "Exit"},
         {"menu bar", "mnuOptExitWO", "text", "Exit Without Saving"},
         {"menu bar", "mnuOptOnTop", "text", "Always on Top"},
@@ -65,6 +66,8 @@ inline const QList<ShownText>& shownTexts()
         {"menu bar", "mnuViewGoto", "text", "Goto Bar"},
         {"menu bar", "mnuViewNew", "text", "New Images Only"},
         {"menu bar", "mnuViewOSize", "text", "Original Size"},
+        {"menu bar", "mnuViewProp", "text", "Keep Proportions"},
+        {"menu bar", "mnuViewFull", "text", "Full Screen"},
         {"menu bar", "mnuHelp", "text", "Help"},
         {"menu bar", "mnuHelpAb", "text", "About"},
         {"menu bar", "mnuHelpH", "text", "Online Help"},
@@ -90,6 +93,7 @@ inline const QList<ShownText>& shownTexts()
         {"menu bar, empty lan.ini", "mnuOptInt", "text", "Internet List"},
         {"menu bar, empty lan.ini", "mnuOptImport", "text", "Import List"},
         {"menu bar, empty lan.ini", "mnuOptReload", "text", "Reload List"},
+        {"menu bar, empty lan.ini", "mnuOptExport", "text", "Export List"},
         {"menu bar, empty lan.ini", "mnuOptExit", "text", "Exit"},
         {"menu bar, empty lan.ini", "mnuOptExitWO", "text", "Exit Without Saving"},
         {"menu bar, empty lan.ini", "mnuOptOnTop", "text", "Always On Top"},
@@ -147,8 +151,19 @@ inline const QList<ShownText>& shownTexts()
         {"viewer", "mnuTmrSel(45)", "text", "45 secs"},
         {"viewer", "mnuTmrSel(60)", "text", "60 secs"},
         {"viewer", "mnuTmrSel(99)", "text", "Custom"},
+        {"viewer", "mnuTmrKeep", "text", "Keep Refreshing"},
+        {"viewer", "mnuTmrKeep", "tip", "Go on refreshing after errors and refused answers"},
+        {"viewer", "picMain", "caption", "Choose a camera on the left, or type an address below."},
         {"viewer", "mnuRcRe", "text", "Restore Image"},
         {"viewer", "mnuRcDesk", "text", "Set as Desktop Background"},
+        {"viewer", "mnuRcCopy", "text", "Copy Image"},
+        {"viewer", "lbl(0)", "text", "Image 1"},
+        {"viewer", "close", "tip", "Close"},
+
+        {"goto bar", "", "tip",
+         "Ctrl+V elsewhere in the window shows the address on the clipboard"},
+        {"goto bar", "", "placeholder", "Type a camera's name or address and press Enter"},
+
         {"strip of two images", "lbl(0)", "text", "Image 1"},
         {"strip of two images", "lbl(1)", "text", "Image 2"},
 
@@ -179,6 +194,8 @@ inline const QList<ShownText>& shownTexts()
         {"favourites", "cmdSort", "text", "Sort"},
 
         {"internet list", "lvwList", "columns", "Catagory|Name"},
+        {"internet list", "", "title", "Internet List"},
+        {"internet list", "cmdStop", "text", "Stop"},
         {"internet list", "cmdPre", "text", "Preview"},
         {"internet list", "cmdAdd", "text", "Add Selected"},
         {"internet list", "cmdAll", "text", "Select All"},
@@ -200,6 +217,11 @@ inline const QList<ShownText>& shownTexts()
         {"about", "", "title", "About"},
         {"about", "tabMain", "tabs", "About|What's New"},
         {"about", "lbl(0)", "text", "Pevora v1.1"},
+        {"about", "lbl(1)", "text",
+         "Free software under the MIT licence: use it, share it, change it, without any "
+         "warranty."},
+        {"about", "lbl(2)", "text", "By the Pevora authors"},
+        {"about", "QPushButton", "text", "Close"},
     };
     return table;
 }
@@ -219,6 +241,10 @@ inline const QList<ToldMessage>& toldMessages()
         {"new camera without a name", Information, "Name", "Please choose a Name.", ok},
         {"new camera without an address", Information, "URL", "Please choose a URL.", ok},
         {"new camera that is listed", Information, "Pevora", "Cam is already in your list.", ok},
+        {"new camera of another kind", Information, "Pevora",
+         "Only http:// and https:// addresses can be shown.", ok},
+        {"private camera to offer", Question, "Pevora",
+         "This address is private. Offer it to the internet database all the same?", yesNo},
         {"list that holds a camera of ours", Information, "Pevora", "Cam is already in your list.",
          ok},
         {"list that is none", Critical, "Pevora", "Not a valid Zipped Cam List.", ok},

@@ -3,6 +3,8 @@
 #include "camlist/frmEdit.h"
 #include "camlist/frmMan.h"
 #include "directory/frmInt.h"
+#include "display/PictureCanvas.h"
+#include "shared/BuildSettings.h"
 #include "shell/frmWhat.h"
 #include "support/Dialogs.h"
 #include "support/Pictures.h"
@@ -125,6 +127,11 @@ const QHash<QString, Open>& places()
              m.shown();
              return &m.part<QWidget>("Cam");
          }},
+        {"goto bar",
+         [](ShownMain& m) {
+             m.shown();
+             return &m.part<QWidget>("cmbUrl");
+         }},
         {"strip of two images",
          [](ShownMain& m) {
              withImages(m);
@@ -188,6 +195,18 @@ QString promptOf(QObject& control)
     return dialog ? dialog->labelText() : QString();
 }
 
+QString placeholderOf(QObject& control)
+{
+    const auto* box = qobject_cast<QComboBox*>(&control);
+    return box ? box->lineEdit()->placeholderText() : QString();
+}
+
+QString captionOfView(QObject& control)
+{
+    const auto* view = qobject_cast<PictureCanvas*>(&control);
+    return view ? view->Caption() : QString();
+}
+
 QString entriesOf(const QComboBox* box)
 {
     QStringList entries;
@@ -248,6 +267,8 @@ QString shownBy(QObject& control, const QString& property)
         {"title", [](QObject& o) { return o.property("windowTitle").toString(); }},
         {"tip", [](QObject& o) { return o.property("toolTip").toString(); }},
         {"prompt", promptOf},
+        {"placeholder", placeholderOf},
+        {"caption", captionOfView},
         {"menu", menuOf},
         {"entries", [](QObject& o) { return entriesOf(qobject_cast<QComboBox*>(&o)); }},
         {"filters", [](QObject& o) { return entriesOf(o.findChild<QComboBox*>("fileTypeCombo")); }},
@@ -257,6 +278,51 @@ QString shownBy(QObject& control, const QString& property)
         {"label", labelOf},
     };
     return readers.contains(property) ? readers[property](control) : "no such property";
+}
+
+QObject* controlOf(QWidget& place, const char* name)
+{
+    if (!*name)
+        return &place;
+    if (auto* control = place.findChild<QObject*>(name))
+        return control;
+    for (auto* control : place.findChildren<QObject*>(QString(""))) {
+        if (control->inherits(name))
+            return control;
+    }
+    return nullptr;
+}
+
+/// Whatever the parts of a place say that a person can read.
+QStringList allTextsIn(QWidget& place)
+{
+    QStringList texts;
+    QObjectList parts = place.findChildren<QObject*>();
+    parts << &place;
+    for (QObject* one : std::as_const(parts)) {
+        texts << one->property("placeholderText").toString()
+              << one->property("windowTitle").toString();
+        if (qobject_cast<QWidget*>(one) || qobject_cast<QAction*>(one))
+            texts << one->property("toolTip").toString();
+        if (qobject_cast<QMenu*>(one) || qobject_cast<QAction*>(one) ||
+            qobject_cast<QAbstractButton*>(one) || qobject_cast<QLabel*>(one))
+            texts << textOf(*one);
+    }
+    texts.removeAll("");
+    texts.removeAll(homePage()); // which the build decides
+    texts.removeDuplicates();
+    return texts;
+}
+
+/// The table's texts of a place, and the parts of those that have several.
+QStringList tableTextsOf(const QString& place)
+{
+    QStringList texts;
+    for (const ShownText& row : shownTexts()) {
+        if (row.place == place)
+            texts << row.text << QString(row.text).split('|');
+    }
+    return texts;
 }
 
 } // namespace
@@ -289,9 +355,31 @@ private slots:
         const auto& [place, name, property, text] = shownTexts()[row];
         QWidget* window = open(place);
         QVERIFY2(window, "the place does not open");
-        QObject* control = *name ? window->findChild<QObject*>(name) : window;
+        QObject* control = controlOf(*window, name);
         QVERIFY2(control, "the place has no such control");
         QCOMPARE(shownBy(*control, property), QString(text));
+    }
+
+    void nothingElseIsSaid_data()
+    {
+        const Rows<QString> row("place");
+        for (const char* place : {"goto bar", "menu bar", "page that adds", "list", "viewer",
+                                  "properties of Harbour", "favourites", "internet list", "about"})
+            row(place, place);
+    }
+
+    void nothingElseIsSaid()
+    {
+        QFETCH(QString, place);
+        QWidget* window = open(place);
+        QVERIFY(window);
+        const QStringList known = tableTextsOf(place);
+        QStringList unknown;
+        for (const QString& text : allTextsIn(*window)) {
+            if (!known.contains(text))
+                unknown << text;
+        }
+        QCOMPARE(unknown.join('|'), "");
     }
 
 private:

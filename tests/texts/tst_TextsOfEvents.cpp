@@ -12,6 +12,7 @@
 #include "viewer/fetch/Fetch.h"
 #include "viewer/surface/ToolBarButton.h"
 
+#include <QCheckBox>
 #include <QInputDialog>
 #include <QRadioButton>
 #include <QSettings>
@@ -62,6 +63,15 @@ const QHash<QString, std::function<void(ShownMain&)>>& occasions()
         {"new camera without an address", [](ShownMain& m) { addCamera(m, "Cities", "Pier", ""); }},
         {"new camera that is listed",
          [](ShownMain& m) { addCamera(m, "Cities", "Pier", "cam.example/a.jpg"); }},
+        {"new camera of another kind",
+         [](ShownMain& m) { addCamera(m, "Cities", "Pier", "ftp://cam.example/a.jpg"); }},
+        {"private camera to offer",
+         [](ShownMain& m) {
+             m.part<QRadioButton>("opt(0)").click();
+             m.part<QCheckBox>("chkAdd").setChecked(true);
+             m.part<QLineEdit>("txtUrl").setText("192.168.1.5/a.jpg");
+             m.part<QPushButton>("cmdAdd").click();
+         }},
         {"list that holds a camera of ours",
          [](ShownMain& m) { import(m, QByteArray("CAMZ") + OneCamera); }},
         {"list that is none", [](ShownMain& m) { import(m, "no list"); }},
