@@ -6,8 +6,8 @@
 #include <QStringList>
 
 // The program's texts, in English: what its windows say, what it tells in message boxes, and what
-// comes on its status lines, captions and tips in the course of work. tst_Texts and
-// tst_TextsOfEvents compare them with the running program. Odd spellings ("Catagory", "Toogle
+// comes on its status lines, captions and tips in the course of work. tst_TextsShown and
+// tst_TextsTold compare them with the running program. Odd spellings ("Catagory", "Toogle
 // View", "De-Select All", blanks at the ends) are meant. Notices have a table of their own
 // (shell/notices/NoticeTable.cpp, tests/shell/notices).
 

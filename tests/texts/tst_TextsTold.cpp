@@ -307,7 +307,7 @@ QStringList told(const QString& occasion)
 
 } // namespace
 
-class TextsOfEventsTest : public QObject
+class TextsToldTest : public QObject
 {
     Q_OBJECT
 private slots:
@@ -360,5 +360,5 @@ private:
     QTemporaryDir m_settings;
 };
 
-QTEST_MAIN(TextsOfEventsTest)
-#include "tst_TextsOfEvents.moc"
+QTEST_MAIN(TextsToldTest)
+#include "tst_TextsTold.moc"

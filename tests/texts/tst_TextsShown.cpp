@@ -327,7 +327,7 @@ QStringList tableTextsOf(const QString& place)
 
 } // namespace
 
-class TextsTest : public QObject
+class TextsShownTest : public QObject
 {
     Q_OBJECT
 private slots:
@@ -400,5 +400,5 @@ private:
     QPointer<QWidget> m_window;
 };
 
-QTEST_MAIN(TextsTest)
-#include "tst_Texts.moc"
+QTEST_MAIN(TextsShownTest)
+#include "tst_TextsShown.moc"
