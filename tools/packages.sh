@@ -6,9 +6,10 @@ packages_display="xvfb openbox xdotool x11-utils imagemagick"
 packages_test="curl dbus lighttpd lighttpd-mod-openssl openssl libjpeg-turbo-progs giflib-tools trayer \
     util-linux mount"
 packages_bench="xvfb openbox x11-utils dbus-daemon feh libjpeg-turbo-progs"
+packages_endurance="valgrind dbus-daemon libxcb-res0-dev"
 packages_coverage="gcovr"
 packages_fuzz="clang libclang-rt-dev"
-packages_checks="git clang-format clang-tidy"
+packages_checks="git clang-format clang-tidy libxcb-res0-dev"
 
 # ensure_packages NAME...: returns at once, silently, where all are there; else says which
 # are missing and installs them (through sudo where the caller is not root).

@@ -3,12 +3,14 @@
 #include "camlist/CamList.h"
 #include "camlist/Favourites.h"
 #include "settings/Ini.h"
+#include "settings/IniCache.h"
 #include "shared/AppFolder.h"
+#include "shared/ReadFile.h"
+#include "shared/ReplaceFile.h"
 #include "shell/ViewPreferences.h"
 #include "shell/WindowPreferences.h"
 
 #include <QDir>
-#include <QFile>
 #include <QFileDialog>
 #include <QFileInfo>
 #include <QMessageBox>
@@ -146,9 +148,8 @@ void LastSave::saveElsewhere(const QString& folder)
 SaveOutcome LastSave::copyPreferences(const QString& path)
 {
     // What else was in the file, such as the directory's address.
-    const QString old = pathInFolder(m_folder, Preferences);
-    if (QFile::exists(old) && !QFile::copy(old, path))
-        QFile::remove(path);
+    if (const auto old = readFile(pathInFolder(m_folder, Preferences), IniCache::MaxBytes))
+        replaceFile(path, *old);
     m_parts.view.save(path);
     const SaveOutcome favourites = m_parts.favourites.save(path);
     m_parts.window.save(path);
