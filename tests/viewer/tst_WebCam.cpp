@@ -205,7 +205,7 @@ private slots:
                          });
         QObject::connect(&v.cam, &WebCam::Done, &v, [&] { told << "done"; });
         v.fetch("http://" + v.server.url());
-        QCOMPARE(told, (QStringList{"change", "", "http://127.0.0.1/a.jpg", "", "done"}));
+        QCOMPARE(told, (QStringList{"change", "", "http://127.0.0.1/a.jpg", "Image N/A", "done"}));
         QCOMPARE(v.part<QLabel>("lblPic").text(), "Image 1");
         QCOMPARE(v.part<ImageView>("imgMain").Picture().bytes(), picture);
         const QColor middle = v.cam.grab().toImage().pixelColor(350, 250);

@@ -53,6 +53,7 @@ ViewerSurface::ViewerSurface(QWidget* parent)
     m_lbl->setObjectName(u"lbl"_s);
     m_lblPic->setObjectName(u"lblPic"_s);
     m_lblPic->setTextFormat(Qt::PlainText);
+    m_lblPic->setText(u"Image N/A"_s);
     m_lblPic->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
     m_lblPic->installEventFilter(this);
 
