@@ -157,6 +157,7 @@ inline const QList<ShownText>& shownTexts()
         {"viewer", "mnuRcRe", "text", "Restore Image"},
         {"viewer", "mnuRcDesk", "text", "Set as Desktop Background"},
         {"viewer", "mnuRcCopy", "text", "Copy Image"},
+        {"viewer", "lblPic", "text", "Image N/A"},
         {"viewer", "lbl(0)", "text", "Image 1"},
         {"viewer", "close", "tip", "Close"},
 
