@@ -263,33 +263,34 @@ inline const QList<ToldTexts>& toldTexts()
 {
     static const QString connecting = "  Connecting to HOST";
     static const QString connected = "  Connected!";
+    static const QString change = "(change http://127.0.0.1/a.jpg)";
     static const QList<ToldTexts> table = {
-        // The status line below the picture. Of an answer the first piece is 1460 bytes long.
+        // The status line below the picture, and between its texts, in brackets, what the viewer
+        // tells its owner. Of an answer the first piece is 1460 bytes long.
         {"picture in two pieces",
          {connecting, connected, "  Getting Image [14% of 10kb]", "  Getting Image [50% of 10kb]",
-          "  Getting Image [100% of 10kb]", "  Getting Image [100% of 10kb]"}},
+          "  Getting Image [100% of 10kb]", "  Getting Image [100% of 10kb]", change, "(done)"}},
         {"picture of no known length",
          {connecting, connected, "  Getting Image [ 1kb ]", "  Getting Image [ 10kb ]",
-          "  Getting Image [100% of 10kb]"}},
+          "  Getting Image [100% of 10kb]", change, "(done)"}},
         {"picture that did not change for the server",
-         {connecting, connected, "  Not a new image: Process stopped."}},
+         {connecting, connected, "(error Not a new image)", "  Not a new image: Process stopped."}},
         {"picture as it was",
          {connecting, connected, "  Getting Image [14% of 10kb]", "  Getting Image [100% of 10kb]",
-          "  Getting Image [100% of 10kb]", "  Not a New Image: Process Stopped."}},
-        {"picture that is not there", {connecting, connected, "  Error: File not found."}},
+          "  Getting Image [100% of 10kb]", "(done)", "  Not a New Image: Process Stopped."}},
+        {"picture that is not there",
+         {connecting, connected, "(error File not found)", "  Error: File not found."}},
+        {"picture that is elsewhere",
+         {connecting, connected, connecting, connected, "(error File not found)",
+          "  Error: File not found."}},
         {"body that is no picture",
          {connecting, connected, "  Getting Image [14% of 10kb]", "  Getting Image [100% of 10kb]",
-          "  Getting Image [100% of 10kb]", "  Error: Not a picture."}},
-        {"server that is not there", {connecting, "  Connection refused"}},
-        {"fetch that is stopped", {connecting, connected, "  Stopped"}},
+          "  Getting Image [100% of 10kb]", "  Error: Not a picture.", "(error Not a picture)"}},
+        {"server that is not there",
+         {connecting, "  Connection refused", "(error Connection refused)"}},
+        {"fetch that is stopped", {connecting, connected, "  Stopped", "(done)"}},
         {"file that is no picture", {"  Error: Not a picture."}},
         {"image that cannot be saved", {"  Error: Not saved."}},
-
-        // What the viewer tells its owner.
-        {"Error: picture that did not change for the server", {"Not a new image"}},
-        {"Error: picture that is not there", {"File not found"}},
-        {"Error: body that is no picture", {"Not a picture"}},
-        {"Error: server that is not there", {"Connection refused"}},
 
         // The caption below the picture.
         {"images come and go", {"Image 1", "Image 2", "Image 1", "Image N/A"}},

@@ -85,6 +85,17 @@ Open fileDialogOf(const QString& button, int item)
     };
 }
 
+/// The main window's part of that name; its list is the one given, or a new one.
+Open partOf(const QString& name, const QByteArray& list = {})
+{
+    return [=](ShownMain& m) {
+        if (!list.isEmpty())
+            m.write("list.dat", list);
+        m.shown();
+        return &m.part<QWidget>(name);
+    };
+}
+
 QWidget* mainWindow(ShownMain& m)
 {
     return &m.shown();
@@ -111,27 +122,10 @@ const QHash<QString, Open>& places()
         {"menu bar, empty lan.ini", translated(menuBar)},
         {"page that adds", addPage},
         {"page that adds, empty lan.ini", translated(addPage)},
-        {"new list",
-         [](ShownMain& m) {
-             m.shown();
-             return &m.part<QWidget>("cList");
-         }},
-        {"list",
-         [](ShownMain& m) {
-             m.write("list.dat", OneCamera);
-             m.shown();
-             return &m.part<QWidget>("cList");
-         }},
-        {"viewer",
-         [](ShownMain& m) {
-             m.shown();
-             return &m.part<QWidget>("Cam");
-         }},
-        {"goto bar",
-         [](ShownMain& m) {
-             m.shown();
-             return &m.part<QWidget>("cmbUrl");
-         }},
+        {"new list", partOf("cList")},
+        {"list", partOf("cList", OneCamera)},
+        {"viewer", partOf("Cam")},
+        {"goto bar", partOf("cmbUrl")},
         {"strip of two images",
          [](ShownMain& m) {
              withImages(m);

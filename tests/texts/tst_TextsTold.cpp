@@ -110,7 +110,8 @@ QByteArray tenKilobytes(const QColor& colour)
     return body;
 }
 
-/// A viewer that fetches from a server, and each text that comes on its status line.
+/// A viewer that fetches from a server, each text that comes on its status line, and, in brackets,
+/// what it tells its owner.
 class Fetching : public Files
 {
 public:
@@ -119,7 +120,10 @@ public:
         connect(&part<Fetch>(""), &Fetch::StatusText, this, [this] {
             status << Files::status().replace("127.0.0.1:" + QString::number(port()), "HOST");
         });
-        connect(&cam, &WebCam::Error, this, [this](const QString& text) { errors << text; });
+        const auto note = [this] { status << '(' + told().last() + ')'; };
+        connect(&cam, &WebCam::ImageChange, this, note);
+        connect(&cam, &WebCam::Error, this, note);
+        connect(&cam, &WebCam::Done, this, note);
     }
     /// What comes of an answer, from here on.
     Fetching& get(const QByteArray& answer)
@@ -138,7 +142,6 @@ public:
     /// A port where no server is, to be asked in place of the server's.
     quint16 nobody = 0;
     QStringList status;
-    QStringList errors;
 };
 
 /// How a fetch goes that ends as the occasion says.
@@ -159,6 +162,10 @@ void run(Fetching& f, const QString& occasion)
     } else if (occasion == "picture as it was") {
         f.get(pictureAnswer(body)).get(pictureAnswer(body));
     } else if (occasion == "picture that is not there") {
+        f.get(httpAnswer({}, {}, "404 Not Found"));
+    } else if (occasion == "picture that is elsewhere") {
+        f.server.play(
+            httpAnswer({}, "Location: http://" + f.server.url().toLatin1() + "\r\n", "302 Found"));
         f.get(httpAnswer({}, {}, "404 Not Found"));
     } else if (occasion == "body that is no picture") {
         f.get(pictureAnswer(QByteArray(10 * 1024, 'x')));
@@ -185,13 +192,6 @@ QStringList statusOf(const QString& occasion)
     Fetching f;
     run(f, occasion);
     return f.status;
-}
-
-QStringList errorsOf(const QString& occasion)
-{
-    Fetching f;
-    run(f, occasion.section(": ", 1));
-    return f.errors;
 }
 
 QStringList captionsOfImages(const QString&)
@@ -300,8 +300,6 @@ QStringList told(const QString& occasion)
         {"directory that is not there", captionsOfInternetList},
         {"icon in the tray", tipOfTray},
     };
-    if (occasion.startsWith("Error: "))
-        return errorsOf(occasion);
     return others.value(occasion, statusOf)(occasion);
 }
 
