@@ -4,8 +4,9 @@
 # an environment without a desktop. They go when the script ends.
 make_scene() {
     TMPDIR=$(mktemp -d)
-    XDG_RUNTIME_DIR=$TMPDIR
-    HOME=$TMPDIR
+    XDG_RUNTIME_DIR=$TMPDIR/runtime
+    HOME=$TMPDIR/home
+    mkdir -m 700 "$XDG_RUNTIME_DIR" "$HOME"
     export TMPDIR XDG_RUNTIME_DIR HOME
     camera_pid=
     trap 'end_scene' EXIT

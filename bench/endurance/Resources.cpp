@@ -68,6 +68,8 @@ Resources Resources::now()
                                 .entryList(QDir::System | QDir::AllEntries | QDir::NoDotAndDotDot)
                                 .size());
     found.residentKilobytes = residentNow();
+    const auto heap = mallinfo2();
+    found.heapKilobytes = qint64((heap.uordblks + heap.hblkhd) / 1024);
     return found;
 }
 

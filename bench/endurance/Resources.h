@@ -7,6 +7,8 @@
 struct Resources
 {
     qint64 residentKilobytes = 0;
+    /// What of the heap is given out, whatever the allocator keeps beside.
+    qint64 heapKilobytes = 0;
     int descriptors = 0;
     /// How many of each kind the X server keeps for it ("WINDOW", "PIXMAP", ...).
     QMap<QByteArray, quint32> onServer;

@@ -28,7 +28,7 @@ namespace {
 constexpr int Round = 100;
 constexpr int SavedEachRound = 4;
 constexpr int Report = 1000;
-constexpr qint64 MostGrowthKilobytes = 5000;
+constexpr qint64 MostGrowthKilobytes = 5'000'000 / 1024;
 /// Against a program that hangs.
 constexpr int HangMs = 120'000;
 
@@ -215,8 +215,9 @@ bool Soak::held(const Resources& last) const
 
 void Soak::print(const Resources& what) const
 {
-    std::printf("%6d fetches: resident %lld kB, %d descriptors, pixmaps %llu kB;", m_done,
-                what.residentKilobytes, what.descriptors, what.pixmapBytes / 1000);
+    std::printf("%6d fetches: resident %lld kB, heap %lld kB, %d descriptors, pixmaps %llu kB;",
+                m_done, what.residentKilobytes, what.heapKilobytes, what.descriptors,
+                what.pixmapBytes / 1000);
     for (auto kind = what.onServer.cbegin(); kind != what.onServer.cend(); ++kind)
         std::printf(" %u %s", kind.value(), kind.key().constData());
     std::puts("");
