@@ -15,7 +15,8 @@ static const QHash<QString, QSet<QString>>& mayInclude()
     static const QHash<QString, QSet<QString>> table = {
         // Qt Core alone
         {"platform", {}},
-        {"shared", {"platform"}},
+        {"platform/files", {}},
+        {"shared", {"platform", "platform/files"}},
         {"cameras", {"shared"}},
         // Qt Network and Qt Gui
         {"network", {"cameras", "shared", "platform"}},
@@ -23,7 +24,7 @@ static const QHash<QString, QSet<QString>>& mayInclude()
         {"picture", {"picture/headers", "shared"}},
         // Qt Widgets
         {"widgets", {"cameras", "shared"}},
-        {"settings", {"widgets", "shared", "platform"}},
+        {"settings", {"widgets", "shared", "platform/files"}},
         {"display", {"picture", "widgets", "shared", "platform"}},
         {"viewer/surface", {"display", "widgets", "cameras", "shared"}},
         {"viewer/history", {"viewer/surface", "display", "picture", "cameras", "shared"}},
@@ -32,9 +33,9 @@ static const QHash<QString, QSet<QString>>& mayInclude()
         {"viewer",
          {"viewer/fetch", "viewer/movie", "viewer/history", "viewer/surface", "display", "picture",
           "widgets", "cameras", "shared"}},
-        {"camlist", {"widgets", "settings", "cameras", "shared", "platform"}},
+        {"camlist", {"widgets", "settings", "cameras", "shared", "platform/files"}},
         {"directory", {"network", "widgets", "settings", "cameras", "shared"}},
-        {"instance", {"shared", "platform"}},
+        {"instance", {"shared", "platform/files"}},
         {"tray", {"widgets", "shared"}},
         {"shell/notices", {"viewer", "viewer/fetch", "camlist", "widgets", "cameras", "shared"}},
         {"shell/parts", {"viewer", "camlist", "widgets", "cameras", "shared"}},
@@ -66,8 +67,8 @@ static const QHash<QString, QSet<QString>>& mayWrite()
         {"shared/AppFolder.cpp", {"QTemporaryFile"}},
         // Copies of what is in memory, for whoever looks into the folder.
         {"shared/TempFiles.cpp", {"QIODevice::WriteOnly", "QIODevice::NewOnly"}},
-        {"platform/FileOwner_linux.cpp", {"O_RDWR", "O_CREAT", "QIODevice::ReadWrite"}},
-        {"platform/FileOwner_win.cpp", {"QIODevice::ReadWrite"}},
+        {"platform/files/FileOwner_linux.cpp", {"O_RDWR", "O_CREAT", "QIODevice::ReadWrite"}},
+        {"platform/files/FileOwner_win.cpp", {"QIODevice::ReadWrite"}},
         // What the preferences and favourites call their own saving, which goes by the above.
         {"shell/LastSave.cpp", {".save("}},
         // A folder for the files that are dragged out; they are written as above.
@@ -75,10 +76,10 @@ static const QHash<QString, QSet<QString>>& mayWrite()
         // Into memory.
         {"picture/SaveImage.cpp", {"QImageWriter", "QIODevice::WriteOnly"}},
         // An empty file that is locked; reading alone; a random number made anew where it is lost.
-        {"platform/FileLock_linux.cpp", {"O_RDWR", "O_CREAT"}},
-        {"platform/FileLock_win.cpp", {"CreateFileW"}},
-        {"platform/FileStamp_win.cpp", {"CreateFileW"}},
-        {"platform/PrivateFolder_win.cpp", {"QIODevice::WriteOnly", "QIODevice::NewOnly"}},
+        {"platform/files/FileLock_linux.cpp", {"O_RDWR", "O_CREAT"}},
+        {"platform/files/FileLock_win.cpp", {"CreateFileW"}},
+        {"platform/files/FileStamp_win.cpp", {"CreateFileW"}},
+        {"platform/files/PrivateFolder_win.cpp", {"QIODevice::WriteOnly", "QIODevice::NewOnly"}},
     };
     return table;
 }

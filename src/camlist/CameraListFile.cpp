@@ -2,7 +2,7 @@
 
 #include "cameras/CameraKey.h"
 #include "camlist/MergedLists.h"
-#include "platform/FileStamp.h"
+#include "platform/files/FileStamp.h"
 #include "shared/AppFolder.h"
 #include "shared/DiskText.h"
 #include "shared/FolderLock.h"

@@ -1,7 +1,7 @@
 #include "camlist/ListBackups.h"
 
-#include "platform/ExchangeNames.h"
-#include "platform/FileStamp.h"
+#include "platform/files/ExchangeNames.h"
+#include "platform/files/FileStamp.h"
 #include "shared/ReplaceFile.h"
 
 #include <QCoreApplication>

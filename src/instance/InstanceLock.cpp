@@ -1,6 +1,6 @@
 #include "instance/InstanceLock.h"
 
-#include "platform/PrivateFolder.h"
+#include "platform/files/PrivateFolder.h"
 #include "shared/AppFolder.h"
 
 #include <QCryptographicHash>

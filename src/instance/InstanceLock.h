@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/FileLock.h"
+#include "platform/files/FileLock.h"
 
 /// The lock that tells which instance is the server, of those that are one user's and share one
 /// application folder: the one that holds it listens under serverName(). Ends with the process,

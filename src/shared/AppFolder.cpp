@@ -1,6 +1,6 @@
 #include "shared/AppFolder.h"
 
-#include "platform/FileOwner.h"
+#include "platform/files/FileOwner.h"
 
 #include <QCoreApplication>
 #include <QDir>

@@ -1,7 +1,7 @@
 #include "shared/ReplaceFile.h"
 
-#include "platform/FileOwner.h"
-#include "platform/SyncFile.h"
+#include "platform/files/FileOwner.h"
+#include "platform/files/SyncFile.h"
 
 #include <QCoreApplication>
 #include <QDir>

@@ -1,6 +1,6 @@
 #include "shared/TempFiles.h"
 
-#include "platform/FileOwner.h"
+#include "platform/files/FileOwner.h"
 #include "shared/AppFolder.h"
 
 #include <QDir>

@@ -1,7 +1,7 @@
 // When the favourites are written, and that what another instance did to them stays.
 
 #include "camlist/Favourites.h"
-#include "platform/FileStamp.h"
+#include "platform/files/FileStamp.h"
 #include "settings/Ini.h"
 #include "support/Rows.h"
 #include "support/ScratchFile.h"

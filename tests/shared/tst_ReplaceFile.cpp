@@ -1,4 +1,4 @@
-#include "platform/FileStamp.h"
+#include "platform/files/FileStamp.h"
 #include "shared/ReplaceFile.h"
 #include "support/Rows.h"
 #include "support/RunAgain.h"

@@ -1,6 +1,6 @@
 // Where instances meet: a folder that only the user reaches, or none.
 
-#include "platform/PrivateFolder.h"
+#include "platform/files/PrivateFolder.h"
 #include "support/Rows.h"
 #include "support/ScratchFile.h"
 

@@ -1,4 +1,4 @@
-#include "platform/SyncFile.h"
+#include "platform/files/SyncFile.h"
 
 #include <QFileDevice>
 

@@ -1,4 +1,4 @@
-#include "platform/FileOwner.h"
+#include "platform/files/FileOwner.h"
 
 #include <QFile>
 #include <QFileInfo>

@@ -1,4 +1,4 @@
-#include "platform/FileStamp.h"
+#include "platform/files/FileStamp.h"
 
 #include <QFile>
 

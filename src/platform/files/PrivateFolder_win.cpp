@@ -1,4 +1,4 @@
-#include "platform/PrivateFolder.h"
+#include "platform/files/PrivateFolder.h"
 
 #include <QCryptographicHash>
 #include <QDir>

@@ -1,4 +1,4 @@
-#include "platform/ExchangeNames.h"
+#include "platform/files/ExchangeNames.h"
 
 #include <QFile>
 
