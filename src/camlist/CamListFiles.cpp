@@ -101,6 +101,7 @@ void CamList::tellTrouble()
     static constexpr Row rows[] = {
         {Trouble::NoFile, QT_TR_NOOP("%1 is not an ordinary file, so the list stays empty.")},
         {Trouble::TooLong, QT_TR_NOOP("%1 is larger than 64 MiB, so the list stays empty.")},
+        {Trouble::TooMany, QT_TR_NOOP("%1 has over 1,500,000 cameras, so the list stays empty.")},
         {Trouble::Unreadable, QT_TR_NOOP("%1 cannot be read, so the list stays empty.")},
         {Trouble::NoList, QT_TR_NOOP("%1 is no list of cameras, so the list stays empty.")},
         {Trouble::Unwritable, QT_TR_NOOP("%1 cannot be changed: what you change in the list "

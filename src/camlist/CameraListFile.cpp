@@ -92,6 +92,11 @@ bool isCameraListLine(QByteArrayView line)
            std::none_of(line.begin(), line.end(), isControl);
 }
 
+qsizetype camerasIn(const QByteArray& line)
+{
+    return (line.count(FieldSeparator.toLatin1()) + 1) / 3;
+}
+
 bool hasCamera(QByteArrayView line)
 {
     return CameraListReader(line).next().has_value();
@@ -138,9 +143,16 @@ CameraListFile::CameraListFile(const QString& folder)
 {
 }
 
+/// What is in the file, as far as it keeps the bounds.
+std::optional<QByteArray> CameraListFile::content() const
+{
+    auto bytes = readFile(m_path, MaxBytes);
+    return bytes && camerasIn(*bytes) <= MaxCameras ? std::move(bytes) : std::nullopt;
+}
+
 std::optional<QByteArray> CameraListFile::read()
 {
-    auto content = readFile(m_path, MaxBytes);
+    auto content = this->content();
     const QByteArray digest = content ? digestOf(*content) : QByteArray();
     const bool isOther = digest != m_seen;
     m_readable = content || isMissing(m_path);
@@ -166,7 +178,7 @@ std::optional<QByteArray> CameraListFile::read()
 
 std::optional<QByteArray> CameraListFile::peek() const
 {
-    const auto content = readFile(m_path, MaxBytes);
+    const auto content = this->content();
     if (!content && !isMissing(m_path))
         return std::nullopt;
     return lineOf(content.value_or(QByteArray()));
@@ -181,8 +193,9 @@ CameraListFile::Trouble CameraListFile::troubleOf(const std::optional<QByteArray
             return Trouble::None;
         if (file.exists() && !file.isFile())
             return Trouble::NoFile;
-        return stamp.kind == FileStamp::Kind::File && stamp.size > MaxBytes ? Trouble::TooLong
-                                                                            : Trouble::Unreadable;
+        if (stamp.kind == FileStamp::Kind::File && stamp.size > MaxBytes)
+            return Trouble::TooLong;
+        return readFile(m_path, MaxBytes) ? Trouble::TooMany : Trouble::Unreadable;
     }
     const bool isWritable = file.isWritable() && QFileInfo(m_folder).isWritable();
     return isWritable ? Trouble::None : Trouble::Unwritable;
@@ -219,7 +232,7 @@ void CameraListFile::rebaseStart(const QByteArray& theirs)
 CameraListFile::Saved CameraListFile::saveMerged(const QByteArray& line)
 {
     const FolderLock lock(m_folder);
-    const auto now = readFile(m_path, MaxBytes);
+    const auto now = content();
     const int kept = m_backups.made();
     Saved saved;
     if (now && isAnothers(*now) && hasCamera(lineOf(*now)) && isTrustedLine(lineOf(*now)))
@@ -262,7 +275,7 @@ SaveOutcome CameraListFile::restore()
     if (!m_isChanged)
         return {};
     const FolderLock lock(m_folder);
-    const auto now = readFile(m_path, MaxBytes);
+    const auto now = content();
     if (now ? isAnothers(*now) : !m_seen.isEmpty() || !isMissing(m_path)) {
         // Without a list there is nothing to take back.
         return now && hasCamera(lineOf(*now)) && isTrustedLine(lineOf(*now))
@@ -290,7 +303,7 @@ SaveOutcome CameraListFile::restore()
 SaveOutcome CameraListFile::write(const QByteArray& line)
 {
     const FolderLock lock(m_folder);
-    return put(readFile(m_path, MaxBytes), line);
+    return put(content(), line);
 }
 
 /// Under the lock.
@@ -299,6 +312,8 @@ SaveOutcome CameraListFile::put(const std::optional<QByteArray>& now, const QByt
     const QByteArray bytes = line.isEmpty() ? QByteArray() : contentFor(line);
     if (bytes.size() > MaxBytes)
         return failed(QT_TRANSLATE_NOOP("CameraListFile", "The list is longer than 64 MiB"));
+    if (camerasIn(bytes) > MaxCameras)
+        return failed(QT_TRANSLATE_NOOP("CameraListFile", "The list has over 1,500,000 cameras"));
     const SaveOutcome outcome = line.isEmpty() ? remove(now) : replace(now, bytes);
     if (!outcome)
         return outcome;

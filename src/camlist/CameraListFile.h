@@ -24,6 +24,7 @@ public:
         None,
         NoFile,     ///< a folder, a pipe, a device
         TooLong,    ///< longer than MaxBytes
+        TooMany,    ///< more cameras than MaxCameras
         Unreadable, ///< no right to read it, or a broken disk
         NoList,     ///< distrust() was called
         Unwritable  ///< read, but neither it nor its folder may be changed
@@ -46,7 +47,8 @@ public:
 
     /// The camera list line in list.dat, without a byte order mark and its one line end. Empty
     /// where there is no such file. Nothing where the file is there and cannot be read, is no
-    /// ordinary file or is longer than MaxBytes: that is not an empty list.
+    /// ordinary file, is longer than MaxBytes or has more than MaxCameras: that is not an empty
+    /// list.
     std::optional<QByteArray> read();
 
     /// What read() would give now; what is known of the file stays as it was.
@@ -86,6 +88,9 @@ public:
     SaveOutcome write(const QByteArray& line);
 
     static constexpr qint64 MaxBytes = 64LL * 1024 * 1024;
+    /// So many load in some two seconds, and in half a gigabyte. In 64 MiB there would be room for
+    /// six million.
+    static constexpr qsizetype MaxCameras = 1'500'000;
 
 private:
     /// What list.dat was before anything was written here.
@@ -99,7 +104,7 @@ private:
         QByteArray after = {};
     };
 
-    static Start startOf(const std::optional<QByteArray>& content, bool isReadable);
+    std::optional<QByteArray> content() const;
     void rebaseStart(const QByteArray& theirs);
     Trouble troubleOf(const std::optional<QByteArray>& content) const;
     Saved merge(const QByteArray& now, const QByteArray& line);

@@ -54,6 +54,12 @@ private slots:
         const Rows<QByteArray, QString> row("kind", "why");
         row("folder", "folder", "is not an ordinary file, so the list stays empty.");
         row("too long", "too long", "is larger than 64 MiB, so the list stays empty.");
+        QByteArray many = Two;
+        for (qsizetype i = 2; i <= CameraListFile::MaxCameras; ++i)
+            many += "\xFF"
+                    "c\xFFn\xFF" +
+                    QByteArray::number(i, 36);
+        row("too many", many, "has over 1,500,000 cameras, so the list stays empty.");
         row("text", "Dear diary,\r\n", "is no list of cameras, so the list stays empty.");
         QByteArray random(300'000, Qt::Uninitialized);
         QRandomGenerator generator(20261122);
@@ -95,6 +101,19 @@ private slots:
         QVERIFY(shown.list().SaveFile());
         QCOMPARE(contentOf(shown.path()), New + "\r\n");
         QCOMPARE(namesIn(shown.path("")), QStringList({"list.dat", "list.dat.bak"}));
+    }
+
+    void aListOfTooManyIsNotWritten()
+    {
+        QTemporaryDir folder;
+        CameraListFile file(folder.path());
+        const QByteArray most =
+            Two.left(Two.indexOf('\xFF')) + QByteArray(3 * CameraListFile::MaxCameras - 1, '\xFF');
+        QVERIFY(file.write(most));
+        const SaveOutcome outcome = file.write(most + "\xFF\xFF\xFF");
+        QVERIFY(!outcome);
+        QCOMPARE(outcome.reason, "The list has over 1,500,000 cameras");
+        QVERIFY(contentOf(file.path()) == most + "\r\n");
     }
 
     void whatMayNotBeUsedIsTold_data()
