@@ -203,24 +203,32 @@ void frmMain::keyPressEvent(QKeyEvent* event)
 
 void frmMain::closeEvent(QCloseEvent* event)
 {
-    if (!std::exchange(m_shutDown, true)) {
-        finishWork();
-        saveAll();
-        if (m_lastSave->isDone())
-            quit();
-        else
-            m_lastSave->ask();
-    }
+    end();
     event->setAccepted(m_ended);
 }
 
 void frmMain::shutDown()
 {
-    if (m_ended)
+    m_isAttended = false;
+    end();
+}
+
+void frmMain::end()
+{
+    // Writing lets events be handled: one of them may be a signal.
+    if (m_ended || m_isSaving)
         return;
-    if (!std::exchange(m_shutDown, true)) {
+    if (!m_lastSave) {
+        m_isSaving = true;
         finishWork();
         saveAll();
+        m_isSaving = false;
+    } else if (m_isAttended) {
+        return; // the question is open
+    }
+    if (!m_lastSave->isDone() && m_isAttended) {
+        m_lastSave->ask();
+        return;
     }
     if (!m_lastSave->isDone())
         m_lastSave->rescue();

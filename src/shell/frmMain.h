@@ -71,6 +71,7 @@ private:
     void openHelp(const QString& site, const QString& page);
     void askExitWithoutSaving();
     QString preferencesPath() const;
+    void end();
     void finishWork();
     void saveAll();
     void quit();
@@ -92,8 +93,11 @@ private:
     /// Set by Exit Without Saving alone, and never cleared: the camera list on disk is what it was
     /// at the start.
     bool m_exitWithoutSaving = false;
-    bool m_shutDown = false;
+    /// Made when the program ends.
     LastSave* m_lastSave = nullptr;
+    bool m_isSaving = false;
+    /// Whether somebody is there to be asked.
+    bool m_isAttended = true;
     /// The event loop has been asked to end.
     bool m_ended = false;
 };

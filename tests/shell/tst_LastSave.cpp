@@ -157,24 +157,32 @@ private slots:
 
     void theEndOfTheSessionAsksNobody_data()
     {
-        const Rows<bool> row("askedBefore");
-        row("at once", false);
-        row("while the message waits", true);
+        const Rows<bool, bool> row("closedBefore", "asked");
+        row("at once", false, false);
+        row("while the window saves", true, false);
+        row("while the message waits", true, true);
     }
 
     void theEndOfTheSessionAsksNobody()
     {
-        QFETCH(bool, askedBefore);
+        QFETCH(bool, closedBefore);
+        QFETCH(bool, asked);
         UnsavableMain m;
         qputenv("XDG_DATA_HOME", m.elsewhere.path().toUtf8());
-        if (askedBefore) {
-            m.close();
-            m.message();
-        } else {
-            m.takeFolder();
-        }
+        m.takeFolder();
         MessageLog log;
-        QCOMPARE(statusAfter([&m] { m.made().shutDown(); }), 1);
+        const int status = statusAfter([&] {
+            // The events that wait are handled while it saves.
+            if (closedBefore && !asked)
+                QTimer::singleShot(0, &m.made(), &frmMain::shutDown);
+            if (closedBefore)
+                m.made().close();
+            if (asked)
+                m.message();
+            if (asked || !closedBefore)
+                m.made().shutDown();
+        });
+        QCOMPARE(status, 1);
         qunsetenv("XDG_DATA_HOME");
         QStringList lines;
         for (const auto& [category, text] : log.messages())
