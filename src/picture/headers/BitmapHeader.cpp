@@ -91,7 +91,10 @@ qsizetype endOfFile(QByteArrayView bytes, quint32 headerSize, const BitmapLayout
     if (!layout.isKnown() || layout.pixelBegin > bytes.size())
         return bytes.size();
     const auto begin = qsizetype(layout.pixelBegin);
-    qint64 end = begin + (layout.width * layout.bits + 31) / 32 * 4 * layout.height;
+    const qint64 room = bytes.size() - begin;
+    const qint64 rowBytes = (layout.width * layout.bits + 31) / 32 * 4;
+    // Their product may be more than any number holds.
+    qint64 end = layout.height > room / rowBytes ? bytes.size() : begin + rowBytes * layout.height;
     if (layout.isInRuns())
         end = endOfRuns(HeaderCursor(bytes, begin), layout);
     if (headerSize == NewestHeader)

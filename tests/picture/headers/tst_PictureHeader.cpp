@@ -460,6 +460,9 @@ private slots:
         const Rows<QByteArray> row("bytes");
         const QImage scenery = odd::scenery(Small);
         row("bitmap", smallBitmap(40));
+        constexpr int longest = std::numeric_limits<int>::max();
+        row("bitmap of the longest sides",
+            odd::bitmap({.width = longest, .height = longest, .bits = 32}, "pixels"));
         row("bitmap cut in its colours",
             odd::bitmap({.width = 37, .height = 21, .bits = 8}, {}).chopped(100));
         row("bitmap of odd bits", odd::bitmap({.width = 1, .height = 1, .bits = 33}, "pixels"));
