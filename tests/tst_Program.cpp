@@ -132,25 +132,16 @@ private slots:
     {
         RunningProgram p;
         QVERIFY(p.start());
-        const auto place = [&] {
-            const QString about = p.tell("xwininfo", {"-id", p.window});
-            const auto number = [&](const QString& name) {
-                const QRegularExpression line(name + ":\\s*(-?\\d+)");
-                return line.match(about).captured(1).toInt();
-            };
-            return QRect(number("Absolute upper-left X"), number("Absolute upper-left Y"),
-                         number("Width"), number("Height"));
-        };
         QTRY_VERIFY(p.property("WM_STATE").contains("Normal"));
         p.tell("xdotool", {"windowactivate", "--sync", p.window});
         p.tell("xdotool", {"windowsize", "--sync", p.window, "777", "444"});
         p.tell("xdotool", {"windowmove", "--sync", p.window, "130", "90"});
-        QTRY_COMPARE(place().size(), QSize(777, 444));
-        const QRect before = place();
+        QTRY_COMPARE(p.place().size(), QSize(777, 444));
+        const QRect before = p.place();
         QCOMPARE(p.terminated(), "0");
         QVERIFY(p.preferences().contains("[WINDOW]\r\n"));
         QVERIFY(p.start());
-        QTRY_COMPARE(place(), before);
+        QTRY_COMPARE(p.place(), before);
         QCOMPARE(p.terminated(), "0");
     }
 

@@ -5,6 +5,7 @@
 
 #include <QDir>
 #include <QFile>
+#include <QRegularExpression>
 #include <QTest>
 
 #include <csignal>
@@ -144,6 +145,28 @@ QString RunningProgram::windowOf(const QProcess& one)
     const QString found = tell("xdotool", {"search", "--all", "--onlyvisible", "--pid",
                                            QString::number(one.processId()), "--name", "^Pevora$"});
     return found.section('\n', 0, 0);
+}
+
+bool RunningProgram::press(const QStringList& keys) const
+{
+    const bool hasKeyboard = waitFor([this] {
+        tell("xdotool", {"windowactivate", "--sync", window});
+        return tell("xdotool", {"getwindowfocus"}).trimmed() == window;
+    });
+    if (hasKeyboard)
+        tell("xdotool", QStringList{"key", "--clearmodifiers"} + keys);
+    return hasKeyboard;
+}
+
+QRect RunningProgram::place() const
+{
+    const QString about = tell("xwininfo", {"-id", window});
+    const auto number = [&](const QString& name) {
+        const QRegularExpression line(name + ":\\s*(-?\\d+)");
+        return line.match(about).captured(1).toInt();
+    };
+    return {number("Absolute upper-left X"), number("Absolute upper-left Y"), number("Width"),
+            number("Height")};
 }
 
 QString RunningProgram::pathOf(const QString& folder, const QString& name) const

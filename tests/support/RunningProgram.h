@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QProcess>
+#include <QRect>
 #include <QTemporaryDir>
 
 #include <memory>
@@ -50,6 +51,12 @@ public:
     QString property(const QString& name) const;
     /// The number of the main window of `one` on the screen; empty where it has none.
     static QString windowOf(const QProcess& one);
+
+    /// Presses keys, as xdotool names them, once the window has the keyboard; false where it does
+    /// not get it.
+    bool press(const QStringList& keys) const;
+    /// Where the window is on the screen, in pixels and without its frame.
+    QRect place() const;
 
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
     QProcess process;
