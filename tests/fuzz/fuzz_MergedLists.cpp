@@ -44,11 +44,22 @@ void check(const QString& key, const QList<CameraRecord>& base, const QList<Came
     const auto* now = find(merged.cameras, key);
     if (here && there) {
         REQUIRE(now);
-        // The side that changed it, this one where both did.
-        const bool isTheirs = before && *here == *before;
-        REQUIRE(*now == (isTheirs ? *there : *here));
-        REQUIRE(merged.isConflict || *here == *there ||
-                (before && (*here == *before || *there == *before)));
+        // Each text is that of the side that changed it, of this one where both did.
+        const auto expected = [before](const QString& base, const QString& mine,
+                                       const QString& theirs) {
+            return before && mine == base ? theirs : mine;
+        };
+        const CameraRecord none;
+        const CameraRecord& old = before ? *before : none;
+        REQUIRE(now->name == expected(old.name, here->name, there->name));
+        REQUIRE(now->category == expected(old.category, here->category, there->category));
+        const auto bothChanged = [before](const QString& base, const QString& mine,
+                                          const QString& theirs) {
+            return mine != theirs && (!before || (mine != base && theirs != base));
+        };
+        if (bothChanged(old.name, here->name, there->name) ||
+            bothChanged(old.category, here->category, there->category))
+            REQUIRE(merged.isConflict);
     } else if (!before) {
         REQUIRE((now != nullptr) == (here || there));
     } else if (here || there) {
