@@ -217,9 +217,9 @@ private:
         name->selectAll();
         QTest::keyClicks(name, wildYak.name);
         QTest::mouseClick(editor->findChild<QPushButton*>("cmdGo"), Qt::LeftButton);
-        QTRY_COMPARE(lineOf(m.cameras()), defaults + lineOf({zebra(), xerus, wildYak}));
-        // another one is added,
         QTRY_VERIFY(!m.made().findChild<frmEdit*>());
+        QCOMPARE(lineOf(m.cameras()), defaults + lineOf({zebra(), xerus, wildYak}));
+        // and another one is added.
         m.part<QRadioButton>("opt(0)").click();
         m.part<QComboBox>("cmbCat").setEditText(owl.category);
         m.part<QLineEdit>("txtName").setText(owl.name);
