@@ -89,6 +89,14 @@ private slots:
         QCOMPARE(p.terminated(), "0");
     }
 
+    void theTaskBarGetsTheIcon()
+    {
+        RunningProgram p;
+        QVERIFY(p.start());
+        QTRY_VERIFY(p.property("_NET_WM_ICON").contains("128 x 128"));
+        QCOMPARE(p.terminated(), "0");
+    }
+
     void withoutARuntimeFolderOnlyQtSpeaks()
     {
         RunningProgram p;

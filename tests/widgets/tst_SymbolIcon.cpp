@@ -245,6 +245,15 @@ private slots:
         QCOMPARE(key(icon, 16), first);
     }
 
+    void whatIsKeptIsOfOneModeAlone()
+    {
+        // Coloured icons take no colour that could tell the two apart.
+        setButtonText(Qt::black, Qt::black);
+        const QIcon icon = symbolIcon("pevora");
+        QVERIFY(ink(imageOf(icon, toolbarSize, QIcon::Disabled)) <
+                0.7 * ink(imageOf(icon, toolbarSize)));
+    }
+
     void howManyDrawingsAreKeptIsBounded()
     {
         const QIcon icon = symbolIcon("camera");
