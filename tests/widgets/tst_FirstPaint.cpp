@@ -2,6 +2,7 @@
 #include "support/Waiting.h"
 #include "widgets/FirstPaint.h"
 
+#include <QPaintEvent>
 #include <QSignalSpy>
 
 namespace {
@@ -42,6 +43,19 @@ private slots:
         QTRY_VERIFY(leaf->paints > 1);
         QCOMPARE(over.count(), 1);
         QVERIFY(!timerOf(window, "tmrFirstPaint").Enabled());
+    }
+
+    void twoPaintsInARowAreOne()
+    {
+        QWidget window;
+        FirstPaint first(window);
+        const QSignalSpy over(&first, &FirstPaint::Over);
+        QPaintEvent paint(window.rect());
+        QCoreApplication::sendEvent(&window, &paint);
+        QCoreApplication::sendEvent(&window, &paint);
+        QCOMPARE(over.count(), 0);
+        QCoreApplication::sendPostedEvents(&first);
+        QCOMPARE(over.count(), 1);
     }
 
     void aWindowThatNobodySeesIsNotWaitedForForEver()
