@@ -11,12 +11,17 @@
 #include <QGuiApplication>
 #include <QTemporaryDir>
 
+#include <cstdio>
+
 int main(int argc, char* argv[])
 {
     QGuiApplication application(argc, argv);
     const QTemporaryDir folder;
     PictureServer server;
     Table table;
+    // At once, because the table takes a while.
+    std::puts("built by " BENCH_COMPILER "\n");
+    std::fflush(stdout);
     for (const QSize size : {QSize(640, 480), QSize(1920, 1080), QSize(3840, 2160)}) {
         const Pictures pictures(folder.path(), size);
         benchRefresh(table, server, pictures);

@@ -5,6 +5,7 @@
 #include "network/TcpClient.h"
 #include "platform/TerminationSignal.h"
 #include "shared/AppFolder.h"
+#include "shell/ProgramStyle.h"
 #include "shell/frmMain.h"
 
 #include <QApplication>
@@ -74,6 +75,7 @@ int runApplication(int& argc, char* argv[], Start& start)
 {
     QApplication application(argc, argv);
     nameProgram();
+    QApplication::setStyle(new ProgramStyle);
     QApplication::setDesktopFileName(QStringLiteral("pevora"));
     QApplication::setQuitOnLastWindowClosed(false);
     // A camera that sends no picture is told on the status line, not on the terminal.

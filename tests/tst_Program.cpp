@@ -76,6 +76,27 @@ private slots:
         QCOMPARE(p.process.readAllStandardError(), "");
     }
 
+    /// Each costs a file of its own to look up, map and link, for pictures that may never come.
+    void aStartLoadsNoImagePlugIn()
+    {
+        RunningProgram p;
+        QVERIFY(p.start());
+        QFile maps(QStringLiteral("/proc/%1/maps").arg(p.process.processId()));
+        QVERIFY(maps.open(QIODevice::ReadOnly));
+        const QByteArray mapped = maps.readAll();
+        QVERIFY(mapped.contains("/platforms/"));
+        QVERIFY2(!mapped.contains("/imageformats/"), mapped.constData());
+        QCOMPARE(p.terminated(), "0");
+    }
+
+    void theTaskBarGetsTheIcon()
+    {
+        RunningProgram p;
+        QVERIFY(p.start());
+        QTRY_VERIFY(p.property("_NET_WM_ICON").contains("128 x 128"));
+        QCOMPARE(p.terminated(), "0");
+    }
+
     void withoutARuntimeFolderOnlyQtSpeaks()
     {
         RunningProgram p;

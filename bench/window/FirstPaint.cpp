@@ -7,7 +7,6 @@
 #include <QMainWindow>
 #include <QPixmap>
 #include <QScreen>
-#include <QTimer>
 
 #include <cstdio>
 #include <cstdlib>
@@ -24,8 +23,9 @@ public:
     {
         if (event->type() == QEvent::Paint && qobject_cast<QMainWindow*>(watched) && !m_seen) {
             m_seen = true;
-            // After this event all widgets are painted and what they painted is on its way.
-            QTimer::singleShot(0, this, &FirstPaint::tell);
+            // After this event all widgets are painted and what they painted is on its way. Asked
+            // before the window sees the event, so also told before all that it puts off itself.
+            QMetaObject::invokeMethod(this, &FirstPaint::tell, Qt::QueuedConnection);
         }
         return QObject::eventFilter(watched, event);
     }

@@ -18,6 +18,7 @@
 #include "shell/parts/MainArea.h"
 #include "tray/TrayHiding.h"
 #include "viewer/WebCam.h"
+#include "widgets/FirstPaint.h"
 #include "widgets/MessageQueue.h"
 #include "widgets/OpenOrTell.h"
 #include "widgets/SymbolIcon.h"
@@ -52,7 +53,9 @@ frmMain::frmMain(const Folders& folders, const QString& commandLine)
 {
     setObjectName(u"frmMain"_s);
     setWindowTitle(u"Pevora"_s);
-    setWindowIcon(symbolIcon(u"pevora"_s));
+    // Drawn in four sizes, up to 128 pixels, for the task bar and the frame, which can wait.
+    connect(new FirstPaint(*this), &FirstPaint::Over, this,
+            [this] { setWindowIcon(symbolIcon(u"pevora"_s)); });
     createParts();
     connectMenus();
     connect(qApp, &QGuiApplication::commitDataRequest, this, &frmMain::shutDown);

@@ -1,5 +1,7 @@
 #include "tray/TrayHiding.h"
 
+#include "widgets/SymbolIcon.h"
+
 #include <QAction>
 #include <QApplication>
 #include <QEvent>
@@ -27,7 +29,7 @@ bool isBlocked(const QWidget& form)
 TrayHiding::TrayHiding(QWidget& form, QAction& mnuViewTray)
     : QObject(&form)
     , m_form(form)
-    , m_frmTray(form.windowIcon())
+    , m_frmTray(symbolIcon(u"pevora"_s))
     , m_tmrTray(u"tmrTray"_s, IntervalMs, this)
 {
     form.installEventFilter(this);

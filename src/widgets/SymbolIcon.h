@@ -3,7 +3,8 @@
 #include <QIcon>
 #include <QString>
 
-/// The icon ":/icons/<name>.svg", drawn anew at every size and device pixel ratio.
+/// The icon ":/icons/<name>.svg", drawn for every size and device pixel ratio of its own. Copies of
+/// the icon share what was drawn.
 ///
 /// What is `currentColor` in the file takes the colour of a button's text in the application's
 /// palette at the moment of painting, so that a change between a light and a dark palette shows

@@ -50,6 +50,22 @@ private slots:
     }
     void cleanup() { main.reset(); }
 
+    void theIconComesWithTheFirstPaint()
+    {
+        const frmMain& window = main->made();
+        QVERIFY(window.windowIcon().isNull());
+        main->shown();
+        QTRY_COMPARE(window.windowIcon().name(), "pevora");
+    }
+
+    void aWindowThatStartsMinimisedHasItsIcon()
+    {
+        frmMain& window = main->made();
+        window.showMinimized();
+        timerOf(window, "tmrFirstPaint").elapse();
+        QCOMPARE(window.windowIcon().name(), "pevora");
+    }
+
     void aPlaceIsMovedIntoAScreen_data()
     {
         const Rows<QRect, QRect> row("place", "shown");

@@ -216,6 +216,53 @@ private slots:
         QCOMPARE(middle(), QColor(0x606060));
     }
 
+    void isPaintedCrispOnADenseScreen()
+    {
+        const QIcon icon = symbolIcon("stop-movie");
+        for (const double ratio : {1.0, 1.5, 2.0}) {
+            QImage dense(toolbarSize * ratio, QImage::Format_ARGB32);
+            dense.setDevicePixelRatio(ratio);
+            dense.fill(Qt::transparent);
+            QPainter painter(&dense);
+            icon.paint(&painter, QRect(QPoint(), toolbarSize));
+            painter.end();
+            QCOMPARE(dense, imageOf(icon, toolbarSize, QIcon::Normal, ratio));
+        }
+    }
+
+    void isDrawnOnceForEachSizeAndLook()
+    {
+        const QIcon icon = symbolIcon("camera");
+        const QIcon copy = icon;
+        const auto key = [](const QIcon& of, int side, QIcon::Mode mode = QIcon::Normal) {
+            return of.pixmap(QSize(side, side), 1, mode).cacheKey();
+        };
+        const qint64 first = key(icon, 16);
+        QCOMPARE(key(icon, 16), first);
+        QCOMPARE(key(copy, 16), first);
+        QVERIFY(key(icon, 20) != first);
+        QVERIFY(key(icon, 16, QIcon::Selected) != first);
+        QCOMPARE(key(icon, 16), first);
+    }
+
+    void whatIsKeptIsOfOneModeAlone()
+    {
+        // Coloured icons take no colour that could tell the two apart.
+        setButtonText(Qt::black, Qt::black);
+        const QIcon icon = symbolIcon("pevora");
+        QVERIFY(ink(imageOf(icon, toolbarSize, QIcon::Disabled)) <
+                0.7 * ink(imageOf(icon, toolbarSize)));
+    }
+
+    void howManyDrawingsAreKeptIsBounded()
+    {
+        const QIcon icon = symbolIcon("camera");
+        const qint64 first = icon.pixmap(16, 16).cacheKey();
+        for (int side = 17; side < 40; ++side)
+            icon.pixmap(side, side);
+        QVERIFY(icon.pixmap(16, 16).cacheKey() != first);
+    }
+
     void anUnknownNameGivesANullIcon()
     {
         for (const char* name : {"", "no-such-icon", "open.svg", "../icons/open/"}) {
