@@ -2,6 +2,7 @@
 
 class Table;
 
-/// The time from the start of the program to its first painted window, against a program that
-/// shows a QMainWindow with a label and a menu bar, and one that shows it bare; started in turns.
+/// The processor time from the start of the program to its first painted window, against a program
+/// that shows a QMainWindow with a label and a menu bar, and one that shows it bare; started in
+/// turns.
 void benchStartUp(Table& table);

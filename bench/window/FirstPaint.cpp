@@ -1,5 +1,5 @@
 // Linked into a program whose start is measured: when its first window has been painted and the
-// X server has it all, it writes the time to standard output, and the program is over.
+// X server has it all, it writes so to standard output, and the program is over.
 
 #include <QCoreApplication>
 #include <QEvent>
@@ -10,7 +10,6 @@
 
 #include <cstdio>
 #include <cstdlib>
-#include <ctime>
 
 namespace {
 
@@ -35,9 +34,7 @@ private:
     {
         // Answered by the X server after everything that came before it.
         QGuiApplication::primaryScreen()->grabWindow(0, 0, 0, 1, 1);
-        timespec now{};
-        clock_gettime(CLOCK_MONOTONIC, &now);
-        std::printf("%.3f\n", double(now.tv_sec) * 1e3 + double(now.tv_nsec) / 1e6);
+        std::puts("painted");
         std::fflush(stdout);
         std::_Exit(0);
     }
