@@ -1,5 +1,9 @@
 #include "picture/SmoothScale.h"
 
+#include "picture/AreaScale.h"
+
+#include <QPainter>
+
 #include <algorithm>
 #include <cstring>
 
@@ -76,6 +80,27 @@ QImage scaledInStrips(const QImage& image, QSize size, Qt::Orientation along)
     return scaled;
 }
 
+/// Whether a painter may enlarge `image`: its own bound of a side, and nothing to blend with.
+bool isPaintable(const QImage& image, QSize size)
+{
+    constexpr int mostOfASide = 32'767;
+    return image.format() == QImage::Format_RGB32 && size.width() >= image.width() &&
+           size.height() >= image.height() && std::max(size.width(), size.height()) <= mostOfASide;
+}
+
+/// A painter blends the same four pixels as Qt's scaler, in a quarter of the instructions.
+QImage painted(const QImage& image, QSize size)
+{
+    QImage larger(size, image.format());
+    if (larger.isNull())
+        return {};
+    QPainter painter(&larger);
+    painter.setCompositionMode(QPainter::CompositionMode_Source);
+    painter.setRenderHint(QPainter::SmoothPixmapTransform);
+    painter.drawImage(QRect({}, size), image);
+    return larger;
+}
+
 } // namespace
 
 QImage smoothlyScaled(const QImage& image, QSize size)
@@ -91,5 +116,9 @@ QImage smoothlyScaled(const QImage& image, QSize size)
         return scaledInStrips(samples, size, Qt::Horizontal);
     if (std::max(enough.height(), size.height()) > MostOfASide)
         return scaledInStrips(samples, size, Qt::Vertical);
+    if (isPaintable(samples, size))
+        return painted(samples, size);
+    if (const QImage shrunk = areaScaled(samples, size); !shrunk.isNull())
+        return shrunk;
     return samples.scaled(size, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
 }

@@ -123,6 +123,44 @@ private slots:
         QVERIFY(middle > 60 && middle < 196);
     }
 
+    void growsAsByQtsScaler_data()
+    {
+        const Rows<QSize, QSize> row("from", "to");
+        row("twice", QSize(32, 24), QSize(64, 48));
+        row("a quarter more", QSize(64, 48), QSize(80, 60));
+        row("across alone", QSize(33, 25), QSize(101, 25));
+        row("down alone", QSize(33, 25), QSize(33, 40));
+        row("one pixel", QSize(1, 1), QSize(7, 5));
+        row("a single row", QSize(9, 1), QSize(40, 3));
+    }
+
+    /// Within the two of 255 by which either rounds.
+    void growsAsByQtsScaler()
+    {
+        QFETCH(QSize, from);
+        QFETCH(QSize, to);
+        QImage image(from, QImage::Format_RGB32);
+        QRandomGenerator random(3);
+        for (int y = 0; y < from.height(); ++y) {
+            for (int x = 0; x < from.width(); ++x)
+                image.setPixel(x, y, random.generate() | 0xff000000);
+        }
+        const QImage ours = smoothlyScaled(image, to);
+        const QImage qts = image.scaled(to, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
+        QCOMPARE(ours.size(), to);
+        QCOMPARE(ours.format(), QImage::Format_RGB32);
+        for (int y = 0; y < to.height(); ++y) {
+            for (int x = 0; x < to.width(); ++x) {
+                const QColor one = ours.pixelColor(x, y);
+                const QColor other = qts.pixelColor(x, y);
+                const int apart =
+                    std::max({qAbs(one.red() - other.red()), qAbs(one.green() - other.green()),
+                              qAbs(one.blue() - other.blue())});
+                QVERIFY2(apart <= 2, qPrintable(QString("%1 at %2, %3").arg(apart).arg(x).arg(y)));
+            }
+        }
+    }
+
     void theSameSizeIsTheSameImage()
     {
         const QImage image = plainImage({5, 5}, Qt::red);
