@@ -578,7 +578,6 @@ private slots:
     {
         ShownViewer v;
         auto& box = v.part<QPlainTextEdit>("txtDebug");
-        QVERIFY(QFontInfo(box.font()).fixedPitch());
         auto& caption = v.part<QLabel>("lblPic");
         QTest::mousePress(&caption, Qt::RightButton);
         QTest::mousePress(&caption, Qt::LeftButton, Qt::ShiftModifier);
@@ -586,6 +585,7 @@ private slots:
         QVERIFY(!box.isVisible());
         QTest::mousePress(&caption, Qt::RightButton, Qt::ShiftModifier);
         QVERIFY(box.isVisible());
+        QVERIFY(QFontInfo(box.font()).fixedPitch());
         QVERIFY(!box.geometry().intersects(v.part<ImageView>("imgMain").geometry()));
 
         const QByteArray body = QByteArray("\0\x02\xE9", 3) + QByteArray(450, 'x');

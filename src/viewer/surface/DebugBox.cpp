@@ -15,9 +15,15 @@ DebugBox::DebugBox(QWidget* parent)
     setReadOnly(true);
     setUndoRedoEnabled(false);
     setLineWrapMode(NoWrap);
-    setFont(QFontDatabase::systemFont(QFontDatabase::FixedFont));
     setMaximumBlockCount(MaxLines);
     hide();
+}
+
+/// A font is looked up and loaded when it is set, and few people ever see this one.
+void DebugBox::showEvent(QShowEvent* event)
+{
+    setFont(QFontDatabase::systemFont(QFontDatabase::FixedFont));
+    QPlainTextEdit::showEvent(event);
 }
 
 void DebugBox::startAnew()

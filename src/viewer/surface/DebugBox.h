@@ -22,6 +22,9 @@ public:
     /// Empties the box, for the next fetch.
     void startAnew();
 
+protected:
+    void showEvent(QShowEvent* event) override;
+
 private:
     /// Chunks end anywhere: a line, and a line break of two bytes, goes on in the next one.
     int m_column = 0;
