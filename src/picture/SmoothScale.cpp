@@ -1,7 +1,5 @@
 #include "picture/SmoothScale.h"
 
-#include "picture/AreaScale.h"
-
 #include <QPainter>
 
 #include <algorithm>
@@ -118,7 +116,5 @@ QImage smoothlyScaled(const QImage& image, QSize size)
         return scaledInStrips(samples, size, Qt::Vertical);
     if (isPaintable(samples, size))
         return painted(samples, size);
-    if (const QImage shrunk = areaScaled(samples, size); !shrunk.isNull())
-        return shrunk;
     return samples.scaled(size, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
 }
