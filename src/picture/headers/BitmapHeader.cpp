@@ -92,7 +92,7 @@ qsizetype endOfFile(QByteArrayView bytes, quint32 headerSize, const BitmapLayout
         return bytes.size();
     const auto begin = qsizetype(layout.pixelBegin);
     const qint64 room = bytes.size() - begin;
-    const qint64 rowBytes = (layout.width * layout.bits + 31) / 32 * 4;
+    const qint64 rowBytes = std::max<qint64>((layout.width * layout.bits + 31) / 32, 1) * 4;
     // Their product may be more than any number holds.
     qint64 end = layout.height > room / rowBytes ? bytes.size() : begin + rowBytes * layout.height;
     if (layout.isInRuns())
