@@ -272,7 +272,9 @@ private slots:
         other.activateWindow();
         QVERIFY(waitForActive(&other));
         const QList<WId> before = stacking();
-        m.made().inbox().receive(m.path("more.zip"));
+        // A camera that the list has not got: no message opens.
+        m.write("another.zip", "CAMZCities\377Square\377URL5\r\n");
+        m.made().inbox().receive(m.path("another.zip"));
         QTRY_VERIFY(windowProperty(m.made(), "_NET_WM_STATE").contains(wanted));
         QCOMPARE(stacking(), before);
         QCOMPARE(QApplication::activeWindow(), &other);
