@@ -233,13 +233,13 @@ private slots:
     void isDrawnOnceForEachSizeAndLook()
     {
         const QIcon icon = symbolIcon("camera");
-        const QIcon copy = icon;
+        const QList<QIcon> copies{icon};
         const auto key = [](const QIcon& of, int side, QIcon::Mode mode = QIcon::Normal) {
             return of.pixmap(QSize(side, side), 1, mode).cacheKey();
         };
         const qint64 first = key(icon, 16);
         QCOMPARE(key(icon, 16), first);
-        QCOMPARE(key(copy, 16), first);
+        QCOMPARE(key(copies.first(), 16), first);
         QVERIFY(key(icon, 20) != first);
         QVERIFY(key(icon, 16, QIcon::Selected) != first);
         QCOMPARE(key(icon, 16), first);
