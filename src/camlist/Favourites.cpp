@@ -43,7 +43,8 @@ QList<qlonglong> numbersThere(const QStringList& keys, qlonglong count)
     QList<qlonglong> numbers;
     for (const QString& key : keys) {
         const qsizetype open = key.indexOf(u'[');
-        const qlonglong number = key.sliced(open + 1).chopped(1).toLongLong();
+        // Whatever stands in the brackets: the key has to be the one of this number.
+        const qlonglong number = key.mid(open + 1, key.lastIndexOf(u']') - open - 1).toLongLong();
         if (number >= 0 && number < count &&
             (key == nameKey(number).toLower() || key == urlKey(number).toLower()))
             numbers.append(number);

@@ -83,6 +83,8 @@ private slots:
             "NAME[0]=a\r\nURL[0]=k0\r\nNAME[01]=b\r\nURL[01]=k1\r\nNAME[-1]=c\r\n"
             "URL[-1]=k-1\r\nNAMEx=d\r\nCOUNT=?\r\n",
             {"k0"});
+        row("cut keys", "NAME[0]=a\r\nURL[0]=k0\r\nNAME[=b\r\n[=c\r\nURL=d\r\n=e\r\nCOUNT=?\r\n",
+            {"k0"});
     }
 
     void eachBelowTheCountIsTaken()
